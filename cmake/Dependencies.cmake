@@ -1,0 +1,20 @@
+# Every third-party library comes from a Debian package installed by scripts/setup.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(CURL REQUIRED)
+find_package(SQLite3 REQUIRED)
+find_package(OpenSSL REQUIRED COMPONENTS Crypto)
+find_package(nlohmann_json 3.10 REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(GTest REQUIRED)
+find_package(benchmark QUIET)
+pkg_check_modules(PCRE2 REQUIRED IMPORTED_TARGET libpcre2-8)
+pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+
+add_library(qmv_deps INTERFACE)
+add_library(qmv::deps ALIAS qmv_deps)
+# Standalone Asio, header only.
+target_compile_definitions(qmv_deps INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
+target_link_libraries(qmv_deps INTERFACE
+  CURL::libcurl SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json
+  PkgConfig::PCRE2 PkgConfig::HTTPLIB Threads::Threads)

@@ -1,0 +1,43 @@
+#include "core/common/log.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+
+namespace qmv {
+namespace {
+
+std::mutex& sinkMutex() {
+  static std::mutex m;
+  return m;
+}
+
+LogSink& currentSink() {
+  static LogSink sink;
+  return sink;
+}
+
+}  // namespace
+
+void logLine(const std::string& line) {
+  static const bool toStderr = std::getenv("QMV_DEBUG") != nullptr;
+  if (toStderr) std::fprintf(stderr, "[qmv] %s\n", line.c_str());
+  LogSink sink;
+  {
+    std::lock_guard lock(sinkMutex());
+    sink = currentSink();
+  }
+  if (sink) sink(line);
+}
+
+ScopedLogSink::ScopedLogSink(LogSink sink) {
+  std::lock_guard lock(sinkMutex());
+  previous_ = std::exchange(currentSink(), std::move(sink));
+}
+
+ScopedLogSink::~ScopedLogSink() {
+  std::lock_guard lock(sinkMutex());
+  currentSink() = std::move(previous_);
+}
+
+}  // namespace qmv

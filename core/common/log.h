@@ -1,0 +1,26 @@
+#pragma once
+// Debug log. Lines go to stderr when QMV_DEBUG is set in the environment, and always to
+// an installed sink (tests install one to assert that a line was written).
+#include <functional>
+#include <string>
+
+namespace qmv {
+
+using LogSink = std::function<void(const std::string& line)>;
+
+void logLine(const std::string& line);
+
+// Installs `sink` for the lifetime of the returned guard; the previous sink comes back
+// when the guard is destroyed. Thread-safe.
+class ScopedLogSink {
+ public:
+  explicit ScopedLogSink(LogSink sink);
+  ~ScopedLogSink();
+  ScopedLogSink(const ScopedLogSink&) = delete;
+  ScopedLogSink& operator=(const ScopedLogSink&) = delete;
+
+ private:
+  LogSink previous_;
+};
+
+}  // namespace qmv
