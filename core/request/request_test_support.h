@@ -14,6 +14,7 @@
 #include "core/request/network_config.h"
 #include "platform/cookie_store.h"
 #include "platform/env.h"
+#include "platform/file_locations.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
@@ -116,6 +117,9 @@ class RequestTest : public ::testing::Test {
       server_.sleepUnlessStopping(std::chrono::milliseconds(3000));
       res.set_content("{}", "application/json");
     });
+    s.Get("/counter", [this](const httplib::Request&, httplib::Response& res) {
+      res.set_content(Json{{"n", ++counter_}}.dump(), "application/json");
+    });
     s.Get("/concurrent", [this](const httplib::Request&, httplib::Response& res) {
       const int now = ++active_;
       int seen = maxActive_.load();
@@ -157,7 +161,10 @@ class RequestTest : public ::testing::Test {
     });
     server_.start();
 
+    home_ = std::filesystem::temp_directory_path() / ("qmv_request_test_" + std::to_string(server_.port()));
+    std::filesystem::remove_all(home_);
     Env env;
+    env.files = std::make_shared<HomeFileLocations>(home_, home_ / "resources");
     env.mainLoop = loop_;
     env.cookies = std::make_shared<MemoryCookieStore>();
     env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
@@ -173,6 +180,7 @@ class RequestTest : public ::testing::Test {
     // The transport goes first: closing its kept-alive connections frees the server's threads.
     scopedEnv_.reset();
     server_.shutdown();
+    std::filesystem::remove_all(home_);
   }
 
   std::shared_ptr<TestRequest> makeRequest(const std::string& url, Events* events = nullptr) {
@@ -194,12 +202,14 @@ class RequestTest : public ::testing::Test {
 
   void spin(std::chrono::milliseconds duration) { loop_->runUntil([] { return false; }, duration); }
 
+  std::filesystem::path home_;
   static constexpr const char* kFileContent = "0123456789abcdefghijklmnopqrstuvwxyz";
   LoopbackServer server_;
   std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
   std::optional<ScopedEnv> scopedEnv_;
   std::atomic<int> active_{0};
   std::atomic<int> maxActive_{0};
+  std::atomic<int> counter_{0};
   std::string lastFileTarget() {
     std::lock_guard lock(targetMutex_);
     return lastFileTarget_;
