@@ -20,3 +20,9 @@ target_compile_definitions(qmv_deps INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED
 target_link_libraries(qmv_deps INTERFACE
   CURL::libcurl SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json
   PkgConfig::PCRE2 PkgConfig::HTTPLIB PkgConfig::PANGOFT2 Threads::Threads)
+
+# QR codes: zbar decodes the invitation scan, libqrencode draws redemption codes, libpng reads/writes them.
+pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
+pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
+pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
+target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE PkgConfig::PNG)
