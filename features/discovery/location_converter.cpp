@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "core/common/great_circle.h"
+
 namespace qmv {
 namespace {
 
@@ -27,7 +29,6 @@ constexpr double kBdAngleTerm = 0.000003;
 constexpr double kSearchHalfWidth = 0.5;
 constexpr double kSearchTolerance = 0.00001;
 constexpr int kSearchRefinements = 30;
-constexpr double kEarthRadiusMeters = 6371000.0;
 
 // Two thirds of a group, as doubling then dividing (not multiplying by 0.666...).
 double twoThirds(double group) { return group * 2.0 / 3.0; }
@@ -135,14 +136,6 @@ std::string LocationConverter::coordinateArgument(Coordinate wgs) {
   return text;
 }
 
-double LocationConverter::distanceInMeters(Coordinate from, Coordinate to) {
-  constexpr double kRadians = 3.14159265358979323846 / 180.0;
-  const double phi1 = from.latitude * kRadians;
-  const double phi2 = to.latitude * kRadians;
-  const double sinHalfDPhi = std::sin((phi2 - phi1) / 2.0);
-  const double sinHalfDLambda = std::sin((to.longitude - from.longitude) * kRadians / 2.0);
-  const double h = sinHalfDPhi * sinHalfDPhi + std::cos(phi1) * std::cos(phi2) * sinHalfDLambda * sinHalfDLambda;
-  return 2.0 * kEarthRadiusMeters * std::asin(std::sqrt(std::min(1.0, h)));
-}
+double LocationConverter::distanceInMeters(Coordinate from, Coordinate to) { return greatCircleDistance(from, to); }
 
 }  // namespace qmv

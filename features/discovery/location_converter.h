@@ -46,8 +46,9 @@ class LocationConverter {
   static std::string coordinateArgument(Coordinate wgs);
 
   // Great-circle distance in metres between two WGS-84 points: the haversine formula on
-  // a sphere of radius 6371000 m (the mean Earth radius). Against the ellipsoid this errs
-  // by well under 0.5%, far below what the two-decimal distance texts show at city scale.
+  // a sphere of radius 6371000 m (the mean Earth radius; see greatCircleDistance).
+  // Against the ellipsoid this errs by under 0.5%, which a distance text shown to the
+  // metre or to ten metres at city scale does not need.
   static double distanceInMeters(Coordinate from, Coordinate to);
 };
 

@@ -119,3 +119,10 @@ print("// GCJ-02 -> WGS-84 search (refinements made)")
 for la, lo in [("39.910095", "116.403721"), ("22.54", "114.06"), ("36.0", "72.4")]:
     r, n = gcj_to_wgs(mpf(la), mpf(lo))
     print(la, lo, f(r[0]), f(r[1]), n)
+
+print("// store row distances: BD-09 store -> GCJ-02 -> WGS-84 (search), haversine to member")
+for (blat, blon), (ulat, ulon) in [(("35.110488340143743", "118.36885948897596"), ("35.104672", "118.356448")),
+                                   (("0", "0"), ("35.1", "118.3"))]:
+    g = bd_to_gcj(mpf(blat), mpf(blon))
+    w, _ = gcj_to_wgs(*g)
+    print(blat, blon, ulat, ulon, f(haversine(w[0], w[1], mpf(ulat), mpf(ulon))))

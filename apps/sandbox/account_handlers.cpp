@@ -1,0 +1,208 @@
+// Account endpoints: login, SMS codes, registration, password recovery and change, profile,
+// portrait, messages and feedback.
+#include <cstdio>
+
+#include "apps/sandbox/endpoint_table.h"
+#include "apps/sandbox/sandbox_records.h"
+#include "apps/sandbox/sandbox_server.h"
+#include "apps/sandbox/sandbox_util.h"
+
+namespace qmv::sandbox {
+namespace {
+
+constexpr const char* kMsgLoginFailed = "用户名或密码错误";
+constexpr const char* kMsgPhoneTaken = "该手机号已注册";
+constexpr const char* kMsgNoSuchPhone = "该手机号未注册";
+constexpr const char* kMsgBadPassword = "密码格式不正确";
+constexpr const char* kMsgBadInvite = "邀请码无效";
+constexpr const char* kMsgOldPassword = "原密码错误";
+constexpr const char* kMsgNotVerified = "请先验证手机号";
+constexpr const char* kMsgNothingToChange = "没有可修改的资料";
+constexpr const char* kMsgNoImage = "请选择图片";
+constexpr const char* kMsgEmptyFeedback = "请输入反馈内容";
+constexpr size_t kMaxPortraitBytes = 2 * 1024 * 1024;
+
+// Profile fields a member may change with "postChangeSelf": request key -> column.
+constexpr std::pair<const char*, const char*> kEditableFields[] = {
+    {"nickName", "nick_name"}, {"sex", "sex"},           {"birthday", "birthday"},
+    {"email", "email"},        {"address", "address"},   {"address_name", "address_name"},
+    {"address_phone", "address_phone"}, {"postcode", "postcode"}, {"name", "name"},
+};
+
+std::string newSession(SandboxStore& db, int64_t memberId) {
+  const std::string id = randomHex(32);
+  db.execute("INSERT INTO sessions(id, member_id, created) VALUES(?,?,?)", {id, memberId, nowSeconds()});
+  return id;
+}
+
+Reply login(Call& call) {
+  const std::string user = call.arg("userName");
+  const std::string password = call.arg("userPassword");
+  if (user.empty() || password.empty()) return Reply::refuse(kMsgLoginFailed);
+  const Json member = call.db.queryOne("SELECT * FROM members WHERE phone = ? OR user_name = ? ORDER BY id LIMIT 1",
+                                       {user, user});
+  if (!member.is_object() || member["password"].get<std::string>() != password) return Reply::refuse(kMsgLoginFailed);
+  const std::string session = newSession(call.db, member["id"].get<int64_t>());
+  call.member = member;
+  return Reply::ok(memberRecord(call, member, session));
+}
+
+Reply mobileCode(Call& call) {
+  const std::string phone = call.arg("mobile");
+  if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
+  const std::string code = call.demoSmsCode ? std::string(kDemoSmsCode) : randomDigits(6);
+  const std::string id = randomHex(32);
+  call.db.execute("INSERT INTO sms_codes(id, phone, code, created) VALUES(?,?,?,?)", {id, phone, code, nowSeconds()});
+  std::fprintf(stderr, "[sandbox] SMS code for %s: %s\n", phone.c_str(), code.c_str());
+  return Reply::ok({{"sessionId", id}});
+}
+
+// The unexpired, unused code record of `sessionId` for `phone` holding `code`, or null.
+Json findCode(SandboxStore& db, const std::string& sessionId, const std::string& phone, const std::string& code) {
+  if (sessionId.empty() || code.empty()) return Json();
+  return db.queryOne("SELECT * FROM sms_codes WHERE id = ? AND phone = ? AND code = ? AND used = 0 AND created > ?",
+                     {sessionId, phone, code, nowSeconds() - kSmsCodeLifetimeSeconds});
+}
+
+Reply checkCode(Call& call) {
+  const std::string phone = call.arg("mobile");
+  if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
+  if (findCode(call.db, call.arg("sessionId"), phone, call.arg("code")).is_null()) return Reply::refuse(kMsgBadCode);
+  call.db.execute("UPDATE sms_codes SET verified = 1 WHERE id = ?", {call.arg("sessionId")});
+  return Reply::ok();
+}
+
+Reply registerMember(Call& call) {
+  const std::string phone = call.arg("phone");
+  const std::string password = call.arg("password");
+  if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
+  if (!isMd5Hex(password)) return Reply::refuse(kMsgBadPassword);
+  if (findCode(call.db, call.arg("sessionId"), phone, call.arg("code")).is_null()) return Reply::refuse(kMsgBadCode);
+  if (!call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null()) return Reply::refuse(kMsgPhoneTaken);
+  Json inviter;
+  const std::string invite = call.arg("inviteId");
+  if (!invite.empty()) {
+    const Json row = call.db.queryOne("SELECT id FROM members WHERE num = ? OR phone = ?", {invite, invite});
+    if (!row.is_object()) return Reply::refuse(kMsgBadInvite);
+    inviter = row["id"];
+  }
+  const Json last = call.db.queryOne("SELECT MAX(CAST(num AS INTEGER)) AS n FROM members");
+  const int64_t number = last["n"].is_number_integer() ? last["n"].get<int64_t>() + 1 : 100001;
+  const std::string userName = call.hasArg("userName") ? call.arg("userName") : phone;
+  call.db.execute(
+      "INSERT INTO members(num, phone, user_name, password, nick_name, inviter_id, created) VALUES(?,?,?,?,?,?,?)",
+      {std::to_string(number), phone, userName, password, userName, inviter, nowSeconds()});
+  call.db.execute("UPDATE sms_codes SET used = 1 WHERE id = ?", {call.arg("sessionId")});
+  return Reply::ok();
+}
+
+Reply findPassword(Call& call) {
+  const std::string phone = call.arg("phone");
+  const std::string password = call.arg("newPassword");
+  if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
+  if (!isMd5Hex(password)) return Reply::refuse(kMsgBadPassword);
+  if (call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null()) return Reply::refuse(kMsgNoSuchPhone);
+  // The reset is allowed once per code verified by getCheckCode for this phone.
+  const Json verified = call.db.queryOne(
+      "SELECT id FROM sms_codes WHERE phone = ? AND verified = 1 AND used = 0 AND created > ? ORDER BY created DESC",
+      {phone, nowSeconds() - kSmsCodeLifetimeSeconds});
+  if (!verified.is_object()) return Reply::refuse(kMsgNotVerified);
+  call.db.execute("UPDATE sms_codes SET used = 1 WHERE id = ?", {verified["id"]});
+  call.db.execute("UPDATE members SET password = ? WHERE phone = ?", {password, phone});
+  return Reply::ok();
+}
+
+Reply logout(Call& call) {
+  call.db.execute("DELETE FROM sessions WHERE id = ?", {call.sessionId});
+  return Reply::ok();
+}
+
+Reply changePassword(Call& call) {
+  const std::string oldPassword = call.arg("oldPassword");
+  const std::string newPassword = call.arg("newPassword");
+  if (!isMd5Hex(newPassword)) return Reply::refuse(kMsgBadPassword);
+  if (call.member["password"].get<std::string>() != oldPassword) return Reply::refuse(kMsgOldPassword);
+  call.db.execute("UPDATE members SET password = ? WHERE id = ?", {newPassword, call.memberId()});
+  return Reply::ok();
+}
+
+Reply userInfo(Call& call) { return Reply::ok(memberRecord(call, call.member, call.sessionId)); }
+
+Reply changeSelf(Call& call) {
+  int changed = 0;
+  for (const auto& [key, column] : kEditableFields) {
+    if (!call.args.contains(key)) continue;
+    call.db.execute(std::string("UPDATE members SET ") + column + " = ? WHERE id = ?", {call.arg(key), call.memberId()});
+    ++changed;
+  }
+  if (changed == 0) return Reply::refuse(kMsgNothingToChange);
+  return Reply::ok(memberRecord(call, memberById(call.db, call.memberId()), call.sessionId));
+}
+
+Reply portrait(Call& call) {
+  const UploadedFile* image = nullptr;
+  for (const auto& [name, file] : call.files) {
+    if (!file.content.empty()) image = &file;
+  }
+  if (image == nullptr) return Reply::refuse(kMsgNoImage);
+  if (image->content.size() > kMaxPortraitBytes) return Reply::refuse("图片过大");
+  call.db.execute("UPDATE members SET portrait = ? WHERE id = ?", {image->content, call.memberId()});
+  const Json member = memberById(call.db, call.memberId());
+  return Reply::ok({{"imgUrl", memberRecord(call, member, "")["imgUrl"]}});
+}
+
+Reply myMessages(Call& call) {
+  const auto page = parsePage(call.arg("page"));
+  if (!page) return Reply::refuse(kMsgBadArgument);
+  Json list = Json::array();
+  for (const Json& row : call.db.query(
+           "SELECT * FROM messages WHERE member_id = ? ORDER BY created DESC, id DESC LIMIT ? OFFSET ?",
+           {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
+    list.push_back({{"id", std::to_string(row["id"].get<int64_t>())},
+                    {"contact", row["title"]},
+                    {"time", timeText(row["created"].get<int64_t>())},
+                    {"content", row["content"]},
+                    {"isRead", std::to_string(row["is_read"].get<int64_t>())}});
+  }
+  const Json count = call.db.queryOne("SELECT COUNT(*) AS n FROM messages WHERE member_id = ?", {call.memberId()});
+  return Reply::ok({{"dataList", list}, {"count", count["n"]}});
+}
+
+// Marks every message read; answers how many were unread.
+Reply readMessages(Call& call) {
+  const int64_t changed = call.db.execute("UPDATE messages SET is_read = 1 WHERE member_id = ? AND is_read = 0",
+                                          {call.memberId()});
+  return Reply::ok({{"count", std::to_string(changed)}});
+}
+
+Reply feedback(Call& call) {
+  const std::string content = call.arg("concent");
+  if (content.empty()) return Reply::refuse(kMsgEmptyFeedback);
+  call.db.execute("INSERT INTO feedback(member_id, content, contact, type, created) VALUES(?,?,?,?,?)",
+                  {call.memberId(), content, call.arg("contact"), call.arg("type"), nowSeconds()});
+  return Reply::ok();
+}
+
+}  // namespace
+
+void registerAccountHandlers(EndpointTable& table) {
+  using enum HttpMethod;
+  using enum SessionRule;
+  table.add("getUserLogin", {kGet, kNone, true, login});
+  table.add("postUserRegisterWeb", {kPost, kNone, true, registerMember});
+  // Asked for before registration too, so a missing session is fine.
+  table.add("getMobileCode", {kGet, kOptional, true, mobileCode});
+  table.add("getCheckCode4ChgMobile", {kGet, kRequired, true, mobileCode});
+  table.add("getCheckCode", {kGet, kNone, true, checkCode});
+  table.add("postFindPassword", {kPost, kNone, true, findPassword});
+  table.add("getUserLogout", {kGet, kRequired, true, logout});
+  table.add("postChangePassword", {kPost, kRequired, true, changePassword});
+  table.add("getUserInfo", {kGet, kRequired, false, userInfo});
+  table.add("postChangeSelf", {kPost, kRequired, true, changeSelf});
+  table.add("postPortrait", {kPost, kRequired, true, portrait});
+  table.add("getMyMessage", {kGet, kRequired, false, myMessages});
+  table.add("getMyReadMessage", {kGet, kRequired, true, readMessages});
+  table.add("postFeedback", {kPost, kRequired, true, feedback});
+}
+
+}  // namespace qmv::sandbox

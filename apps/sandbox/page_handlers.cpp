@@ -1,0 +1,61 @@
+#include "apps/sandbox/page_handlers.h"
+
+namespace qmv::sandbox {
+namespace {
+
+struct Page {
+  const char* path;
+  const char* title;
+  const char* body;
+};
+
+const Page kPages[] = {
+    {"/static/coinone/index.html", "一元夺宝",
+     "<p>一元即可参与，满员即开奖。</p>\n"
+     "<ul>\n"
+     "<li>iPhone 7 128G 第12期 <a href=\"qmv://pay?productId=1&series=12&acount=1\">1元夺宝</a>"
+     " <a href=\"qmv://pay?productId=1&series=12&acount=5\">5元夺宝</a></li>\n"
+     "<li>沂蒙山旅游双人游 第3期 <a href=\"qmv://pay?productId=2&series=3&acount=1\">1元夺宝</a></li>\n"
+     "</ul>\n"},
+    {"/static/lebbs/index.html", "圈子",
+     "<p>吐槽 分享 炫，生活有圈子更有料！</p>\n<p><a href=\"myTopic.html\">我的帖子</a></p>\n"},
+    {"/static/dial/index.html", "幸运大转盘",
+     "<p>活动期间每位会员可抽奖3次，红包直接存入余额。</p>\n"
+     "<p><a href=\"qmv://pay?productId=1&series=12&acount=1\">一元夺宝</a></p>\n"},
+    {"/static/address/index.html", "绑定地址",
+     "<form><p>收货人 <input name=\"address_name\"></p><p>电话 <input name=\"address_phone\"></p>"
+     "<p>地址 <input name=\"address\"></p></form>\n"},
+    {"/static/experience/index.html", "个人等级", "<p>每消费1元获得1点经验，评价订单获得10点经验。</p>\n"},
+    {"/static/lebbs/myTopic.html", "我的帖子", "<p>暂无帖子。</p>\n<p><a href=\"index.html\">返回圈子</a></p>\n"},
+};
+
+}  // namespace
+
+std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl) {
+  for (const Page& page : kPages) {
+    if (path != page.path) continue;
+    std::string html = "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n";
+    html += "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n";
+    html += std::string("<title>") + page.title + "</title>\n</head>\n<body>\n";
+    html += std::string("<h1>") + page.title + "</h1>\n" + page.body;
+    html += "<p><a href=\"qmv://login\">登录</a> · <a href=\"" + rootUrl + "/static/coinone/index.html\">一元夺宝</a></p>\n";
+    html += "</body>\n</html>\n";
+    return html;
+  }
+  return std::nullopt;
+}
+
+const std::string& placeholderPng() {
+  // A 1x1 opaque grey PNG.
+  static const std::string kPng = [] {
+    static const unsigned char kBytes[] = {
+        0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00,
+        0x00, 0x01, 0x00, 0x00, 0x00, 0x01, 0x08, 0x00, 0x00, 0x00, 0x00, 0x3a, 0x7e, 0x9b, 0x55, 0x00, 0x00, 0x00,
+        0x0a, 0x49, 0x44, 0x41, 0x54, 0x08, 0xd7, 0x63, 0x68, 0x00, 0x00, 0x00, 0x82, 0x00, 0x81, 0xdd, 0x43, 0x6a,
+        0xf4, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+    return std::string(reinterpret_cast<const char*>(kBytes), sizeof kBytes);
+  }();
+  return kPng;
+}
+
+}  // namespace qmv::sandbox

@@ -1,0 +1,15 @@
+#pragma once
+// The server-hosted pages (/static/...) shown by the client's page host, and the
+// sandbox's placeholder pictures.
+#include <optional>
+#include <string>
+
+namespace qmv::sandbox {
+
+// The HTML of a known page path (e.g. "/static/dial/index.html"), or nothing.
+std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl);
+
+// A small valid PNG used for every demo picture.
+const std::string& placeholderPng();
+
+}  // namespace qmv::sandbox

@@ -1,0 +1,212 @@
+#include "apps/sandbox/sandbox_server.h"
+
+#include <httplib.h>
+
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "apps/sandbox/demo_data.h"
+#include "apps/sandbox/endpoint_table.h"
+#include "apps/sandbox/order_payment.h"
+#include "apps/sandbox/page_handlers.h"
+#include "apps/sandbox/sandbox_records.h"
+#include "apps/sandbox/sandbox_store.h"
+#include "apps/sandbox/sandbox_util.h"
+#include "core/common/log.h"
+
+namespace qmv::sandbox {
+namespace {
+
+constexpr int64_t kSessionLifetimeSeconds = 30LL * 86400;
+constexpr size_t kMaxPayload = 8 * 1024 * 1024;
+
+std::string envelope(const Reply& reply) {
+  Json body = Json::object();
+  body["success"] = reply.code;
+  body["message"] = reply.message;
+  body["data"] = reply.succeeded() ? reply.data : Json();
+  return body.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+void readArguments(const httplib::Request& req, Call& call) {
+  for (const auto& [key, value] : req.params) call.args.emplace(key, value);
+  for (const auto& [key, part] : req.files) {
+    if (part.filename.empty()) {
+      call.args.emplace(key, part.content);
+    } else {
+      call.files.emplace(key, UploadedFile{part.filename, part.content_type, part.content});
+    }
+  }
+}
+
+}  // namespace
+
+struct SandboxServer::Impl {
+  SandboxOptions options;
+  std::unique_ptr<SandboxStore> db;
+  EndpointTable table;
+  std::unique_ptr<httplib::Server> http;
+  std::thread thread;
+  int port = 0;
+
+  std::string root() const { return "http://" + options.host + ":" + std::to_string(port); }
+
+  // Runs a handler inside one transaction and answers with its envelope.
+  void serve(const httplib::Request& req, httplib::Response& res, const Endpoint& endpoint) {
+    Reply reply;
+    try {
+      db->transact(endpoint.writes, [&] {
+        Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode};
+        readArguments(req, call);
+        call.sessionId = call.arg("sessionId");
+        if (endpoint.session != SessionRule::kNone && !call.sessionId.empty()) {
+          const Json session = db->queryOne("SELECT member_id, created FROM sessions WHERE id = ?", {call.sessionId});
+          if (session.is_object() && nowSeconds() - session["created"].get<int64_t>() < kSessionLifetimeSeconds) {
+            call.member = memberById(*db, session["member_id"].get<int64_t>());
+          }
+        }
+        if (endpoint.session == SessionRule::kRequired && !call.member.is_object()) {
+          reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json(), false};
+          return false;
+        }
+        reply = endpoint.handler(call);
+        return reply.succeeded() || reply.commitOnRefusal;
+      });
+    } catch (const std::exception& error) {
+      logLine(std::string("[sandbox] ") + req.path + " failed: " + error.what());
+      reply = Reply::refuse(kMsgServerError);
+    }
+    res.set_content(envelope(reply), "application/json; charset=utf-8");
+  }
+
+  void route() {
+    auto api = [this](HttpMethod method) {
+      return [this, method](const httplib::Request& req, httplib::Response& res) {
+        const Endpoint* endpoint = table.find(req.matches[1].str());
+        if (endpoint == nullptr) {
+          res.status = 404;
+          return;
+        }
+        if (endpoint->method != method) {
+          res.status = 405;
+          return;
+        }
+        serve(req, res, *endpoint);
+      };
+    };
+    http->Get(R"(/qmv/app/v3/([^/]+))", api(HttpMethod::kGet));
+    http->Post(R"(/qmv/app/v3/([^/]+))", api(HttpMethod::kPost));
+
+    static const Endpoint kComplete{HttpMethod::kPost, SessionRule::kNone, true, completePayment};
+    http->Post("/sandbox/pay/complete",
+               [this](const httplib::Request& req, httplib::Response& res) { serve(req, res, kComplete); });
+
+    http->Get(R"(/static/(.+))", [this](const httplib::Request& req, httplib::Response& res) {
+      const auto html = pageHtml(req.path, root());
+      if (!html) {
+        res.status = 404;
+        return;
+      }
+      res.set_content(*html, "text/html; charset=utf-8");
+    });
+    http->Get(R"(/sandbox/img/[A-Za-z0-9_.-]+)", [](const httplib::Request&, httplib::Response& res) {
+      res.set_content(placeholderPng(), "image/png");
+    });
+    http->Get(R"(/sandbox/portrait/([0-9]+)\.png)", [this](const httplib::Request& req, httplib::Response& res) {
+      Json row;
+      try {
+        db->transact(false, [&] {
+          row = db->queryOne("SELECT portrait FROM members WHERE num = ? AND portrait IS NOT NULL",
+                             {req.matches[1].str()});
+          return true;
+        });
+      } catch (const std::exception&) {
+        row = Json();
+      }
+      if (!row.is_object() || !row["portrait"].is_string()) {
+        res.status = 404;
+        return;
+      }
+      res.set_content(row["portrait"].get<std::string>(), "image/png");
+    });
+    http->set_exception_handler([](const httplib::Request&, httplib::Response& res, std::exception_ptr) {
+      res.status = 200;
+      res.set_content(envelope(Reply::refuse(kMsgServerError)), "application/json; charset=utf-8");
+    });
+  }
+};
+
+SandboxServer::SandboxServer(SandboxOptions options) : impl_(std::make_unique<Impl>()) {
+  impl_->options = std::move(options);
+}
+
+SandboxServer::~SandboxServer() { stop(); }
+
+std::string SandboxServer::start() {
+  if (impl_->thread.joinable()) return "";
+  std::error_code ec;
+  std::filesystem::create_directories(impl_->options.home, ec);
+  if (ec) return "cannot create " + impl_->options.home.string() + ": " + ec.message();
+  std::string error;
+  impl_->db = SandboxStore::open(impl_->options.home / "sandbox.db", &error);
+  if (!impl_->db) return error;
+  try {
+    prepareDatabase(*impl_->db);
+  } catch (const std::exception& failure) {
+    impl_->db.reset();
+    return std::string("cannot prepare the sandbox database: ") + failure.what();
+  }
+  impl_->table = EndpointTable();
+  registerAccountHandlers(impl_->table);
+  registerDiscoveryHandlers(impl_->table);
+  registerOrderHandlers(impl_->table);
+  registerWalletHandlers(impl_->table);
+  registerReferralHandlers(impl_->table);
+  registerWheelHandlers(impl_->table);
+
+  impl_->http = std::make_unique<httplib::Server>();
+  impl_->http->set_payload_max_length(kMaxPayload);
+  // Address reuse only: the library's default also shares the port, which would let two
+  // sandboxes listen on one fixed port instead of reporting it taken.
+  impl_->http->set_socket_options([](int sock) {
+    int yes = 1;
+    setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, reinterpret_cast<void*>(&yes), sizeof(yes));
+  });
+  impl_->route();
+  int bound = 0;
+  if (impl_->options.port == 0) {
+    bound = impl_->http->bind_to_any_port(impl_->options.host);
+  } else if (impl_->http->bind_to_port(impl_->options.host, impl_->options.port)) {
+    bound = impl_->options.port;
+  }
+  if (bound <= 0) {
+    impl_->http.reset();
+    impl_->db.reset();
+    return "cannot listen on " + impl_->options.host + ":" + std::to_string(impl_->options.port);
+  }
+  impl_->port = bound;
+  impl_->thread = std::thread([http = impl_->http.get()] { http->listen_after_bind(); });
+  for (int i = 0; i < 500 && !impl_->http->is_running(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  logLine("[sandbox] serving " + baseUrl() + " from " + (impl_->options.home / "sandbox.db").string());
+  return "";
+}
+
+void SandboxServer::stop() {
+  if (!impl_ || !impl_->thread.joinable()) return;
+  impl_->http->stop();
+  impl_->thread.join();
+  impl_->http.reset();
+  impl_->db.reset();
+  impl_->port = 0;
+}
+
+int SandboxServer::port() const { return impl_->port; }
+
+std::string SandboxServer::baseUrl() const { return rootUrl() + "/qmv/app/v3/"; }
+
+std::string SandboxServer::rootUrl() const { return impl_->root(); }
+
+}  // namespace qmv::sandbox

@@ -1,0 +1,53 @@
+#pragma once
+// SandboxServer: a local HTTP server implementing the application server's contract as the
+// client sees it. Every endpoint of the API catalogue is served under /qmv/app/v3/<name>
+// with the response envelope {"success", "message", "data"}; sessions, balances, orders and
+// the rest live in <home>/sandbox.db. Besides the application API it serves the server-hosted
+// pages under /static/, pictures under /sandbox/img/ and /sandbox/portrait/, and the payment
+// completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel) through
+// which the sandbox payment adapters finish a payment the way a vendor application would.
+//
+// Embedding: construct, start() (binds and serves on its own thread), stop() or destroy.
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace qmv::sandbox {
+
+// The SMS code of demo mode: every code request is answered with it (and it is logged).
+inline constexpr const char* kDemoSmsCode = "123456";
+
+struct SandboxOptions {
+  std::filesystem::path home;
+  int port = 0;
+  std::string host = "127.0.0.1";
+  // When false, codes are random six-digit texts (still logged to stderr).
+  bool demoSmsCode = true;
+};
+
+class SandboxServer {
+ public:
+  explicit SandboxServer(SandboxOptions options);
+  ~SandboxServer();  // stops
+  SandboxServer(const SandboxServer&) = delete;
+  SandboxServer& operator=(const SandboxServer&) = delete;
+
+  // Creates the home when missing, opens <home>/sandbox.db, seeds the demo world on first
+  // use, binds (port 0 = a free port) and serves on a thread. Returns an error text on
+  // failure (empty on success). Calling it while running does nothing.
+  std::string start();
+  // Stops serving and waits for the serving thread; safe to call more than once.
+  void stop();
+  // The bound port (0 before a successful start).
+  int port() const;
+  // "http://<host>:<port>/qmv/app/v3/"
+  std::string baseUrl() const;
+  // "http://<host>:<port>"
+  std::string rootUrl() const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace qmv::sandbox

@@ -1,0 +1,116 @@
+#include "apps/sandbox/sandbox_server.h"
+
+#include <thread>
+
+#include "apps/sandbox/sandbox_test_support.h"
+
+namespace qmv::sandbox::testing {
+namespace {
+
+TEST_F(SandboxTest, ServesTheEnvelopeAndAnswersUnknownPathsWith404) {
+  EXPECT_EQ(server_->baseUrl(), "http://127.0.0.1:" + std::to_string(server_->port()) + "/qmv/app/v3/");
+  const Json catalogue = api_->get("getCategoryList");
+  EXPECT_EQ(code(catalogue), "0");
+  EXPECT_EQ(catalogue["message"], "");
+  EXPECT_EQ(api_->get("getNoSuchThing"), Json({{"status", 404}}));
+  EXPECT_EQ(api_->get("../static/dial/index.html").value("status", 0), 404);
+  auto res = api_->raw().Get("/qmv/app/v2/getCategoryList");
+  ASSERT_TRUE(res);
+  EXPECT_EQ(res->status, 404);
+  // A GET endpoint asked with POST is not served.
+  EXPECT_EQ(api_->post("getCategoryList").value("status", 0), 405);
+}
+
+TEST_F(SandboxTest, GuardedEndpointsAnswerSessionExpiredWithoutAKnownSession) {
+  for (const char* name : {"getUserInfo", "getMyPosts", "getBoundBankCard", "getMyContacts", "getWheels"}) {
+    EXPECT_EQ(code(api_->get(name)), "2") << name;
+    EXPECT_EQ(code(api_->get(name, {{"sessionId", "not-a-session"}})), "2") << name;
+  }
+  EXPECT_EQ(code(api_->post("postPayForStore", {{"totalFee", "100"}, {"accountType", "3"}})), "2");
+  const std::string session = api_->login();
+  ASSERT_FALSE(session.empty());
+  EXPECT_EQ(code(api_->get("getUserInfo", {{"sessionId", session}})), "0");
+  EXPECT_EQ(code(api_->get("getUserLogout", {{"sessionId", session}})), "0");
+  EXPECT_EQ(code(api_->get("getUserInfo", {{"sessionId", session}})), "2");
+  // Browsing endpoints do not need a session.
+  EXPECT_EQ(code(api_->get("getStoreDetailInfo", {{"storeId", "1"}})), "0");
+}
+
+TEST_F(SandboxTest, MalformedInputGivesAFailureEnvelopeNeverACrash) {
+  const std::string session = api_->login();
+  const std::vector<std::pair<std::string, Args>> gets = {
+      {"getTypeSearchList", {{"page", "abc"}}},
+      {"getTypeSearchList", {{"sort", "9"}}},
+      {"getTypeSearchList", {{"type", "x"}, {"page", "1"}}},
+      {"getPopularList", {{"page", "-1"}}},
+      {"getStoreDetailInfo", {{"storeId", "99999999999999999999999"}}},
+      {"getCommodityDetailInfo", {{"commodityId", "1' OR '1'='1"}}},
+      {"getMyPosts", {{"sessionId", session}, {"type", "7"}}},
+      {"getRemarkMeByUser", {{"storeId", "1"}, {"star", "six"}}},
+      {"getWheelResult", {{"sessionId", session}, {"id", ""}}},
+  };
+  for (const auto& [name, args] : gets) {
+    const Json reply = api_->get(name, args);
+    EXPECT_EQ(code(reply), "1") << name;
+    EXPECT_FALSE(reply.value("message", "").empty()) << name;
+  }
+  EXPECT_EQ(code(api_->post("postPayForStore", {{"sessionId", session}, {"totalFee", "1e3"}, {"accountType", "3"},
+                                                {"storeId", "1"}})),
+            "1");
+  // A raw body that is not a form and a binary multipart part are refused, not fatal.
+  auto res = api_->raw().Post("/qmv/app/v3/postFeedback", std::string("\x00\xff{]", 5), "application/json");
+  ASSERT_TRUE(res);
+  EXPECT_EQ(code(parseJson(res->body)), "2");
+  // The server still answers afterwards.
+  EXPECT_EQ(code(api_->get("getCarouselList")), "0");
+}
+
+TEST_F(SandboxTest, DemoDataIsSeededOnceAndPersistsAcrossRestarts) {
+  std::string session = api_->login();
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen);
+  const Json pay = api_->post("postPayForStore",
+                              {{"sessionId", session}, {"totalFee", "1234"}, {"accountType", "3"}, {"storeId", "2"}});
+  ASSERT_EQ(code(pay), "0");
+  server_->stop();
+  server_ = std::make_unique<SandboxServer>(SandboxOptions{home_, 0, "127.0.0.1", true});
+  ASSERT_EQ(server_->start(), "");
+  api_ = std::make_unique<ApiClient>(server_->port());
+  session = api_->login();
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 1234) << "the home's data was seeded again";
+  EXPECT_TRUE(std::filesystem::exists(home_ / "sandbox.db"));
+}
+
+TEST_F(SandboxTest, ServesTheSixPagesWithTheirTitlesAndAppLinks) {
+  const std::pair<const char*, const char*> pages[] = {
+      {"/static/coinone/index.html", "一元夺宝"}, {"/static/lebbs/index.html", "圈子"},
+      {"/static/dial/index.html", "幸运大转盘"},   {"/static/address/index.html", "绑定地址"},
+      {"/static/experience/index.html", "个人等级"}, {"/static/lebbs/myTopic.html", "我的帖子"}};
+  for (const auto& [path, title] : pages) {
+    auto res = api_->raw().Get(path);
+    ASSERT_TRUE(res);
+    EXPECT_EQ(res->status, 200) << path;
+    EXPECT_NE(res->body.find(std::string("<title>") + title + "</title>"), std::string::npos) << path;
+    EXPECT_NE(res->body.find("qmv://login"), std::string::npos) << path;
+  }
+  auto coin = api_->raw().Get("/static/coinone/index.html");
+  EXPECT_NE(coin->body.find("qmv://pay?productId=1&series=12&acount=1"), std::string::npos);
+  auto missing = api_->raw().Get("/static/nothing.html");
+  EXPECT_EQ(missing->status, 404);
+}
+
+TEST(SandboxServerLifecycle, ReportsABusyPortAndAnUnusableHome) {
+  const auto home = freshHome();
+  SandboxServer first(SandboxOptions{home, 0, "127.0.0.1", true});
+  ASSERT_EQ(first.start(), "");
+  SandboxServer second(SandboxOptions{freshHome(), first.port(), "127.0.0.1", true});
+  EXPECT_NE(second.start(), "");
+  EXPECT_EQ(second.port(), 0);
+  SandboxServer blocked(SandboxOptions{"/proc/qmv-sandbox-cannot-be-here", 0, "127.0.0.1", true});
+  EXPECT_NE(blocked.start(), "");
+  first.stop();
+  first.stop();
+  std::filesystem::remove_all(home);
+}
+
+}  // namespace
+}  // namespace qmv::sandbox::testing

@@ -1,0 +1,142 @@
+#include "apps/sandbox/sandbox_util.h"
+
+#include <openssl/evp.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <random>
+
+namespace qmv::sandbox {
+namespace {
+
+std::mt19937_64& generator() {
+  thread_local std::mt19937_64 engine(std::random_device{}());
+  return engine;
+}
+
+std::string formatTime(int64_t seconds, const char* format) {
+  std::time_t t = static_cast<std::time_t>(seconds);
+  std::tm parts{};
+  localtime_r(&t, &parts);
+  char buffer[32];
+  std::strftime(buffer, sizeof buffer, format, &parts);
+  return buffer;
+}
+
+}  // namespace
+
+int64_t nowSeconds() {
+  return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+std::string timeText(int64_t seconds) { return formatTime(seconds, "%Y-%m-%d %H:%M:%S"); }
+std::string dateText(int64_t seconds) { return formatTime(seconds, "%Y-%m-%d"); }
+
+std::string randomHex(size_t length) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::uniform_int_distribution<int> pick(0, 15);
+  std::string out;
+  for (size_t i = 0; i < length; ++i) out.push_back(kDigits[pick(generator())]);
+  return out;
+}
+
+std::string randomDigits(size_t length) {
+  std::uniform_int_distribution<int> pick(0, 9);
+  std::string out;
+  for (size_t i = 0; i < length; ++i) out.push_back(static_cast<char>('0' + pick(generator())));
+  return out;
+}
+
+std::string md5Hex(const std::string& text) {
+  unsigned char digest[EVP_MAX_MD_SIZE];
+  unsigned int length = 0;
+  EVP_Digest(text.data(), text.size(), digest, &length, EVP_md5(), nullptr);
+  std::string out;
+  char pair[3];
+  for (unsigned int i = 0; i < length; ++i) {
+    std::snprintf(pair, sizeof pair, "%02x", digest[i]);
+    out += pair;
+  }
+  return out;
+}
+
+std::optional<int64_t> parseInteger(const std::string& text, int64_t min, int64_t max) {
+  if (text.empty() || text.size() > 18) return std::nullopt;
+  size_t i = (text[0] == '-' || text[0] == '+') ? 1 : 0;
+  if (i == text.size()) return std::nullopt;
+  int64_t value = 0;
+  for (size_t k = i; k < text.size(); ++k) {
+    if (text[k] < '0' || text[k] > '9') return std::nullopt;
+    value = value * 10 + (text[k] - '0');
+  }
+  if (text[0] == '-') value = -value;
+  if (value < min || value > max) return std::nullopt;
+  return value;
+}
+
+std::optional<int64_t> parsePage(const std::string& text) {
+  if (text.empty()) return 1;
+  return parseInteger(text, 1, 1000000);
+}
+
+bool isDigits(const std::string& text, size_t minLength, size_t maxLength) {
+  if (text.size() < minLength || text.size() > maxLength) return false;
+  for (char c : text) {
+    if (c < '0' || c > '9') return false;
+  }
+  return true;
+}
+
+bool isPhone(const std::string& text) {
+  return isDigits(text, 11, 11) && text[0] == '1' && text[1] >= '3' && text[1] <= '9';
+}
+
+bool isMd5Hex(const std::string& text) {
+  if (text.size() != 32) return false;
+  for (char c : text) {
+    if (!((c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'))) return false;
+  }
+  return true;
+}
+
+std::optional<std::pair<double, double>> parseLatLng(const std::string& text) {
+  const auto comma = text.find(',');
+  if (comma == std::string::npos || text.find(',', comma + 1) != std::string::npos) return std::nullopt;
+  try {
+    size_t used = 0;
+    const std::string latText = text.substr(0, comma);
+    const std::string lngText = text.substr(comma + 1);
+    const double lat = std::stod(latText, &used);
+    if (used != latText.size()) return std::nullopt;
+    const double lng = std::stod(lngText, &used);
+    if (used != lngText.size()) return std::nullopt;
+    if (!std::isfinite(lat) || !std::isfinite(lng) || std::fabs(lat) > 90 || std::fabs(lng) > 180) {
+      return std::nullopt;
+    }
+    return std::make_pair(lat, lng);
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+double distanceMetres(double lat1, double lng1, double lat2, double lng2) {
+  constexpr double kEarthRadius = 6378137.0;
+  constexpr double kRad = M_PI / 180.0;
+  const double dLat = (lat2 - lat1) * kRad;
+  const double dLng = (lng2 - lng1) * kRad;
+  const double a = std::sin(dLat / 2) * std::sin(dLat / 2) +
+                   std::cos(lat1 * kRad) * std::cos(lat2 * kRad) * std::sin(dLng / 2) * std::sin(dLng / 2);
+  return 2 * kEarthRadius * std::asin(std::min(1.0, std::sqrt(a)));
+}
+
+std::string yuanText(int64_t fen) {
+  char buffer[32];
+  std::snprintf(buffer, sizeof buffer, "%s%lld.%02lld", fen < 0 ? "-" : "", static_cast<long long>(std::llabs(fen) / 100),
+                static_cast<long long>(std::llabs(fen) % 100));
+  return buffer;
+}
+
+}  // namespace qmv::sandbox

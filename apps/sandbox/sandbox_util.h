@@ -1,0 +1,50 @@
+#pragma once
+// Small helpers shared by the sandbox's handlers: argument parsing, clock texts, random
+// identifiers, digests and distances, and the refusal messages used by more than one feature.
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace qmv::sandbox {
+
+inline constexpr const char* kMsgBadArgument = "参数错误";
+inline constexpr const char* kMsgSessionExpired = "登录已过期，请重新登录";
+inline constexpr const char* kMsgInsufficientBalance = "余额不足";
+inline constexpr const char* kMsgBadPhone = "请输入正确的手机号";
+inline constexpr const char* kMsgBadCode = "验证码错误或已过期";
+inline constexpr const char* kMsgServerError = "服务器内部错误";
+
+inline constexpr int kPageSize = 10;
+inline constexpr int64_t kSmsCodeLifetimeSeconds = 600;
+
+int64_t nowSeconds();
+// Local time as "yyyy-MM-dd HH:mm:ss" (or the date alone).
+std::string timeText(int64_t seconds);
+std::string dateText(int64_t seconds);
+
+std::string randomHex(size_t length);
+std::string randomDigits(size_t length);
+
+// Lower-case hexadecimal MD5 of `text`.
+std::string md5Hex(const std::string& text);
+
+// The decimal integer in `text` when it is one (optional sign, digits only) and lies in
+// [min, max]; otherwise nothing.
+std::optional<int64_t> parseInteger(const std::string& text, int64_t min, int64_t max);
+// The page number: 1 when empty, nothing when not a positive integer.
+std::optional<int64_t> parsePage(const std::string& text);
+
+bool isPhone(const std::string& text);
+bool isMd5Hex(const std::string& text);
+bool isDigits(const std::string& text, size_t minLength, size_t maxLength);
+
+// "lat,lng" as the client sends positions; nothing when malformed or out of range.
+std::optional<std::pair<double, double>> parseLatLng(const std::string& text);
+// Great-circle distance in metres.
+double distanceMetres(double lat1, double lng1, double lat2, double lng2);
+
+// Yuan text with two decimals for an amount in fen ("12.50").
+std::string yuanText(int64_t fen);
+
+}  // namespace qmv::sandbox

@@ -1,0 +1,135 @@
+// Wallet endpoints: the bound bank card, withdrawals and fund records.
+#include "apps/sandbox/endpoint_table.h"
+#include "apps/sandbox/sandbox_records.h"
+#include "apps/sandbox/sandbox_util.h"
+
+namespace qmv::sandbox {
+namespace {
+
+constexpr const char* kMsgNoName = "请输入持卡人姓名";
+constexpr const char* kMsgBadCard = "银行卡格式不正确";
+constexpr const char* kMsgBadCertificate = "身份证号格式不正确";
+constexpr const char* kMsgAlreadyBound = "您已绑定银行卡，请先解绑";
+constexpr const char* kMsgNotBound = "您尚未绑定银行卡";
+constexpr const char* kMsgBadAmount = "提现金额不正确";
+constexpr const char* kMsgMinimum = "提现最小金额为10元";
+constexpr int64_t kMinimumWithdrawal = 1000;
+
+bool luhnValid(const std::string& number) {
+  int sum = 0;
+  bool doubled = false;
+  for (auto it = number.rbegin(); it != number.rend(); ++it) {
+    int digit = *it - '0';
+    if (doubled) {
+      digit *= 2;
+      if (digit > 9) digit -= 9;
+    }
+    sum += digit;
+    doubled = !doubled;
+  }
+  return sum % 10 == 0;
+}
+
+bool certificateValid(const std::string& id) {
+  if (id.size() != 18 || !isDigits(id.substr(0, 17), 17, 17)) return false;
+  const char last = id[17];
+  return (last >= '0' && last <= '9') || last == 'X' || last == 'x';
+}
+
+// Bank names by card prefix (a few common ones; the rest are named generically).
+std::string bankName(const std::string& card) {
+  static const std::pair<const char*, const char*> kPrefixes[] = {
+      {"622202", "中国工商银行"}, {"622848", "中国农业银行"}, {"621700", "中国建设银行"}, {"436742", "中国建设银行"},
+      {"622588", "招商银行"},     {"621226", "中国工商银行"}, {"601382", "中国银行"},     {"622262", "交通银行"},
+  };
+  for (const auto& [prefix, name] : kPrefixes) {
+    if (card.rfind(prefix, 0) == 0) return name;
+  }
+  return "银联卡";
+}
+
+Reply boundCard(Call& call) {
+  const Json card = call.db.queryOne("SELECT * FROM bank_cards WHERE member_id = ?", {call.memberId()});
+  if (!card.is_object()) return Reply::ok();
+  return Reply::ok({{"cardId", card["card_id"]}, {"certifId", card["certif_id"]}, {"name", card["name"]},
+                    {"cardBank", card["card_bank"]}});
+}
+
+Reply bindCard(Call& call) {
+  const std::string name = call.arg("name");
+  const std::string cardId = call.arg("cardId");
+  const std::string certifId = call.arg("certifId");
+  if (name.empty()) return Reply::refuse(kMsgNoName);
+  if (!certificateValid(certifId)) return Reply::refuse(kMsgBadCertificate);
+  if (!(isDigits(cardId, 16, 16) || isDigits(cardId, 19, 19)) || !luhnValid(cardId)) return Reply::refuse(kMsgBadCard);
+  // The code was asked for with "getMobileCode" for the member's own phone.
+  const Json code = call.db.queryOne("SELECT id FROM sms_codes WHERE phone = ? AND code = ? AND used = 0 AND created > ?",
+                                     {call.member["phone"], call.arg("identifying"),
+                                      nowSeconds() - kSmsCodeLifetimeSeconds});
+  if (!code.is_object()) return Reply::refuse(kMsgBadCode);
+  if (!call.db.queryOne("SELECT 1 FROM bank_cards WHERE member_id = ?", {call.memberId()}).is_null()) {
+    return Reply::refuse(kMsgAlreadyBound);
+  }
+  call.db.execute("UPDATE sms_codes SET used = 1 WHERE id = ?", {code["id"]});
+  call.db.execute("INSERT INTO bank_cards(member_id, card_id, certif_id, name, card_bank, created) VALUES(?,?,?,?,?,?)",
+                  {call.memberId(), cardId, certifId, name, bankName(cardId), nowSeconds()});
+  return Reply::ok({{"cardBank", bankName(cardId)}});
+}
+
+Reply unbindCard(Call& call) {
+  if (call.db.execute("DELETE FROM bank_cards WHERE member_id = ?", {call.memberId()}) == 0) {
+    return Reply::refuse(kMsgNotBound);
+  }
+  return Reply::ok();
+}
+
+Reply withdraw(Call& call) {
+  const auto amount = parseInteger(call.arg("amount"), 1, 1000000000);
+  if (!amount) return Reply::refuse(kMsgBadAmount);
+  if (*amount < kMinimumWithdrawal) return Reply::refuse(kMsgMinimum);
+  const Json card = call.db.queryOne("SELECT card_id FROM bank_cards WHERE member_id = ?", {call.memberId()});
+  if (!card.is_object()) return Reply::refuse(kMsgNotBound);
+  if (!moveBalance(call.db, call.memberId(), -*amount, "withdraw", "提现", card["card_id"].get<std::string>())) {
+    return Reply::refuse(kMsgInsufficientBalance);
+  }
+  call.db.execute("INSERT INTO withdrawals(member_id, amount, card_id, created) VALUES(?,?,?,?)",
+                  {call.memberId(), *amount, card["card_id"], nowSeconds()});
+  const Json member = memberById(call.db, call.memberId());
+  return Reply::ok({{"balance", std::to_string(member["balance"].get<int64_t>())}});
+}
+
+// Fund records, newest first. "type": "0" or empty every record, "1" money in, "2" money out.
+Reply fundRecords(Call& call) {
+  const auto page = parsePage(call.arg("page"));
+  const auto type = call.hasArg("type") ? parseInteger(call.arg("type"), 0, 2) : std::optional<int64_t>(0);
+  if (!page || !type) return Reply::refuse(kMsgBadArgument);
+  static const char* const kFilters[] = {"1", "amount > 0", "amount < 0"};
+  Json list = Json::array();
+  for (const Json& row : call.db.query(std::string("SELECT * FROM ledger WHERE member_id = ? AND ") + kFilters[*type] +
+                                           " ORDER BY id DESC LIMIT ? OFFSET ?",
+                                       {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
+    list.push_back({{"id", std::to_string(row["id"].get<int64_t>())},
+                    {"amount", std::to_string(row["amount"].get<int64_t>())},
+                    {"type", row["kind"]},
+                    {"title", row["title"]},
+                    {"orderId", row["ref"]},
+                    {"time", timeText(row["created"].get<int64_t>())}});
+  }
+  const Json count = call.db.queryOne(
+      std::string("SELECT COUNT(*) AS n FROM ledger WHERE member_id = ? AND ") + kFilters[*type], {call.memberId()});
+  return Reply::ok({{"dataList", list}, {"count", count["n"]}});
+}
+
+}  // namespace
+
+void registerWalletHandlers(EndpointTable& table) {
+  using enum HttpMethod;
+  using enum SessionRule;
+  table.add("getBoundBankCard", {kGet, kRequired, false, boundCard});
+  table.add("bindBankCard", {kPost, kRequired, true, bindCard});
+  table.add("unBindingBankCard", {kPost, kRequired, true, unbindCard});
+  table.add("withDraw", {kPost, kRequired, true, withdraw});
+  table.add("getTopUpListForUser", {kGet, kRequired, false, fundRecords});
+}
+
+}  // namespace qmv::sandbox
