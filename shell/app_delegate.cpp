@@ -13,7 +13,7 @@
 #include "platform/settings_store.h"
 #include "platform/status_overlay.h"
 #include "platform/vendor_sdks.h"
-#include "shell/url_parts.h"
+#include "core/common/url_parts.h"
 
 namespace qmv {
 namespace {

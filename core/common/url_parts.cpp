@@ -1,4 +1,4 @@
-#include "shell/url_parts.h"
+#include "core/common/url_parts.h"
 
 #include <cctype>
 
