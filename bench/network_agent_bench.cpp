@@ -21,9 +21,9 @@ namespace {
 constexpr int kParallel = 4;
 constexpr const char* kBody = R"({"success":"0","message":"","data":{"id":"1","name":"shop"}})";
 
-qmv::testing::LoopbackServer& server() {
+qmv::testsupport::LoopbackServer& server() {
   static auto* s = [] {
-    auto* srv = new qmv::testing::LoopbackServer;
+    auto* srv = new qmv::testsupport::LoopbackServer;
     srv->server().Get("/small", [](const httplib::Request&, httplib::Response& res) {
       res.set_content(kBody, "application/json");
     });

@@ -49,7 +49,7 @@ class CurlTransportTest : public ::testing::Test {
   }
 
   static constexpr const char* kFile = "0123456789abcdefghijklmnopqrstuvwxyz";
-  testing::LoopbackServer server_;
+  testsupport::LoopbackServer server_;
   std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
   std::shared_ptr<MemoryCookieStore> cookies_ = std::make_shared<MemoryCookieStore>();
   CurlTransport transport_{loop_, cookies_};

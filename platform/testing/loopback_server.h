@@ -9,7 +9,7 @@
 #include <string>
 #include <thread>
 
-namespace qmv::testing {
+namespace qmv::testsupport {
 
 class LoopbackServer {
  public:
@@ -60,4 +60,4 @@ class LoopbackServer {
   std::atomic<bool> stopping_{false};
 };
 
-}  // namespace qmv::testing
+}  // namespace qmv::testsupport
