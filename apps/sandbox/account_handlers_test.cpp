@@ -69,6 +69,22 @@ TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) 
   EXPECT_EQ(api_->get("getMyContacts", {{"sessionId", api_->login()}})["data"]["twoContact"], "4");
 }
 
+TEST(SandboxCodes, OutsideDemoModeTheCodeIsNotTheDemoOne) {
+  const auto home = freshHome();
+  SandboxServer server(SandboxOptions{home, 0, "127.0.0.1", false});
+  ASSERT_EQ(server.start(), "");
+  ApiClient api(server.port());
+  int accepted = 0;
+  for (int i = 0; i < 3; ++i) {
+    const std::string session = api.get("getMobileCode", {{"mobile", "13912340000"}})["data"]["sessionId"];
+    const Json check = api.get("getCheckCode", {{"mobile", "13912340000"}, {"code", kDemoSmsCode}, {"sessionId", session}});
+    accepted += check.value("success", "") == "0" ? 1 : 0;
+  }
+  EXPECT_LT(accepted, 3);
+  server.stop();
+  std::filesystem::remove_all(home);
+}
+
 TEST_F(SandboxTest, PasswordRecoveryNeedsAVerifiedCodeAndChangesTheLogin) {
   const std::string fresh = md5Hex("newpass1");
   EXPECT_EQ(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", fresh}})["message"], "请先验证手机号");
@@ -127,7 +143,8 @@ TEST_F(SandboxTest, MessagesAndFeedback) {
   ASSERT_EQ(messages["dataList"].size(), 3u);
   EXPECT_TRUE(messages["dataList"][0].contains("contact"));
   EXPECT_EQ(api_->get("getMyReadMessage", {{"sessionId", session}})["data"]["count"], "2");
-  for (const Json& message : api_->get("getMyMessage", {{"sessionId", session}})["data"]["dataList"]) {
+  const Json read = api_->get("getMyMessage", {{"sessionId", session}})["data"]["dataList"];
+  for (const Json& message : read) {
     EXPECT_EQ(message["isRead"], "1");
   }
   EXPECT_EQ(api_->post("postFeedback", {{"sessionId", session}, {"type", "0"}})["message"], "请输入反馈内容");

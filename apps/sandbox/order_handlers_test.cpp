@@ -47,7 +47,8 @@ TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThe
   EXPECT_EQ(waiting["data"]["payState"], "waiting");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen) << "nothing is taken before the channel reports";
   EXPECT_EQ(code(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", orderId}})), "0");
-  for (const Json& order : api_->get("getMyPosts", {{"sessionId", session}, {"type", "0"}})["data"]["dataList"]) {
+  const Json listed = api_->get("getMyPosts", {{"sessionId", session}, {"type", "0"}})["data"]["dataList"];
+  for (const Json& order : listed) {
     EXPECT_NE(order["orderId"], orderId) << "unpaid orders are not listed";
   }
   EXPECT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", prepay}, {"result", "maybe"}})), "1");

@@ -21,6 +21,28 @@ TEST_F(SandboxTest, ServesTheEnvelopeAndAnswersUnknownPathsWith404) {
   EXPECT_EQ(api_->post("getCategoryList").value("status", 0), 405);
 }
 
+TEST_F(SandboxTest, EveryCatalogueEndpointIsServedWithItsMethod) {
+  const std::vector<std::string> gets = {
+      "getUserLogin", "getMobileCode", "getCheckCode4ChgMobile", "getCheckCode", "getUserLogout", "getUserInfo",
+      "getCategoryList", "getCategorTemplates1", "getSearchList", "getTypeSearchList", "getAreaList", "getMapList",
+      "getStoreDetailInfo", "getCommodityDetailInfo", "getRemarkMeByUser", "getMyFavorite", "getMyCommodityFavorite",
+      "getCarouselList", "getRecommendStore", "getPopularList", "getMyMessage", "getMyReadMessage", "getMyPosts",
+      "getOrderDetail", "getMyVoucher", "getTopUpListForUser", "getBoundBankCard", "getMyContacts",
+      "getIndirectContacts", "getMyRemark", "getWheels", "getWheelResult"};
+  const std::vector<std::string> posts = {
+      "postUserRegisterWeb", "postFindPassword", "postChangePassword", "postChangeSelf", "postPortrait", "PostGrade",
+      "postBookmark", "postCollectCommodity", "postFeedback", "postPayForStore", "postPayForIndiana",
+      "postPayForActivity", "postRefund", "bindBankCard", "unBindingBankCard", "withDraw"};
+  for (const auto& name : gets) {
+    const Json reply = api_->get(name);
+    EXPECT_TRUE(reply.contains("success") && reply.contains("message") && reply.contains("data")) << name;
+  }
+  for (const auto& name : posts) {
+    const Json reply = api_->post(name);
+    EXPECT_TRUE(reply.contains("success") && reply.contains("message") && reply.contains("data")) << name;
+  }
+}
+
 TEST_F(SandboxTest, GuardedEndpointsAnswerSessionExpiredWithoutAKnownSession) {
   for (const char* name : {"getUserInfo", "getMyPosts", "getBoundBankCard", "getMyContacts", "getWheels"}) {
     EXPECT_EQ(code(api_->get(name)), "2") << name;
