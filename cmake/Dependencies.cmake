@@ -10,6 +10,8 @@ find_package(GTest REQUIRED)
 find_package(benchmark QUIET)
 pkg_check_modules(PCRE2 REQUIRED IMPORTED_TARGET libpcre2-8)
 pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+# Text measurement: Pango over FreeType and fontconfig, no drawing surface needed.
+pkg_check_modules(PANGOFT2 REQUIRED IMPORTED_TARGET pangoft2)
 
 add_library(qmv_deps INTERFACE)
 add_library(qmv::deps ALIAS qmv_deps)
@@ -17,4 +19,10 @@ add_library(qmv::deps ALIAS qmv_deps)
 target_compile_definitions(qmv_deps INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
 target_link_libraries(qmv_deps INTERFACE
   CURL::libcurl SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json
-  PkgConfig::PCRE2 PkgConfig::HTTPLIB Threads::Threads)
+  PkgConfig::PCRE2 PkgConfig::HTTPLIB PkgConfig::PANGOFT2 Threads::Threads)
+
+# QR codes: zbar decodes the invitation scan, libqrencode draws redemption codes, libpng reads/writes them.
+pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
+pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
+pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
+target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE PkgConfig::PNG)

@@ -1,0 +1,46 @@
+#include "apps/qmv/cli_output.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "apps/qmv/command_line_split.h"
+
+namespace qmv::cli {
+namespace {
+
+TEST(CliOutputTest, TextModePrintsLinesJsonModePrintsOneDocument) {
+  std::ostringstream text;
+  CliOutput plain(false, text);
+  plain.message("验证码发送成功");
+  plain.line("balance: 500.00");
+  plain.data("ignored", 1);
+  plain.finish();
+  EXPECT_EQ(text.str(), "验证码发送成功\nbalance: 500.00\n");
+
+  std::ostringstream json;
+  CliOutput doc(true, json);
+  doc.message("注册成功");
+  doc.line("not printed");
+  doc.data("phone", "13800000000");
+  doc.data("bad", std::string("\xff\xfe"));
+  doc.finish();
+  doc.finish();
+  const Json parsed = parseJson(json.str());
+  ASSERT_TRUE(isParsed(parsed)) << json.str();
+  EXPECT_EQ(parsed["messages"], Json::array({"注册成功"}));
+  EXPECT_EQ(parsed["data"]["phone"], "13800000000");
+  EXPECT_EQ(json.str().find('\n'), json.str().size() - 1);  // exactly one document
+}
+
+TEST(CommandLineSplitTest, QuotesAndEscapes) {
+  EXPECT_EQ(splitCommandLine("search  火锅 --page 2"), (std::vector<std::string>{"search", "火锅", "--page", "2"}));
+  EXPECT_EQ(splitCommandLine(R"(open "qmv://pay?a=1&b=2" --source 'com.tencent.xin')"),
+            (std::vector<std::string>{"open", "qmv://pay?a=1&b=2", "--source", "com.tencent.xin"}));
+  EXPECT_EQ(splitCommandLine(R"(a\ b "" "x\"y")"), (std::vector<std::string>{"a b", "", "x\"y"}));
+  EXPECT_EQ(splitCommandLine("   "), std::vector<std::string>{});
+  EXPECT_FALSE(splitCommandLine("login \"13800000000"));
+}
+
+}  // namespace
+}  // namespace qmv::cli

@@ -1,0 +1,76 @@
+#pragma once
+// Every query of the client's local databases: the shipped area and bank-number
+// databases and the area cache rebuilt from the server's list.
+//
+// Three managers are created on first use from the installed Env's file locations and
+// then shared: the shipped "area.db" and "bank_card_bin.db" (resource directory, read
+// only) and the cache "area.db" (caches directory). Area look-ups go to the cache only
+// while cacheDBValid() holds, otherwise to the shipped database.
+//
+// Values are placed into the statements' text. A value that could change a statement's
+// meaning (one holding a double quote, an apostrophe or a NUL, or naming a column) is never
+// substituted: the look-up reports that nothing was found without running anything.
+//
+// REQUIRES: called on the interface thread; only the rebuild started by applyAreaList
+// runs elsewhere.
+#include <future>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/common/area_model.h"
+#include "core/common/db_error.h"
+#include "core/common/json.h"
+#include "core/common/sqlite_database.h"
+
+namespace qmv {
+
+class DBUtil {
+ public:
+  static std::shared_ptr<SQLiteDatabase> sharedBundleManager();
+  static std::shared_ptr<SQLiteDatabase> sharedCacheManager();
+  static std::shared_ptr<SQLiteDatabase> bankBinManager();
+  // The cache manager when cacheDBValid(), else the bundle manager.
+  static std::shared_ptr<SQLiteDatabase> sharedManager();
+
+  // True when the cache is not being rebuilt, the settings hold a "last_area_id", the
+  // cache file exists and its highest area_id equals that "last_area_id".
+  static bool cacheDBValid();
+
+  // Rebuilds the cache from the server's area objects ("id", "parentId", "name", "pyName",
+  // "type", "special"; zipcode is always stored as 1). The new database replaces the old
+  // one only once complete. An area whose name or pinyin holds an apostrophe is left out.
+  // Blocks until done; see applyAreaList for the background form.
+  static std::optional<DBError> insertAreaToCatcheDB(const Json& areas);
+
+  // Cities grouped by the upper-case initial of their pinyin ("A".."Z", only letters that
+  // have cities), each group ordered by pinyin; "省直辖县级行政单位" is left out.
+  static std::map<std::string, std::vector<AreaModel>> getAllCity();
+  // Cities whose pinyin or name contains `key`, ordered by pinyin.
+  static std::vector<AreaModel> getCitysWithKey(std::string_view key);
+  // Names of the areas whose parent is `cityId`, ordered by pinyin.
+  static std::vector<std::string> getAllDistrictWithCityId(std::string_view cityId);
+  static std::optional<std::string> getDistrictIdWithName(std::string_view name, std::string_view cityId);
+  static std::optional<AreaModel> getCityWithName(std::string_view name);
+  static std::optional<AreaModel> getCityWithId(std::string_view areaId);
+
+  // The bank of a 16- or 19-digit card number by its leading 2, 3, ... 8 digits; the
+  // shortest prefix found wins. "" when the number has another shape or nothing matches.
+  static std::string getBankNameWithBankNum(std::string_view cardNum);
+
+  // Applies a downloaded area list: at once stores a non-empty `ver` under "area_version"
+  // and the last element's "id" under "last_area_id", then rebuilds the cache on a
+  // background thread while look-ups keep using the shipped database. The future
+  // completes with the rebuild's outcome; dropping it does not wait. An empty or
+  // non-array list changes nothing and completes at once with an error.
+  static std::shared_future<std::optional<DBError>> applyAreaList(const Json& list, const std::string& ver);
+
+  // Forgets the three managers so that the next use creates them from the Env installed
+  // then. For tests, which install a fresh Env each.
+  static void resetManagersForTesting();
+};
+
+}  // namespace qmv

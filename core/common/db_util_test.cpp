@@ -1,0 +1,270 @@
+#include "core/common/db_util.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <set>
+
+#include "core/common/temp_home_for_test.h"
+
+namespace qmv {
+namespace {
+
+// A home with the built shipped databases and managers created afresh for it.
+class DBUtilTest : public ::testing::Test {
+ protected:
+  explicit DBUtilTest(std::filesystem::path resources = QMV_RESOURCE_DIR) : home_(std::move(resources)) {
+    DBUtil::resetManagersForTesting();
+  }
+  ~DBUtilTest() override { DBUtil::resetManagersForTesting(); }
+
+  // A server area object.
+  static Json area(int id, int parentId, const std::string& name, const std::string& pyName, int type) {
+    return Json{{"id", id}, {"parentId", parentId}, {"name", name}, {"pyName", pyName},
+                {"zipcode", 276000}, {"type", type}, {"special", 0}};
+  }
+
+  static std::optional<DBError> refresh(const Json& list, const std::string& ver) {
+    auto done = DBUtil::applyAreaList(list, ver);
+    EXPECT_EQ(done.wait_for(std::chrono::seconds(30)), std::future_status::ready);
+    return done.get();
+  }
+
+  TempHome home_;
+};
+
+TEST_F(DBUtilTest, FreshInstallUsesTheShippedDatabase) {
+  EXPECT_FALSE(DBUtil::cacheDBValid());
+  EXPECT_EQ(DBUtil::sharedManager(), DBUtil::sharedBundleManager());
+
+  const auto linyi = DBUtil::getCityWithName("临沂市");
+  ASSERT_TRUE(linyi);
+  EXPECT_EQ(linyi->areaType, "2");
+  EXPECT_EQ(linyi->areaPY, "linyishi");
+  const auto byId = DBUtil::getCityWithId(linyi->areaID);
+  ASSERT_TRUE(byId);
+  EXPECT_EQ(byId->areaName, "临沂市");
+  EXPECT_EQ(DBUtil::getCityWithName("不存在市"), std::nullopt);
+  EXPECT_EQ(DBUtil::getCityWithId("999999"), std::nullopt);
+
+  const auto districts = DBUtil::getAllDistrictWithCityId(linyi->areaID);
+  EXPECT_GE(districts.size(), 12u);
+  EXPECT_NE(std::find(districts.begin(), districts.end(), "兰山区"), districts.end());
+  std::vector<std::string> pinyins;
+  for (const auto& name : districts) {
+    const auto id = DBUtil::getDistrictIdWithName(name, linyi->areaID);  // names repeat across cities
+    ASSERT_TRUE(id) << name;
+    const auto district = DBUtil::getCityWithId(*id);
+    ASSERT_TRUE(district) << name;
+    EXPECT_EQ(district->parentID, linyi->areaID);
+    pinyins.push_back(district->areaPY);
+  }
+  EXPECT_TRUE(std::is_sorted(pinyins.begin(), pinyins.end()));
+
+  const auto lanshan = DBUtil::getDistrictIdWithName("兰山区", linyi->areaID);
+  ASSERT_TRUE(lanshan);
+  EXPECT_EQ(DBUtil::getCityWithId(*lanshan)->areaName, "兰山区");
+  EXPECT_EQ(DBUtil::getDistrictIdWithName("兰山区", "110100"), std::nullopt);
+
+  // Reading never creates the cache file.
+  EXPECT_FALSE(std::filesystem::exists(home_.caches() / "area.db"));
+}
+
+TEST_F(DBUtilTest, QuotesApostrophesAndColumnNamesFindNothing) {
+  // Each of these, substituted, would match rows (every city, or every row of the table).
+  for (const char* name : {"临沂市\" or \"1\"=\"1", "x\" or area_type = \"2", "临沂市' --", "area_name", "AREA_NAME",
+                           "\"", "'"}) {
+    EXPECT_EQ(DBUtil::getCityWithName(name), std::nullopt) << name;
+    EXPECT_EQ(DBUtil::getCityWithId(name), std::nullopt) << name;
+    EXPECT_TRUE(DBUtil::getCitysWithKey(name).empty()) << name;
+    EXPECT_TRUE(DBUtil::getAllDistrictWithCityId(name).empty()) << name;
+    EXPECT_EQ(DBUtil::getDistrictIdWithName(name, "371300"), std::nullopt) << name;
+    EXPECT_EQ(DBUtil::getDistrictIdWithName("兰山区", name), std::nullopt) << name;
+  }
+  EXPECT_EQ(DBUtil::getCityWithName(std::string("临沂市\0x", 11)), std::nullopt);
+  EXPECT_TRUE(DBUtil::getCityWithName("临沂市"));  // the guard leaves ordinary names alone
+}
+
+TEST_F(DBUtilTest, CitiesGroupByInitialAndSkipTheDirectlyGovernedGroup) {
+  const auto shipped = DBUtil::sharedBundleManager()->getRowsForQuery(
+      "select count(*) as n from areas where area_name = '省直辖县级行政单位' and area_type = 2");
+  ASSERT_GT(shipped[0]["n"].get<int>(), 0);  // the shipped data does hold such rows
+
+  const auto all = DBUtil::getAllCity();
+  ASSERT_FALSE(all.empty());
+  std::size_t total = 0;
+  for (const auto& [letter, cities] : all) {
+    ASSERT_EQ(letter.size(), 1u);
+    EXPECT_TRUE(letter[0] >= 'A' && letter[0] <= 'Z') << letter;
+    ASSERT_FALSE(cities.empty()) << letter;
+    std::vector<std::string> pinyins;
+    for (const auto& city : cities) {
+      EXPECT_EQ(city.areaType, "2");
+      EXPECT_NE(city.areaName, "省直辖县级行政单位");
+      EXPECT_EQ(city.areaPY.front(), letter[0] - 'A' + 'a') << city.areaName;
+      pinyins.push_back(city.areaPY);
+    }
+    EXPECT_TRUE(std::is_sorted(pinyins.begin(), pinyins.end())) << letter;
+    total += cities.size();
+  }
+  const auto cityCount = DBUtil::sharedBundleManager()->getRowsForQuery(
+      "select count(*) as n from areas where area_type = 2 and area_name != '省直辖县级行政单位'");
+  EXPECT_EQ(total, cityCount[0]["n"].get<std::size_t>());
+  ASSERT_TRUE(all.count("L"));
+  EXPECT_TRUE(std::any_of(all.at("L").begin(), all.at("L").end(), [](const AreaModel& c) { return c.areaName == "临沂市"; }));
+
+  for (const char* key : {"linyi", "临沂"}) {
+    const auto found = DBUtil::getCitysWithKey(key);
+    EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const AreaModel& c) { return c.areaName == "临沂市"; })) << key;
+    for (const auto& city : found) EXPECT_EQ(city.areaType, "2");
+  }
+  EXPECT_TRUE(DBUtil::getCitysWithKey("shengzhixia").empty());
+}
+
+TEST_F(DBUtilTest, RefreshWritesTheCacheAndSwitchesOnlyWhenComplete) {
+  // A first refresh, then a large one whose rebuild takes a while.
+  ASSERT_EQ(refresh(Json::array({area(900000, 0, "测试省", "ceshisheng", 1), area(900100, 900000, "测试市", "ceshishi", 2)}), "1"),
+            std::nullopt);
+  EXPECT_TRUE(DBUtil::cacheDBValid());
+  EXPECT_TRUE(DBUtil::getCityWithName("测试市"));
+  EXPECT_FALSE(DBUtil::getCityWithName("临沂市"));  // the cache, not the shipped data, answers
+
+  Json big = Json::array();
+  constexpr int kCount = 20000;
+  for (int i = 1; i <= kCount; ++i) big.push_back(area(1000000 + i, 900100, "区" + std::to_string(i), "qu", 3));
+  big.push_back(area(900200, 900000, "新市", "xinshi", 2));
+  big.push_back(area(2000000, 900000, "末区", "moqu", 3));  // last element, highest id
+
+  auto done = DBUtil::applyAreaList(big, "2");
+  EXPECT_EQ(home_.settings().stringForKey("area_version"), "2");
+  EXPECT_EQ(home_.settings().stringForKey("last_area_id"), "2000000");
+  EXPECT_GE(home_.settings().synchronizeCount(), 1);
+  int sawShipped = 0;
+  while (done.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready) {
+    const auto manager = DBUtil::sharedManager();
+    if (manager == DBUtil::sharedBundleManager()) {
+      ++sawShipped;
+    } else {
+      // Whenever the cache answers, it is the complete new one.
+      EXPECT_EQ(manager->getRowsForQuery("select count(*) as n from areas")[0]["n"], kCount + 2);
+    }
+  }
+  EXPECT_EQ(done.get(), std::nullopt);
+  EXPECT_GT(sawShipped, 0);
+  EXPECT_EQ(DBUtil::sharedCacheManager()->getRowsForQuery("select count(*) as n from areas")[0]["n"], kCount + 2);
+  EXPECT_TRUE(DBUtil::cacheDBValid());
+  EXPECT_TRUE(DBUtil::getCityWithName("新市"));
+  EXPECT_FALSE(DBUtil::getCityWithName("测试市"));  // the old cache is gone
+
+  const auto zipcodes = DBUtil::sharedCacheManager()->getRowsForQuery("select distinct zipcode from areas");
+  ASSERT_EQ(zipcodes.size(), 1u);
+  EXPECT_EQ(zipcodes[0]["zipcode"], 1);
+  EXPECT_FALSE(std::filesystem::exists(home_.caches() / "area.db.rebuild"));
+
+  // Bad lists change nothing.
+  EXPECT_TRUE(DBUtil::applyAreaList(Json::array(), "3").get());
+  EXPECT_TRUE(DBUtil::applyAreaList(Json::object(), "3").get());
+  EXPECT_EQ(home_.settings().stringForKey("area_version"), "2");
+  EXPECT_TRUE(DBUtil::cacheDBValid());
+}
+
+TEST_F(DBUtilTest, MismatchedLastAreaIdKeepsTheCacheUnused) {
+  // The server's last element is not its highest id.
+  ASSERT_EQ(refresh(Json::array({area(900100, 900000, "测试市", "ceshishi", 2), area(900000, 0, "测试省", "ceshisheng", 1)}), ""),
+            std::nullopt);
+  EXPECT_EQ(home_.settings().stringForKey("area_version"), std::nullopt);  // empty ver is not stored
+  EXPECT_EQ(home_.settings().stringForKey("last_area_id"), "900000");
+  EXPECT_TRUE(std::filesystem::exists(home_.caches() / "area.db"));
+  EXPECT_FALSE(DBUtil::cacheDBValid());
+  EXPECT_TRUE(DBUtil::getCityWithName("临沂市"));
+  EXPECT_FALSE(DBUtil::getCityWithName("测试市"));
+
+  home_.settings().setString("900100", "last_area_id");
+  EXPECT_TRUE(DBUtil::cacheDBValid());
+  EXPECT_TRUE(DBUtil::getCityWithName("测试市"));
+
+  // A lost cache file falls back to the shipped data.
+  DBUtil::sharedCacheManager()->closeDatabase();
+  std::filesystem::remove(home_.caches() / "area.db");
+  EXPECT_FALSE(DBUtil::cacheDBValid());
+  EXPECT_TRUE(DBUtil::getCityWithName("临沂市"));
+}
+
+TEST_F(DBUtilTest, ServerAreasWithApostrophesOrOddFieldsAreHandled) {
+  Json list = Json::array({area(900100, 900000, "测试市", "ceshishi", 2),
+                           area(900101, 900100, "x'); drop table areas; --", "x", 3),
+                           Json{{"id", "900102"}, {"parentId", 900100.7}, {"name", nullptr}, {"type", "3"}},
+                           area(900103, 900100, "末区", "moqu", 3)});
+  ASSERT_EQ(refresh(list, "9"), std::nullopt);
+  ASSERT_TRUE(DBUtil::cacheDBValid());
+  const auto rows = DBUtil::sharedCacheManager()->getRowsForQuery("select * from areas order by area_id");
+  ASSERT_EQ(rows.size(), 3u);  // the apostrophe area is left out, the table survives
+  EXPECT_EQ(rows[1]["area_id"], 900102);
+  EXPECT_EQ(rows[1]["parent_id"], 900100);
+  EXPECT_EQ(rows[1]["area_name"], "");
+  EXPECT_EQ(rows[1]["area_type"], 3);
+}
+
+TEST_F(DBUtilTest, ShippedBankNumbersResolveToBanks) {
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("6222020200112233446"), "中国工商银行");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("6225880000000000"), "招商银行");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("4367420000000000000"), "中国建设银行");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("1030000000000000000"), "中国农业银行");  // 3-digit BIN
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("0000000000000000"), "");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("62220202001122334"), "");  // 17 digits
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("622202\"or\"1\"=\"1"), "");
+}
+
+// A resource directory holding a bank database made for the test.
+class DBUtilBankTest : public DBUtilTest {
+ protected:
+  DBUtilBankTest() : DBUtilTest(makeResources()) {}
+  ~DBUtilBankTest() override { std::filesystem::remove_all(resources_); }
+
+  static std::filesystem::path makeResources() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "qmv-res-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) std::abort();
+    resources_ = pattern;
+    auto db = SQLiteDatabase::atPath(resources_ / "bank_card_bin.db");
+    db.doQuerys({"create table bank_card_bin (card_bin VARCHAR, bank_name VARCHAR)",
+                 "insert into bank_card_bin values ('4000', '短前缀行')",
+                 "insert into bank_card_bin values ('40001234', '长前缀行')",
+                 "insert into bank_card_bin values ('62', '二位行')",
+                 "insert into bank_card_bin values ('955', '三位行')",
+                 "insert into bank_card_bin values ('5123456', '七位行')",
+                 "insert into bank_card_bin values ('51234567', '八位行')",
+                 "insert into bank_card_bin values ('712345678', '九位行')"});
+    return resources_;
+  }
+
+  static inline std::filesystem::path resources_;
+};
+
+TEST_F(DBUtilBankTest, ShortestMatchingPrefixWins) {
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("4000123412341234"), "短前缀行");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("6200000000000000"), "二位行");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("9550000000000000000"), "三位行");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("5123456700000000"), "七位行");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("5123457000000000"), "");
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("7123456780000000"), "");  // 9 digits are never tried
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("400012341234123"), "");   // 15 digits
+  EXPECT_EQ(DBUtil::getBankNameWithBankNum("4000 1234 1234 1234"), "");
+  EXPECT_FALSE(DBUtil::getCityWithName("临沂市"));  // no area.db here: nothing found, no crash
+}
+
+TEST(AreaModelTest, ReadsColumnsAsText) {
+  const AreaModel city(Json{{"area_id", 371300}, {"parent_id", 370000}, {"area_name", "临沂市"},
+                            {"py_name", "linyishi"}, {"area_type", 2}});
+  EXPECT_EQ(city.areaID, "371300");
+  EXPECT_EQ(city.parentID, "370000");
+  EXPECT_EQ(city.areaName, "临沂市");
+  EXPECT_EQ(city.areaPY, "linyishi");
+  EXPECT_EQ(city.areaType, "2");
+  const AreaModel empty(Json{{"area_id", nullptr}});
+  EXPECT_EQ(empty.areaID, "");
+  EXPECT_EQ(empty.areaName, "");
+}
+
+}  // namespace
+}  // namespace qmv

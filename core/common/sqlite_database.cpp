@@ -1,0 +1,321 @@
+#include "core/common/sqlite_database.h"
+
+#include <sqlite3.h>
+
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+#include <system_error>
+
+#include "core/common/dictionary.h"
+#include "platform/env.h"
+#include "platform/file_locations.h"
+
+namespace qmv {
+namespace {
+
+std::filesystem::path resolvePath(const std::string& nameOrPath) {
+  std::error_code ec;
+  if (!nameOrPath.empty() && std::filesystem::is_regular_file(nameOrPath, ec)) return nameOrPath;
+  const auto& files = Env::current().files;
+  if (!files) return nameOrPath;
+  return files->cachesDirectory() / nameOrPath;
+}
+
+struct StatementDeleter {
+  void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
+
+// Writes a value of a dump line; apostrophes are doubled so the line reads back as SQL.
+std::string quoted(const Json& value) {
+  std::string text;
+  if (value.is_string()) {
+    text = value.get<std::string>();
+  } else if (value.is_binary()) {
+    static const char kHex[] = "0123456789abcdef";
+    std::string hex = "X'";
+    for (std::uint8_t byte : value.get_binary()) {
+      hex += kHex[byte >> 4];
+      hex += kHex[byte & 15];
+    }
+    return hex + "'";
+  } else {
+    text = value.dump();
+  }
+  std::string out = "'";
+  for (char c : text) {
+    if (c == '\'') out += '\'';
+    out += c;
+  }
+  return out + "'";
+}
+
+}  // namespace
+
+struct SQLiteDatabase::Impl {
+  std::filesystem::path path;
+  Mode mode = Mode::kReadWrite;
+  sqlite3* db = nullptr;
+  std::recursive_mutex mutex;
+  std::atomic<bool> writing{false};
+  std::mutex rebuildMutex;  // one replaceWith at a time
+
+  std::optional<DBError> open() {
+    if (db != nullptr) return std::nullopt;
+    int flags = SQLITE_OPEN_READONLY;
+    if (mode == Mode::kReadWrite) {
+      flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+      std::error_code ec;
+      if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), ec);
+    }
+    sqlite3* handle = nullptr;
+    const int rc = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+    if (rc != SQLITE_OK) {
+      std::string message = handle != nullptr ? sqlite3_errmsg(handle) : sqlite3_errstr(rc);
+      sqlite3_close(handle);
+      return createDBErrorWithDescription("The database could not be opened: " + message, rc);
+    }
+    sqlite3_busy_timeout(handle, 5000);
+    db = handle;
+    return std::nullopt;
+  }
+
+  std::optional<DBError> close() {
+    if (db == nullptr) return std::nullopt;
+    const int rc = sqlite3_close(db);
+    if (rc != SQLITE_OK) {
+      return createDBErrorWithDescription(std::string("The database could not be closed: ") + sqlite3_errmsg(db), rc);
+    }
+    db = nullptr;
+    return std::nullopt;
+  }
+
+  DBError lastError() const {
+    return createDBErrorWithDescription(sqlite3_errmsg(db), sqlite3_extended_errcode(db) & 0xff);
+  }
+
+  std::optional<DBError> prepare(std::string_view sql, Statement& out) {
+    if (auto error = open()) return error;
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &stmt, nullptr) != SQLITE_OK) {
+      sqlite3_finalize(stmt);
+      return lastError();
+    }
+    if (stmt == nullptr) return createDBErrorWithDescription("not an SQL statement", SQLITE_MISUSE);
+    out.reset(stmt);
+    return std::nullopt;
+  }
+
+  std::optional<DBError> stepOnce(sqlite3_stmt* stmt) {
+    const int rc = sqlite3_step(stmt);
+    if (rc != SQLITE_DONE && rc != SQLITE_ROW) return lastError();
+    return std::nullopt;
+  }
+
+  std::optional<DBError> execute(std::string_view sql) {
+    Statement stmt;
+    if (auto error = prepare(sql, stmt)) return error;
+    return stepOnce(stmt.get());
+  }
+
+  Json rows(std::string_view sql) {
+    Json result = Json::array();
+    Statement stmt;
+    if (prepare(sql, stmt)) return result;
+    const int columns = sqlite3_column_count(stmt.get());
+    int rc;
+    while ((rc = sqlite3_step(stmt.get())) == SQLITE_ROW) {
+      Json row = Json::object();
+      for (int i = 0; i < columns; ++i) {
+        const char* name = sqlite3_column_name(stmt.get(), i);
+        switch (sqlite3_column_type(stmt.get(), i)) {
+          case SQLITE_INTEGER: row[name] = static_cast<std::int64_t>(sqlite3_column_int64(stmt.get(), i)); break;
+          case SQLITE_FLOAT: row[name] = sqlite3_column_double(stmt.get(), i); break;
+          case SQLITE_TEXT: {
+            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), i));
+            row[name] = std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(stmt.get(), i)));
+            break;
+          }
+          case SQLITE_BLOB: {
+            const auto* data = static_cast<const std::uint8_t*>(sqlite3_column_blob(stmt.get(), i));
+            const auto size = static_cast<std::size_t>(sqlite3_column_bytes(stmt.get(), i));
+            row[name] = Json::binary(std::vector<std::uint8_t>(data, data + size));
+            break;
+          }
+          default: break;  // NULL: left out
+        }
+      }
+      result.push_back(std::move(row));
+    }
+    if (rc != SQLITE_DONE) return Json::array();
+    return result;
+  }
+};
+
+SQLiteDatabase::SQLiteDatabase(std::string nameOrPath, Mode mode)
+    : SQLiteDatabase(resolvePath(nameOrPath), mode, true) {}
+
+SQLiteDatabase::SQLiteDatabase(std::filesystem::path path, Mode mode, bool) : impl_(std::make_unique<Impl>()) {
+  impl_->path = std::move(path);
+  impl_->mode = mode;
+}
+
+SQLiteDatabase SQLiteDatabase::atPath(std::filesystem::path path, Mode mode) {
+  return SQLiteDatabase(std::move(path), mode, true);
+}
+
+SQLiteDatabase::~SQLiteDatabase() {
+  if (impl_) impl_->close();
+}
+
+SQLiteDatabase::SQLiteDatabase(SQLiteDatabase&&) noexcept = default;
+SQLiteDatabase& SQLiteDatabase::operator=(SQLiteDatabase&& other) noexcept {
+  if (this != &other) {
+    if (impl_) impl_->close();
+    impl_ = std::move(other.impl_);
+  }
+  return *this;
+}
+
+const std::filesystem::path& SQLiteDatabase::getDatabasePath() const { return impl_->path; }
+
+std::optional<DBError> SQLiteDatabase::openDatabase() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->open();
+}
+
+std::optional<DBError> SQLiteDatabase::closeDatabase() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->close();
+}
+
+std::optional<DBError> SQLiteDatabase::doQuery(std::string_view sql) {
+  std::lock_guard lock(impl_->mutex);
+  auto error = impl_->execute(sql);
+  impl_->close();
+  return error;
+}
+
+std::optional<DBError> SQLiteDatabase::doQuerys(const std::vector<std::string>& sqls) {
+  std::lock_guard lock(impl_->mutex);
+  const bool wasWriting = impl_->writing.exchange(true);
+  std::optional<DBError> error = impl_->execute("BEGIN IMMEDIATE");
+  if (!error) {
+    for (const auto& sql : sqls) {
+      if ((error = impl_->execute(sql))) break;
+    }
+    if (error) {
+      impl_->execute("ROLLBACK");
+    } else {
+      error = impl_->execute("COMMIT");
+    }
+  }
+  impl_->close();
+  impl_->writing = wasWriting;
+  return error;
+}
+
+std::optional<DBError> SQLiteDatabase::doUpdateQuery(std::string_view sql, const std::vector<DBValue>& params) {
+  std::lock_guard lock(impl_->mutex);
+  Statement stmt;
+  if (auto error = impl_->prepare(sql, stmt)) return error;
+  sqlite3_stmt* s = stmt.get();
+  for (std::size_t i = 0; i < params.size(); ++i) {
+    const int index = static_cast<int>(i) + 1;
+    int rc = SQLITE_OK;
+    const DBValue& value = params[i];
+    if (const auto* text = std::get_if<std::string>(&value)) {
+      rc = sqlite3_bind_text64(s, index, text->data(), text->size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    } else if (const auto* integer = std::get_if<std::int64_t>(&value)) {
+      rc = sqlite3_bind_int64(s, index, *integer);
+    } else if (const auto* real = std::get_if<double>(&value)) {
+      rc = sqlite3_bind_double(s, index, *real);
+    } else if (const auto* blob = std::get_if<std::vector<std::uint8_t>>(&value)) {
+      rc = sqlite3_bind_blob64(s, index, blob->data(), blob->size(), SQLITE_TRANSIENT);
+    } else if (const auto* date = std::get_if<std::chrono::system_clock::time_point>(&value)) {
+      rc = sqlite3_bind_double(s, index, std::chrono::duration<double>(date->time_since_epoch()).count());
+    } else {
+      rc = sqlite3_bind_null(s, index);
+    }
+    if (rc != SQLITE_OK) return impl_->lastError();
+  }
+  return impl_->stepOnce(s);
+}
+
+Json SQLiteDatabase::getRowsForQuery(std::string_view sql) {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->rows(sql);
+}
+
+std::int64_t SQLiteDatabase::getLastInsertRowID() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->db != nullptr ? sqlite3_last_insert_rowid(impl_->db) : 0;
+}
+
+std::string SQLiteDatabase::getDatabaseDump() {
+  std::lock_guard lock(impl_->mutex);
+  std::string dump = ";\n; Dump of an SQLite database\n;\n";
+  dump += "; database " + impl_->path.filename().string() + ";\n";
+  const Json tables =
+      impl_->rows("SELECT * FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%';");
+  for (const auto& table : tables) {
+    const std::string name = strForKey(table, "name");
+    dump += strForKey(table, "sql") + ";\n";
+    // Column names come from the table itself so that NULL values, left out of the rows,
+    // still have their place in each line.
+    std::vector<std::string> columns;
+    Statement stmt;
+    const std::string select = "SELECT * FROM \"" + name + "\"";
+    if (impl_->prepare(select, stmt)) continue;
+    for (int i = 0; i < sqlite3_column_count(stmt.get()); ++i) columns.emplace_back(sqlite3_column_name(stmt.get(), i));
+    stmt.reset();
+    for (const auto& row : impl_->rows(select)) {
+      std::string names;
+      std::string values;
+      for (const auto& column : columns) {
+        names += (names.empty() ? "" : ",") + column;
+        const auto it = row.find(column);
+        values += values.empty() ? "" : ",";
+        values += it == row.end() ? "null" : quoted(*it);
+      }
+      dump += "insert into " + name + " (" + names + ") values (" + values + ");\n";
+    }
+  }
+  return dump;
+}
+
+bool SQLiteDatabase::isWriting() const { return impl_->writing.load(); }
+
+std::optional<DBError> SQLiteDatabase::replaceWith(
+    const std::function<std::optional<DBError>(SQLiteDatabase& fresh)>& fill) {
+  std::lock_guard rebuild(impl_->rebuildMutex);
+  const bool wasWriting = impl_->writing.exchange(true);
+  const std::filesystem::path side = impl_->path.string() + ".rebuild";
+  std::error_code ec;
+  std::filesystem::remove(side, ec);
+  std::optional<DBError> error;
+  {
+    SQLiteDatabase fresh = atPath(side);
+    error = fill(fresh);
+    if (auto closeError = fresh.closeDatabase(); !error) error = closeError;
+  }
+  if (!error) {
+    std::lock_guard lock(impl_->mutex);
+    impl_->close();
+    std::filesystem::rename(side, impl_->path, ec);
+    if (ec) error = createDBErrorWithDescription("The database could not be replaced: " + ec.message(), SQLITE_IOERR);
+  }
+  if (error) std::filesystem::remove(side, ec);
+  impl_->writing = wasWriting;
+  return error;
+}
+
+DBError SQLiteDatabase::createDBErrorWithDescription(std::string description, int code) {
+  DBError error;
+  error.description = std::move(description);
+  error.code = code;
+  return error;
+}
+
+}  // namespace qmv

@@ -1,0 +1,67 @@
+#pragma once
+// Text helpers shared by the screens and the request layer: MD5 digests and the payment
+// signature, display masks and sizes, unescaping of "\uXXXX" texts, exact decimal
+// arithmetic on price texts, the application version and the caches path.
+// All operations are thread-safe except libCachePath (it reads the installed Env).
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qmv {
+
+class StringUtil {
+ public:
+  // MD5 of the bytes of `text`, as 32 lower-case hexadecimal digits.
+  static std::string getmd5WithString(std::string_view text);
+
+  // Masks a phone number for display. Texts of at most 6 characters are returned as is;
+  // otherwise the first four and the last four characters stay and every character
+  // between becomes "*" ("13812345678" -> "1381***5678"). Texts of 7 or 8 characters have
+  // nothing between and come back unchanged. Characters are UTF-8 code points.
+  static std::string formatPhone(std::string_view phone);
+
+  // Byte count in decimal units with integer division: 0 -> "0K", 999 -> "999B",
+  // 1500 -> "1K", 1500000 -> "1M".
+  static std::string formatSize(std::int64_t bytes);
+
+  // Replaces every "\uXXXX" (or "\UXXXX") escape by the character it denotes; a high and
+  // a low surrogate escape in a row make one character. When any escape is malformed
+  // (fewer than four hexadecimal digits, an unpaired surrogate, a NUL) the text is returned
+  // unchanged. Other backslashes are kept as they are.
+  static std::string convertUnicodeToString(std::string_view text);
+
+  // a x b, exact. nullopt when either text is not a decimal number (see decimal_text.h
+  // for the accepted form). Results have no trailing fractional zeros: "10.01" x "100"
+  // is "1001".
+  static std::optional<std::string> stringMutiplyWithString(std::string_view a, std::string_view b);
+
+  // a / b rounded half away from zero to `precision` fractional digits (0..64), trailing
+  // zeros dropped. nullopt when either text is not a number, b is zero, or the precision
+  // is out of range.
+  static std::optional<std::string> stringDividWithString(std::string_view a, std::string_view b,
+                                                          int precision = 2);
+
+  // The application's short version ("0.1.0").
+  static std::string getAppVersion();
+
+  // The library directory of the installed Env followed by "/Caches"; "" when no file
+  // locations are installed.
+  static std::string libCachePath();
+
+  // Payment signature: keys in ascending order, pairs "key=value&" for every key except
+  // "sign" and "key" and except empty values, then "key=<merchantKey>"; the MD5 of that
+  // text in lower-case hexadecimal.
+  static std::string createMd5Sign(const std::map<std::string, std::string>& dictionary,
+                                   std::string_view merchantKey);
+
+  // The text createMd5Sign digests (exposed so that a signature can be checked by eye).
+  static std::string signingString(const std::map<std::string, std::string>& dictionary,
+                                   std::string_view merchantKey);
+
+  // 32 upper-case letters 'A'..'Z', each drawn uniformly at random (a payment nonce).
+  static std::string ret32bitString();
+};
+
+}  // namespace qmv

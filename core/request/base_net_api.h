@@ -1,0 +1,59 @@
+#pragma once
+// Base of every application endpoint. Adds to the request object the common argument
+// "sessionId", the decoding of the response envelope ({"success", "message", "data"})
+// into the verdict isCorrectResult(), the display of server and connection errors in
+// the status overlay, and the screen's delegates for session expiry, loading and a
+// failed connection.
+//
+// An envelope failure is a transport success: success callbacks run for every answer in
+// 200..299, and must test isCorrectResult().
+#include <string>
+
+#include "core/common/json.h"
+#include "core/request/base_request.h"
+#include "core/request/net_api_delegates.h"
+
+namespace qmv {
+
+class BaseNetApi : public BaseRequest {
+ public:
+  static constexpr const char* kConnectionFailedMessage = "连接服务器失败,请稍后再试";
+
+  BaseNetApi() = default;
+
+  // An empty object, plus "sessionId" of the logged-in member when that is non-empty.
+  Json getBaseArgument() const;
+
+  // YES once an answer carried "success" "0". Never reset: a request started again
+  // keeps an earlier YES until a new correct answer, so reusers must not trust it
+  // before their own answer arrived.
+  bool isCorrectResult() const { return isCorrectResult_; }
+
+  // Envelope decoding, run after the status check passed: "0" correct, "2" session
+  // expired (sessionDelegate told, nothing shown), anything else a failure whose
+  // decoded "message" is shown when needShowError.
+  void requestCompleteFilter() override;
+  // Shows kConnectionFailedMessage when needShowError, then tells noNetWorkingDelegate.
+  void requestFailedFilter() override;
+  // Replace the accessory walks: they tell netLoadingDelegate instead.
+  void toggleAccessoriesWillStartCallBack() override;
+  void toggleAccessoriesWillStopCallBack() override;
+
+  std::string className() const override { return "BaseNetApi"; }
+
+  bool needShowError = true;
+  SessionExpireDelegate* sessionDelegate = nullptr;      // not owned
+  NetLoadingDelegate* netLoadingDelegate = nullptr;      // not owned
+  NoNetWorkingDelegate* noNetWorkingDelegate = nullptr;  // not owned
+
+ protected:
+  // The response text parsed as JSON (discarded when it is not JSON).
+  Json responseEnvelope() const { return parseJson(responseString()); }
+  // "data" of the response, or null when absent or the text is not a JSON object.
+  Json responseData() const;
+
+ private:
+  bool isCorrectResult_ = false;
+};
+
+}  // namespace qmv

@@ -1,0 +1,59 @@
+#include "core/session/base_view_controller.h"
+
+#include "core/session/global_data.h"
+#include "platform/cookie_store.h"
+#include "platform/env.h"
+#include "platform/navigator.h"
+#include "platform/push_service.h"
+#include "platform/reachability.h"
+
+namespace qmv {
+
+void BaseViewController::changed() {
+  if (onChange) onChange();
+}
+
+void BaseViewController::sessionIsExpire(BaseNetApi& /*request*/) {
+  Env& env = Env::current();
+  GlobalData::sharedInstance().setSelfInfo(nullptr);
+  if (env.push) env.push->setAlias(kInvalidAlias, kAliasType);
+  if (env.cookies) {
+    for (const Cookie& cookie : env.cookies->cookies()) {
+      if (cookie.name == "sessionID" || cookie.name == "sessionId") env.cookies->deleteCookie(cookie);
+    }
+  }
+  presentLoginCtrl();
+}
+
+void BaseViewController::presentLoginCtrl() {
+  const auto& navigator = Env::current().navigator;
+  if (!navigator) return;
+  // Several requests of one screen may expire together; one login screen is enough.
+  const auto top = navigator->topScreen();
+  if (top && top->name == kLoginScreen) return;
+  navigator->present(kLoginScreen);
+}
+
+void BaseViewController::startLoading() {
+  warning_ = Warning::None;
+  loadingShown_ = true;
+  changed();
+}
+
+void BaseViewController::stopLoading() {
+  if (!loadingShown_) return;
+  loadingShown_ = false;
+  changed();
+}
+
+void BaseViewController::noNetWorking() {
+  warning_ = Warning::None;
+  if (!hasData()) {
+    const auto& reachability = Env::current().reachability;
+    const bool reachable = !reachability || reachability->isReachable();
+    warning_ = reachable ? Warning::NoData : Warning::NoNetwork;
+  }
+  changed();
+}
+
+}  // namespace qmv

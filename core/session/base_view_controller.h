@@ -1,0 +1,56 @@
+#pragma once
+// Base of the screens, headless: the three reactions every screen offers the requests
+// it owns. An expired session logs the member out and presents the login screen; a
+// running request covers the screen with the loading view; a failed connection shows
+// the no-network picture or the no-data view when the screen has nothing to show.
+// A front end draws cover() and warning(); onChange tells it when they change.
+#include <functional>
+#include <string>
+
+#include "core/request/net_api_delegates.h"
+
+namespace qmv {
+
+class BaseViewController : public SessionExpireDelegate, public NetLoadingDelegate, public NoNetWorkingDelegate {
+ public:
+  static constexpr const char* kLoadingText = "努力加载中…";
+  static constexpr const char* kLoadingFrames[] = {"loading_1", "loading_2", "loading_3", "loading_4"};
+  static constexpr const char* kNoNetworkImage = "wangluocuowu";
+  static constexpr const char* kLoginScreen = "LoginViewController";
+  static constexpr const char* kInvalidAlias = "un_valid_Alias";
+  static constexpr const char* kAliasType = "QMV_User";
+
+  enum class Warning { None, NoNetwork, NoData };
+
+  BaseViewController() = default;
+  ~BaseViewController() override = default;
+
+  // Clears the session, marks the push alias invalid, deletes the "sessionID" and
+  // "sessionId" cookies and presents the login screen (once, when it is not already
+  // on top). REQUIRES: interface thread.
+  void sessionIsExpire(BaseNetApi& request) override;
+  // Removes any warning and shows the loading view.
+  void startLoading() override;
+  void stopLoading() override;
+  // Removes warnings; without data, shows the no-network picture when the network is
+  // unreachable, else the no-data view.
+  void noNetWorking() override;
+
+  // Whether the screen shows content; screens with data keep it on a failure.
+  virtual bool hasData() const { return false; }
+
+  bool isLoadingShown() const { return loadingShown_; }
+  Warning warning() const { return warning_; }
+  // Presents the login screen inside its own navigation layer.
+  void presentLoginCtrl();
+
+  std::function<void()> onChange;
+
+ private:
+  void changed();
+
+  bool loadingShown_ = false;
+  Warning warning_ = Warning::None;
+};
+
+}  // namespace qmv

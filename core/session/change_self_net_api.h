@@ -1,0 +1,24 @@
+#pragma once
+// Changes one field of the member's profile. Each profile row has its own endpoint and
+// argument key, so both are given per instance.
+#include <string>
+
+#include "core/request/base_net_api.h"
+
+namespace qmv {
+
+class ChangeSelfNetApi : public BaseNetApi {
+ public:
+  ChangeSelfNetApi(std::string url, std::string key, std::string value);
+
+  std::string requestUrl() const override { return url; }
+  RequestMethod requestMethod() const override { return RequestMethod::POST; }
+  Json requestArgument() const override;
+  std::string className() const override { return "ChangeSelfNetApi"; }
+
+  std::string url;
+  std::string key;
+  std::string value;
+};
+
+}  // namespace qmv

@@ -1,0 +1,110 @@
+#include "core/session/global_data.h"
+
+#include <ctime>
+
+#include "core/session/built_in_templates.h"
+#include "core/session/settings_keys.h"
+#include "features/discovery/search_types_reader.h"
+#include "platform/clock.h"
+#include "platform/env.h"
+#include "platform/settings_store.h"
+
+namespace qmv {
+namespace {
+
+std::unique_ptr<GlobalData>& instanceSlot() {
+  static std::unique_ptr<GlobalData> instance;
+  return instance;
+}
+
+// 04-09-2016 ("dd-MM-yyyy") at midnight, local time, as the date formatter reads it.
+std::int64_t templatesSwitchInstant() {
+  std::tm tm{};
+  tm.tm_mday = 4;
+  tm.tm_mon = 8;
+  tm.tm_year = 2016 - 1900;
+  tm.tm_isdst = -1;
+  return static_cast<std::int64_t>(std::mktime(&tm));
+}
+
+std::int64_t nowSeconds() {
+  const auto& clock = Env::current().clock;
+  return clock ? clock->unixSeconds() : SystemClock().unixSeconds();
+}
+
+}  // namespace
+
+GlobalData& GlobalData::sharedInstance() {
+  auto& slot = instanceSlot();
+  if (!slot) slot.reset(new GlobalData());
+  return *slot;
+}
+
+void GlobalData::resetSharedInstance() { instanceSlot().reset(); }
+
+std::vector<SearchTypeModel> GlobalData::homeCategories() {
+  struct Row {
+    const char* name;
+    Color color;
+    const char* image;
+  };
+  static const Row kRows[] = {
+      {"餐饮美食", {255, 106, 39}, "meishi"}, {"休闲娱乐", {239, 49, 57}, "xiuxian"},
+      {"丽人美妆", {112, 176, 78}, "liren"},  {"最新发现", {24, 152, 237}, "faxian"},
+      {"专属活动", {215, 59, 219}, "huodong"},
+  };
+  std::vector<SearchTypeModel> list;
+  for (const Row& row : kRows) {
+    SearchTypeModel model;
+    model.name = row.name;
+    model.nameColor = row.color;
+    model.bigImageName = row.image;
+    model.pageCtrlSelectedImageName = std::string(row.image) + "_tab0";
+    model.pageCtrlUnselectImageName = std::string(row.image) + "_tab1";
+    list.push_back(std::move(model));
+  }
+  return list;
+}
+
+std::string_view GlobalData::builtInTemplatesAt(std::int64_t unixSeconds) {
+  return unixSeconds > templatesSwitchInstant() ? builtInTemplatesLaterText() : builtInTemplatesEarlierText();
+}
+
+GlobalData::GlobalData() : defaultTypeList_(homeCategories()) {
+  std::string text;
+  if (const auto& settings = Env::current().settings) text = settings->stringForKey(kTemplatesKey).value_or("");
+  if (text.empty()) text = std::string(builtInTemplatesAt(nowSeconds()));
+  mergeTemplates(searchTypesFromEnvelope(text));
+}
+
+void GlobalData::mergeTemplates(const std::vector<SearchTypeModel>& templates) {
+  for (const auto& t : templates) {
+    SearchTypeModel* target = getInfoWithName(t.name, defaultTypeList_);
+    if (!target) continue;
+    target->typeId = t.typeId;
+    target->list = t.list;
+    target->scrollIndex = 0;
+  }
+}
+
+SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, std::vector<SearchTypeModel>& list) {
+  for (auto& model : list) {
+    if (model.name == name) return &model;
+  }
+  return nullptr;
+}
+
+const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, const std::vector<SearchTypeModel>& list) {
+  for (const auto& model : list) {
+    if (model.name == name) return &model;
+  }
+  return nullptr;
+}
+
+std::string GlobalData::getCurrentCityName() const {
+  std::string city;
+  if (const auto& settings = Env::current().settings) city = settings->stringForKey(kSelectCityKey).value_or("");
+  return city.empty() ? std::string(kDefaultCity) : city;
+}
+
+}  // namespace qmv

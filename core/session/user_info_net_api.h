@@ -1,0 +1,20 @@
+#pragma once
+// Reads the logged-in member's record again (its "data" updates the session
+// record with setWithDict).
+#include <string>
+
+#include "core/request/base_net_api.h"
+
+namespace qmv {
+
+class UserInfoNetApi : public BaseNetApi {
+ public:
+  UserInfoNetApi() = default;
+
+  std::string requestUrl() const override { return "getUserInfo"; }
+  RequestMethod requestMethod() const override { return RequestMethod::GET; }
+  Json requestArgument() const override;
+  std::string className() const override { return "UserInfoNetApi"; }
+};
+
+}  // namespace qmv

@@ -1,0 +1,21 @@
+#pragma once
+// Bookmarks a store for the member.
+#include <string>
+
+#include "core/request/base_net_api.h"
+
+namespace qmv {
+
+class BookmarkStoreNetApi : public BaseNetApi {
+ public:
+  explicit BookmarkStoreNetApi(std::string storeId);
+
+  std::string requestUrl() const override { return "postBookmark"; }
+  RequestMethod requestMethod() const override { return RequestMethod::POST; }
+  Json requestArgument() const override;
+  std::string className() const override { return "BookmarkStoreNetApi"; }
+
+  std::string storeId;
+};
+
+}  // namespace qmv

@@ -1,0 +1,141 @@
+#include "features/discovery/location_converter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "core/common/great_circle.h"
+
+namespace qmv {
+namespace {
+
+// Literal values rather than M_PI or expressions: results must match bit for bit
+// what other clients of the same server compute.
+constexpr double kPi = 3.141592653589793;
+constexpr double kXPi = 52.35987755982988;  // pi * 3000 / 180, BD-09 -> GCJ-02 only
+constexpr double kA = 6378245.0;            // Krasovsky semi-major axis
+constexpr double kAOneMinusEe = 6335552.717000426;
+constexpr double kNegatedEe = -0.006693421622965943;
+constexpr double kOriginLon = 105.0;
+constexpr double kOriginLat = 35.0;
+constexpr double kMinLat = 0.8293;
+constexpr double kMaxLat = 55.8271;
+constexpr double kMinLon = 72.004;
+constexpr double kMaxLon = 137.8347;
+constexpr double kBdLonOffset = 0.0065;
+constexpr double kBdLatOffset = 0.006;
+constexpr double kBdRadiusTerm = 0.00002;
+constexpr double kBdAngleTerm = 0.000003;
+constexpr double kSearchHalfWidth = 0.5;
+constexpr double kSearchTolerance = 0.00001;
+constexpr int kSearchRefinements = 30;
+
+// Two thirds of a group, as doubling then dividing (not multiplying by 0.666...).
+double twoThirds(double group) { return group * 2.0 / 3.0; }
+
+// Whether `target` lies in the closed box spanned by `p` and `q` (in any order).
+bool spans(Coordinate p, Coordinate q, Coordinate target) {
+  return target.latitude >= std::min(p.latitude, q.latitude) &&
+         target.latitude <= std::max(p.latitude, q.latitude) &&
+         target.longitude >= std::min(p.longitude, q.longitude) &&
+         target.longitude <= std::max(p.longitude, q.longitude);
+}
+
+}  // namespace
+
+bool LocationConverter::isLocationOutOfChina(Coordinate c) {
+  return c.longitude < kMinLon || c.longitude > kMaxLon || c.latitude < kMinLat || c.latitude > kMaxLat;
+}
+
+double LocationConverter::transformLatWithX(double x, double y) {
+  double ret = -100.0 + 2.0 * x + 3.0 * y + 0.2 * y * y + 0.1 * x * y + 0.2 * std::sqrt(std::fabs(x));
+  ret += twoThirds(20.0 * std::sin(6.0 * kPi * x) + 20.0 * std::sin(2.0 * kPi * x));
+  ret += twoThirds(20.0 * std::sin(kPi * y) + 40.0 * std::sin(kPi * y / 3.0));
+  ret += twoThirds(160.0 * std::sin(kPi * y / 12.0) + 320.0 * std::sin(kPi * y / 30.0));
+  return ret;
+}
+
+double LocationConverter::transformLonWithX(double x, double y) {
+  double ret = 300.0 + x + 2.0 * y + 0.1 * x * x + 0.1 * x * y + 0.1 * std::sqrt(std::fabs(x));
+  ret += twoThirds(20.0 * std::sin(6.0 * kPi * x) + 20.0 * std::sin(2.0 * kPi * x));
+  ret += twoThirds(20.0 * std::sin(kPi * x) + 40.0 * std::sin(kPi * x / 3.0));
+  ret += twoThirds(150.0 * std::sin(kPi * x / 12.0) + 300.0 * std::sin(kPi * x / 30.0));
+  return ret;
+}
+
+Coordinate LocationConverter::transformFromWGSToGCJ(Coordinate wgs) {
+  if (isLocationOutOfChina(wgs)) return wgs;
+  const double x = wgs.longitude - kOriginLon;
+  const double y = wgs.latitude - kOriginLat;
+  double dLat = transformLatWithX(x, y);
+  double dLon = transformLonWithX(x, y);
+  const double radLat = wgs.latitude / 180.0 * kPi;
+  const double s = std::sin(radLat);
+  const double magic = 1.0 + s * (s * kNegatedEe);
+  const double sqrtMagic = std::sqrt(magic);
+  dLat = (dLat * 180.0) / ((kAOneMinusEe / (magic * sqrtMagic)) * kPi);
+  dLon = (dLon * 180.0) / ((kA / sqrtMagic) * std::cos(radLat) * kPi);
+  return {wgs.latitude + dLat, wgs.longitude + dLon};
+}
+
+Coordinate LocationConverter::transformFromGCJToBaidu(Coordinate gcj) {
+  const double lat = gcj.latitude;
+  const double lon = gcj.longitude;
+  const double z = std::sqrt(lon * lon + lat * lat) + kBdRadiusTerm * std::sqrt(lat * kPi);
+  const double theta = std::atan2(lat, lon) + kBdAngleTerm * std::cos(lon * kPi);
+  return {z * std::sin(theta) + kBdLatOffset, z * std::cos(theta) + kBdLonOffset};
+}
+
+Coordinate LocationConverter::transformFromBaiduToGCJ(Coordinate bd) {
+  const double x = bd.longitude - kBdLonOffset;
+  const double y = bd.latitude - kBdLatOffset;
+  const double z = std::sqrt(x * x + y * y) - kBdRadiusTerm * std::sin(y * kXPi);
+  const double theta = std::atan2(y, x) - kBdAngleTerm * std::cos(x * kXPi);
+  return {z * std::sin(theta), z * std::cos(theta)};
+}
+
+Coordinate LocationConverter::transformFromGCJToWGS(Coordinate gcj) {
+  double minLat = gcj.latitude - kSearchHalfWidth;
+  double maxLat = gcj.latitude + kSearchHalfWidth;
+  double minLon = gcj.longitude - kSearchHalfWidth;
+  double maxLon = gcj.longitude + kSearchHalfWidth;
+  for (int counter = kSearchRefinements;; --counter) {
+    const double midLat = (minLat + maxLat) / 2.0;
+    const double midLon = (minLon + maxLon) / 2.0;
+    const Coordinate mid{midLat, midLon};
+    const Coordinate midImage = transformFromWGSToGCJ(mid);
+    if (counter < 1 || std::fabs(midImage.latitude - gcj.latitude) + std::fabs(midImage.longitude - gcj.longitude) <=
+                           kSearchTolerance) {
+      return mid;
+    }
+    // The corners' images only steer the choice of quarter, so they are needed only
+    // when the midpoint did not settle the search.
+    const Coordinate a = transformFromWGSToGCJ({minLat, minLon});
+    const Coordinate b = transformFromWGSToGCJ({minLat, maxLon});
+    const Coordinate c = transformFromWGSToGCJ({maxLat, minLon});
+    if (spans(a, midImage, gcj)) {
+      maxLat = midLat;
+      maxLon = midLon;
+    } else if (spans(b, midImage, gcj)) {
+      maxLat = midLat;
+      minLon = midLon;
+    } else if (spans(c, midImage, gcj)) {
+      minLat = midLat;
+      maxLon = midLon;
+    } else {
+      minLat = midLat;
+      minLon = midLon;
+    }
+  }
+}
+
+std::string LocationConverter::coordinateArgument(Coordinate wgs) {
+  const Coordinate bd = transformFromGCJToBaidu(transformFromWGSToGCJ(wgs));
+  char text[768];  // "%f" of the largest double needs 317 characters
+  std::snprintf(text, sizeof text, "%f,%f", bd.latitude, bd.longitude);
+  return text;
+}
+
+double LocationConverter::distanceInMeters(Coordinate from, Coordinate to) { return greatCircleDistance(from, to); }
+
+}  // namespace qmv

@@ -1,0 +1,117 @@
+#include "features/discovery/store_info_model.h"
+
+#include <charconv>
+#include <cstdio>
+
+#include "core/common/dictionary.h"
+#include "features/discovery/discovery_texts.h"
+#include "features/discovery/location_converter.h"
+#include "platform/text_measurer.h"
+
+namespace qmv {
+namespace {
+
+constexpr double kFontPointSize = 14.0;
+constexpr double kLeftMargin = 15.0;
+constexpr double kIconWidth = 32.5;
+constexpr double kRightMargin = 3.0;
+constexpr double kMinimumAddressHeight = 32.5;
+constexpr double kAddressPadding = 10.0;
+
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::size_t start = 0;
+  for (;;) {
+    const std::size_t at = text.find(separator, start);
+    parts.push_back(text.substr(start, at - start));
+    if (at == std::string::npos) return parts;
+    start = at + 1;
+  }
+}
+
+// The leading number of `text` (after blanks), 0 when there is none.
+double numericValue(const std::optional<std::string>& text) {
+  if (!text) return 0;
+  const char* begin = text->data();
+  const char* end = begin + text->size();
+  while (begin != end && (*begin == ' ' || *begin == '\t' || *begin == '\n')) ++begin;
+  if (begin != end && *begin == '+') ++begin;
+  double value = 0;
+  const auto result = std::from_chars(begin, end, value);
+  return result.ec == std::errc() ? value : 0;
+}
+
+}  // namespace
+
+StoreInfoModel::StoreInfoModel(const Json& dic) : BaseModel(dic) {
+  if (dic.is_object()) {
+    const auto list = dic.find("commodityList");
+    if (list != dic.end() && list->is_array()) {
+      activityList.reserve(list->size());
+      for (const Json& element : *list) activityList.emplace_back(element);
+    }
+  }
+  storeId = strForKey(dic, "storeId");
+  imgURLList = split(strForKey(dic, "imageURL"), '|');
+  storeName = strForKey(dic, "storeName");
+  address = strForKey(dic, "address");
+  content = strForKey(dic, "content");
+  title = strForKey(dic, "title");
+  time = strForKey(dic, "time");
+  phone = strForKey(dic, "phone");
+  favorite = strForKey(dic, "favorite");
+  price = strForKey(dic, "price");
+  shopPrice = strForKey(dic, "shopPrice");
+  mark = strForKey(dic, "mark");
+  star = strForKey(dic, "star");
+  num = strForKey(dic, "num");
+  starNum = strForKey(dic, "starNum");
+  isFirst = strForKey(dic, "isFirst");
+  std::vector<std::string> coordinate = split(strForKey(dic, "coordinate"), ',');
+  if (coordinate.size() == 2) {
+    longitude = std::move(coordinate[0]);
+    latitude = std::move(coordinate[1]);
+  }
+}
+
+std::vector<StoreInfoModel> StoreInfoModel::listWithArray(const Json& array) {
+  std::vector<StoreInfoModel> stores;
+  if (!array.is_array()) return stores;
+  stores.reserve(array.size());
+  for (const Json& element : array) stores.emplace_back(element);
+  return stores;
+}
+
+void StoreInfoModel::setAddressHeight(const TextMeasurer& measurer) {
+  if (address.empty()) {
+    addressHeight = 0;
+    return;
+  }
+  const double width = measurer.screenWidth() - kLeftMargin - kIconWidth - kRightMargin;
+  const double measured = measurer.measure(address, kFontPointSize, width);
+  addressHeight = measured < kMinimumAddressHeight ? kMinimumAddressHeight : measured + kAddressPadding;
+}
+
+std::string StoreInfoModel::distanceText(std::optional<Coordinate> userLocationWgs) const {
+  if (!userLocationWgs) return discovery_texts::kNoDistance;
+  const Coordinate storeBd{numericValue(latitude), numericValue(longitude)};
+  const Coordinate storeWgs = LocationConverter::transformFromGCJToWGS(LocationConverter::transformFromBaiduToGCJ(storeBd));
+  const double d = LocationConverter::distanceInMeters(*userLocationWgs, storeWgs);
+  char text[64];  // a great-circle distance is at most about 20015 km
+  if (d < 1000) {
+    std::snprintf(text, sizeof text, discovery_texts::kMetresFormat, d);
+  } else {
+    std::snprintf(text, sizeof text, discovery_texts::kKilometresFormat, d / 1000);
+  }
+  return text;
+}
+
+std::string StoreInfoModel::priceText() const { return discovery_texts::kStorePricePrefix + price; }
+
+std::string StoreInfoModel::shopPriceText() const { return discovery_texts::kStoreShopPricePrefix + shopPrice; }
+
+std::string StoreInfoModel::soldText() const {
+  return discovery_texts::kSoldPrefix + num + discovery_texts::kSoldSuffix;
+}
+
+}  // namespace qmv

@@ -1,0 +1,29 @@
+#include "features/discovery/templates_net_api.h"
+
+#include "core/session/global_data.h"
+#include "core/session/settings_keys.h"
+#include "features/discovery/search_types_reader.h"
+#include "platform/env.h"
+#include "platform/settings_store.h"
+
+namespace qmv {
+
+std::vector<SearchTypeModel> TemplatesNetApi::getTemplatesFromResopnse() const {
+  if (!responseData().is_object()) return {};
+  if (const auto& settings = Env::current().settings) {
+    settings->setString(responseString(), kTemplatesKey);
+    settings->synchronize();
+  }
+  return searchTypesFromEnvelope(responseString());
+}
+
+void TemplatesNetApi::resetTemplates(const std::vector<SearchTypeModel>& templates) {
+  GlobalData::sharedInstance().mergeTemplates(templates);
+}
+
+const SearchTypeModel* TemplatesNetApi::getInfoWithName(const std::string& name,
+                                                        const std::vector<SearchTypeModel>& list) {
+  return GlobalData::getInfoWithName(name, list);
+}
+
+}  // namespace qmv

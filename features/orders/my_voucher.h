@@ -1,0 +1,21 @@
+#pragma once
+// Lists the member's vouchers, page by page.
+#include <string>
+
+#include "core/request/base_net_api.h"
+
+namespace qmv {
+
+class MyVoucher : public BaseNetApi {
+ public:
+  explicit MyVoucher(std::string page);
+
+  std::string requestUrl() const override { return "getMyVoucher"; }
+  RequestMethod requestMethod() const override { return RequestMethod::GET; }
+  Json requestArgument() const override;
+  std::string className() const override { return "MyVoucher"; }
+
+  std::string page;
+};
+
+}  // namespace qmv

@@ -1,0 +1,17 @@
+#include "features/orders/order_detail_net_api.h"
+
+#include <utility>
+
+#include "core/common/dictionary.h"
+
+namespace qmv {
+
+OrderDetailNetApi::OrderDetailNetApi(std::string orderId) : orderId(std::move(orderId)) {}
+
+Json OrderDetailNetApi::requestArgument() const {
+  Json arguments = getBaseArgument();
+  setCustomString(arguments, orderId, "orderId");
+  return arguments;
+}
+
+}  // namespace qmv

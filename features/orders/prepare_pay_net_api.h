@@ -1,0 +1,41 @@
+#pragma once
+// Prepares a payment on the server. What is bought picks the endpoint and the
+// arguments: a draw product ("postPayForIndiana"), an activity offer
+// ("postPayForActivity") or a direct payment to a store ("postPayForStore"). amount is
+// the full total in whole fen; with useBlance the server takes the balance first.
+// "useBalance" travels as the text "true" or "false"; "acount" is the server's spelling.
+#include <string>
+
+#include "core/request/base_net_api.h"
+
+namespace qmv {
+
+class PreparePayNetApi : public BaseNetApi {
+ public:
+  // Paying a store.
+  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance);
+  // Buying an activity offer.
+  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance,
+                   std::string activityId, std::string activityCount, std::string isFirstOrder);
+  // Buying shares of a draw product.
+  PreparePayNetApi(std::string amount, std::string type, std::string productId, std::string series,
+                   std::string acount, bool useBlance);
+
+  std::string requestUrl() const override;
+  RequestMethod requestMethod() const override { return RequestMethod::POST; }
+  Json requestArgument() const override;
+  std::string className() const override { return "PreparePayNetApi"; }
+
+  std::string amount;
+  std::string type;  // channel code: "0" Alipay, "1" WeChat, "2" UnionPay, "3" balance
+  std::string storeId;
+  bool useBlance = false;
+  std::string activityId;
+  std::string activityCount;
+  std::string isFirstOrder;
+  std::string productId;
+  std::string series;
+  std::string acount;
+};
+
+}  // namespace qmv

@@ -1,0 +1,22 @@
+#pragma once
+// Withdraws an amount of the balance to the bound card; amount is whole fen as
+// decimal text.
+#include <string>
+
+#include "core/request/base_net_api.h"
+
+namespace qmv {
+
+class WithDrawNetApi : public BaseNetApi {
+ public:
+  explicit WithDrawNetApi(std::string amount);
+
+  std::string requestUrl() const override { return "withDraw"; }
+  RequestMethod requestMethod() const override { return RequestMethod::POST; }
+  Json requestArgument() const override;
+  std::string className() const override { return "WithDrawNetApi"; }
+
+  std::string amount;
+};
+
+}  // namespace qmv

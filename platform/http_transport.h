@@ -1,0 +1,71 @@
+#pragma once
+// The HTTP port. A request is a typed value (method, URL, header fields, body, basic
+// authorisation, timeout, optional download to a file); the answer is a plain response
+// whose status is whatever the server sent (a 404 is a status, not an error) and whose
+// `error` is set only when no complete response arrived. Transfers run off the interface
+// thread; completions and download progress are posted to a main loop.
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qmv {
+
+using HeaderFields = std::vector<std::pair<std::string, std::string>>;
+
+struct BasicAuth {
+  std::string user;
+  std::string password;
+};
+
+struct HttpRequest {
+  using ProgressCallback = std::function<void(std::int64_t received, std::int64_t expected)>;
+
+  std::string method = "GET";  // sent as written: GET, POST, HEAD, PUT, DELETE, PATCH, ...
+  std::string url;
+  HeaderFields headers;
+  std::string body;         // bytes; sent when non-empty
+  std::string contentType;  // Content-Type of `body`; empty sends none
+  std::optional<BasicAuth> basicAuth;
+  std::chrono::milliseconds timeout{10000};  // whole transfer; zero means none
+
+  // Non-empty: the body of a 2xx answer is written to this file instead of the response.
+  std::string downloadPath;
+  // With downloadPath: keep an existing partial file and ask only for the rest
+  // (an answer of 200 instead of 206 rewrites the file from the start).
+  bool resume = false;
+  // Bytes of the whole file so far and its expected size (0 when unknown); posted to the loop.
+  ProgressCallback progress;
+};
+
+enum class TransportError { none, timeout, connection, cancelled, other };
+
+struct HttpResponse {
+  long status = 0;  // 0 when no response arrived
+  std::string body;
+  HeaderFields headers;  // in the order received, of the final response
+  TransportError error = TransportError::none;
+  std::string errorMessage;
+};
+
+using TransferId = std::uint64_t;
+
+class HttpTransport {
+ public:
+  using Completion = std::function<void(HttpResponse)>;
+
+  virtual ~HttpTransport() = default;
+
+  // Thread-safe. Queues the transfer and returns at once. `completion` runs exactly once
+  // on the main loop: with the response, or with an error (a cancelled transfer completes
+  // with TransportError::cancelled).
+  virtual TransferId send(HttpRequest request, Completion completion) = 0;
+
+  // Thread-safe. Stops a queued or running transfer; unknown or finished ids are ignored.
+  virtual void cancel(TransferId id) = 0;
+};
+
+}  // namespace qmv

@@ -1,0 +1,113 @@
+#include "platform/linux/asio_main_loop.h"
+
+#include <asio.hpp>
+#include <chrono>
+
+namespace qmv {
+
+struct AsioMainLoop::Impl {
+  asio::io_context io;
+  // Keeps run() and runUntil() waiting when no work is queued.
+  asio::executor_work_guard<asio::io_context::executor_type> guard{io.get_executor()};
+};
+
+struct AsioMainLoop::TimerState {
+  TimerState(asio::io_context& io, TimerId id, Duration interval, Task task)
+      : timer(io), id(id), interval(interval), task(std::move(task)) {}
+  asio::steady_timer timer;
+  TimerId id;
+  Duration interval;  // zero for one-shot timers
+  Task task;
+};
+
+AsioMainLoop::AsioMainLoop() : impl_(std::make_unique<Impl>()) {}
+
+AsioMainLoop::~AsioMainLoop() {
+  impl_->guard.reset();
+  std::lock_guard lock(mutex_);
+  timers_.clear();
+}
+
+void AsioMainLoop::post(Task task) { asio::post(impl_->io, std::move(task)); }
+
+void AsioMainLoop::arm(const std::shared_ptr<TimerState>& state, Duration delay) {
+  state->timer.expires_after(delay);
+  state->timer.async_wait([this, weak = std::weak_ptr(state)](const asio::error_code& ec) {
+    auto state = weak.lock();
+    if (ec || !state) return;
+    {
+      std::lock_guard lock(mutex_);
+      // Cancelled from another thread after the wait had already completed.
+      if (!timers_.contains(state->id)) return;
+      if (state->interval.count() == 0) timers_.erase(state->id);
+    }
+    if (state->interval.count() > 0) arm(state, state->interval);
+    state->task();
+  });
+}
+
+MainLoop::TimerId AsioMainLoop::postAfter(Duration delay, Task task) {
+  TimerId id;
+  std::shared_ptr<TimerState> state;
+  {
+    std::lock_guard lock(mutex_);
+    id = nextId_++;
+    state = std::make_shared<TimerState>(impl_->io, id, Duration{0}, std::move(task));
+    timers_.emplace(id, state);
+  }
+  // Timer objects are not thread-safe: arm them on the loop thread.
+  asio::post(impl_->io, [this, state, delay] { arm(state, delay); });
+  return id;
+}
+
+MainLoop::TimerId AsioMainLoop::scheduleRepeating(Duration interval, Task task) {
+  if (interval.count() <= 0) interval = Duration{1};
+  TimerId id;
+  std::shared_ptr<TimerState> state;
+  {
+    std::lock_guard lock(mutex_);
+    id = nextId_++;
+    state = std::make_shared<TimerState>(impl_->io, id, interval, std::move(task));
+    timers_.emplace(id, state);
+  }
+  asio::post(impl_->io, [this, state, interval] { arm(state, interval); });
+  return id;
+}
+
+void AsioMainLoop::cancelTimer(TimerId id) {
+  std::shared_ptr<TimerState> state;
+  {
+    std::lock_guard lock(mutex_);
+    auto it = timers_.find(id);
+    if (it == timers_.end()) return;
+    state = std::move(it->second);
+    timers_.erase(it);
+  }
+  asio::post(impl_->io, [state] { state->timer.cancel(); });
+}
+
+void AsioMainLoop::run() {
+  impl_->io.restart();
+  impl_->io.run();
+}
+
+bool AsioMainLoop::runUntil(const std::function<bool()>& done, Duration timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  impl_->io.restart();
+  while (!done()) {
+    const auto now = std::chrono::steady_clock::now();
+    if (now >= deadline) return false;
+    impl_->io.run_one_for(deadline - now);
+    if (impl_->io.stopped()) return done();
+  }
+  return true;
+}
+
+void AsioMainLoop::stop() { impl_->io.stop(); }
+
+std::int64_t AsioMainLoop::nowMillis() const {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+}  // namespace qmv

@@ -1,0 +1,141 @@
+#include "platform/linux/curl_transport.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "platform/cookie_store.h"
+#include "platform/manual_main_loop.h"
+#include "platform/testing/loopback_server.h"
+
+namespace qmv {
+namespace {
+
+using std::chrono::milliseconds;
+
+class CurlTransportTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    auto& s = server_.server();
+    s.Get("/missing", [](const httplib::Request&, httplib::Response& res) {
+      res.status = 404;
+      res.set_content(R"({"error":"none here"})", "application/json");
+    });
+    s.Get("/slow", [this](const httplib::Request&, httplib::Response& res) {
+      server_.sleepUnlessStopping(milliseconds(3000));
+      res.set_content("late", "text/plain");
+    });
+    s.Get("/login", [](const httplib::Request&, httplib::Response& res) {
+      res.set_header("Set-Cookie", "sessionId=abc; Path=/");
+      res.set_content("ok", "text/plain");
+    });
+    s.Get("/whoami", [](const httplib::Request& req, httplib::Response& res) {
+      res.set_content(req.get_header_value("Cookie"), "text/plain");
+    });
+    // httplib answers a Range header with 206 and the rest of the content.
+    s.Get("/file", [](const httplib::Request&, httplib::Response& res) {
+      res.set_content(kFile, "application/octet-stream");
+    });
+    server_.start();
+  }
+
+  HttpResponse sendAndWait(HttpRequest request) {
+    std::optional<HttpResponse> got;
+    transport_.send(std::move(request), [&](HttpResponse r) { got = std::move(r); });
+    EXPECT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(10000)));
+    return got.value_or(HttpResponse{});
+  }
+
+  static constexpr const char* kFile = "0123456789abcdefghijklmnopqrstuvwxyz";
+  testing::LoopbackServer server_;
+  std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
+  std::shared_ptr<MemoryCookieStore> cookies_ = std::make_shared<MemoryCookieStore>();
+  CurlTransport transport_{loop_, cookies_};
+};
+
+TEST_F(CurlTransportTest, StatusesErrorsAndTimeouts) {
+  HttpRequest missing;
+  missing.url = server_.url("/missing");
+  HttpResponse r = sendAndWait(missing);
+  EXPECT_EQ(r.status, 404);
+  EXPECT_EQ(r.error, TransportError::none);
+  EXPECT_EQ(r.body, R"({"error":"none here"})");
+
+  HttpRequest slow;
+  slow.url = server_.url("/slow");
+  slow.timeout = milliseconds(150);
+  r = sendAndWait(slow);
+  EXPECT_EQ(r.error, TransportError::timeout);
+  EXPECT_EQ(r.status, 0);
+
+  HttpRequest refused;
+  refused.url = "http://127.0.0.1:1/nothing";
+  r = sendAndWait(refused);
+  EXPECT_EQ(r.error, TransportError::connection);
+  EXPECT_FALSE(r.errorMessage.empty());
+}
+
+TEST_F(CurlTransportTest, CancelStopsARunningTransferAtOnce) {
+  HttpRequest slow;
+  slow.url = server_.url("/slow");
+  std::optional<HttpResponse> got;
+  const auto id = transport_.send(slow, [&](HttpResponse r) { got = std::move(r); });
+  // Let the transfer reach the server before cancelling it.
+  loop_->runUntil([] { return false; }, milliseconds(100));
+  const auto before = std::chrono::steady_clock::now();
+  transport_.cancel(id);
+  ASSERT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(2000)));
+  EXPECT_LT(std::chrono::steady_clock::now() - before, milliseconds(1000));
+  EXPECT_EQ(got->error, TransportError::cancelled);
+  transport_.cancel(id);  // finished ids are ignored
+}
+
+TEST_F(CurlTransportTest, CookiesSetByTheServerAreSentBack) {
+  HttpRequest login;
+  login.url = server_.url("/login");
+  sendAndWait(login);
+  ASSERT_EQ(cookies_->cookies().size(), 1u);
+  EXPECT_EQ(cookies_->cookies()[0].domain, "127.0.0.1");
+  HttpRequest who;
+  who.url = server_.url("/whoami");
+  EXPECT_EQ(sendAndWait(who).body, "sessionId=abc");
+}
+
+TEST_F(CurlTransportTest, ResumedDownloadAppendsOrRewritesThePartialFile) {
+  const auto dir = std::filesystem::temp_directory_path() / ("qmv_curl_" + std::to_string(server_.port()));
+  std::filesystem::create_directories(dir);
+  const auto path = dir / "part.bin";
+  { std::ofstream(path, std::ios::binary) << "0123456789"; }
+
+  std::vector<std::int64_t> progress;
+  HttpRequest download;
+  download.url = server_.url("/file");
+  download.downloadPath = path.string();
+  download.resume = true;
+  download.progress = [&](std::int64_t received, std::int64_t expected) {
+    progress.push_back(received);
+    EXPECT_EQ(expected, 36);
+  };
+  HttpResponse r = sendAndWait(download);
+  loop_->runPending();
+  EXPECT_EQ(r.status, 206);
+  std::ifstream in(path, std::ios::binary);
+  std::string content((std::istreambuf_iterator<char>(in)), {});
+  EXPECT_EQ(content, kFile);
+  ASSERT_FALSE(progress.empty());
+  EXPECT_EQ(progress.back(), 36);
+
+  // Without resume the partial content is replaced, not appended to.
+  { std::ofstream(path, std::ios::binary) << "garbage"; }
+  download.resume = false;
+  download.progress = nullptr;
+  EXPECT_EQ(sendAndWait(download).status, 200);
+  std::ifstream again(path, std::ios::binary);
+  EXPECT_EQ(std::string((std::istreambuf_iterator<char>(again)), {}), kFile);
+  std::filesystem::remove_all(dir);
+}
+
+}  // namespace
+}  // namespace qmv

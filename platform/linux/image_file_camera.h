@@ -1,0 +1,20 @@
+#pragma once
+// A camera that "scans" the QR code in one PNG file (the --invite-qr option).
+#include <filesystem>
+
+#include "platform/camera.h"
+
+namespace qmv {
+
+class ImageFileCamera : public Camera {
+ public:
+  explicit ImageFileCamera(std::filesystem::path image) : image_(std::move(image)) {}
+  // Available when an image was named; an unreadable image scans as nothing.
+  bool isAvailable() const override { return !image_.empty(); }
+  void scanQrCode(std::function<void(std::optional<std::string>)> completion) override;
+
+ private:
+  std::filesystem::path image_;
+};
+
+}  // namespace qmv

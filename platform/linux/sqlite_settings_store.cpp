@@ -1,0 +1,209 @@
+#include "platform/linux/sqlite_settings_store.h"
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <system_error>
+#include <utility>
+
+#include "core/common/log.h"
+
+namespace qmv {
+namespace {
+
+constexpr const char* kSchema =
+    "CREATE TABLE IF NOT EXISTS settings ("
+    " key TEXT PRIMARY KEY NOT NULL,"
+    " kind TEXT NOT NULL,"
+    " value BLOB)";
+
+struct Encoded {
+  std::string kind;
+  std::string bytes;
+};
+
+Encoded encode(const Json& value) {
+  if (value.is_string()) return {"text", value.get<std::string>()};
+  if (value.is_boolean()) return {"bool", value.get<bool>() ? "1" : "0"};
+  if (value.is_binary()) {
+    const auto& bin = value.get_binary();
+    return {"binary", std::string(bin.begin(), bin.end())};
+  }
+  if (value.is_array()) return {"array", value.dump()};
+  return {"json", value.dump()};
+}
+
+// A row of an unknown kind or with undecodable content reads as absent; the row stays.
+Json decode(const std::string& kind, const std::string& bytes) {
+  if (kind == "text") return Json(bytes);
+  if (kind == "bool") return Json(bytes == "1");
+  if (kind == "binary") return Json::binary(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+  if (kind == "array" || kind == "json") {
+    Json parsed = parseJson(bytes);
+    if (isParsed(parsed)) return parsed;
+  }
+  return Json();
+}
+
+std::string columnBytes(sqlite3_stmt* stmt, int column) {
+  const void* data = sqlite3_column_blob(stmt, column);
+  const int size = sqlite3_column_bytes(stmt, column);
+  return data ? std::string(static_cast<const char*>(data), static_cast<std::size_t>(size)) : std::string();
+}
+
+bool isCorruption(int code) {
+  const int primary = code & 0xff;
+  return primary == SQLITE_NOTADB || primary == SQLITE_CORRUPT;
+}
+
+struct Attempt {
+  sqlite3* db = nullptr;
+  Json values = Json::object();
+  int code = SQLITE_OK;
+  std::string error;
+};
+
+Attempt tryOpen(const std::filesystem::path& file) {
+  Attempt a;
+  a.code = sqlite3_open_v2(file.c_str(), &a.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX,
+                           nullptr);
+  auto fail = [&a](int code) {
+    a.code = code;
+    a.error = a.db ? sqlite3_errmsg(a.db) : sqlite3_errstr(code);
+    sqlite3_close(a.db);
+    a.db = nullptr;
+    return a;
+  };
+  if (a.code != SQLITE_OK) return fail(a.code);
+  sqlite3_busy_timeout(a.db, 5000);
+  for (const char* sql : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL", kSchema}) {
+    const int rc = sqlite3_exec(a.db, sql, nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK) return fail(rc);
+  }
+  sqlite3_stmt* check = nullptr;
+  int rc = sqlite3_prepare_v2(a.db, "PRAGMA quick_check", -1, &check, nullptr);
+  if (rc != SQLITE_OK) return fail(rc);
+  rc = sqlite3_step(check);
+  const bool ok = rc == SQLITE_ROW && columnBytes(check, 0) == "ok";
+  sqlite3_finalize(check);
+  if (!ok) return fail(rc == SQLITE_ROW ? SQLITE_CORRUPT : rc);
+
+  sqlite3_stmt* rows = nullptr;
+  rc = sqlite3_prepare_v2(a.db, "SELECT key, kind, value FROM settings", -1, &rows, nullptr);
+  if (rc != SQLITE_OK) return fail(rc);
+  while ((rc = sqlite3_step(rows)) == SQLITE_ROW) {
+    Json value = decode(columnBytes(rows, 1), columnBytes(rows, 2));
+    if (!value.is_null()) a.values[columnBytes(rows, 0)] = std::move(value);
+  }
+  sqlite3_finalize(rows);
+  if (rc != SQLITE_DONE) return fail(rc);
+  return a;
+}
+
+// Moves the damaged file and its journals to a name no earlier run has used.
+std::filesystem::path keepAside(const std::filesystem::path& file, std::string& error) {
+  const auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
+                         std::chrono::system_clock::now().time_since_epoch())
+                         .count();
+  std::filesystem::path target;
+  for (int n = 0;; ++n) {
+    target = file;
+    target += ".corrupt-" + std::to_string(stamp) + (n ? "-" + std::to_string(n) : "");
+    if (!std::filesystem::exists(target)) break;
+  }
+  std::error_code ec;
+  std::filesystem::rename(file, target, ec);
+  if (ec) {
+    error = "cannot move damaged settings file aside: " + ec.message();
+    return {};
+  }
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+    std::filesystem::path journal = file;
+    journal += suffix;
+    if (!std::filesystem::exists(journal)) continue;
+    std::filesystem::path journalTarget = target;
+    journalTarget += suffix;
+    std::filesystem::rename(journal, journalTarget, ec);
+  }
+  return target;
+}
+
+}  // namespace
+
+SqliteSettingsStore::OpenResult SqliteSettingsStore::open(const std::filesystem::path& file) {
+  OpenResult result;
+  std::error_code ec;
+  if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ec);
+  Attempt attempt = tryOpen(file);
+  if (!attempt.db && isCorruption(attempt.code)) {
+    logLine("settings file " + file.string() + " is damaged (" + attempt.error + "); keeping it aside");
+    result.keptAside = keepAside(file, result.error);
+    if (result.keptAside.empty()) return result;
+    attempt = tryOpen(file);
+  }
+  if (!attempt.db) {
+    result.error = "cannot open settings file " + file.string() + ": " + attempt.error;
+    return result;
+  }
+  result.store.reset(new SqliteSettingsStore(attempt.db, file, std::move(attempt.values)));
+  return result;
+}
+
+SqliteSettingsStore::SqliteSettingsStore(sqlite3* db, std::filesystem::path path, Json values)
+    : db_(db), path_(std::move(path)), values_(std::move(values)) {}
+
+SqliteSettingsStore::~SqliteSettingsStore() { sqlite3_close(db_); }
+
+Json SqliteSettingsStore::objectForKey(const std::string& key) const {
+  std::lock_guard lock(mutex_);
+  const auto it = values_.find(key);
+  return it == values_.end() ? Json() : *it;
+}
+
+void SqliteSettingsStore::setObject(const Json& value, const std::string& key) {
+  if (value.is_null() || value.is_discarded()) {
+    removeObjectForKey(key);
+    return;
+  }
+  const Encoded encoded = encode(value);
+  std::lock_guard lock(mutex_);
+  values_[key] = value;
+  sqlite3_stmt* stmt = nullptr;
+  int rc = sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1,
+                              &stmt, nullptr);
+  if (rc == SQLITE_OK) {
+    sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()), SQLITE_TRANSIENT);
+    rc = sqlite3_step(stmt);
+  }
+  sqlite3_finalize(stmt);
+  if (rc != SQLITE_DONE) {
+    writeFailed_ = true;
+    logLine("settings write of " + key + " failed: " + sqlite3_errmsg(db_));
+  }
+}
+
+void SqliteSettingsStore::removeObjectForKey(const std::string& key) {
+  std::lock_guard lock(mutex_);
+  values_.erase(key);
+  sqlite3_stmt* stmt = nullptr;
+  int rc = sqlite3_prepare_v2(db_, "DELETE FROM settings WHERE key = ?1", -1, &stmt, nullptr);
+  if (rc == SQLITE_OK) {
+    sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
+    rc = sqlite3_step(stmt);
+  }
+  sqlite3_finalize(stmt);
+  if (rc != SQLITE_DONE) {
+    writeFailed_ = true;
+    logLine("settings removal of " + key + " failed: " + sqlite3_errmsg(db_));
+  }
+}
+
+bool SqliteSettingsStore::synchronize() {
+  std::lock_guard lock(mutex_);
+  sqlite3_wal_checkpoint_v2(db_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  return !std::exchange(writeFailed_, false);
+}
+
+}  // namespace qmv

@@ -1,0 +1,60 @@
+#pragma once
+// The settings store of the Linux client: one SQLite file (<home>/settings.db) holding
+// one row per key, with the value's kind (text, bool, array, binary, other JSON). Every
+// write is its own committed transaction in WAL mode with synchronous=FULL, so a
+// process killed at any moment loses at most the write in progress. A file that SQLite
+// cannot read as a database is renamed aside (settings.db.corrupt-<time>) and a fresh
+// store is started; it is never deleted or overwritten.
+//
+// Reads come from an in-memory copy loaded at open; the store is meant for the
+// interface thread, and a mutex makes stray calls from other threads safe.
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "platform/settings_store.h"
+
+struct sqlite3;
+
+namespace qmv {
+
+class SqliteSettingsStore : public SettingsStore {
+ public:
+  struct OpenResult {
+    std::unique_ptr<SqliteSettingsStore> store;  // null on failure
+    std::string error;                           // why opening failed
+    std::filesystem::path keptAside;             // set when a corrupt file was moved aside
+  };
+
+  // Opens or creates the store at `file` (its directory is created when missing).
+  static OpenResult open(const std::filesystem::path& file);
+  // <home>/settings.db.
+  static OpenResult openInHome(const std::filesystem::path& home) { return open(home / "settings.db"); }
+
+  ~SqliteSettingsStore() override;
+  SqliteSettingsStore(const SqliteSettingsStore&) = delete;
+  SqliteSettingsStore& operator=(const SqliteSettingsStore&) = delete;
+
+  Json objectForKey(const std::string& key) const override;
+  // Commits at once. A null value removes the key. A failed write keeps the new value in
+  // memory for this run and makes the next synchronize() report false.
+  void setObject(const Json& value, const std::string& key) override;
+  void removeObjectForKey(const std::string& key) override;
+  // Writes are already durable when they return; this checkpoints the journal and
+  // reports whether every write since the last call reached the file.
+  bool synchronize() override;
+
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  SqliteSettingsStore(sqlite3* db, std::filesystem::path path, Json values);
+
+  mutable std::mutex mutex_;
+  sqlite3* db_;
+  std::filesystem::path path_;
+  Json values_;
+  bool writeFailed_ = false;
+};
+
+}  // namespace qmv

@@ -1,0 +1,160 @@
+#include "platform/linux/sqlite_settings_store.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace qmv {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TempHome {
+ public:
+  TempHome() {
+    char pattern[] = "/tmp/qmv_settings_XXXXXX";
+    path_ = mkdtemp(pattern);
+  }
+  ~TempHome() { fs::remove_all(path_); }
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
+  TempHome home;
+  const std::vector<std::uint8_t> jpeg = {0xff, 0xd8, 0x00, 0x10, 0x00, 0xff, 0xd9};
+  {
+    auto opened = SqliteSettingsStore::openInHome(home.path());
+    ASSERT_TRUE(opened.store) << opened.error;
+    auto& store = *opened.store;
+    store.setString("13800000000", "user_phone");
+    store.setString("", "empty");
+    store.setBool(true, "isLaunched");
+    store.setBool(false, "off");
+    store.setStringArray({"临沂市", "济南市"}, "record_city");
+    store.setData(jpeg, "headerImage_now");
+    store.setString("gone", "password");
+    store.removeObjectForKey("password");
+    store.setString("first", "select_city");
+    store.setString("临沂市", "select_city");
+    store.setObject(Json(), "off");  // null removes
+    EXPECT_TRUE(store.synchronize());
+  }
+  auto reopened = SqliteSettingsStore::openInHome(home.path());
+  ASSERT_TRUE(reopened.store) << reopened.error;
+  auto& store = *reopened.store;
+  EXPECT_EQ(store.stringForKey("user_phone"), "13800000000");
+  EXPECT_EQ(store.stringForKey("empty"), "");
+  EXPECT_TRUE(store.boolForKey("isLaunched"));
+  EXPECT_TRUE(store.objectForKey("off").is_null());
+  EXPECT_EQ(store.stringArrayForKey("record_city"), (std::vector<std::string>{"临沂市", "济南市"}));
+  EXPECT_EQ(store.dataForKey("headerImage_now"), jpeg);
+  EXPECT_TRUE(store.objectForKey("password").is_null());
+  EXPECT_EQ(store.stringForKey("select_city"), "临沂市");
+  // A value of another kind reads as absent through the typed readers.
+  EXPECT_FALSE(store.stringForKey("isLaunched").has_value());
+  EXPECT_FALSE(store.dataForKey("user_phone").has_value());
+  EXPECT_TRUE(reopened.keptAside.empty());
+}
+
+TEST(SqliteSettingsStoreTest, DamagedFileIsKeptAsideNotWiped) {
+  TempHome home;
+  const fs::path file = home.path() / "settings.db";
+  const std::string garbage = "this is not a database, but somebody's data" + std::string(4096, 'x');
+  std::ofstream(file, std::ios::binary) << garbage;
+
+  auto opened = SqliteSettingsStore::open(file);
+  ASSERT_TRUE(opened.store) << opened.error;
+  ASSERT_FALSE(opened.keptAside.empty());
+  std::ifstream kept(opened.keptAside, std::ios::binary);
+  std::stringstream content;
+  content << kept.rdbuf();
+  EXPECT_EQ(content.str(), garbage);
+  EXPECT_TRUE(opened.store->objectForKey("user_phone").is_null());
+  opened.store->setString("x", "k");
+  opened.store.reset();
+
+  // The fresh store is a good database on the next start: nothing more is moved aside.
+  auto again = SqliteSettingsStore::open(file);
+  ASSERT_TRUE(again.store);
+  EXPECT_TRUE(again.keptAside.empty());
+  EXPECT_EQ(again.store->stringForKey("k"), "x");
+}
+
+TEST(SqliteSettingsStoreTest, UnwritableLocationIsAnError) {
+  auto opened = SqliteSettingsStore::open("/proc/qmv-no-such-dir/settings.db");
+  EXPECT_FALSE(opened.store);
+  EXPECT_FALSE(opened.error.empty());
+}
+
+// A writer is killed with SIGKILL in the middle of its writes; every write it had
+// finished before must be readable afterwards, with its exact value.
+TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
+  TempHome home;
+  const fs::path file = home.path() / "settings.db";
+  int fds[2];
+  ASSERT_EQ(pipe(fds), 0);
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    close(fds[0]);
+    auto opened = SqliteSettingsStore::open(file);
+    if (!opened.store) _exit(3);
+    for (std::uint32_t i = 0;; ++i) {
+      const std::string key = "k" + std::to_string(i % 500);
+      // Cycle the kinds, and rewrite keys so later writes replace earlier rows.
+      switch (i % 3) {
+        case 0: opened.store->setString("v" + std::to_string(i), key); break;
+        case 1: opened.store->setStringArray({"a" + std::to_string(i), "b"}, key); break;
+        default: opened.store->setData(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)), key);
+      }
+      if (write(fds[1], &i, sizeof i) != sizeof i) _exit(4);
+    }
+  }
+  close(fds[1]);
+  std::uint32_t last = 0;
+  std::uint32_t value = 0;
+  std::size_t reported = 0;
+  while (reported < 700 && read(fds[0], &value, sizeof value) == sizeof value) {
+    last = value;
+    ++reported;
+  }
+  kill(child, SIGKILL);
+  int status = 0;
+  waitpid(child, &status, 0);
+  close(fds[0]);
+  ASSERT_TRUE(WIFSIGNALED(status)) << "writer ended on its own with " << status;
+  ASSERT_GE(reported, 700u);
+
+  auto opened = SqliteSettingsStore::open(file);
+  ASSERT_TRUE(opened.store) << opened.error;
+  EXPECT_TRUE(opened.keptAside.empty());
+  // For every key, the newest finished write (at or before `last`) must be there; a
+  // write the child had begun but not reported may or may not have landed.
+  for (std::uint32_t slot = 0; slot < 500; ++slot) {
+    std::uint32_t newest = slot;
+    if (newest > last) continue;
+    while (newest + 500 <= last) newest += 500;
+    const std::string key = "k" + std::to_string(slot);
+    const Json got = opened.store->objectForKey(key);
+    auto matches = [&](std::uint32_t i) {
+      switch (i % 3) {
+        case 0: return got == Json("v" + std::to_string(i));
+        case 1: return got == Json(std::vector<std::string>{"a" + std::to_string(i), "b"});
+        default: return got == Json::binary(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)));
+      }
+    };
+    EXPECT_TRUE(matches(newest) || matches(newest + 500)) << key << " lost its write " << newest;
+  }
+}
+
+}  // namespace
+}  // namespace qmv

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "platform/linux/asio_main_loop.h"
+#include "platform/manual_main_loop.h"
+
+namespace qmv {
+namespace {
+
+using std::chrono::milliseconds;
+
+TEST(ManualMainLoopTest, AdvanceRunsDueTimersInOrderAndHonoursCancel) {
+  ManualMainLoop loop;
+  std::vector<std::string> seen;
+  loop.postAfter(milliseconds(30), [&] { seen.push_back("c@" + std::to_string(loop.nowMillis())); });
+  loop.postAfter(milliseconds(10), [&] { seen.push_back("a@" + std::to_string(loop.nowMillis())); });
+  const auto dropped = loop.postAfter(milliseconds(20), [&] { seen.push_back("dropped"); });
+  loop.postAfter(milliseconds(10), [&] { seen.push_back("b@" + std::to_string(loop.nowMillis())); });
+  int ticks = 0;
+  MainLoop::TimerId repeating = 0;
+  repeating = loop.scheduleRepeating(milliseconds(15), [&] {
+    if (++ticks == 2) loop.cancelTimer(repeating);
+  });
+  loop.cancelTimer(dropped);
+  loop.cancelTimer(9999);  // unknown ids are ignored
+
+  loop.advance(milliseconds(9));
+  EXPECT_TRUE(seen.empty());
+  loop.advance(milliseconds(100));
+  EXPECT_EQ(seen, (std::vector<std::string>{"a@10", "b@10", "c@30"}));
+  EXPECT_EQ(ticks, 2);
+  EXPECT_EQ(loop.nowMillis(), 109);
+}
+
+TEST(ManualMainLoopTest, RunUntilWaitsForWorkPostedFromOtherThreadsWithoutMovingTheClock) {
+  ManualMainLoop loop;
+  std::atomic<int> done{0};
+  std::vector<std::thread> workers;
+  for (int i = 0; i < 4; ++i) {
+    workers.emplace_back([&] {
+      std::this_thread::sleep_for(milliseconds(20));
+      loop.post([&] { ++done; });
+    });
+  }
+  EXPECT_TRUE(loop.runUntil([&] { return done == 4; }, milliseconds(5000)));
+  EXPECT_EQ(loop.nowMillis(), 0);
+  for (auto& w : workers) w.join();
+  EXPECT_FALSE(loop.runUntil([] { return false; }, milliseconds(20)));
+}
+
+TEST(AsioMainLoopTest, PostsInOrderFiresTimersAndCancels) {
+  AsioMainLoop loop;
+  std::vector<int> order;
+  std::atomic<bool> fromThread{false};
+  loop.post([&] { order.push_back(1); });
+  loop.post([&] { order.push_back(2); });
+  loop.postAfter(milliseconds(30), [&] { order.push_back(4); });
+  const auto cancelled = loop.postAfter(milliseconds(10), [&] { order.push_back(99); });
+  std::thread other([&] {
+    loop.cancelTimer(cancelled);
+    loop.post([&] { fromThread = true; });
+  });
+  other.join();
+  int ticks = 0;
+  MainLoop::TimerId repeating = 0;
+  repeating = loop.scheduleRepeating(milliseconds(5), [&] {
+    if (++ticks == 3) loop.cancelTimer(repeating);
+  });
+  const auto start = loop.nowMillis();
+  EXPECT_TRUE(loop.runUntil([&] { return order.size() == 3 && ticks == 3; }, milliseconds(5000)));
+  EXPECT_GE(loop.nowMillis() - start, 25);
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 4}));
+  EXPECT_TRUE(fromThread);
+  // The repeating timer stays cancelled.
+  loop.runUntil([] { return false; }, milliseconds(30));
+  EXPECT_EQ(ticks, 3);
+
+  loop.postAfter(milliseconds(1), [&] { loop.stop(); });
+  loop.run();  // returns because of stop()
+}
+
+}  // namespace
+}  // namespace qmv

@@ -1,0 +1,60 @@
+#pragma once
+// A cpp-httplib server on 127.0.0.1 and a free port, served from its own thread, for
+// tests and benchmarks. Register routes on server() and then call start(). Handlers that
+// wait (slow routes) should poll stopping() so that shutdown does not wait for them.
+#include <httplib.h>
+
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <thread>
+
+namespace qmv::testing {
+
+class LoopbackServer {
+ public:
+  LoopbackServer() = default;
+  ~LoopbackServer() { shutdown(); }
+  LoopbackServer(const LoopbackServer&) = delete;
+  LoopbackServer& operator=(const LoopbackServer&) = delete;
+
+  httplib::Server& server() { return server_; }
+
+  // Binds, starts serving and waits until the server accepts connections.
+  void start() {
+    port_ = server_.bind_to_any_port("127.0.0.1");
+    thread_ = std::thread([this] { server_.listen_after_bind(); });
+    while (!server_.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+
+  void shutdown() {
+    stopping_ = true;
+    if (thread_.joinable()) {
+      server_.stop();
+      thread_.join();
+    }
+  }
+
+  int port() const { return port_; }
+  // "http://127.0.0.1:<port>" followed by `path`.
+  std::string url(const std::string& path = "") const {
+    return "http://127.0.0.1:" + std::to_string(port_) + path;
+  }
+  bool stopping() const { return stopping_; }
+
+  // Sleeps up to `duration`, returning early when the server is shutting down.
+  void sleepUnlessStopping(std::chrono::milliseconds duration) const {
+    const auto until = std::chrono::steady_clock::now() + duration;
+    while (!stopping_ && std::chrono::steady_clock::now() < until) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+  }
+
+ private:
+  httplib::Server server_;
+  std::thread thread_;
+  int port_ = 0;
+  std::atomic<bool> stopping_{false};
+};
+
+}  // namespace qmv::testing

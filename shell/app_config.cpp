@@ -1,0 +1,63 @@
+#include "shell/app_config.h"
+
+#include <fstream>
+#include <map>
+
+namespace qmv {
+namespace {
+
+std::string trim(const std::string& s) {
+  const auto begin = s.find_first_not_of(" \t\r");
+  if (begin == std::string::npos) return {};
+  const auto end = s.find_last_not_of(" \t\r");
+  return s.substr(begin, end - begin + 1);
+}
+
+}  // namespace
+
+bool AppConfig::set(const std::string& key, const std::string& value) {
+  static const std::map<std::string, std::string AppConfig::*> kFields = {
+      {"server", &AppConfig::serverBaseUrl},
+      {"production_server", &AppConfig::productionServer},
+      {"test_server", &AppConfig::testServer},
+      {"object_storage_host", &AppConfig::objectStorageHost},
+      {"welcome_image_url", &AppConfig::welcomeImageUrl},
+      {"web_host", &AppConfig::webHost},
+      {"crash_reporter_app_id", &AppConfig::crashReporterAppId},
+      {"push_app_key", &AppConfig::pushAppKey},
+      {"analytics_app_key", &AppConfig::analyticsAppKey},
+      {"wechat_app_id", &AppConfig::wechatAppId},
+      {"wechat_partner_id", &AppConfig::wechatPartnerId},
+      {"wechat_api_key", &AppConfig::wechatApiKey},
+      {"share_app_key", &AppConfig::shareAppKey},
+      {"url_scheme", &AppConfig::urlScheme},
+  };
+  const auto it = kFields.find(key);
+  if (it == kFields.end()) return false;
+  this->*(it->second) = value;
+  return true;
+}
+
+AppConfig AppConfig::load(const std::filesystem::path& path, std::vector<std::string>* warnings) {
+  AppConfig config;
+  std::ifstream in(path);
+  if (!in) return config;
+  const auto warn = [&](int line, const std::string& what) {
+    if (warnings) warnings->push_back(path.filename().string() + ":" + std::to_string(line) + ": " + what);
+  };
+  std::string raw;
+  for (int line = 1; std::getline(in, raw); ++line) {
+    const std::string text = trim(raw);
+    if (text.empty() || text.front() == '#') continue;
+    const auto eq = text.find('=');
+    if (eq == std::string::npos) {
+      warn(line, "expected key = value");
+      continue;
+    }
+    const std::string key = trim(text.substr(0, eq));
+    if (!config.set(key, trim(text.substr(eq + 1)))) warn(line, "unknown key \"" + key + "\"");
+  }
+  return config;
+}
+
+}  // namespace qmv

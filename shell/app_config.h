@@ -1,0 +1,37 @@
+#pragma once
+// Deployment values: server base URL, object-storage host, vendor ids and keys, the URL
+// scheme. They come from <home>/qmv.conf and from command-line options, never from code;
+// the repository holds no real vendor value. The file is "key = value" lines; "#" starts
+// a comment. An unknown key or a malformed line is reported, not fatal.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace qmv {
+
+struct AppConfig {
+  // Empty: no server configured (the CLI then embeds the sandbox).
+  std::string serverBaseUrl;
+  std::string productionServer;  // behind "正式环境" of the server switch
+  std::string testServer;        // behind "测试环境"
+  std::string objectStorageHost;
+  std::string welcomeImageUrl;   // the remote "welcome.png"
+  std::string webHost;           // root of the server-hosted pages
+  std::string crashReporterAppId;
+  std::string pushAppKey;
+  std::string analyticsAppKey;
+  std::string wechatAppId;
+  std::string wechatPartnerId;
+  std::string wechatApiKey;
+  std::string shareAppKey;
+  std::string urlScheme = "qqqmmmvvv";
+
+  // Reads `path`; a missing file gives the defaults. Problems are appended to `warnings`
+  // as "qmv.conf:LINE: what" texts.
+  static AppConfig load(const std::filesystem::path& path, std::vector<std::string>* warnings = nullptr);
+
+  // Applies one "key = value" setting; false for an unknown key.
+  bool set(const std::string& key, const std::string& value);
+};
+
+}  // namespace qmv
