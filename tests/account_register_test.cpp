@@ -131,9 +131,18 @@ TEST_F(AccountRegisterTest, RecoveryChecksTheCodeThenSetsTheNewPassword) {
   FindPwdStep2ViewController step2(top->payload.value("phone", ""));
   Outcome changed;
   step2.onFinished = changed.callback();
-  step2.view().passwordText = "newpass9";
-  step2.view().confirmText = "newpass9";
-  ASSERT_TRUE(step2.view().submitAction());
+  FindPwdStep2View& step2Form = step2.view();
+  const size_t shownBefore = overlay_->shown().size();
+  EXPECT_FALSE(step2Form.submitAction());
+  step2Form.passwordText = "新密码123456";
+  EXPECT_FALSE(step2Form.submitAction());
+  step2Form.passwordText = "newpass9";
+  EXPECT_FALSE(step2Form.submitAction());
+  const auto statuses = overlay_->statuses();
+  EXPECT_EQ(std::vector<std::string>(statuses.begin() + shownBefore, statuses.end()),
+            (std::vector<std::string>{"请新输入密码", "密码须为6-16位字母或数字的组合", "两次输入密码不一致"}));
+  step2Form.confirmText = "newpass9";
+  ASSERT_TRUE(step2Form.submitAction());
   ASSERT_EQ(await(changed), std::optional<bool>(true));
   EXPECT_EQ(overlay_->statuses().back(), "密码修改成功");
   EXPECT_EQ(stored(kUserPhoneKey), kDemoPhone);
