@@ -8,6 +8,7 @@
 
 #include "apps/sandbox/demo_data.h"
 #include "apps/sandbox/endpoint_table.h"
+#include "apps/sandbox/object_handlers.h"
 #include "apps/sandbox/order_payment.h"
 #include "apps/sandbox/page_handlers.h"
 #include "apps/sandbox/sandbox_records.h"
@@ -130,6 +131,7 @@ struct SandboxServer::Impl {
       }
       res.set_content(row["portrait"].get<std::string>(), "image/png");
     });
+    registerObjectRoutes(*http, options.home / "oss");
     http->set_exception_handler([](const httplib::Request&, httplib::Response& res, std::exception_ptr) {
       res.status = 200;
       res.set_content(envelope(Reply::refuse(kMsgServerError)), "application/json; charset=utf-8");

@@ -3,7 +3,8 @@
 // client sees it. Every endpoint of the API catalogue is served under /qmv/app/v3/<name>
 // with the response envelope {"success", "message", "data"}; sessions, balances, orders and
 // the rest live in <home>/sandbox.db. Besides the application API it serves the server-hosted
-// pages under /static/, pictures under /sandbox/img/ and /sandbox/portrait/, and the payment
+// pages under /static/, pictures under /sandbox/img/ and /sandbox/portrait/, an object store
+// under /oss/ (GET and PUT, files in <home>/oss), and the payment
 // completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel) through
 // which the sandbox payment adapters finish a payment the way a vendor application would.
 //

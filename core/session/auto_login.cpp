@@ -1,0 +1,41 @@
+#include "core/session/auto_login.h"
+
+#include "core/common/string_util.h"
+#include "core/session/base_view_controller.h"
+#include "core/session/detail/account_ports.h"
+#include "core/session/global_data.h"
+#include "core/session/settings_keys.h"
+
+namespace qmv {
+
+AutoLogin::~AutoLogin() { account_detail::stopRequest(loginApi_); }
+
+bool AutoLogin::autoLoginNet() {
+  const auto& settings = Env::current().settings;
+  if (!settings) return false;
+  // A phone stored from a login answer may be a number or null; only text counts.
+  const auto phone = settings->stringForKey(kUserPhoneKey);
+  const auto password = settings->stringForKey(kPasswordKey);
+  if (!phone || phone->empty() || !password) return false;
+
+  account_detail::stopRequest(loginApi_);
+  loginApi_ = std::make_shared<LoginNetApi>(*phone, StringUtil::getmd5WithString(*password));
+  loginApi_->needShowError = false;
+  loginApi_->startWithCompletionBlockWithSuccess([this](BaseRequest&) { finished(loginApi_->isCorrectResult()); },
+                                                 [this](BaseRequest&) { finished(false); });
+  return true;
+}
+
+void AutoLogin::finished(bool correct) {
+  std::shared_ptr<UserInfoModel> info;
+  if (correct) {
+    info = loginApi_->getUserInfo();
+    GlobalData::sharedInstance().setSelfInfo(info);
+  }
+  const bool signedIn = info != nullptr;
+  account_detail::setPushAlias(signedIn ? info->userName : std::string(BaseViewController::kInvalidAlias),
+                               BaseViewController::kAliasType);
+  if (onFinished) onFinished(signedIn);
+}
+
+}  // namespace qmv

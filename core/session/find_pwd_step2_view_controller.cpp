@@ -1,0 +1,36 @@
+#include "core/session/find_pwd_step2_view_controller.h"
+
+#include "core/common/string_util.h"
+#include "core/session/detail/account_ports.h"
+#include "core/session/settings_keys.h"
+#include "platform/navigator.h"
+
+namespace qmv {
+
+FindPwdStep2ViewController::FindPwdStep2ViewController(std::string phone) : phone_(std::move(phone)) {
+  view_.onSubmit = [this](const std::string& password) { findPwdNetWithNewPwd(password); };
+}
+
+FindPwdStep2ViewController::~FindPwdStep2ViewController() { account_detail::stopRequest(findApi_); }
+
+void FindPwdStep2ViewController::findPwdNetWithNewPwd(const std::string& newPassword) {
+  account_detail::stopRequest(findApi_);
+  sentPassword_ = newPassword;
+  findApi_ = std::make_shared<FindPwdNetApi>(phone_, StringUtil::getmd5WithString(newPassword));
+  account_detail::adopt(*findApi_, *this);
+  findApi_->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest&) {
+        const bool correct = findApi_->isCorrectResult();
+        if (correct) {
+          account_detail::storeCredentials(phone_, sentPassword_, kUserPhoneKey, kPasswordKey);
+          if (const auto& navigator = Env::current().navigator) navigator->popToRoot();
+          account_detail::showStatus(account_texts::kPasswordChanged);
+        }
+        if (onFinished) onFinished(correct);
+      },
+      [this](BaseRequest&) {
+        if (onFinished) onFinished(false);
+      });
+}
+
+}  // namespace qmv

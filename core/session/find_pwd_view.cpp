@@ -1,0 +1,40 @@
+#include "core/session/find_pwd_view.h"
+
+#include "core/common/control_util.h"
+#include "core/session/detail/account_ports.h"
+
+namespace qmv {
+
+FindPwdView::FindPwdView(std::function<void()> onTitleChange)
+    : onTitleChange_(std::move(onTitleChange)), countdown_([this](const std::string&, bool) {
+        if (onTitleChange_) onTitleChange_();
+      }) {}
+
+bool FindPwdView::getVerifyMsg() {
+  if (!ControlUtil::validatePhone(phoneText)) {
+    account_detail::showStatus(account_texts::kBadPhoneFormat);
+    return false;
+  }
+  if (onGetCode) onGetCode(phoneText);
+  return true;
+}
+
+bool FindPwdView::nextAction() {
+  if (!ControlUtil::validatePhone(phoneText)) {
+    account_detail::showStatus(account_texts::kBadPhoneFormat);
+    return false;
+  }
+  if (codeText.empty()) {
+    account_detail::showStatus(account_texts::kNoCode);
+    return false;
+  }
+  if (onNext) onNext(phoneText, codeText);
+  return true;
+}
+
+void FindPwdView::codeNetSucess() {
+  countdown_.codeNetSucess();
+  if (onTitleChange_) onTitleChange_();
+}
+
+}  // namespace qmv

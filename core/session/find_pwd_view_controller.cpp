@@ -1,0 +1,65 @@
+#include "core/session/find_pwd_view_controller.h"
+
+#include "core/session/detail/account_ports.h"
+#include "platform/main_loop.h"
+#include "platform/navigator.h"
+
+namespace qmv {
+
+FindPwdViewController::FindPwdViewController()
+    : view_([this] {
+        if (onChange) onChange();
+      }) {
+  view_.onGetCode = [this](const std::string& phone) { getPhoneCodeNet(phone); };
+  view_.onNext = [this](const std::string& phone, const std::string& code) { checkPhoneCodeNet(phone, code); };
+}
+
+FindPwdViewController::~FindPwdViewController() {
+  view_.stopTimer();
+  account_detail::stopRequest(codeApi_);
+  account_detail::stopRequest(checkApi_);
+}
+
+void FindPwdViewController::viewDidLoad() {
+  if (const auto& loop = Env::current().mainLoop) view_.startTimer(*loop);
+}
+
+void FindPwdViewController::getPhoneCodeNet(const std::string& phone) {
+  account_detail::stopRequest(codeApi_);
+  codeApi_ = std::make_shared<MobileCodeNetApi>(phone, 0);
+  account_detail::adopt(*codeApi_, *this);
+  codeApi_->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest&) {
+        const bool correct = codeApi_->isCorrectResult();
+        if (correct) {
+          codeSessionId_ = codeApi_->getSessionId();
+          account_detail::showStatus(account_texts::kCodeSent);
+          view_.codeNetSucess();
+        }
+        if (onCodeFinished) onCodeFinished(correct);
+      },
+      [this](BaseRequest&) {
+        if (onCodeFinished) onCodeFinished(false);
+      });
+}
+
+void FindPwdViewController::checkPhoneCodeNet(const std::string& phone, const std::string& code) {
+  account_detail::stopRequest(checkApi_);
+  checkApi_ = std::make_shared<MobileCheckNetApi>(phone, code, codeSessionId_);
+  account_detail::adopt(*checkApi_, *this);
+  checkApi_->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest&) {
+        const bool correct = checkApi_->isCorrectResult();
+        if (correct) {
+          if (const auto& navigator = Env::current().navigator) {
+            navigator->push(account_texts::kFindPwdStep2Screen, Json{{"phone", checkApi_->mobile}});
+          }
+        }
+        if (onFinished) onFinished(correct);
+      },
+      [this](BaseRequest&) {
+        if (onFinished) onFinished(false);
+      });
+}
+
+}  // namespace qmv

@@ -1,0 +1,90 @@
+#include "core/session/login_view_controller.h"
+
+#include "core/common/log.h"
+#include "core/common/string_util.h"
+#include "core/session/detail/account_ports.h"
+#include "core/session/global_data.h"
+#include "core/session/settings_keys.h"
+#include "platform/navigator.h"
+#include "platform/object_storage.h"
+
+namespace qmv {
+namespace {
+
+bool isJpeg(const ObjectStorage::Bytes& bytes) {
+  return bytes.size() >= 3 && bytes[0] == 0xFF && bytes[1] == 0xD8 && bytes[2] == 0xFF;
+}
+
+}  // namespace
+
+LoginViewController::~LoginViewController() { account_detail::stopRequest(loginApi_); }
+
+void LoginViewController::viewWillAppear() {
+  const auto& settings = Env::current().settings;
+  if (!settings) return;
+  if (auto phone = settings->stringForKey(kUserPhoneKey)) view_.phoneText = *phone;
+  if (auto password = settings->stringForKey(kPasswordKey)) view_.passwordText = *password;
+  if (onChange) onChange();
+}
+
+void LoginViewController::loginNet() {
+  account_detail::stopRequest(loginApi_);
+  loginApi_ = std::make_shared<LoginNetApi>(view_.phoneText, StringUtil::getmd5WithString(view_.passwordText));
+  account_detail::adopt(*loginApi_, *this);
+  loginApi_->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest&) { loginFinished(loginApi_->isCorrectResult()); },
+      [this](BaseRequest&) { loginFinished(false); });
+}
+
+void LoginViewController::loginFinished(bool correct) {
+  if (!correct) {
+    account_detail::setPushAlias(kInvalidAlias, kAliasType);
+    if (onFinished) onFinished(false);
+    return;
+  }
+  auto info = loginApi_->getUserInfo();
+  GlobalData::sharedInstance().setSelfInfo(info);
+  if (const auto& settings = Env::current().settings) {
+    settings->setString(view_.passwordText, kPasswordKey);
+    settings->synchronize();
+  }
+  account_detail::setPushAlias(info ? info->userName : std::string(kInvalidAlias), kAliasType);
+  downloadHeaderImage();
+  cancel();
+  if (onFinished) onFinished(true);
+}
+
+void LoginViewController::cancel() {
+  if (const auto& navigator = Env::current().navigator) navigator->dismiss();
+}
+
+void LoginViewController::downloadHeaderImage() {
+  const auto& info = GlobalData::sharedInstance().selfInfo();
+  const auto& storage = Env::current().objectStorage;
+  if (!info || info->userName.empty() || !storage) {
+    if (onHeaderImageFinished) onHeaderImageFinished(false);
+    return;
+  }
+  const std::string object = info->userName + ".png";
+  storage->download(object, [object, done = onHeaderImageFinished](std::optional<ObjectStorage::Bytes> bytes) {
+    bool stored = false;
+    const auto& settings = Env::current().settings;
+    if (bytes && !bytes->empty() && settings) {
+      if (!isJpeg(*bytes)) logLine("portrait " + object + " is not JPEG; kept as received");
+      settings->setData(*bytes, kHeaderImageNowKey);
+      settings->synchronize();
+      stored = true;
+    }
+    if (done) done(stored);
+  });
+}
+
+void LoginViewController::registerAction() {
+  if (const auto& navigator = Env::current().navigator) navigator->push(account_texts::kRegisterScreen);
+}
+
+void LoginViewController::forgetAction() {
+  if (const auto& navigator = Env::current().navigator) navigator->push(account_texts::kFindPwdScreen);
+}
+
+}  // namespace qmv

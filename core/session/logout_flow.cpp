@@ -1,0 +1,32 @@
+#include "core/session/logout_flow.h"
+
+#include "core/session/detail/account_ports.h"
+#include "core/session/global_data.h"
+#include "core/session/settings_keys.h"
+
+namespace qmv {
+
+LogoutFlow::~LogoutFlow() { account_detail::stopRequest(logoutApi_); }
+
+bool LogoutFlow::logout() {
+  if (!GlobalData::sharedInstance().selfInfo()) return false;
+  account_detail::stopRequest(logoutApi_);
+  logoutApi_ = std::make_shared<LogoutNetApi>();
+  account_detail::adopt(*logoutApi_, *this);
+  // An expired session needs no login screen here: the member is leaving anyway.
+  logoutApi_->sessionDelegate = nullptr;
+  logoutApi_->startWithCompletionBlockWithSuccess([this](BaseRequest&) { finished(logoutApi_->isCorrectResult()); },
+                                                  [this](BaseRequest&) { finished(false); });
+  return true;
+}
+
+void LogoutFlow::finished(bool confirmed) {
+  GlobalData::sharedInstance().setSelfInfo(nullptr);
+  if (const auto& settings = Env::current().settings) {
+    settings->removeObjectForKey(kHeaderImageNowKey);
+    settings->synchronize();
+  }
+  if (onFinished) onFinished(confirmed);
+}
+
+}  // namespace qmv

@@ -1,0 +1,142 @@
+#include "core/session/qx_register_view_controller.h"
+
+#include <algorithm>
+
+#include "core/common/control_util.h"
+#include "core/common/string_util.h"
+#include "core/session/detail/account_ports.h"
+#include "core/session/settings_keys.h"
+#include "platform/alerts.h"
+#include "platform/camera.h"
+#include "platform/main_loop.h"
+#include "platform/navigator.h"
+
+namespace qmv {
+
+using account_detail::showStatus;
+
+QXRegisterViewController::QXRegisterViewController()
+    : countdown_([this](const std::string&, bool) { notifyChange(); }) {}
+
+QXRegisterViewController::~QXRegisterViewController() {
+  countdown_.stopTimer();
+  account_detail::stopRequest(codeApi_);
+  account_detail::stopRequest(registerApi_);
+}
+
+void QXRegisterViewController::notifyChange() {
+  if (onChange) onChange();
+}
+
+void QXRegisterViewController::viewDidLoad() {
+  if (const auto& loop = Env::current().mainLoop) countdown_.startTimer(*loop);
+}
+
+bool QXRegisterViewController::getCodeAction() {
+  if (!ControlUtil::validatePhone(phoneText)) {
+    showStatus(account_texts::kBadPhone);
+    return false;
+  }
+  getPhoneCodeNet(phoneText);
+  return true;
+}
+
+void QXRegisterViewController::getPhoneCodeNet(const std::string& phone) {
+  account_detail::stopRequest(codeApi_);
+  codeApi_ = std::make_shared<MobileCodeNetApi>(phone, 0);
+  account_detail::adopt(*codeApi_, *this);
+  codeApi_->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest&) {
+        const bool correct = codeApi_->isCorrectResult();
+        if (correct) {
+          codeSessionId_ = codeApi_->getSessionId();
+          showStatus(account_texts::kCodeSent);
+          codeNetSucess();
+        }
+        if (onCodeFinished) onCodeFinished(correct);
+      },
+      [this](BaseRequest&) {
+        if (onCodeFinished) onCodeFinished(false);
+      });
+}
+
+void QXRegisterViewController::codeNetSucess() {
+  countdown_.codeNetSucess();
+  notifyChange();
+}
+
+bool QXRegisterViewController::submitAction() {
+  const char* refusal = nullptr;
+  if (!ControlUtil::validatePhone(phoneText)) {
+    refusal = account_texts::kBadPhone;
+  } else if (passwordText.empty()) {
+    refusal = account_texts::kNoPassword;
+  } else if (!ControlUtil::validatePWD(passwordText)) {
+    refusal = account_texts::kBadPassword;
+  } else if (confirmText != passwordText) {
+    refusal = account_texts::kPasswordsDiffer;
+  } else if (codeText.empty()) {
+    refusal = account_texts::kNoCode;
+  }
+  if (refusal != nullptr) {
+    showStatus(refusal);
+    return false;
+  }
+  registerNet();
+  return true;
+}
+
+void QXRegisterViewController::registerNet() {
+  account_detail::stopRequest(registerApi_);
+  sentPassword_ = passwordText;
+  registerApi_ = std::make_shared<RegisterNetApi>(StringUtil::getmd5WithString(passwordText), phoneText, inviteText,
+                                                  userNameText, codeText, codeSessionId_);
+  account_detail::adopt(*registerApi_, *this);
+  registerApi_->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest&) {
+        const bool correct = registerApi_->isCorrectResult();
+        if (correct) {
+          // The fields as sent: the member may have edited them while the request ran.
+          account_detail::storeCredentials(registerApi_->phone, sentPassword_, kUserPhoneKey, kPasswordKey);
+          if (const auto& navigator = Env::current().navigator) navigator->popToRoot();
+          showStatus(account_texts::kRegistered);
+        }
+        if (onFinished) onFinished(correct);
+      },
+      [this](BaseRequest&) {
+        if (onFinished) onFinished(false);
+      });
+}
+
+void QXRegisterViewController::QRCodeAction() {
+  const auto& camera = Env::current().camera;
+  if (!camera || !camera->isAvailable()) {
+    if (const auto& alerts = Env::current().alerts) {
+      alerts->show(AlertSpec{account_texts::kNoCamera, "", {account_texts::kNoCameraButton}, {}},
+                   [](const AlertAnswer&) {});
+    } else {
+      showStatus(account_texts::kNoCamera);
+    }
+    return;
+  }
+  // A scanner may answer after the screen has gone away.
+  camera->scanQrCode([this, alive = std::weak_ptr<int>(alive_)](std::optional<std::string> text) {
+    if (alive.lock()) didFinshedScanning(text);
+  });
+}
+
+void QXRegisterViewController::didFinshedScanning(const std::optional<std::string>& text) {
+  std::string lower = text.value_or("");
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  const std::string marker = account_texts::kInviteMarker;
+  const auto at = lower.find(marker);
+  if (at == std::string::npos) {
+    showStatus(account_texts::kBadQrCode);
+    return;
+  }
+  inviteText = lower.substr(at + marker.size());
+  notifyChange();
+}
+
+}  // namespace qmv
