@@ -16,6 +16,7 @@
 #include "platform/linux/asio_main_loop.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/linux/headless_app_window.h"
+#include "platform/linux/http_object_storage.h"
 #include "platform/linux/interface_reachability.h"
 #include "platform/linux/logging_push_service.h"
 #include "platform/linux/logging_vendor_sdks.h"
@@ -29,6 +30,7 @@
 #include "platform/linux/url_result_payment_channels.h"
 #include "platform/payment_channels.h"
 #include "platform/main_loop.h"
+#include "core/session/auto_login.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::cli {
@@ -53,6 +55,7 @@ CliApp::CliApp(GlobalOptions options, std::ostream& out, std::istream& in)
 CliApp::~CliApp() {
   // The delegate removes its observers through the installed ports, so it goes first;
   // the ports go before the sandbox that their last transfers may still be talking to.
+  autoLogin_.reset();
   appDelegate_.reset();
   installed_.reset();
   env_ = Env{};
@@ -74,6 +77,7 @@ std::string CliApp::boot() {
     if (std::string error = sandbox_->start(); !error.empty()) return "cannot start the embedded sandbox: " + error;
     config_.serverBaseUrl = sandbox_->baseUrl();
     if (config_.webHost.empty()) config_.webHost = sandbox_->rootUrl();
+    if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
     if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
     if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();
   }
@@ -81,6 +85,13 @@ std::string CliApp::boot() {
 
   appDelegate_ = std::make_unique<AppDelegate>(config_);
   appDelegate_->didFinishLaunchingWithOptions();
+
+  // The home screen signs in again with the stored phone and password at every start.
+  autoLogin_ = std::make_unique<AutoLogin>();
+  bool finished = false;
+  autoLogin_->onFinished = [&finished](bool) { finished = true; };
+  if (autoLogin_->autoLoginNet()) waitUntil([&finished] { return finished; });
+  autoLogin_->onFinished = nullptr;
   return {};
 }
 
@@ -127,6 +138,9 @@ std::string CliApp::buildEnv() {
   env_.geocoder = std::make_shared<NearestCityGeocoder>(env_.files->resourceDirectory() / "area.db");
   env_.textMeasurer = std::make_shared<PangoTextMeasurer>();
   env_.window = std::make_shared<HeadlessAppWindow>();
+  if (!config_.objectStorageHost.empty()) {
+    env_.objectStorage = std::make_shared<HttpObjectStorage>(config_.objectStorageHost, env_.http);
+  }
   env_.crashReporter = std::make_shared<LoggingCrashReporter>();
   env_.analytics = std::make_shared<LoggingAnalytics>();
   env_.sharing = std::make_shared<LoggingSocialSharing>();

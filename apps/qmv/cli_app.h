@@ -20,6 +20,7 @@
 
 namespace qmv {
 class AppDelegate;
+class AutoLogin;
 class MainLoop;
 class StreamAlerts;
 namespace sandbox {
@@ -95,6 +96,7 @@ class CliApp {
   std::unique_ptr<ScopedEnv> installed_;
   std::unique_ptr<sandbox::SandboxServer> sandbox_;
   std::unique_ptr<AppDelegate> appDelegate_;
+  std::unique_ptr<AutoLogin> autoLogin_;
   std::shared_ptr<StreamAlerts> alerts_;
   std::deque<std::string> answers_;
 

@@ -1,0 +1,213 @@
+// Account commands: sign in and out, the member's profile, registration and password
+// recovery. Each drives the headless screen the way a member would and waits for it.
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+#include "apps/qmv/cli_app.h"
+#include "apps/qmv/command_registry.h"
+#include "core/session/find_pwd_step2_view_controller.h"
+#include "core/session/find_pwd_view_controller.h"
+#include "core/session/global_data.h"
+#include "core/session/login_view_controller.h"
+#include "core/session/logout_flow.h"
+#include "core/session/qx_register_view_controller.h"
+#include "core/session/user_info_model.h"
+#include "platform/linux/image_file_camera.h"
+#include "platform/navigator.h"
+
+namespace qmv::cli {
+namespace {
+
+constexpr const char* kNotLoggedIn = "not logged in: run \"qmv login PHONE PASSWORD\" first";
+
+// Runs the loop until `callback` has fired once; returns what it reported.
+struct Outcome {
+  bool done = false;
+  bool correct = false;
+  std::function<void(bool)> callback() {
+    done = false;
+    return [this](bool ok) {
+      done = true;
+      correct = ok;
+    };
+  }
+  bool wait(CliApp& app) { return app.waitUntil([this] { return done; }) && correct; }
+};
+
+std::string formatYuan(const std::string& fen) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.2f", std::strtod(fen.c_str(), nullptr) / 100.0);
+  return text;
+}
+
+void printMember(CliApp& app, const UserInfoModel& me) {
+  char level[32], progress[64], remaining[96];
+  std::snprintf(level, sizeof level, "LV%ld", static_cast<long>(me.level));
+  std::snprintf(progress, sizeof progress, "%s/%ld", me.nowEXP.c_str(), static_cast<long>(me.currentTotal));
+  const long exp = std::strtol(me.nowEXP.c_str(), nullptr, 10);
+  std::snprintf(remaining, sizeof remaining, "距离下一等级还需要%ld经验", static_cast<long>(me.currentTotal - exp));
+  CliOutput& out = app.output();
+  out.line("账号: " + me.userName);
+  out.line("昵称: " + me.nickName);
+  out.line("手机: " + me.phone);
+  out.line("余额: ￥" + formatYuan(me.balance));
+  out.line(std::string(level) + "  " + progress);
+  out.line(remaining);
+  out.data("member", Json{{"userName", me.userName}, {"nickName", me.nickName}, {"phone", me.phone},
+                          {"name", me.name}, {"num", me.num}, {"balance", me.balance},
+                          {"balanceYuan", formatYuan(me.balance)}, {"nowExp", me.nowEXP},
+                          {"level", me.level}, {"currentTotal", me.currentTotal},
+                          {"currentProgress", me.currentProgress}, {"inviterID", me.inviterID}});
+}
+
+int runLogin(CliApp& app, const std::string& phone, const std::string& password) {
+  // The login screen is presented over whatever shows, as the app does.
+  if (auto navigator = Env::current().navigator) navigator->present(BaseViewController::kLoginScreen);
+  LoginViewController login;
+  login.viewWillAppear();
+  login.view().phoneText = phone;
+  login.view().passwordText = password;
+  Outcome outcome;
+  login.onFinished = outcome.callback();
+  login.loginNet();
+  if (!outcome.wait(app)) return kExitFailure;
+  // Let the portrait download finish so it is stored before the run ends.
+  bool portraitDone = false;
+  login.onHeaderImageFinished = [&portraitDone](bool) { portraitDone = true; };
+  app.waitUntil([&portraitDone] { return portraitDone; }, std::chrono::milliseconds(3000));
+  if (const auto& me = GlobalData::sharedInstance().selfInfo()) printMember(app, *me);
+  return kExitOk;
+}
+
+int runLogout(CliApp& app) {
+  LogoutFlow flow;
+  Outcome outcome;
+  flow.onFinished = outcome.callback();
+  if (!flow.logout()) {
+    std::cerr << "qmv: " << kNotLoggedIn << '\n';
+    return kExitFailure;
+  }
+  outcome.wait(app);
+  app.output().line("logged out");
+  return kExitOk;
+}
+
+int runMe(CliApp& app) {
+  const auto& me = GlobalData::sharedInstance().selfInfo();
+  if (!me) {
+    std::cerr << "qmv: " << kNotLoggedIn << '\n';
+    return kExitFailure;
+  }
+  printMember(app, *me);
+  return kExitOk;
+}
+
+struct RegisterArgs {
+  std::string phone, name, password, confirm, invite, inviteQr, code;
+};
+
+std::optional<std::string> askCode(CliApp& app, const std::string& given) {
+  if (!given.empty()) return given;
+  return app.readLine(std::string(account_texts::kCodePlaceholder) + ": ");
+}
+
+int runRegister(CliApp& app, const RegisterArgs& args) {
+  QXRegisterViewController screen;
+  screen.viewDidLoad();
+  screen.phoneText = args.phone;
+  screen.userNameText = args.name;
+  screen.passwordText = args.password;
+  screen.confirmText = args.confirm;
+  screen.inviteText = args.invite;
+  if (!args.inviteQr.empty()) {
+    Env::current().camera = std::make_shared<ImageFileCamera>(args.inviteQr);
+    const std::string before = screen.inviteText;
+    screen.QRCodeAction();
+    Env::current().camera = nullptr;
+    app.runFor(std::chrono::milliseconds(0));
+    if (screen.inviteText == before && screen.inviteText.empty()) return kExitFailure;
+  }
+  Outcome code;
+  screen.onCodeFinished = code.callback();
+  if (!screen.getCodeAction() || !code.wait(app)) return kExitFailure;
+  const auto typed = askCode(app, args.code);
+  if (!typed) return kExitFailure;
+  screen.codeText = *typed;
+  Outcome registered;
+  screen.onFinished = registered.callback();
+  if (!screen.submitAction()) return kExitFailure;
+  return registered.wait(app) ? kExitOk : kExitFailure;
+}
+
+struct RecoverArgs {
+  std::string phone, code, password, confirm;
+};
+
+int runRecover(CliApp& app, const RecoverArgs& args) {
+  FindPwdViewController step1;
+  step1.viewDidLoad();
+  step1.view().phoneText = args.phone;
+  Outcome code;
+  step1.onCodeFinished = code.callback();
+  if (!step1.view().getVerifyMsg() || !code.wait(app)) return kExitFailure;
+  const auto typed = askCode(app, args.code);
+  if (!typed) return kExitFailure;
+  step1.view().codeText = *typed;
+  Outcome checked;
+  step1.onFinished = checked.callback();
+  if (!step1.view().nextAction() || !checked.wait(app)) return kExitFailure;
+
+  FindPwdStep2ViewController step2(args.phone);
+  auto password = args.password.empty() ? app.readLine(std::string(account_texts::kNewPasswordPlaceholder) + ": ")
+                                        : std::optional<std::string>(args.password);
+  if (!password) return kExitFailure;
+  auto confirm = args.confirm.empty() ? app.readLine(std::string(account_texts::kConfirmPlaceholder) + ": ")
+                                      : std::optional<std::string>(args.confirm);
+  if (!confirm) return kExitFailure;
+  step2.view().passwordText = *password;
+  step2.view().confirmText = *confirm;
+  Outcome changed;
+  step2.onFinished = changed.callback();
+  if (!step2.view().submitAction()) return kExitFailure;
+  return changed.wait(app) ? kExitOk : kExitFailure;
+}
+
+}  // namespace
+
+void registerAccountCommands(CommandRegistry& registry) {
+  {
+    auto phone = std::make_shared<std::string>();
+    auto password = std::make_shared<std::string>();
+    CLI::App* login = registry.add("login", "sign in with a mobile number and password",
+                                   [phone, password](CliApp& app) { return runLogin(app, *phone, *password); });
+    login->add_option("PHONE", *phone, "mobile number")->required();
+    login->add_option("PASSWORD", *password, "password")->required();
+  }
+  registry.add("logout", "sign out (the stored phone and password stay for the next start)",
+               [](CliApp& app) { return runLogout(app); });
+  registry.add("me", "the signed-in member: profile, balance, level", [](CliApp& app) { return runMe(app); });
+  {
+    auto args = std::make_shared<RegisterArgs>();
+    CLI::App* reg = registry.add("register", "register a new member with an SMS code",
+                                 [args](CliApp& app) { return runRegister(app, *args); });
+    reg->add_option("--phone", args->phone, "mobile number")->required();
+    reg->add_option("--name", args->name, "user name")->required();
+    reg->add_option("--password", args->password, "password (6-16 letters or digits)")->required();
+    reg->add_option("--confirm", args->confirm, "the password again")->required();
+    auto* invite = reg->add_option("--invite", args->invite, "invitation code");
+    reg->add_option("--invite-qr", args->inviteQr, "PNG image of an invitation QR code")->excludes(invite);
+    reg->add_option("--code", args->code, "the SMS code (asked on standard input when absent)");
+  }
+  {
+    auto args = std::make_shared<RecoverArgs>();
+    CLI::App* recover = registry.add("recover", "set a new password through an SMS code",
+                                     [args](CliApp& app) { return runRecover(app, *args); });
+    recover->add_option("--phone", args->phone, "mobile number")->required();
+    recover->add_option("--code", args->code, "the SMS code (asked when absent)");
+    recover->add_option("--password", args->password, "the new password (asked when absent)");
+    recover->add_option("--confirm", args->confirm, "the new password again (asked when absent)");
+  }
+}
+
+}  // namespace qmv::cli
