@@ -5,7 +5,6 @@
 #include <deque>
 #include <vector>
 
-#include "platform/fake_location_source.h"
 #include "platform/main_loop.h"
 
 namespace qmv {
@@ -96,22 +95,6 @@ TEST(FixedLocationSourceTest, NoPositionFailsAndDisabledDeliversNothing) {
   EXPECT_FALSE(disabled.locationServicesEnabled());
   disabled.startUpdatingLocation([](Coordinate) { FAIL(); }, [] { FAIL(); });
   EXPECT_EQ(loop->pending(), 0u);
-}
-
-TEST(FakeLocationSourceTest, DeliversOnlyWhileUpdating) {
-  FakeLocationSource fake;
-  int updates = 0;
-  int failures = 0;
-  EXPECT_FALSE(fake.deliver({1, 2}));
-  fake.startUpdatingLocation([&](Coordinate) { ++updates; }, [&] { ++failures; });
-  EXPECT_TRUE(fake.deliver({1, 2}));
-  EXPECT_TRUE(fake.fail());
-  fake.stopUpdatingLocation();
-  EXPECT_FALSE(fake.deliver({1, 2}));
-  EXPECT_EQ(updates, 1);
-  EXPECT_EQ(failures, 1);
-  EXPECT_EQ(fake.startCount(), 1);
-  EXPECT_EQ(fake.stopCount(), 1);
 }
 
 }  // namespace

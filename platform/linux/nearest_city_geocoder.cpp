@@ -17,6 +17,13 @@ constexpr const char* kCentresWithProvince =
     "LEFT JOIN areas a ON a.area_id = c.area_id LEFT JOIN areas p ON p.area_id = a.parent_id";
 constexpr const char* kCentresOnly = "SELECT area_name, NULL, latitude, longitude FROM city_centres";
 
+// Names the national area code list gives the city level of municipalities and of
+// counties under a province. They name no city, so the placemark leaves its locality
+// empty and readers take the province (for a municipality, the city itself).
+bool isPlaceholderCityName(const std::string& name) {
+  return name == "市辖区" || name == "县" || name == "省直辖县级行政单位" || name == "自治区直辖县级行政单位";
+}
+
 std::string columnText(sqlite3_stmt* statement, int column) {
   const unsigned char* text = sqlite3_column_text(statement, column);
   return text != nullptr ? reinterpret_cast<const char*>(text) : "";
@@ -57,6 +64,7 @@ void NearestCityGeocoder::loadOnce() {
     Centre centre{{columnText(statement, 0), columnText(statement, 1)},
                   {sqlite3_column_double(statement, 2), sqlite3_column_double(statement, 3)}};
     if (centre.placemark.locality.empty()) continue;
+    if (isPlaceholderCityName(centre.placemark.locality)) centre.placemark.locality.clear();
     centres_.push_back(std::move(centre));
   }
   sqlite3_finalize(statement);

@@ -2,8 +2,9 @@
 // An offline ReverseGeocoder: the placemark of the nearest city centre of the shipped
 // area database. Table `city_centres` (area_id, area_name, latitude, longitude in
 // WGS-84) gives the centres; the city's province comes from table `areas` through the
-// city's parent_id (left empty when that table or row is missing). The table is read
-// once, on the first look-up.
+// city's parent_id (left empty when that table or row is missing). A placeholder city
+// name ("市辖区" of a municipality, "县", ...) gives an empty locality. The table is
+// read once, on the first look-up.
 #include <filesystem>
 #include <memory>
 #include <mutex>

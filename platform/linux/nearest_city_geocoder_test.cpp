@@ -48,16 +48,18 @@ constexpr const char* kAreas =
     " area_type integer, special integer);"
     "INSERT INTO areas VALUES (370000, 0, '山东省', 'shandongsheng', 1, 1, 0),"
     " (371300, 370000, '临沂市', 'linyishi', 1, 2, 0), (370100, 370000, '济南市', 'jinanshi', 1, 2, 0),"
-    " (110000, 0, '北京市', 'beijingshi', 1, 1, 0), (110100, 110000, '北京市', 'beijingshi', 1, 2, 0);";
+    " (110000, 0, '北京市', 'beijingshi', 1, 1, 0), (110100, 110000, '北京市', 'beijingshi', 1, 2, 0),"
+    " (120000, 0, '天津市', 'tianjinshi', 1, 1, 0), (120100, 120000, '市辖区', 'shixiaqu', 1, 2, 0);";
 constexpr const char* kCentres =
     "CREATE TABLE city_centres (area_id integer, area_name VARCHAR, latitude REAL, longitude REAL);"
     "INSERT INTO city_centres VALUES (371300, '临沂市', 35.104672, 118.356448),"
     " (370100, '济南市', 36.651216, 117.12), (110100, '北京市', 39.904211, 116.407395),"
+    " (120100, '市辖区', 39.084158, 117.200983),"
     " (999, '无坐标市', NULL, 118.0), (998, '', 35.0, 118.0);";
 
 TEST_F(NearestCityGeocoderTest, PicksTheNearestCentreWithItsProvince) {
   NearestCityGeocoder geocoder(makeDatabase({kAreas, kCentres}));
-  EXPECT_EQ(geocoder.centreCount(), 3u);  // rows without a position or a name are skipped
+  EXPECT_EQ(geocoder.centreCount(), 4u);  // rows without a position or a name are skipped
 
   const auto linyi = geocoder.reverseGeocode({35.06, 118.34});
   ASSERT_TRUE(linyi);
@@ -71,6 +73,12 @@ TEST_F(NearestCityGeocoderTest, PicksTheNearestCentreWithItsProvince) {
   ASSERT_TRUE(beijing);
   EXPECT_EQ(beijing->locality, "北京市");
   EXPECT_EQ(beijing->administrativeArea, "北京市");
+
+  // A municipality's placeholder city level names no city: the province is the city.
+  const auto tianjin = geocoder.reverseGeocode({39.1, 117.3});
+  ASSERT_TRUE(tianjin);
+  EXPECT_EQ(tianjin->locality, "");
+  EXPECT_EQ(tianjin->administrativeArea, "天津市");
 
   EXPECT_FALSE(geocoder.reverseGeocode({48.8566, 2.3522}));  // nowhere near a known city
   EXPECT_FALSE(geocoder.reverseGeocode({std::nan(""), 118.0}));

@@ -20,7 +20,7 @@ class PangoTextMeasurer : public TextMeasurer {
   PangoTextMeasurer& operator=(const PangoTextMeasurer&) = delete;
 
   // Logical height of the wrapped layout, in points (fractional). Thread-safe: calls
-  // are serialised, as Pango's font map is not.
+  // of every instance are serialised, as they share Pango's (thread-unsafe) font map.
   double measure(const std::string& text, double fontPointSize, double width) const override;
 
   // Family of the font fontconfig actually picked for the configured family at 14 pt.

@@ -1,0 +1,292 @@
+#include "core/request/network_agent.h"
+
+#include <chrono>
+#include <random>
+
+#include "core/common/log.h"
+#include "core/request/network_config.h"
+#include "core/request/network_util.h"
+#include "core/request/request_operation.h"
+#include "platform/env.h"
+#include "platform/http_transport.h"
+#include "platform/linux/curl_transport.h"
+
+namespace qmv {
+namespace {
+
+constexpr const char* kFormContentType = "application/x-www-form-urlencoded";
+constexpr const char* kJsonContentType = "application/json";
+
+const char* methodName(RequestMethod method) {
+  switch (method) {
+    case RequestMethod::GET:
+      return "GET";
+    case RequestMethod::POST:
+      return "POST";
+    case RequestMethod::HEAD:
+      return "HEAD";
+    case RequestMethod::PUT:
+      return "PUT";
+    case RequestMethod::DELETE:
+      return "DELETE";
+    case RequestMethod::PATCH:
+      return "PATCH";
+  }
+  return nullptr;
+}
+
+// Form/query pairs of one value; nested objects become key[sub], arrays key[].
+void appendPairs(const std::string& key, const Json& value, std::string& out) {
+  if (value.is_object()) {
+    for (const auto& [sub, item] : value.items()) appendPairs(key + "[" + sub + "]", item, out);
+    return;
+  }
+  if (value.is_array()) {
+    for (const auto& item : value) appendPairs(key + "[]", item, out);
+    return;
+  }
+  if (!out.empty()) out += '&';
+  out += NetworkUtil::urlEncode(key);
+  // A null value sends the bare key.
+  if (!value.is_null()) out += "=" + NetworkUtil::urlEncode(NetworkUtil::descriptionOf(value));
+}
+
+std::string formEncoded(const Json& arguments) {
+  std::string out;
+  if (arguments.is_object()) {
+    for (const auto& [key, value] : arguments.items()) appendPairs(key, value, out);
+  }
+  return out;
+}
+
+std::string withQuery(const std::string& url, const Json& arguments) {
+  const std::string query = formEncoded(arguments);
+  if (query.empty()) return url;
+  return url + (url.find('?') != std::string::npos ? "&" : "?") + query;
+}
+
+std::string randomBoundary() {
+  static thread_local std::mt19937_64 rng{std::random_device{}()};
+  char text[40];
+  std::snprintf(text, sizeof text, "Boundary+%016llX", static_cast<unsigned long long>(rng()));
+  return text;
+}
+
+// Form fields of the arguments first, then the parts the block appends.
+void setMultipartBody(HttpRequest& http, const Json& arguments, const BaseRequest::ConstructingBodyBlock& block) {
+  MultipartFormData form;
+  if (arguments.is_object()) {
+    for (const auto& [key, value] : arguments.items()) form.appendPartWithFormData(NetworkUtil::descriptionOf(value), key);
+  }
+  block(form);
+  const std::string boundary = randomBoundary();
+  std::string body;
+  for (const auto& part : form.parts()) {
+    body += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + part.name + "\"";
+    if (!part.fileName.empty()) body += "; filename=\"" + part.fileName + "\"";
+    body += "\r\n";
+    if (!part.mimeType.empty()) body += "Content-Type: " + part.mimeType + "\r\n";
+    body += "\r\n" + part.data + "\r\n";
+  }
+  body += "--" + boundary + "--\r\n";
+  http.body = std::move(body);
+  http.contentType = "multipart/form-data; boundary=" + boundary;
+}
+
+void setBody(HttpRequest& http, const Json& arguments, RequestSerializerType serializer) {
+  if (serializer == RequestSerializerType::JSON) {
+    if (arguments.is_null()) return;
+    http.body = arguments.dump();
+    http.contentType = kJsonContentType;
+  } else {
+    http.body = formEncoded(arguments);
+    http.contentType = kFormContentType;
+  }
+}
+
+}  // namespace
+
+NetworkAgent& NetworkAgent::sharedInstance() {
+  static NetworkAgent agent;
+  return agent;
+}
+
+std::shared_ptr<HttpTransport> NetworkAgent::transport() {
+  if (auto installed = Env::current().http) return installed;
+  if (!fallbackTransport_) fallbackTransport_ = std::make_shared<CurlTransport>();
+  return fallbackTransport_;
+}
+
+std::string NetworkAgent::buildRequestUrl(const BaseRequest& request) const {
+  std::string detail = request.requestUrl();
+  if (detail.starts_with("http")) return detail;
+  const NetworkConfig& config = NetworkConfig::sharedInstance();
+  const auto filters = config.urlFilters();
+  for (const auto& filter : filters) detail = filter->filterUrl(detail, request);
+  std::string base;
+  if (request.useCDN()) {
+    base = request.cdnUrl().empty() ? config.cdnUrl() : request.cdnUrl();
+  } else {
+    base = request.baseUrl().empty() ? config.baseUrl() : request.baseUrl();
+  }
+  return base + detail;
+}
+
+void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
+  if (!request) return;
+  const RequestMethod method = request->requestMethod();
+  const std::string url = buildRequestUrl(*request);
+  const Json arguments = request->requestArgument();
+  const auto bodyBlock = request->constructingBodyBlock();
+  const RequestSerializerType serializer = request->requestSerializerType();
+
+  HttpRequest http;
+  http.url = url;
+  http.timeout = std::chrono::milliseconds(static_cast<long long>(request->requestTimeoutInterval() * 1000.0));
+
+  const Json auth = request->requestAuthorizationHeaderFieldArray();
+  if (auth.is_array() && !auth.empty()) {
+    http.basicAuth = BasicAuth{NetworkUtil::descriptionOf(auth.front()), NetworkUtil::descriptionOf(auth.back())};
+  }
+  const Json headers = request->requestHeaderFieldValueDictionary();
+  if (headers.is_object()) {
+    for (const auto& [name, value] : headers.items()) {
+      if (value.is_string()) {
+        http.headers.emplace_back(name, value.get<std::string>());
+      } else {
+        logLine("Error, class of key/value in headerFieldValueDictionary should be NSString.");
+      }
+    }
+  }
+
+  std::optional<HttpRequest> custom = request->buildCustomUrlRequest();
+  if (custom) {
+    http = std::move(*custom);
+  } else {
+    const char* name = methodName(method);
+    if (name == nullptr) {
+      logLine("Error, unsupport method type");
+      return;
+    }
+    http.method = name;
+    switch (method) {
+      case RequestMethod::GET:
+        if (const std::string path = request->resumableDownloadPath(); !path.empty()) {
+          http.url = NetworkUtil::urlStringWithOriginUrlString(
+              url, NetworkUtil::urlParametersStringFromParameters(arguments));
+          http.downloadPath = path;
+          http.resume = true;
+          http.progress = request->resumableDownloadProgressBlock();
+        } else {
+          http.url = withQuery(url, arguments);
+        }
+        break;
+      case RequestMethod::HEAD:
+      case RequestMethod::DELETE:
+        http.url = withQuery(url, arguments);
+        break;
+      case RequestMethod::POST:
+        if (bodyBlock) {
+          setMultipartBody(http, arguments, bodyBlock);
+        } else {
+          setBody(http, arguments, serializer);
+        }
+        break;
+      case RequestMethod::PUT:
+      case RequestMethod::PATCH:
+        setBody(http, arguments, serializer);
+        break;
+    }
+  }
+
+  auto operation = std::make_shared<RequestOperation>(std::move(http));
+  request->requestOperation = operation;
+  operation->start(transport(), [this](const std::shared_ptr<RequestOperation>& op) { handleRequestResult(op); });
+  logLine("Add request: " + request->className());
+  addOperation(request);
+}
+
+void NetworkAgent::handleRequestResult(const std::shared_ptr<RequestOperation>& operation) {
+  const std::string key = requestHashKey(*operation);
+  std::shared_ptr<BaseRequest> request;
+  {
+    std::lock_guard lock(recordMutex_);
+    if (auto it = requestsRecord_.find(key); it != requestsRecord_.end()) request = it->second;
+  }
+  logLine("Finished Request: " + (request ? request->className() : std::string("(null)")));
+  if (request) {
+    if (checkResult(*request)) {
+      request->toggleAccessoriesWillStopCallBack();
+      request->requestCompleteFilter();
+      if (request->delegate != nullptr) request->delegate->requestFinished(*request);
+      if (auto block = request->successCompletionBlock) block(*request);
+    } else {
+      logLine("Request " + request->className() + " failed, status code = " +
+              std::to_string(request->responseStatusCode()));
+      request->toggleAccessoriesWillStopCallBack();
+      request->requestFailedFilter();
+      if (request->delegate != nullptr) request->delegate->requestFailed(*request);
+      if (auto block = request->failureCompletionBlock) block(*request);
+    }
+    request->toggleAccessoriesDidStopCallBack();
+  }
+  removeOperation(*operation);
+  if (request) request->clearCompletionBlock();
+}
+
+bool NetworkAgent::checkResult(const BaseRequest& request) const {
+  if (!request.statusCodeValidator()) return false;
+  const Json validator = request.jsonValidator();
+  if (validator.is_null()) return true;
+  return NetworkUtil::checkJson(request.responseJSONObject(), validator);
+}
+
+std::string NetworkAgent::requestHashKey(const RequestOperation& operation) const {
+  return std::to_string(operation.hash());
+}
+
+void NetworkAgent::addOperation(const std::shared_ptr<BaseRequest>& request) {
+  if (!request || !request->requestOperation) return;
+  const std::string key = requestHashKey(*request->requestOperation);
+  std::lock_guard lock(recordMutex_);
+  requestsRecord_[key] = request;
+}
+
+void NetworkAgent::removeOperation(const RequestOperation& operation) {
+  const std::string key = requestHashKey(operation);
+  std::shared_ptr<BaseRequest> removed;  // released after the lock
+  std::size_t remaining;
+  {
+    std::lock_guard lock(recordMutex_);
+    if (auto it = requestsRecord_.find(key); it != requestsRecord_.end()) {
+      removed = std::move(it->second);
+      requestsRecord_.erase(it);
+    }
+    remaining = requestsRecord_.size();
+  }
+  logLine("Request queue size = " + std::to_string(remaining));
+}
+
+void NetworkAgent::cancelRequest(BaseRequest& request) {
+  if (auto operation = request.requestOperation) {
+    operation->cancel();
+    removeOperation(*operation);
+  }
+  request.clearCompletionBlock();
+}
+
+void NetworkAgent::cancelAllRequests() {
+  std::vector<std::shared_ptr<BaseRequest>> requests;
+  {
+    std::lock_guard lock(recordMutex_);
+    for (const auto& [key, request] : requestsRecord_) requests.push_back(request);
+  }
+  for (const auto& request : requests) request->stop();
+}
+
+std::size_t NetworkAgent::requestCount() const {
+  std::lock_guard lock(recordMutex_);
+  return requestsRecord_.size();
+}
+
+}  // namespace qmv

@@ -1,0 +1,46 @@
+#include "core/request/request_operation.h"
+
+#include <atomic>
+
+namespace qmv {
+namespace {
+
+std::uint64_t nextHash() {
+  static std::atomic<std::uint64_t> next{1};
+  return next++;
+}
+
+}  // namespace
+
+RequestOperation::RequestOperation(HttpRequest request) : hash_(nextHash()), request_(std::move(request)) {}
+
+const Json& RequestOperation::responseObject() const {
+  if (!responseObject_) {
+    Json parsed = response_.body.empty() ? Json() : parseJson(response_.body);
+    responseObject_ = isParsed(parsed) ? std::move(parsed) : Json();
+  }
+  return *responseObject_;
+}
+
+void RequestOperation::start(std::shared_ptr<HttpTransport> transport, Completion completion) {
+  transport_ = std::move(transport);
+  executing_ = true;
+  // The transfer keeps its operation alive until it reports.
+  transferId_ = transport_->send(request_, [self = shared_from_this(), completion = std::move(completion)](
+                                               HttpResponse response) {
+    if (self->cancelled_) return;
+    self->response_ = std::move(response);
+    self->responseObject_.reset();
+    self->executing_ = false;
+    completion(self);
+  });
+}
+
+void RequestOperation::cancel() {
+  if (!executing_) return;
+  cancelled_ = true;
+  executing_ = false;
+  if (transport_) transport_->cancel(transferId_);
+}
+
+}  // namespace qmv
