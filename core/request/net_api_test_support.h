@@ -35,6 +35,8 @@ struct Received {
   std::string endpoint;
   Arguments arguments;  // in the order they were sent
   std::string cookie;
+  // Multipart parts: name -> (file name, content); plain fields have no file name.
+  std::map<std::string, std::pair<std::string, std::string>> parts;
 };
 
 inline Arguments parseForm(const std::string& text) {
@@ -65,8 +67,9 @@ class ApiServerTest : public ::testing::Test {
       const std::size_t q = req.target.find('?');
       if (req.method == "GET" && q != std::string::npos)
         r.arguments = parseForm(req.target.substr(q + 1));
-      if (req.method == "POST") r.arguments = parseForm(req.body);
+      if (req.method == "POST" && !req.is_multipart_form_data()) r.arguments = parseForm(req.body);
       r.cookie = req.get_header_value("Cookie");
+      for (const auto& [name, part] : req.files) r.parts[name] = {part.filename, part.content};
       std::lock_guard lock(mutex_);
       received_.push_back(r);
       const auto answer = answers_.find(r.endpoint);

@@ -8,6 +8,7 @@
 #include "core/session/mobile_check_net_api.h"
 #include "core/session/mobile_code_net_api.h"
 #include "core/session/register_net_api.h"
+#include "core/session/upload_face_net_api.h"
 
 namespace qmv {
 namespace {
@@ -86,6 +87,19 @@ TEST_F(AccountEndpointsTest, SmsCodeEndpointByTypeAndItsSessionReader) {
   logIn("");
   ASSERT_EQ(run(code), "success");
   EXPECT_EQ(last().arguments, (Arguments{{"mobile", "13800000000"}}));
+}
+
+TEST_F(AccountEndpointsTest, PortraitTravelsAsAMultipartFileWithTheSession) {
+  logIn("S-member");
+  const std::string jpeg("\xff\xd8\x00jpeg\xff\xd9", 9);
+  ASSERT_EQ(run(std::make_shared<UploadFaceNetApi>(jpeg)), "success");
+  EXPECT_EQ(last().method, "POST");
+  EXPECT_EQ(last().endpoint, "postPortrait");
+  ASSERT_EQ(last().parts.count("file"), 1u);
+  EXPECT_EQ(last().parts["file"].first, "portrait.jpg");
+  EXPECT_EQ(last().parts["file"].second, jpeg);
+  ASSERT_EQ(last().parts.count("sessionId"), 1u);
+  EXPECT_EQ(last().parts["sessionId"].second, "S-member");
 }
 
 }  // namespace
