@@ -10,7 +10,7 @@
 namespace qmv {
 namespace {
 
-using testing::ApiServerTest;
+using testsupport::ApiServerTest;
 
 // A screen that counts its reactions and keeps the base class's behaviour.
 class TestScreen : public BaseViewController {
@@ -59,7 +59,7 @@ TEST_F(BaseNetApiTest, CorrectAnswerAndTheSessionItCarriesAfterwards) {
   EXPECT_EQ(screen.noNetwork, 0);
   EXPECT_TRUE(overlay_->shown().empty());
   EXPECT_EQ(last().arguments,
-            (testing::Arguments{{"userName", "13800000000"},
+            (testsupport::Arguments{{"userName", "13800000000"},
                                 {"userPassword", "e10adc3949ba59abbe56e057f20f883e"}}));
 
   auto user = login->getUserInfo();
@@ -72,7 +72,7 @@ TEST_F(BaseNetApiTest, CorrectAnswerAndTheSessionItCarriesAfterwards) {
   // The session travels with every request that acts for the member, and first.
   ASSERT_EQ(run(std::make_shared<UserInfoNetApi>()), "success");
   EXPECT_EQ(last().endpoint, "getUserInfo");
-  EXPECT_EQ(last().arguments, (testing::Arguments{{"sessionId", "S-42"}}));
+  EXPECT_EQ(last().arguments, (testsupport::Arguments{{"sessionId", "S-42"}}));
 }
 
 TEST_F(BaseNetApiTest, ExpiredSessionLogsOutAndPresentsLogin) {
@@ -165,7 +165,7 @@ TEST_F(BaseNetApiTest, ConnectionFailureShowsTheMessageThenTheNoNetworkView) {
   EXPECT_EQ(screen.warning(), BaseViewController::Warning::NoData);  // reachable: the no-data view
 
   // Nobody listening at all, and the device offline.
-  testing::LoopbackServer closed;
+  testsupport::LoopbackServer closed;
   closed.start();
   const std::string deadUrl = closed.url("/qmv/app/v3/");
   closed.shutdown();

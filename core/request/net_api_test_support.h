@@ -26,7 +26,7 @@
 #include "platform/testing/recording_push_service.h"
 #include "platform/testing/recording_status_overlay.h"
 
-namespace qmv::testing {
+namespace qmv::testsupport {
 
 using Arguments = std::vector<std::pair<std::string, std::string>>;
 
@@ -163,4 +163,4 @@ class ApiServerTest : public ::testing::Test {
   std::map<std::string, Answer> answers_;
 };
 
-}  // namespace qmv::testing
+}  // namespace qmv::testsupport

@@ -13,9 +13,9 @@
 namespace qmv {
 namespace {
 
-using testing::Arguments;
+using testsupport::Arguments;
 
-class AccountEndpointsTest : public testing::ApiServerTest {};
+class AccountEndpointsTest : public testsupport::ApiServerTest {};
 
 TEST_F(AccountEndpointsTest, ArgumentsAsTheServerReceivesThem) {
   // Registration sends its keys in the catalogue's order whatever the constructor's,

@@ -13,9 +13,9 @@
 namespace qmv {
 namespace {
 
-using testing::Arguments;
+using testsupport::Arguments;
 
-class DiscoveryEndpointsTest : public testing::ApiServerTest {};
+class DiscoveryEndpointsTest : public testsupport::ApiServerTest {};
 
 TEST_F(DiscoveryEndpointsTest, ServerSpellingsAndFixedValues) {
   logIn("S1");

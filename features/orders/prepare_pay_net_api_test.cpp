@@ -8,9 +8,9 @@
 namespace qmv {
 namespace {
 
-using testing::Arguments;
+using testsupport::Arguments;
 
-class OrderEndpointsTest : public testing::ApiServerTest {};
+class OrderEndpointsTest : public testsupport::ApiServerTest {};
 
 TEST_F(OrderEndpointsTest, PreparePayPicksEndpointAndArgumentsByWhatIsBought) {
   logIn("S1");
