@@ -10,12 +10,12 @@
 #include <string>
 
 #include "core/common/json.h"
-#include "core/request/base_request.h"
+#include "core/request/cached_request.h"
 #include "core/request/net_api_delegates.h"
 
 namespace qmv {
 
-class BaseNetApi : public BaseRequest {
+class BaseNetApi : public CachedRequest {
  public:
   static constexpr const char* kConnectionFailedMessage = "连接服务器失败,请稍后再试";
 

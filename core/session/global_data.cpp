@@ -2,6 +2,7 @@
 
 #include <ctime>
 
+#include "core/common/db_util.h"
 #include "core/session/built_in_templates.h"
 #include "core/session/settings_keys.h"
 #include "features/discovery/search_types_reader.h"
@@ -49,8 +50,8 @@ std::vector<SearchTypeModel> GlobalData::homeCategories() {
     const char* image;
   };
   static const Row kRows[] = {
-      {"餐饮美食", {255, 106, 39}, "meishi"}, {"休闲娱乐", {239, 49, 57}, "xiuxian"},
-      {"丽人美妆", {112, 176, 78}, "liren"},  {"最新发现", {24, 152, 237}, "faxian"},
+      {"餐饮美食", {255, 106, 39}, "meishi"},  {"休闲娱乐", {239, 49, 57}, "xiuxian"},
+      {"丽人美妆", {112, 176, 78}, "liren"},   {"最新发现", {24, 152, 237}, "faxian"},
       {"专属活动", {215, 59, 219}, "huodong"},
   };
   std::vector<SearchTypeModel> list;
@@ -67,12 +68,14 @@ std::vector<SearchTypeModel> GlobalData::homeCategories() {
 }
 
 std::string_view GlobalData::builtInTemplatesAt(std::int64_t unixSeconds) {
-  return unixSeconds > templatesSwitchInstant() ? builtInTemplatesLaterText() : builtInTemplatesEarlierText();
+  return unixSeconds > templatesSwitchInstant() ? builtInTemplatesLaterText()
+                                                : builtInTemplatesEarlierText();
 }
 
 GlobalData::GlobalData() : defaultTypeList_(homeCategories()) {
   std::string text;
-  if (const auto& settings = Env::current().settings) text = settings->stringForKey(kTemplatesKey).value_or("");
+  if (const auto& settings = Env::current().settings)
+    text = settings->stringForKey(kTemplatesKey).value_or("");
   if (text.empty()) text = std::string(builtInTemplatesAt(nowSeconds()));
   mergeTemplates(searchTypesFromEnvelope(text));
 }
@@ -87,14 +90,16 @@ void GlobalData::mergeTemplates(const std::vector<SearchTypeModel>& templates) {
   }
 }
 
-SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, std::vector<SearchTypeModel>& list) {
+SearchTypeModel* GlobalData::getInfoWithName(const std::string& name,
+                                             std::vector<SearchTypeModel>& list) {
   for (auto& model : list) {
     if (model.name == name) return &model;
   }
   return nullptr;
 }
 
-const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, const std::vector<SearchTypeModel>& list) {
+const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name,
+                                                   const std::vector<SearchTypeModel>& list) {
   for (const auto& model : list) {
     if (model.name == name) return &model;
   }
@@ -103,8 +108,20 @@ const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, cons
 
 std::string GlobalData::getCurrentCityName() const {
   std::string city;
-  if (const auto& settings = Env::current().settings) city = settings->stringForKey(kSelectCityKey).value_or("");
+  if (const auto& settings = Env::current().settings)
+    city = settings->stringForKey(kSelectCityKey).value_or("");
   return city.empty() ? std::string(kDefaultCity) : city;
+}
+
+std::optional<std::string> GlobalData::getCurrentCityId() const {
+  std::optional<AreaModel> city = DBUtil::getCityWithName(getCurrentCityName());
+  if (!city) city = DBUtil::getCityWithName(kDefaultCity);
+  if (!city) return std::nullopt;
+  return city->areaID;
+}
+
+bool GlobalData::cityExist(const std::string& name) const {
+  return DBUtil::getCityWithName(name).has_value();
 }
 
 }  // namespace qmv

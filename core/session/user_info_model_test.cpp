@@ -60,8 +60,13 @@ TEST(UserInfoModelTest, LevelRowsIncludingTheIrregularOnes) {
 }
 
 TEST(UserInfoModelTest, ReadersDisagreeOnTheInviterKeyAndUpdateKeepsEmptyFields) {
-  const UserInfoModel full(Json{{"sessionId", "s1"}, {"phone", "13800000000"}, {"inviterID", "A"},
-                                {"inviterId", "B"}, {"balance", 1250}, {"email", nullptr}, {"nowExp", "150"}});
+  const UserInfoModel full(Json{{"sessionId", "s1"},
+                                {"phone", "13800000000"},
+                                {"inviterID", "A"},
+                                {"inviterId", "B"},
+                                {"balance", 1250},
+                                {"email", nullptr},
+                                {"nowExp", "150"}});
   EXPECT_EQ(full.inviterID, "A");
   EXPECT_EQ(full.balance, "1250");
   EXPECT_EQ(full.email, "");
@@ -69,8 +74,12 @@ TEST(UserInfoModelTest, ReadersDisagreeOnTheInviterKeyAndUpdateKeepsEmptyFields)
   EXPECT_EQ(full.level, 1);
 
   UserInfoModel user = full;
-  user.setWithDict(Json{{"inviterID", "C"}, {"phone", ""}, {"sessionId", nullptr}, {"balance", "500"},
-                        {"nickName", "小明"}, {"nowExp", "900"}});
+  user.setWithDict(Json{{"inviterID", "C"},
+                        {"phone", ""},
+                        {"sessionId", nullptr},
+                        {"balance", "500"},
+                        {"nickName", "小明"},
+                        {"nowExp", "900"}});
   EXPECT_EQ(user.inviterID, "A");  // capital D is not the update's key
   EXPECT_EQ(user.phone, "13800000000");
   EXPECT_EQ(user.sessionId, "s1");

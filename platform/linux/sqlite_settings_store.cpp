@@ -48,7 +48,8 @@ Json decode(const std::string& kind, const std::string& bytes) {
 std::string columnBytes(sqlite3_stmt* stmt, int column) {
   const void* data = sqlite3_column_blob(stmt, column);
   const int size = sqlite3_column_bytes(stmt, column);
-  return data ? std::string(static_cast<const char*>(data), static_cast<std::size_t>(size)) : std::string();
+  return data ? std::string(static_cast<const char*>(data), static_cast<std::size_t>(size))
+              : std::string();
 }
 
 bool isCorruption(int code) {
@@ -65,8 +66,9 @@ struct Attempt {
 
 Attempt tryOpen(const std::filesystem::path& file) {
   Attempt a;
-  a.code = sqlite3_open_v2(file.c_str(), &a.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX,
-                           nullptr);
+  a.code =
+      sqlite3_open_v2(file.c_str(), &a.db,
+                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr);
   auto fail = [&a](int code) {
     a.code = code;
     a.error = a.db ? sqlite3_errmsg(a.db) : sqlite3_errstr(code);
@@ -136,7 +138,8 @@ SqliteSettingsStore::OpenResult SqliteSettingsStore::open(const std::filesystem:
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ec);
   Attempt attempt = tryOpen(file);
   if (!attempt.db && isCorruption(attempt.code)) {
-    logLine("settings file " + file.string() + " is damaged (" + attempt.error + "); keeping it aside");
+    logLine("settings file " + file.string() + " is damaged (" + attempt.error +
+            "); keeping it aside");
     result.keptAside = keepAside(file, result.error);
     if (result.keptAside.empty()) return result;
     attempt = tryOpen(file);
@@ -169,12 +172,15 @@ void SqliteSettingsStore::setObject(const Json& value, const std::string& key) {
   std::lock_guard lock(mutex_);
   values_[key] = value;
   sqlite3_stmt* stmt = nullptr;
-  int rc = sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1,
-                              &stmt, nullptr);
+  int rc = sqlite3_prepare_v2(
+      db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1, &stmt,
+      nullptr);
   if (rc == SQLITE_OK) {
     sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
-    sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()), SQLITE_TRANSIENT);
-    sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()),
+                      SQLITE_TRANSIENT);
+    sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()),
+                      SQLITE_TRANSIENT);
     rc = sqlite3_step(stmt);
   }
   sqlite3_finalize(stmt);

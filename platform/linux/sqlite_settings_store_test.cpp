@@ -68,7 +68,8 @@ TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
 TEST(SqliteSettingsStoreTest, DamagedFileIsKeptAsideNotWiped) {
   TempHome home;
   const fs::path file = home.path() / "settings.db";
-  const std::string garbage = "this is not a database, but somebody's data" + std::string(4096, 'x');
+  const std::string garbage =
+      "this is not a database, but somebody's data" + std::string(4096, 'x');
   std::ofstream(file, std::ios::binary) << garbage;
 
   auto opened = SqliteSettingsStore::open(file);
@@ -112,9 +113,15 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
       const std::string key = "k" + std::to_string(i % 500);
       // Cycle the kinds, and rewrite keys so later writes replace earlier rows.
       switch (i % 3) {
-        case 0: opened.store->setString("v" + std::to_string(i), key); break;
-        case 1: opened.store->setStringArray({"a" + std::to_string(i), "b"}, key); break;
-        default: opened.store->setData(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)), key);
+        case 0:
+          opened.store->setString("v" + std::to_string(i), key);
+          break;
+        case 1:
+          opened.store->setStringArray({"a" + std::to_string(i), "b"}, key);
+          break;
+        default:
+          opened.store->setData(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)),
+                                key);
       }
       if (write(fds[1], &i, sizeof i) != sizeof i) _exit(4);
     }
@@ -147,9 +154,13 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
     const Json got = opened.store->objectForKey(key);
     auto matches = [&](std::uint32_t i) {
       switch (i % 3) {
-        case 0: return got == Json("v" + std::to_string(i));
-        case 1: return got == Json(std::vector<std::string>{"a" + std::to_string(i), "b"});
-        default: return got == Json::binary(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)));
+        case 0:
+          return got == Json("v" + std::to_string(i));
+        case 1:
+          return got == Json(std::vector<std::string>{"a" + std::to_string(i), "b"});
+        default:
+          return got ==
+                 Json::binary(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)));
       }
     };
     EXPECT_TRUE(matches(newest) || matches(newest + 500)) << key << " lost its write " << newest;

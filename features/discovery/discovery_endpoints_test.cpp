@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include "core/request/net_api_test_support.h"
+#include "features/discovery/feedback_net_api.h"
+#include "features/discovery/grade_store_net_api.h"
+#include "features/discovery/my_bookmark_net_api.h"
+#include "features/discovery/search_type_net_api.h"
+#include "features/discovery/store_grade_net_api.h"
+#include "features/discovery/templates_net_api.h"
+#include "features/referral/my_contacts_net_api.h"
+#include "features/wheel/wheel_result_net_api.h"
+
+namespace qmv {
+namespace {
+
+using testsupport::Arguments;
+
+class DiscoveryEndpointsTest : public testsupport::ApiServerTest {};
+
+TEST_F(DiscoveryEndpointsTest, ServerSpellingsAndFixedValues) {
+  logIn("S1");
+  ASSERT_EQ(run(std::make_shared<FeedbackNetApi>("很好用", "qq 123")), "success");
+  EXPECT_EQ(last().method, "POST");
+  EXPECT_EQ(last().endpoint, "postFeedback");
+  EXPECT_EQ(last().arguments,
+            (Arguments{
+                {"sessionId", "S1"}, {"concent", "很好用"}, {"contact", "qq 123"}, {"type", "0"}}));
+
+  ASSERT_EQ(run(std::make_shared<GradeStoreNetApi>("o1", "5", "好吃")), "success");
+  EXPECT_EQ(last().endpoint, "PostGrade");
+  EXPECT_EQ(
+      last().arguments,
+      (Arguments{{"sessionId", "S1"}, {"orderId", "o1"}, {"star", "5"}, {"content", "好吃"}}));
+
+  ASSERT_EQ(run(std::make_shared<StoreGradeNetApi>("st1", "1", "")),
+            "success");  // no session column
+  EXPECT_EQ(last().endpoint, "getRemarkMeByUser");
+  EXPECT_EQ(last().arguments, (Arguments{{"storeId", "st1"}, {"page", "1"}}));
+
+  ASSERT_EQ(run(std::make_shared<MyBookmarkNetApi>("1", MyBookmarkNetApi::Kind::Commodity)),
+            "success");
+  EXPECT_EQ(last().endpoint, "getMyCommodityFavorite");
+
+  ASSERT_EQ(run(std::make_shared<WheelResultNetApi>("")), "success");
+  EXPECT_EQ(last().endpoint, "getWheelResult");
+  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}}));
+  ASSERT_EQ(run(std::make_shared<WheelResultNetApi>("w3")), "success");
+  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"id", "w3"}}));
+}
+
+TEST_F(DiscoveryEndpointsTest, ContactsEndpointByPhoneAndCounts) {
+  logIn("S1");
+  answer(
+      "getMyContacts",
+      R"({"success":"0","data":{"oneContact":"2","dataList":[{"name":"甲","phone":"13800000001","num":"3"},{"name":"乙"}]}})");
+  auto own = std::make_shared<MyContactsNetApi>("1", "");
+  ASSERT_EQ(run(own), "success");
+  EXPECT_EQ(last().endpoint, "getMyContacts");
+  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"page", "1"}}));
+  const auto contacts = own->getMyContacts();
+  ASSERT_EQ(contacts.size(), 2u);
+  EXPECT_EQ(contacts[0].num, "3");
+  EXPECT_EQ(own->getFirstLevelCount(), "2");
+  EXPECT_EQ(own->getSecondLevelCount(), "");  // missing is empty, not zero
+
+  auto second = std::make_shared<MyContactsNetApi>("2", "13800000001");
+  ASSERT_EQ(run(second), "success");
+  EXPECT_EQ(last().endpoint, "getIndirectContacts");
+  EXPECT_EQ(last().arguments,
+            (Arguments{{"sessionId", "S1"}, {"phone", "13800000001"}, {"page", "2"}}));
+  EXPECT_TRUE(second->getMyContacts().empty());
+}
+
+TEST_F(DiscoveryEndpointsTest, TemplatesAreSavedWholeAndMergedIntoTheHomeCategories) {
+  const std::string body =
+      R"({"success":"0","message":"","data":{"dataList":[{"id":"8","name":"休闲娱乐","list":[{"id":"81","name":"密室"}]},{"id":"9","name":"无名","list":[]}]}})";
+  answer("getCategorTemplates1", body);
+  auto api = std::make_shared<TemplatesNetApi>();
+  ASSERT_EQ(run(api), "success");
+  EXPECT_EQ(last().arguments, Arguments{});  // logged out and no own arguments
+  const auto templates = api->getTemplatesFromResopnse();
+  ASSERT_EQ(templates.size(), 2u);
+  EXPECT_EQ(settings_->stringForKey("templates"), body);
+  EXPECT_GE(settings_->synchronizeCount(), 1);
+  TemplatesNetApi::resetTemplates(templates);
+  const auto& home = GlobalData::sharedInstance().defaultTypeList();
+  const auto* leisure = TemplatesNetApi::getInfoWithName("休闲娱乐", home);
+  ASSERT_TRUE(leisure);
+  EXPECT_EQ(leisure->typeId, "8");
+  EXPECT_EQ(leisure->list.at(0).name, "密室");
+  EXPECT_EQ(TemplatesNetApi::getInfoWithName("无名", home), nullptr);
+  EXPECT_EQ(home.size(), 5u);
+
+  // An answer whose "data" is not an object is neither saved nor read.
+  answer("getCategorTemplates1", R"({"success":"0","data":[]})");
+  ASSERT_EQ(run(api), "success");
+  EXPECT_TRUE(api->getTemplatesFromResopnse().empty());
+  EXPECT_EQ(settings_->stringForKey("templates"), body);
+}
+
+TEST_F(DiscoveryEndpointsTest, SavedCatalogueWinsOverTheBuiltInOne) {
+  EXPECT_EQ(SearchTypeNetApi::getSearchTypes().size(), 9u);
+  settings_->setString(
+      R"({"success":"0","data":{"dataList":[{"id":"7","name":"新分类","list":[]}]}})",
+      "SearchTypes");
+  const auto saved = SearchTypeNetApi::getSearchTypes();
+  ASSERT_EQ(saved.size(), 1u);
+  EXPECT_EQ(saved[0].name, "新分类");
+  settings_->setString("not json", "SearchTypes");
+  EXPECT_EQ(SearchTypeNetApi::getSearchTypes().size(), 9u);
+  EXPECT_TRUE(SearchTypeNetApi::getSearchTypeWithJsonStr(R"({"data":"x"})").empty());
+
+  auto api = std::make_shared<SearchTypeNetApi>();
+  ASSERT_EQ(run(api), "success");
+  EXPECT_EQ(last().endpoint, "getCategoryList");
+}
+
+}  // namespace
+}  // namespace qmv
