@@ -2,6 +2,7 @@
 
 #include <ctime>
 
+#include "core/common/db_util.h"
 #include "core/session/built_in_templates.h"
 #include "core/session/settings_keys.h"
 #include "features/discovery/search_types_reader.h"
@@ -106,5 +107,14 @@ std::string GlobalData::getCurrentCityName() const {
   if (const auto& settings = Env::current().settings) city = settings->stringForKey(kSelectCityKey).value_or("");
   return city.empty() ? std::string(kDefaultCity) : city;
 }
+
+std::optional<std::string> GlobalData::getCurrentCityId() const {
+  std::optional<AreaModel> city = DBUtil::getCityWithName(getCurrentCityName());
+  if (!city) city = DBUtil::getCityWithName(kDefaultCity);
+  if (!city) return std::nullopt;
+  return city->areaID;
+}
+
+bool GlobalData::cityExist(const std::string& name) const { return DBUtil::getCityWithName(name).has_value(); }
 
 }  // namespace qmv

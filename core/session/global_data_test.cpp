@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/common/db_util.h"
+#include "core/common/temp_home_for_test.h"
 #include "platform/clock.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
@@ -104,6 +106,42 @@ TEST(GlobalDataTest, CurrentCityNameFallsBackToTheDefaultCity) {
   EXPECT_EQ(GlobalData::sharedInstance().getCurrentCityName(), "临沂市");
   env.settings->setString("济南市", "select_city");
   EXPECT_EQ(GlobalData::sharedInstance().getCurrentCityName(), "济南市");
+}
+
+}  // namespace
+}  // namespace qmv
+
+namespace qmv {
+namespace {
+
+TEST(GlobalDataCityTest, CurrentCityIdFallsBackToLinyiThenToNothing) {
+  {
+    TempHome home(QMV_RESOURCE_DIR);
+    DBUtil::resetManagersForTesting();
+    GlobalData::resetSharedInstance();
+    GlobalData& data = GlobalData::sharedInstance();
+    const auto linyi = DBUtil::getCityWithName("临沂市");
+    const auto jinan = DBUtil::getCityWithName("济南市");
+    ASSERT_TRUE(linyi && jinan);
+    EXPECT_EQ(data.getCurrentCityId(), linyi->areaID);
+    home.settings().setString("济南市", "select_city");
+    EXPECT_EQ(data.getCurrentCityId(), jinan->areaID);
+    home.settings().setString("火星市", "select_city");
+    EXPECT_EQ(data.getCurrentCityId(), linyi->areaID);
+    EXPECT_TRUE(data.cityExist("济南市"));
+    EXPECT_FALSE(data.cityExist("火星市"));
+    EXPECT_FALSE(data.cityExist(""));
+  }
+  {
+    // No area database at all: neither the city nor the fallback is found.
+    TempHome home("/nonexistent-qmv-resources");
+    DBUtil::resetManagersForTesting();
+    GlobalData::resetSharedInstance();
+    EXPECT_EQ(GlobalData::sharedInstance().getCurrentCityId(), std::nullopt);
+    EXPECT_FALSE(GlobalData::sharedInstance().cityExist("临沂市"));
+  }
+  DBUtil::resetManagersForTesting();
+  GlobalData::resetSharedInstance();
 }
 
 }  // namespace
