@@ -27,7 +27,10 @@ const CommandRegistry::Entry* CommandRegistry::chosen() const {
   return nullptr;
 }
 
-void registerAllCommands(CommandRegistry& registry) { registerShellCommands(registry); }
+void registerAllCommands(CommandRegistry& registry) {
+  registerDiscoveryCommands(registry);
+  registerShellCommands(registry);
+}
 
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   CLI::App app{"qmv: the client of a local-life services platform"};

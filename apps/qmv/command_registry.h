@@ -47,6 +47,7 @@ class CommandRegistry {
 // Every feature's registration, in help order.
 void registerAllCommands(CommandRegistry& registry);
 void registerShellCommands(CommandRegistry& registry);
+void registerDiscoveryCommands(CommandRegistry& registry);
 
 // Runs one command line; returns the exit status.
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in);
