@@ -7,7 +7,7 @@
 # Targets on the reference machine: 150 ms wall, 30 MB peak resident memory.
 set -euo pipefail
 
-QMV=${1:-build/release/apps/qmv/qmv}
+QMV=${1:-build/release/apps/qmv}
 RUNS=${2:-7}
 TIME=/usr/bin/time
 
