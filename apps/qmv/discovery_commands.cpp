@@ -83,6 +83,8 @@ int runHome(CliApp& app, long pages) {
   };
   home.viewDidLoad();
   if (!app.waitUntil([&] { return loaded && areaDone && (located || alertWaiting()); })) return timedOut("home");
+  // The area cache is written off the interface thread; the run ends once it is whole.
+  if (home.areaRebuild().valid()) home.areaRebuild().wait_for(std::chrono::seconds(5));
   bool pageFailed = false;
   while (home.popularPage() < pages) {
     std::optional<bool> page;
