@@ -24,6 +24,7 @@
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
 #include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/printing_url_opener.h"
 #include "platform/linux/stack_navigator.h"
 #include "platform/linux/stream_alerts.h"
 #include "platform/linux/stream_status_overlay.h"
@@ -111,6 +112,7 @@ std::string CliApp::buildEnv() {
   env_.notifications = std::make_shared<LoopNotificationCenter>(loop);
   env_.overlay = std::make_shared<StreamStatusOverlay>(*messageStream_);
   env_.navigator = std::make_shared<StackNavigator>();
+  env_.urlOpener = std::make_shared<PrintingUrlOpener>(*messageStream_);
   alerts_ = std::make_shared<StreamAlerts>(*messageStream_, loop, [this](const AlertSpec& spec) -> std::optional<AlertAnswer> {
     if (!answers_.empty()) {
       const std::string given = answers_.front();

@@ -29,6 +29,7 @@ const CommandRegistry::Entry* CommandRegistry::chosen() const {
 
 void registerAllCommands(CommandRegistry& registry) {
   registerAccountCommands(registry);
+  registerDiscoveryCommands(registry);
   registerShellCommands(registry);
 }
 

@@ -19,3 +19,78 @@ inline constexpr const char* kOfferPricePrefix = "¥";
 inline constexpr const char* kOfferOriginalPricePrefix = "原价:¥";
 
 }  // namespace qmv::discovery_texts
+
+namespace qmv::discovery_texts {
+
+// Store search and its filters.
+inline constexpr const char* kAllDistricts = "全部";
+inline constexpr const char* kAreaButtonTitle = "全部地区";
+inline constexpr const char* kCategoryButtonTitle = "全部分类";
+inline constexpr const char* kSortButtonTitle = "智能排序";
+inline constexpr const char* kSortLabels[] = {"智能排序", "离我最近", "人均最低", "好评最多"};
+inline constexpr const char* kHistoryTitle = "历史搜索";
+inline constexpr const char* kHistoryClear = "清空";
+inline constexpr const char* kHistoryEmpty = "暂无历史记录";
+inline constexpr const char* kLocationError = "位置信息错误";
+
+// Nearby map.
+inline constexpr const char* kMapAllCategoriesId = "0";
+inline constexpr const char* kEnableLocation = "请开启定位功能";
+// "%@分 已售%@ 人均:￥%@" and "已售%@ 人均:￥%@" (full-width yuan sign).
+inline constexpr const char* kCalloutMarkSuffix = "分 ";
+inline constexpr const char* kCalloutSoldPrefix = "已售";
+inline constexpr const char* kCalloutPerPersonPrefix = " 人均:￥";
+
+// Single-store map and its route hand-off.
+inline constexpr const char* kNavigateTitlePrefix = "导航到 ";
+inline constexpr const char* kAppleMaps = "苹果地图";
+inline constexpr const char* kBaiduMaps = "百度地图";
+inline constexpr const char* kCancel = "取消";
+inline constexpr const char* kNoUserLocation = "未获取到用户当前位置";
+inline constexpr const char* kBaiduMapScheme = "baidumap://map/";
+// The doubled "&&" is what the map application has always been sent.
+inline constexpr const char* kBaiduRouteFormat =
+    "baidumap://map/direction?origin=%.8f,%.8f&destination=%.8f,%.8f&&mode=driving";
+
+// Store and offer screens.
+inline constexpr const char* kPictureCountFormat = "%ld张";
+inline constexpr const char* kOpeningHoursPrefix = "营业时间: ";
+inline constexpr const char* kPerPersonPrefix = "人均¥";
+inline constexpr const char* kOffersSection = "优惠活动";
+inline constexpr const char* kCommentsSection = "用户评论";
+inline constexpr const char* kCommentCountSuffix = "条评论";
+inline constexpr const char* kMoreComments = "查看更多评论";
+inline constexpr const char* kNoPhone = "该商家暂未提供电话";
+inline constexpr const char* kTelPrefix = "tel:";
+inline constexpr const char* kPackageSection = "套餐";
+inline constexpr const char* kNoticeSection = "购买须知";
+inline constexpr const char* kValidity = "有效期:";
+inline constexpr const char* kUseTime = "使用时间:";
+inline constexpr const char* kUseRules = "使用规则:";
+inline constexpr const char* kBullet = "●";
+
+// Home screen and location.
+inline constexpr const char* kPlaceholderStoreId = "-1";
+inline constexpr const char* kLocateAlertTitle = "提示";
+inline constexpr const char* kLocateFailed = "定位失败,请手动选择当前城市";
+inline constexpr const char* kConfirm = "确认";
+inline constexpr const char* kSwitchCityTitle = "切换城市提示";
+inline constexpr const char* kSwitchCityMessagePrefix = "检测到您所在的城市发生变化,当前城市为";
+inline constexpr const char* kSwitchCityMessageSuffix = ",是否切换到当前城市?";
+inline constexpr const char* kSwitch = "切换";
+
+// Screens other screens open, by name.
+inline constexpr const char* kStoreDetailScreen = "QXRStoreDetailViewController";
+inline constexpr const char* kActivityScreen = "QXActivitiesViewController";
+inline constexpr const char* kMapScreen = "MapViewController";
+inline constexpr const char* kCommentsScreen = "UserCommitViewController";
+
+}  // namespace qmv::discovery_texts
+
+namespace qmv::discovery_texts {
+
+// Home sections.
+inline constexpr const char* kRecommendSection = "名店推荐";
+inline constexpr const char* kPopularSection = "热门活动";
+
+}  // namespace qmv::discovery_texts

@@ -1,0 +1,527 @@
+// Commands of discovery: the home page, store search and history, categories, the map,
+// store and offer screens, the city and its list, the member's position, the route
+// hand-off and the coordinate converter. Each runs the headless screen of the app and
+// prints what it shows.
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+#include "apps/qmv/cli_app.h"
+#include "apps/qmv/command_registry.h"
+#include "apps/qmv/discovery_rows.h"
+#include "core/common/db_util.h"
+#include "core/common/notification_names.h"
+#include "core/session/global_data.h"
+#include "core/session/settings_keys.h"
+#include "features/discovery/discovery_texts.h"
+#include "features/discovery/location_converter.h"
+#include "features/discovery/main_view_controller.h"
+#include "features/discovery/map_view_controller.h"
+#include "features/discovery/near_by_map_view.h"
+#include "features/discovery/nearby_view.h"
+#include "features/discovery/qx_activities_view_controller.h"
+#include "features/discovery/qxr_store_detail_view_controller.h"
+#include "features/discovery/search_type_net_api.h"
+#include "features/discovery/search_view.h"
+#include "platform/linux/stream_alerts.h"
+#include "platform/location_source.h"
+#include "platform/notification_center.h"
+#include "platform/settings_store.h"
+
+namespace qmv::cli {
+namespace {
+
+namespace texts = discovery_texts;
+
+int timedOut(const char* what) {
+  std::cerr << "qmv: " << what << " did not end in time\n";
+  return kExitFailure;
+}
+
+std::string coordinateText(Coordinate c) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.8f,%.8f", c.latitude, c.longitude);
+  return text;
+}
+
+// Whether an alert waits for an answer nobody gave (the flow will not go on by itself).
+bool alertWaiting() {
+  const auto alerts = std::dynamic_pointer_cast<StreamAlerts>(Env::current().alerts);
+  return alerts && alerts->pendingCount() > 0;
+}
+
+// The home screen locates the member at every start; commands other than home and
+// locate wait for that first fix without the city prompts.
+void locateQuietly(CliApp& app) {
+  const auto location = Env::current().location;
+  if (!location || !location->locationServicesEnabled()) return;
+  bool done = false;
+  location->startUpdatingLocation(
+      [&done](Coordinate wgs) {
+        GlobalData::sharedInstance().setUserLocation(wgs);
+        done = true;
+      },
+      [&done] { done = true; });
+  app.waitUntil([&done] { return done; }, std::chrono::milliseconds(3000));
+  location->stopUpdatingLocation();
+}
+
+// ---- home ----
+
+int runHome(CliApp& app, long pages) {
+  MainViewController home;
+  bool loaded = false;
+  bool areaDone = false;
+  std::optional<MainViewController::LocateOutcome> located;
+  home.onLoaded = [&] { loaded = true; };
+  home.onAreaRefreshed = [&](bool) { areaDone = true; };
+  home.onLocated = [&](MainViewController::LocateOutcome outcome) {
+    located = outcome;
+    // Taking or switching to the located city reloads the home content.
+    using enum MainViewController::LocateOutcome;
+    if (outcome == Selected || outcome == Switched) loaded = false;
+  };
+  home.viewDidLoad();
+  if (!app.waitUntil([&] { return loaded && areaDone && (located || alertWaiting()); })) return timedOut("home");
+  // The area cache is written off the interface thread; the run ends once it is whole.
+  if (home.areaRebuild().valid()) home.areaRebuild().wait_for(std::chrono::seconds(5));
+  bool pageFailed = false;
+  while (home.popularPage() < pages) {
+    std::optional<bool> page;
+    home.onPopularLoaded = [&](bool ok) { page = ok; };
+    home.loadMorePopular();
+    if (!app.waitUntil([&] { return page.has_value(); })) return timedOut("home");
+    if (!*page) {
+      pageFailed = true;
+      break;
+    }
+  }
+  CliOutput& out = app.output();
+  out.line("city: " + home.addressButtonTitle());
+  out.data("city", home.addressButtonTitle());
+  Json banners = Json::array();
+  for (const ResourceModel& banner : home.resources()) {
+    out.line("banner: " + banner.title + " " + banner.URL);
+    banners.push_back({{"title", banner.title}, {"url", banner.URL}, {"image", banner.imgURL}});
+  }
+  out.data("banners", banners);
+  printStores(out, texts::kRecommendSection, "recommended", home.recommendStores());
+  std::vector<StoreInfoModel> popular;
+  for (const StoreInfoModel& store : home.popularStores()) {
+    if (!MainViewController::isPlaceholderRow(store)) popular.push_back(store);
+  }
+  printStores(out, texts::kPopularSection, "popular", popular);
+  out.data("page", home.popularPage());
+  out.data("total", home.popularTotal());
+  const bool shown = !home.popularStores().empty() || !home.recommendStores().empty();
+  return shown && !pageFailed ? kExitOk : kExitFailure;
+}
+
+// ---- search and history ----
+
+struct SearchOptions {
+  std::string keyword;
+  std::string district;
+  std::string category;
+  int sort = -1;
+  long page = 1;
+};
+
+int runSearch(CliApp& app, const SearchOptions& options) {
+  locateQuietly(app);
+  NearbyView view;
+  if (!options.district.empty()) {
+    if (std::find(view.areaList.begin(), view.areaList.end(), options.district) == view.areaList.end()) {
+      std::cerr << "qmv: " << options.district << " is not a district of " << GlobalData::sharedInstance().getCurrentCityName()
+                << '\n';
+      return kExitUsage;
+    }
+    view.areaButton.title = options.district;
+  }
+  if (!options.category.empty()) {
+    if (!view.categoryScreen.resetCategory(options.category)) {
+      std::cerr << "qmv: no category has the id " << options.category << " (see qmv categories)\n";
+      return kExitUsage;
+    }
+    view.categoryButton.title = view.categoryScreen.getSelectedItem();
+  }
+  if (options.sort >= 0) view.sortButton.title = view.sortList[static_cast<std::size_t>(options.sort)];
+
+  std::optional<bool> answer;
+  view.onLoaded = [&](bool correct) { answer = correct; };
+  if (!options.keyword.empty()) {
+    view.searchKeyword(options.keyword);
+  } else {
+    view.startSearchNet();
+  }
+  if (!app.waitUntil([&] { return answer.has_value(); })) return timedOut("search");
+  bool correct = *answer;
+  while (correct && view.pageNum < options.page && !view.loadMoreFooterHidden) {
+    answer.reset();
+    view.loadMore();
+    if (!app.waitUntil([&] { return answer.has_value(); })) return timedOut("search");
+    correct = *answer;
+  }
+  CliOutput& out = app.output();
+  if (options.keyword.empty()) {
+    out.line(view.areaButton.title + " | " + view.categoryButton.title + " | " + view.sortButton.title);
+  }
+  printStores(out, "", "stores", view.storeList);
+  out.line("page " + std::to_string(view.pageNum));
+  out.data("page", view.pageNum);
+  out.data("filters", {{"area", view.areaButton.title}, {"category", view.categoryButton.title},
+                       {"sort", view.sortButton.title}, {"keyword", options.keyword}});
+  return correct ? kExitOk : kExitFailure;
+}
+
+int runHistory(CliApp& app, bool clear) {
+  SearchView view;
+  if (clear) view.clearHistory();
+  CliOutput& out = app.output();
+  if (view.history().empty()) {
+    out.line(view.emptyText());
+  } else {
+    out.line(view.headerText());
+    for (const std::string& word : view.history()) out.line("  " + word);
+  }
+  out.data("history", view.history());
+  return kExitOk;
+}
+
+int runCategories(CliApp& app) {
+  auto request = std::make_shared<SearchTypeNetApi>();
+  bool ended = false;
+  request->startWithCompletionBlockWithSuccess(
+      [&ended](BaseRequest& done) {
+        auto& api = static_cast<SearchTypeNetApi&>(done);
+        // A correct catalogue is kept for the next start, as the app does.
+        if (api.isCorrectResult() && !SearchTypeNetApi::getSearchTypeWithJsonStr(api.responseString()).empty()) {
+          if (const auto& settings = Env::current().settings) {
+            settings->setString(api.responseString(), kSearchTypesKey);
+            settings->synchronize();
+          }
+        }
+        ended = true;
+      },
+      [&ended](BaseRequest&) { ended = true; });
+  if (!app.waitUntil([&] { return ended; })) return timedOut("categories");
+  CliOutput& out = app.output();
+  Json list = Json::array();
+  for (const SearchTypeModel& type : SearchTypeNetApi::getSearchTypes()) {
+    out.line(type.typeId + " " + type.name);
+    Json subs = Json::array();
+    for (const auto& sub : type.list) {
+      out.line("  " + sub.typeId + " " + sub.name);
+      subs.push_back({{"id", sub.typeId}, {"name", sub.name}});
+    }
+    list.push_back({{"id", type.typeId}, {"name", type.name}, {"list", subs}});
+  }
+  out.data("categories", list);
+  return kExitOk;
+}
+
+// ---- map, store, offer, route ----
+
+int runMap(CliApp& app, const std::string& category) {
+  locateQuietly(app);
+  NearByMapView map;
+  std::optional<bool> loaded;
+  map.onLoaded = [&](bool ok) { loaded = ok; };
+  if (category.empty()) {
+    map.getMapListNet();
+  } else {
+    map.mapViewChangedTypeID(category);
+  }
+  if (!app.waitUntil([&] { return loaded.has_value(); })) return timedOut("map");
+  CliOutput& out = app.output();
+  out.line(map.categoryTitle);
+  Json pins = Json::array();
+  for (const NearByMapView::Pin& pin : map.pins) {
+    out.line("  " + pin.storeId + " " + pin.title + " @ " + coordinateText(pin.gcj) + " | " + pin.subtitle);
+    pins.push_back({{"storeId", pin.storeId}, {"title", pin.title}, {"subtitle", pin.subtitle},
+                    {"gcj02", {pin.gcj.latitude, pin.gcj.longitude}}});
+  }
+  out.data("category", {{"id", map.typeID}, {"name", map.categoryTitle}});
+  out.data("pins", pins);
+  return *loaded ? kExitOk : kExitFailure;
+}
+
+// Loads one store; nullopt (after the screen said why) when it could not be shown.
+std::optional<StoreInfoModel> loadStore(CliApp& app, QXRStoreDetailViewController& screen) {
+  std::optional<bool> loaded;
+  screen.onLoaded = [&](bool ok) { loaded = ok; };
+  screen.loadDetail();
+  if (!app.waitUntil([&] { return loaded.has_value(); })) {
+    timedOut("store");
+    return std::nullopt;
+  }
+  return *loaded ? screen.store() : std::nullopt;
+}
+
+int runStore(CliApp& app, const std::string& id) {
+  locateQuietly(app);
+  QXRStoreDetailViewController screen(id, "");
+  const auto store = loadStore(app, screen);
+  if (!store) return kExitFailure;
+  CliOutput& out = app.output();
+  out.line(store->storeName + " (" + screen.pictureCountText() + ")");
+  out.line(store->address);
+  out.line(screen.openingHoursText());
+  out.line(screen.perPersonText());
+  out.line(store->phone.empty() ? texts::kNoPhone : texts::kTelPrefix + store->phone);
+  out.data("store", storeRowJson(*store, GlobalData::sharedInstance().userLocation()));
+  out.data("texts", {{"pictures", screen.pictureCountText()}, {"hours", screen.openingHoursText()},
+                     {"perPerson", screen.perPersonText()}, {"comments", screen.commentCountText()},
+                     {"favorite", store->favorite}, {"phone", store->phone}});
+  out.line(texts::kOffersSection);
+  Json offers = Json::array();
+  for (const ActivityModel& offer : store->activityList) {
+    out.line("  " + offer.commodityID + " " + offer.name + " | " + offer.priceText() + " " + offer.originalPriceText() +
+             " | " + offer.soldText());
+    offers.push_back({{"commodityId", offer.commodityID}, {"name", offer.name}, {"price", offer.priceText()},
+                      {"originalPrice", offer.originalPriceText()}, {"sold", offer.soldText()}});
+  }
+  out.data("offers", offers);
+  out.line(std::string(texts::kCommentsSection) + " " + screen.commentCountText());
+  Json grades = Json::array();
+  for (const GradeModel& grade : screen.gradeList()) {
+    out.line("  " + grade.nickName + " " + grade.star + "★ " + grade.time + " " + grade.content);
+    grades.push_back({{"nickName", grade.nickName}, {"star", grade.star}, {"time", grade.time}, {"content", grade.content}});
+  }
+  out.data("comments", grades);
+  out.line(texts::kMoreComments);
+  return kExitOk;
+}
+
+int runActivity(CliApp& app, const std::string& id) {
+  QXActivitiesViewController screen(id);
+  std::optional<bool> loaded;
+  screen.onLoaded = [&](bool ok) { loaded = ok; };
+  screen.loadDetail();
+  if (!app.waitUntil([&] { return loaded.has_value(); })) return timedOut("activity");
+  if (!*loaded) return kExitFailure;
+  const ActivityModel& offer = *screen.activity();
+  CliOutput& out = app.output();
+  out.line(offer.name + " | " + offer.storeName);
+  out.line(screen.priceText() + " " + screen.originalPriceText() + " " + screen.soldText());
+  out.line(texts::kPackageSection);
+  Json packages = Json::array();
+  for (const auto& package : screen.packages()) {
+    out.line("  " + package.title);
+    Json items = Json::array();
+    for (const auto& item : package.items) {
+      out.line("    " + item.commodity + " " + item.amount + " " + item.price);
+      items.push_back({{"commodity", item.commodity}, {"amount", item.amount}, {"price", item.price}});
+    }
+    packages.push_back({{"title", package.title}, {"items", items}});
+  }
+  out.line(texts::kNoticeSection);
+  for (const std::string& line : screen.noticeLines()) out.line("  " + line);
+  out.data("activity", {{"commodityId", offer.commodityID}, {"name", offer.name}, {"storeId", offer.storeId},
+                        {"storeName", offer.storeName}, {"price", screen.priceText()},
+                        {"originalPrice", screen.originalPriceText()}, {"sold", screen.soldText()},
+                        {"descImage", screen.showsDescImage()}});
+  out.data("packages", packages);
+  out.data("notice", screen.noticeLines());
+  return kExitOk;
+}
+
+int runRoute(CliApp& app, const std::string& id) {
+  locateQuietly(app);
+  QXRStoreDetailViewController detail(id, "");
+  const auto store = loadStore(app, detail);
+  if (!store) return kExitFailure;
+  MapViewController map(*store);
+  map.viewDidLoad();  // says "位置信息错误" when the store cannot be placed
+  const auto choices = map.navigationChoices();
+  if (std::find(choices.begin(), choices.end(), texts::kBaiduMaps) == choices.end()) {
+    std::cerr << "qmv: no application opens " << texts::kBaiduMapScheme << '\n';
+    return kExitFailure;
+  }
+  const auto outcome = map.routeWithBaiduMap();
+  if (const auto gcj = map.storeCoordinateGcj()) app.output().data("storeGcj02", coordinateText(*gcj));
+  app.output().data("opened", outcome == MapViewController::RouteOutcome::Opened);
+  return outcome == MapViewController::RouteOutcome::Opened ? kExitOk : kExitFailure;
+}
+
+// ---- city, cities, locate ----
+
+int runCity(CliApp& app, const std::string& name) {
+  GlobalData& session = GlobalData::sharedInstance();
+  CliOutput& out = app.output();
+  if (!name.empty()) {
+    if (!session.cityExist(name)) {
+      std::cerr << "qmv: " << name << " is not a known city (see qmv cities)\n";
+      return kExitFailure;
+    }
+    Env& env = Env::current();
+    env.settings->setString(name, kSelectCityKey);
+    env.settings->setString(name, kSelectCityDisKey);
+    env.settings->synchronize();
+    if (env.notifications) env.notifications->post(kCityChangedNotification);
+    app.runFor(std::chrono::milliseconds(10));  // deliver it
+  }
+  const std::string city = session.getCurrentCityName();
+  const std::string id = session.getCurrentCityId().value_or("");
+  out.line(city + " " + id);
+  out.data("city", {{"name", city}, {"id", id}});
+  return kExitOk;
+}
+
+int runCities(CliApp& app, const std::string& key) {
+  CliOutput& out = app.output();
+  Json data = Json::object();
+  if (key.empty()) {
+    for (const auto& [letter, cities] : DBUtil::getAllCity()) {
+      std::string line = letter + ":";
+      Json names = Json::array();
+      for (const AreaModel& city : cities) {
+        line += " " + city.areaName;
+        names.push_back(city.areaName);
+      }
+      out.line(line);
+      data[letter] = names;
+    }
+  } else {
+    Json names = Json::array();
+    for (const AreaModel& city : DBUtil::getCitysWithKey(key)) {
+      out.line(city.areaID + " " + city.areaName + " " + city.areaPY);
+      names.push_back({{"id", city.areaID}, {"name", city.areaName}, {"pinyin", city.areaPY}});
+    }
+    data = names;
+  }
+  out.data("cities", data);
+  return kExitOk;
+}
+
+int runLocate(CliApp& app) {
+  MainViewController home;
+  std::optional<MainViewController::LocateOutcome> located;
+  home.onLocated = [&](MainViewController::LocateOutcome outcome) { located = outcome; };
+  home.startLocate();
+  if (!app.waitUntil([&] { return located || alertWaiting(); }, std::chrono::milliseconds(5000))) {
+    return timedOut("locate");
+  }
+  using enum MainViewController::LocateOutcome;
+  if (located == Selected || located == Switched) {
+    bool loaded = false;
+    home.onLoaded = [&] { loaded = true; };
+    app.waitUntil([&] { return loaded; });
+  }
+  CliOutput& out = app.output();
+  const GlobalData& session = GlobalData::sharedInstance();
+  if (const auto& position = session.userLocation()) {
+    out.line("position: " + coordinateText(*position));
+    out.data("position", {position->latitude, position->longitude});
+  }
+  if (!session.locationCity().empty()) out.line("located city: " + session.locationCity());
+  out.line("city: " + session.getCurrentCityName());
+  out.data("locatedCity", session.locationCity());
+  out.data("city", session.getCurrentCityName());
+  return located == ServicesDisabled || located == Failed || located == NoCity ? kExitFailure : kExitOk;
+}
+
+// ---- convert ----
+
+int runConvert(CliApp& app, const std::string& direction, double latitude, double longitude) {
+  const Coordinate in{latitude, longitude};
+  Coordinate result;
+  if (direction == "wgs-gcj") {
+    result = LocationConverter::transformFromWGSToGCJ(in);
+  } else if (direction == "gcj-wgs") {
+    result = LocationConverter::transformFromGCJToWGS(in);
+  } else if (direction == "gcj-bd") {
+    result = LocationConverter::transformFromGCJToBaidu(in);
+  } else {
+    result = LocationConverter::transformFromBaiduToGCJ(in);
+  }
+  app.output().line(coordinateText(result));
+  app.output().data("latitude", result.latitude);
+  app.output().data("longitude", result.longitude);
+  return kExitOk;
+}
+
+}  // namespace
+
+void registerDiscoveryCommands(CommandRegistry& registry) {
+  {
+    auto pages = std::make_shared<long>(1);
+    CLI::App* home = registry.add("home", "the home page of the selected city: banners, recommended and popular stores",
+                                  [pages](CliApp& app) { return runHome(app, *pages); });
+    home->add_option("--page", *pages, "load popular stores up to this page")->check(CLI::Range(1L, 1000L));
+  }
+  {
+    auto options = std::make_shared<SearchOptions>();
+    CLI::App* search = registry.add("search", "search the stores of the selected city by keyword or by filters",
+                                    [options](CliApp& app) { return runSearch(app, *options); });
+    search->add_option("KEYWORD", options->keyword, "keyword (saved in the history); filters are then ignored");
+    search->add_option("--district", options->district, "district name of the selected city");
+    search->add_option("--category", options->category, "category id (see qmv categories)");
+    search->add_option("--sort", options->sort, "0 default, 1 nearest, 2 lowest spend, 3 most praised")
+        ->check(CLI::Range(0, 3));
+    search->add_option("--page", options->page, "load up to this page")->check(CLI::Range(1L, 1000L));
+  }
+  {
+    auto clear = std::make_shared<bool>(false);
+    CLI::App* history = registry.add("history", "the search history",
+                                     [clear](CliApp& app) { return runHistory(app, *clear); });
+    history->add_flag("--clear", *clear, "forget every word first");
+  }
+  registry.add("categories", "the store categories with their ids", [](CliApp& app) { return runCategories(app); });
+  {
+    auto category = std::make_shared<std::string>();
+    CLI::App* map = registry.add("map", "stores around the member (needs a position, e.g. --at)",
+                                 [category](CliApp& app) { return runMap(app, *category); });
+    map->add_option("--category", *category, "category id");
+  }
+  {
+    auto id = std::make_shared<std::string>();
+    CLI::App* store = registry.add("store", "one store with its offers and comments",
+                                   [id](CliApp& app) { return runStore(app, *id); });
+    store->add_option("ID", *id, "store id")->required();
+  }
+  {
+    auto id = std::make_shared<std::string>();
+    CLI::App* activity = registry.add("activity", "one offer with its packages and notice",
+                                      [id](CliApp& app) { return runActivity(app, *id); });
+    activity->add_option("ID", *id, "offer (commodity) id")->required();
+  }
+  {
+    auto name = std::make_shared<std::string>();
+    CLI::App* city = registry.add("city", "show the selected city, or choose one",
+                                  [name](CliApp& app) { return runCity(app, *name); });
+    city->add_option("NAME", *name, "city name, e.g. 济南市");
+  }
+  {
+    auto key = std::make_shared<std::string>();
+    CLI::App* cities = registry.add("cities", "cities by initial letter, or those matching KEY",
+                                    [key](CliApp& app) { return runCities(app, *key); });
+    cities->add_option("KEY", *key, "part of a name or of its pinyin");
+  }
+  registry.add("locate", "locate the member (see --at) and offer to switch to the located city",
+               [](CliApp& app) { return runLocate(app); });
+  {
+    auto id = std::make_shared<std::string>();
+    CLI::App* route = registry.add("route", "the Baidu map route from the member to a store",
+                                   [id](CliApp& app) { return runRoute(app, *id); });
+    route->add_option("STORE_ID", *id, "store id")->required();
+  }
+  {
+    struct Convert {
+      std::string direction;
+      double latitude = 0;
+      double longitude = 0;
+    };
+    auto args = std::make_shared<Convert>();
+    CLI::App* convert = registry.addWithoutStart(
+        "convert", "convert a coordinate between WGS-84, GCJ-02 and BD-09",
+        [args](CliApp& app) { return runConvert(app, args->direction, args->latitude, args->longitude); });
+    convert->add_option("DIRECTION", args->direction, "wgs-gcj, gcj-wgs, gcj-bd or bd-gcj")
+        ->required()
+        ->check(CLI::IsMember({"wgs-gcj", "gcj-wgs", "gcj-bd", "bd-gcj"}));
+    convert->add_option("LAT", args->latitude, "latitude in degrees")->required();
+    convert->add_option("LON", args->longitude, "longitude in degrees")->required();
+  }
+}
+
+}  // namespace qmv::cli

@@ -1,0 +1,34 @@
+#include "features/discovery/area_net_api.h"
+
+#include "core/common/db_util.h"
+#include "core/common/dictionary.h"
+#include "core/session/settings_keys.h"
+#include "platform/env.h"
+#include "platform/settings_store.h"
+
+namespace qmv {
+
+std::string AreaNetApi::currentVersion() {
+  const auto& settings = Env::current().settings;
+  if (!settings) return "0";
+  const auto stored = settings->stringForKey(kAreaVersionKey);
+  if (!stored || stored->empty() || !DBUtil::cacheDBValid()) return "0";
+  return *stored;
+}
+
+Json AreaNetApi::requestArgument() const {
+  Json arguments = Json::object();
+  setCustomString(arguments, currentVersion(), "ver");
+  return arguments;
+}
+
+Json AreaNetApi::getAreaList() const {
+  const Json data = responseData();
+  if (!data.is_object()) return nullptr;
+  const auto list = data.find("dataList");
+  return list != data.end() && list->is_array() ? *list : Json(nullptr);
+}
+
+std::string AreaNetApi::getAreaVersion() const { return strForKey(responseData(), "ver"); }
+
+}  // namespace qmv

@@ -1,0 +1,29 @@
+#pragma once
+// Asks the server for the area list newer than the one the client holds ("getAreaList").
+// The client names its version in "ver": the stored "area_version" while the cached area
+// database is complete and valid, otherwise "0" (send everything).
+#include <string>
+
+#include "core/request/base_net_api.h"
+
+namespace qmv {
+
+class AreaNetApi : public BaseNetApi {
+ public:
+  AreaNetApi() = default;
+
+  std::string requestUrl() const override { return "getAreaList"; }
+  RequestMethod requestMethod() const override { return RequestMethod::GET; }
+  Json requestArgument() const override;
+  std::string className() const override { return "AreaNetApi"; }
+
+  // The version the request sends (see above).
+  static std::string currentVersion();
+
+  // "data"."dataList" when it is an array, else null.
+  Json getAreaList() const;
+  // "data"."ver" as text ("" when absent).
+  std::string getAreaVersion() const;
+};
+
+}  // namespace qmv

@@ -1,0 +1,247 @@
+#include "features/discovery/main_view_controller.h"
+
+#include "core/common/db_util.h"
+#include "core/common/notification_names.h"
+#include "core/session/global_data.h"
+#include "core/session/settings_keys.h"
+#include "features/discovery/area_net_api.h"
+#include "features/discovery/detail_actions.h"
+#include "features/discovery/discovery_texts.h"
+#include "features/discovery/popular_store_net_api.h"
+#include "features/discovery/recommend_store_net_api.h"
+#include "features/discovery/resources_net_api.h"
+#include "features/discovery/templates_net_api.h"
+#include "platform/alerts.h"
+#include "platform/env.h"
+#include "platform/location_source.h"
+#include "platform/notification_center.h"
+#include "platform/reverse_geocoder.h"
+#include "platform/settings_store.h"
+
+namespace qmv {
+namespace {
+
+std::string currentCityId() { return GlobalData::sharedInstance().getCurrentCityId().value_or(""); }
+
+StoreInfoModel placeholderRow() {
+  StoreInfoModel row;
+  row.storeId = discovery_texts::kPlaceholderStoreId;
+  return row;
+}
+
+}  // namespace
+
+MainViewController::MainViewController()
+    : addressButtonTitle_(GlobalData::sharedInstance().getCurrentCityName()),
+      lastSelectCity_(addressButtonTitle_) {}
+
+MainViewController::~MainViewController() {
+  *alive_ = false;
+  if (locating_) {
+    if (const auto& location = Env::current().location) location->stopUpdatingLocation();
+  }
+  detachRequest(resourcesRequest_);
+  detachRequest(recommendRequest_);
+  detachRequest(popularRequest_);
+  detachRequest(templatesRequest_);
+  detachRequest(areaRequest_);
+}
+
+void MainViewController::viewDidLoad() {
+  if (onStart) onStart();
+  startLocate();
+  refreshNet();
+  getAreaListNet();
+}
+
+bool MainViewController::isPlaceholderRow(const StoreInfoModel& store) {
+  return store.storeId == discovery_texts::kPlaceholderStoreId;
+}
+
+// ---- Home content ----
+
+template <typename Api>
+void MainViewController::sendHomeRequest(std::shared_ptr<Api>& slot, std::shared_ptr<Api> request,
+                                         std::function<void(Api&)> onCorrect) {
+  detachRequest(slot);
+  request->sessionDelegate = this;
+  request->noNetWorkingDelegate = this;
+  slot = request;
+  request->startWithCompletionBlockWithSuccess(
+      [this, onCorrect](BaseRequest& done) {
+        auto& api = static_cast<Api&>(done);
+        if (api.isCorrectResult()) onCorrect(api);
+        homeRequestEnded();
+      },
+      [this](BaseRequest&) { homeRequestEnded(); });
+}
+
+void MainViewController::homeRequestEnded() {
+  if (onChange) onChange();
+  if (pendingHomeRequests_ > 0 && --pendingHomeRequests_ == 0 && onLoaded) onLoaded();
+}
+
+void MainViewController::refreshNet() {
+  popularPage_ = 1;
+  pendingHomeRequests_ = 4;
+  const std::string city = currentCityId();
+  sendHomeRequest<ResourcesNetApi>(resourcesRequest_, std::make_shared<ResourcesNetApi>(),
+                                   [this](ResourcesNetApi& api) { resources_ = api.getResources(); });
+  sendHomeRequest<RecommendStoreNetApi>(
+      recommendRequest_, std::make_shared<RecommendStoreNetApi>(city),
+      [this](RecommendStoreNetApi& api) { recommendStores_ = api.getRecommendStores(); });
+  sendPopular();
+  sendHomeRequest<TemplatesNetApi>(templatesRequest_, std::make_shared<TemplatesNetApi>(), [this](TemplatesNetApi& api) {
+    templates_ = api.getTemplatesFromResopnse();
+    TemplatesNetApi::resetTemplates(templates_);
+  });
+}
+
+void MainViewController::loadMorePopular() {
+  ++popularPage_;
+  sendPopular();
+}
+
+void MainViewController::sendPopular() {
+  detachRequest(popularRequest_);
+  auto request = std::make_shared<PopularStoreNetApi>(currentCityId(), std::to_string(popularPage_));
+  request->sessionDelegate = this;
+  request->noNetWorkingDelegate = this;
+  popularRequest_ = request;
+  const auto ended = [this](PopularStoreNetApi& api, bool correct) {
+    if (correct) {
+      std::vector<StoreInfoModel> stores = api.getPopularStores();
+      popularTotal_ = api.getTotleCount();
+      if (popularPage_ <= 1) {
+        popularStores_ = std::move(stores);
+        if (popularStores_.empty()) popularStores_.push_back(placeholderRow());
+      } else {
+        std::erase_if(popularStores_, isPlaceholderRow);
+        popularStores_.insert(popularStores_.end(), stores.begin(), stores.end());
+        if (popularStores_.empty()) popularStores_.push_back(placeholderRow());
+      }
+    } else if (popularPage_ >= 2) {
+      --popularPage_;
+    }
+    if (onPopularLoaded) onPopularLoaded(correct);
+    homeRequestEnded();
+  };
+  request->startWithCompletionBlockWithSuccess(
+      [ended](BaseRequest& done) {
+        auto& api = static_cast<PopularStoreNetApi&>(done);
+        ended(api, api.isCorrectResult());
+      },
+      [ended](BaseRequest& done) { ended(static_cast<PopularStoreNetApi&>(done), false); });
+}
+
+// ---- Location ----
+
+void MainViewController::locateEnded(LocateOutcome outcome) {
+  if (onLocated) onLocated(outcome);
+}
+
+void MainViewController::showLocateFailed() {
+  if (const auto& alerts = Env::current().alerts) {
+    alerts->show({discovery_texts::kLocateAlertTitle, discovery_texts::kLocateFailed, {discovery_texts::kConfirm}, {}},
+                 [](const AlertAnswer&) {});
+  }
+}
+
+void MainViewController::startLocate() {
+  const auto& location = Env::current().location;
+  if (!location || !location->locationServicesEnabled()) {
+    showLocateFailed();
+    locateEnded(LocateOutcome::ServicesDisabled);
+    return;
+  }
+  locationed_ = false;
+  locating_ = true;
+  std::weak_ptr<bool> alive = alive_;
+  location->startUpdatingLocation(
+      [this, alive](Coordinate wgs) {
+        if (alive.lock()) located(wgs);
+      },
+      [this, alive](void) {
+        if (!alive.lock() || locationed_) return;
+        showLocateFailed();
+        locateEnded(LocateOutcome::Failed);
+      });
+}
+
+void MainViewController::located(Coordinate wgs) {
+  GlobalData::sharedInstance().setUserLocation(wgs);
+  if (locationed_) return;
+  locationed_ = true;
+  const auto& geocoder = Env::current().geocoder;
+  const std::optional<Placemark> placemark = geocoder ? geocoder->reverseGeocode(wgs) : std::nullopt;
+  if (!placemark) return locateEnded(LocateOutcome::NoCity);
+  std::string city = placemark->locality.empty() ? placemark->administrativeArea : placemark->locality;
+  if (!GlobalData::sharedInstance().cityExist(city)) city = kDefaultCity;
+  cityLocated(city);
+}
+
+void MainViewController::cityLocated(const std::string& city) {
+  GlobalData::sharedInstance().setLocationCity(city);
+  const auto& settings = Env::current().settings;
+  const std::string selected = settings ? settings->stringForKey(kSelectCityKey).value_or("") : "";
+  if (selected.empty()) {
+    if (settings) {
+      settings->setString(city, kSelectCityKey);
+      settings->setString(city, kSelectCityDisKey);
+      settings->synchronize();
+    }
+    lastSelectCity_ = city;
+    addressButtonTitle_ = city;
+    refreshNet();
+    return locateEnded(LocateOutcome::Selected);
+  }
+  if (selected == city) return locateEnded(LocateOutcome::Unchanged);
+  const auto& alerts = Env::current().alerts;
+  if (!alerts) return locateEnded(LocateOutcome::Declined);
+  AlertSpec spec{discovery_texts::kSwitchCityTitle,
+                 std::string(discovery_texts::kSwitchCityMessagePrefix) + city +
+                     discovery_texts::kSwitchCityMessageSuffix,
+                 {discovery_texts::kCancel, discovery_texts::kSwitch},
+                 {}};
+  std::weak_ptr<bool> alive = alive_;
+  alerts->show(spec, [this, alive, city](const AlertAnswer& answer) {
+    if (!alive.lock()) return;
+    if (answer.buttonIndex != 1) return locateEnded(LocateOutcome::Declined);
+    chooseCity(city);
+    locateEnded(LocateOutcome::Switched);
+  });
+}
+
+void MainViewController::chooseCity(const std::string& city) {
+  Env& env = Env::current();
+  if (env.settings) {
+    env.settings->setString(city, kSelectCityKey);
+    env.settings->setString(city, kSelectCityDisKey);
+    env.settings->synchronize();
+  }
+  lastSelectCity_ = city;
+  addressButtonTitle_ = city;
+  if (env.notifications) env.notifications->post(kCityChangedNotification);
+  refreshNet();
+}
+
+// ---- Area cache ----
+
+void MainViewController::getAreaListNet() {
+  detachRequest(areaRequest_);
+  auto request = std::make_shared<AreaNetApi>();
+  areaRequest_ = request;
+  request->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest& done) {
+        auto& api = static_cast<AreaNetApi&>(done);
+        const Json list = api.isCorrectResult() ? api.getAreaList() : Json();
+        const bool start = list.is_array() && !list.empty();
+        if (start) areaRebuild_ = DBUtil::applyAreaList(list, api.getAreaVersion());
+        if (onAreaRefreshed) onAreaRefreshed(start);
+      },
+      [this](BaseRequest&) {
+        if (onAreaRefreshed) onAreaRefreshed(false);
+      });
+}
+
+}  // namespace qmv

@@ -1,0 +1,127 @@
+#pragma once
+// The home screen, headless: for the selected city the banners, the recommended stores,
+// the paged popular stores and the category templates; the member's position at start,
+// reverse-geocoded to a city with the offer to switch to it; and the refresh of the
+// cached area database from the server.
+//
+// viewDidLoad runs, in order: the start hook (where the application signs the member in
+// again), startLocate, refreshNet and the area refresh. Outcome callbacks tell a front
+// end (or a command waiting for the flow to end) when each part is done.
+#include <cstdint>
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/common/db_error.h"
+#include "core/session/base_view_controller.h"
+#include "features/discovery/resource_model.h"
+#include "features/discovery/search_type_model.h"
+#include "features/discovery/store_info_model.h"
+
+namespace qmv {
+
+class AreaNetApi;
+class PopularStoreNetApi;
+class RecommendStoreNetApi;
+class ResourcesNetApi;
+class TemplatesNetApi;
+
+class MainViewController : public BaseViewController {
+ public:
+  enum class LocateOutcome {
+    ServicesDisabled,  // "定位失败,请手动选择当前城市" shown
+    Failed,            // no position arrived; the same alert shown
+    NoCity,            // position stored, but no place known there
+    Unchanged,         // the located city is the selected one
+    Selected,          // nothing was selected: the located city was taken
+    Switched,          // the member chose "切换"
+    Declined,          // the member chose "取消"
+  };
+
+  MainViewController();
+  ~MainViewController() override;
+  MainViewController(const MainViewController&) = delete;
+  MainViewController& operator=(const MainViewController&) = delete;
+
+  // Runs the start hook, startLocate, refreshNet and getAreaListNet.
+  void viewDidLoad();
+
+  // Restarts the popular list at page 1 and asks for the banners, the recommended
+  // stores, popular page 1 and the templates of the current city; onLoaded runs when
+  // all four have ended.
+  void refreshNet();
+  // Asks for the next popular page; a failed page is asked for again next time.
+  void loadMorePopular();
+
+  // Starts locating the member; see LocateOutcome for the ends, told through onLocated.
+  void startLocate();
+
+  // Asks for areas newer than the cached ones and, on a correct non-empty list, stores
+  // its version and rebuilds the cache in the background (areaRebuild()).
+  void getAreaListNet();
+  // The running or finished cache rebuild of the last area refresh; invalid when none
+  // was started.
+  const std::shared_future<std::optional<DBError>>& areaRebuild() const { return areaRebuild_; }
+
+  // True for the placeholder row shown when the city has no popular store.
+  static bool isPlaceholderRow(const StoreInfoModel& store);
+
+  const std::vector<ResourceModel>& resources() const { return resources_; }
+  const std::vector<StoreInfoModel>& recommendStores() const { return recommendStores_; }
+  // Popular stores; one placeholder row (storeId "-1") when page 1 had none.
+  const std::vector<StoreInfoModel>& popularStores() const { return popularStores_; }
+  long popularPage() const { return popularPage_; }
+  long popularTotal() const { return popularTotal_; }
+  const std::vector<SearchTypeModel>& templates() const { return templates_; }
+  const std::string& addressButtonTitle() const { return addressButtonTitle_; }
+  const std::string& lastSelectCity() const { return lastSelectCity_; }
+  bool locationed() const { return locationed_; }
+
+  bool hasData() const override { return !popularStores_.empty() || !recommendStores_.empty(); }
+
+  // Where the application signs the member in again before the home content loads.
+  std::function<void()> onStart;
+  std::function<void()> onLoaded;
+  std::function<void(bool correct)> onPopularLoaded;
+  std::function<void(LocateOutcome)> onLocated;
+  // true when a rebuild was started (areaRebuild() is valid), false otherwise.
+  std::function<void(bool started)> onAreaRefreshed;
+
+ private:
+  template <typename Api>
+  void sendHomeRequest(std::shared_ptr<Api>& slot, std::shared_ptr<Api> request,
+                       std::function<void(Api&)> onCorrect);
+  void homeRequestEnded();
+  void sendPopular();
+  void located(Coordinate wgs);
+  void cityLocated(const std::string& city);
+  void chooseCity(const std::string& city);
+  void locateEnded(LocateOutcome outcome);
+  void showLocateFailed();
+
+  std::vector<ResourceModel> resources_;
+  std::vector<StoreInfoModel> recommendStores_;
+  std::vector<StoreInfoModel> popularStores_;
+  std::vector<SearchTypeModel> templates_;
+  long popularPage_ = 1;
+  long popularTotal_ = 0;
+  int pendingHomeRequests_ = 0;
+  std::string addressButtonTitle_;
+  std::string lastSelectCity_;
+  bool locationed_ = false;
+  bool locating_ = false;
+
+  std::shared_ptr<ResourcesNetApi> resourcesRequest_;
+  std::shared_ptr<RecommendStoreNetApi> recommendRequest_;
+  std::shared_ptr<PopularStoreNetApi> popularRequest_;
+  std::shared_ptr<TemplatesNetApi> templatesRequest_;
+  std::shared_ptr<AreaNetApi> areaRequest_;
+  std::shared_future<std::optional<DBError>> areaRebuild_;
+  // Cleared on destruction so that late position or alert callbacks do nothing.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace qmv

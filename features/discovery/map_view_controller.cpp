@@ -1,0 +1,89 @@
+#include "features/discovery/map_view_controller.h"
+
+#include <cstdio>
+
+#include "core/session/global_data.h"
+#include "features/discovery/discovery_texts.h"
+#include "features/discovery/location_converter.h"
+#include "features/discovery/store_screens.h"
+#include "platform/alerts.h"
+#include "platform/env.h"
+#include "platform/status_overlay.h"
+#include "platform/url_opener.h"
+
+namespace qmv {
+namespace {
+
+void show(const char* text) {
+  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
+}
+
+}  // namespace
+
+MapViewController::MapViewController(StoreInfoModel store) : store_(std::move(store)) {}
+
+void MapViewController::viewDidLoad() {
+  if (!storeCoordinate(store_)) show(discovery_texts::kLocationError);
+}
+
+std::optional<Coordinate> MapViewController::storeCoordinateGcj() const {
+  const auto bd = storeCoordinate(store_);
+  if (!bd) return std::nullopt;
+  return LocationConverter::transformFromBaiduToGCJ(*bd);
+}
+
+std::vector<std::string> MapViewController::navigationChoices() const {
+  std::vector<std::string> choices = {discovery_texts::kAppleMaps};
+  const auto& opener = Env::current().urlOpener;
+  if (opener && opener->canOpenURL(discovery_texts::kBaiduMapScheme)) choices.push_back(discovery_texts::kBaiduMaps);
+  choices.push_back(discovery_texts::kCancel);
+  return choices;
+}
+
+void MapViewController::navigate() {
+  const auto& alerts = Env::current().alerts;
+  if (!alerts) return;
+  const std::vector<std::string> choices = navigationChoices();
+  AlertSpec spec{discovery_texts::kNavigateTitlePrefix + store_.storeName, "", choices, {}};
+  alerts->show(spec, [this, choices](const AlertAnswer& answer) {
+    RouteOutcome outcome = RouteOutcome::Cancelled;
+    if (answer.buttonIndex >= 0 && static_cast<std::size_t>(answer.buttonIndex) < choices.size()) {
+      const std::string& chosen = choices[static_cast<std::size_t>(answer.buttonIndex)];
+      if (chosen == discovery_texts::kBaiduMaps) outcome = routeWithBaiduMap();
+      if (chosen == discovery_texts::kAppleMaps) outcome = routeWithAppleMap();
+    }
+    if (onRoute) onRoute(outcome);
+  });
+}
+
+std::string MapViewController::baiduRouteUrl(Coordinate originBd, Coordinate destinationBd) {
+  char url[256];
+  std::snprintf(url, sizeof url, discovery_texts::kBaiduRouteFormat, originBd.latitude, originBd.longitude,
+                destinationBd.latitude, destinationBd.longitude);
+  return url;
+}
+
+MapViewController::RouteOutcome MapViewController::routeWithBaiduMap() {
+  const auto& user = GlobalData::sharedInstance().userLocation();
+  if (!user) {
+    show(discovery_texts::kNoUserLocation);
+    return RouteOutcome::NoUserLocation;
+  }
+  const auto destination = storeCoordinate(store_);
+  const auto& opener = Env::current().urlOpener;
+  if (!destination || !opener) return RouteOutcome::Unavailable;
+  const Coordinate origin = LocationConverter::transformFromGCJToBaidu(LocationConverter::transformFromWGSToGCJ(*user));
+  return opener->openURL(baiduRouteUrl(origin, *destination)) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
+}
+
+MapViewController::RouteOutcome MapViewController::routeWithAppleMap() {
+  const auto destination = storeCoordinateGcj();
+  const auto& opener = Env::current().urlOpener;
+  if (!destination || !opener) return RouteOutcome::Unavailable;
+  char url[160];
+  std::snprintf(url, sizeof url, "http://maps.apple.com/?daddr=%.8f,%.8f&dirflg=d", destination->latitude,
+                destination->longitude);
+  return opener->openURL(url) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
+}
+
+}  // namespace qmv

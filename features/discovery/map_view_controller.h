@@ -1,0 +1,47 @@
+#pragma once
+// The map of one store, headless: where to draw it (its BD-09 position converted to
+// GCJ-02) and the route hand-off to an external map application. The "navigate" action
+// offers "导航到 <store name>" with "苹果地图", "百度地图" (only when the Baidu map
+// application answers "baidumap://map/") and "取消".
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "core/common/coordinate.h"
+#include "features/discovery/store_info_model.h"
+
+namespace qmv {
+
+class MapViewController {
+ public:
+  enum class RouteOutcome { Opened, NoUserLocation, Cancelled, Unavailable };
+
+  explicit MapViewController(StoreInfoModel store);
+
+  // Shows the store; "位置信息错误" when it has no usable coordinate.
+  void viewDidLoad();
+  // Where the map draws the store, or nullopt without a usable coordinate.
+  std::optional<Coordinate> storeCoordinateGcj() const;
+
+  // Shows the navigation sheet; the answer runs the chosen hand-off and then onRoute.
+  void navigate();
+  // The buttons the sheet offers, in order.
+  std::vector<std::string> navigationChoices() const;
+  // The Baidu hand-off: "未获取到用户当前位置" without a member position, else opens the
+  // route from the member (WGS-84 -> GCJ-02 -> BD-09) to the store (BD-09 as received).
+  RouteOutcome routeWithBaiduMap();
+  // The platform map hand-off: opens the platform's map with driving directions to the
+  // store's GCJ-02 position.
+  RouteOutcome routeWithAppleMap();
+
+  // The Baidu map route address, "%.8f" each, latitude first, with its doubled "&&".
+  static std::string baiduRouteUrl(Coordinate originBd, Coordinate destinationBd);
+
+  const StoreInfoModel& store() const { return store_; }
+  std::function<void(RouteOutcome)> onRoute;
+
+ private:
+  StoreInfoModel store_;
+};
+
+}  // namespace qmv

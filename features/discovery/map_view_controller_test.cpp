@@ -1,0 +1,98 @@
+#include "features/discovery/map_view_controller.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "core/session/global_data.h"
+#include "features/discovery/location_converter.h"
+#include "platform/env.h"
+#include "platform/testing/recording_status_overlay.h"
+#include "platform/testing/recording_url_opener.h"
+#include "platform/testing/scripted_alerts.h"
+
+namespace qmv {
+namespace {
+
+class MapViewControllerTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    Env env;
+    env.overlay = overlay_;
+    env.alerts = alerts_;
+    env.urlOpener = urls_;
+    scoped_.emplace(std::move(env));
+    GlobalData::resetSharedInstance();
+  }
+  void TearDown() override { GlobalData::resetSharedInstance(); }
+
+  static StoreInfoModel store(const char* coordinate) {
+    return StoreInfoModel(Json{{"storeId", "3"}, {"storeName", "临沂糁馆"}, {"coordinate", coordinate}});
+  }
+
+  std::shared_ptr<RecordingStatusOverlay> overlay_ = std::make_shared<RecordingStatusOverlay>();
+  std::shared_ptr<ScriptedAlerts> alerts_ = std::make_shared<ScriptedAlerts>();
+  std::shared_ptr<RecordingUrlOpener> urls_ = std::make_shared<RecordingUrlOpener>();
+  std::optional<ScopedEnv> scoped_;
+};
+
+TEST_F(MapViewControllerTest, RouteUrlKeepsItsDoubledAmpersandAndEightDecimals) {
+  EXPECT_EQ(MapViewController::baiduRouteUrl({35.1, 118.2}, {-1.5, 0.123456789}),
+            "baidumap://map/direction?origin=35.10000000,118.20000000&destination=-1.50000000,0.12345679"
+            "&&mode=driving");
+}
+
+TEST_F(MapViewControllerTest, SheetOffersBaiduOnlyWhenInstalledAndRoutesFromTheMember) {
+  MapViewController screen(store("118.345,35.067"));
+  screen.viewDidLoad();
+  EXPECT_TRUE(overlay_->statuses().empty());
+  const auto gcj = screen.storeCoordinateGcj();
+  ASSERT_TRUE(gcj);
+  EXPECT_DOUBLE_EQ(gcj->latitude, LocationConverter::transformFromBaiduToGCJ({35.067, 118.345}).latitude);
+
+  std::vector<MapViewController::RouteOutcome> outcomes;
+  screen.onRoute = [&](MapViewController::RouteOutcome o) { outcomes.push_back(o); };
+  screen.navigate();
+  ASSERT_EQ(alerts_->shown().size(), 1u);
+  EXPECT_EQ(alerts_->shown()[0].title, "导航到 临沂糁馆");
+  EXPECT_EQ(alerts_->shown()[0].buttons, (std::vector<std::string>{"苹果地图", "取消"}));
+  alerts_->script({1, {}});
+  alerts_->flush();
+  EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::Cancelled);
+
+  urls_->allow("baidumap://");
+  screen.navigate();
+  EXPECT_EQ(alerts_->shown()[1].buttons, (std::vector<std::string>{"苹果地图", "百度地图", "取消"}));
+  alerts_->script({1, {}});
+  alerts_->flush();
+  EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::NoUserLocation);
+  EXPECT_EQ(overlay_->statuses().back(), "未获取到用户当前位置");
+  EXPECT_TRUE(urls_->opened().empty());
+
+  const Coordinate member{35.05, 118.33};
+  GlobalData::sharedInstance().setUserLocation(member);
+  screen.navigate();
+  alerts_->script({1, {}});
+  alerts_->flush();
+  EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::Opened);
+  const Coordinate origin = LocationConverter::transformFromGCJToBaidu(LocationConverter::transformFromWGSToGCJ(member));
+  char expected[256];
+  std::snprintf(expected, sizeof expected,
+                "baidumap://map/direction?origin=%.8f,%.8f&destination=35.06700000,118.34500000&&mode=driving",
+                origin.latitude, origin.longitude);
+  ASSERT_EQ(urls_->opened().size(), 1u);
+  EXPECT_EQ(urls_->opened()[0], expected);
+  EXPECT_NE(origin.latitude, member.latitude) << "the origin is converted, not sent raw";
+}
+
+TEST_F(MapViewControllerTest, StoreWithoutUsableCoordinateShowsLocationError) {
+  for (const char* bad : {"", "118.3", "abc,35.0", "118.3,"}) {
+    MapViewController screen(store(bad));
+    screen.viewDidLoad();
+    EXPECT_FALSE(screen.storeCoordinateGcj()) << bad;
+  }
+  EXPECT_EQ(overlay_->statuses(), std::vector<std::string>(4, "位置信息错误"));
+}
+
+}  // namespace
+}  // namespace qmv

@@ -1,0 +1,207 @@
+#include "features/discovery/nearby_view.h"
+
+#include <algorithm>
+
+#include "core/common/db_util.h"
+#include "core/common/notification_names.h"
+#include "core/session/global_data.h"
+#include "features/discovery/detail_actions.h"
+#include "features/discovery/discovery_texts.h"
+#include "features/discovery/map_list_net_api.h"
+#include "features/discovery/search_history.h"
+#include "features/discovery/search_store_net_api.h"
+#include "features/discovery/search_type_net_api.h"
+#include "features/discovery/store_screens.h"
+#include "platform/env.h"
+#include "platform/notification_center.h"
+#include "platform/status_overlay.h"
+
+namespace qmv {
+
+NearbyView::NearbyView()
+    : areaButton{discovery_texts::kAreaButtonTitle},
+      categoryButton{discovery_texts::kCategoryButtonTitle},
+      sortButton{discovery_texts::kSortButtonTitle} {
+  sortList.assign(std::begin(discovery_texts::kSortLabels), std::end(discovery_texts::kSortLabels));
+  rebuildAreaList();
+  categoryScreen.cagetoryDataList = SearchTypeNetApi::getSearchTypes();
+  categoryScreen.delegate = this;
+  if (const auto& center = Env::current().notifications) {
+    cityObserver_ = center->addObserver(kCityChangedNotification,
+                                        [this](const std::string&, const Json&) { citySelectedChanged(); });
+  }
+}
+
+NearbyView::~NearbyView() {
+  if (cityObserver_ != 0) {
+    if (const auto& center = Env::current().notifications) center->removeObserver(cityObserver_);
+  }
+  detachRequest(request_);
+}
+
+void NearbyView::rebuildAreaList() {
+  areaList = {discovery_texts::kAllDistricts};
+  if (const auto city = GlobalData::sharedInstance().getCurrentCityId()) {
+    for (std::string& name : DBUtil::getAllDistrictWithCityId(*city)) areaList.push_back(std::move(name));
+  }
+}
+
+void NearbyView::searchWithKey() {
+  SearchConditionModel condition;
+  condition.page = std::to_string(pageNum);
+  condition.keyword = searchFieldText;
+  condition.area = GlobalData::sharedInstance().getCurrentCityId();
+  send(std::move(condition));
+}
+
+void NearbyView::searchWithCategory() {
+  SearchConditionModel condition;
+  condition.sort = "0";
+  condition.sort = sortCode();
+  condition.page = std::to_string(pageNum);
+  const auto city = GlobalData::sharedInstance().getCurrentCityId();
+  condition.area = city;
+  if (areaButton.title != discovery_texts::kAllDistricts && city) {
+    condition.block = DBUtil::getDistrictIdWithName(areaButton.title, *city);
+  }
+  condition.type = categoryScreen.getSelectedTypeId();
+  send(std::move(condition));
+}
+
+void NearbyView::startSearchNet() {
+  if (isKeySearchModel && !searchFieldText.empty()) {
+    searchWithKey();
+  } else {
+    searchWithCategory();
+  }
+}
+
+void NearbyView::loadMore() {
+  ++pageNum;
+  startSearchNet();
+}
+
+void NearbyView::searchKeyword(const std::string& keyword) {
+  searchFieldText = keyword;
+  saveSearchKey(keyword);
+  isKeySearchModel = true;
+  pageNum = 1;
+  startSearchNet();
+}
+
+std::string NearbyView::sortCode() const {
+  const auto found = std::find(sortList.begin(), sortList.end(), sortButton.title);
+  // A title outside the list would be a programming error; the default order is safe.
+  const long index = found == sortList.end() ? 0 : static_cast<long>(found - sortList.begin());
+  return std::to_string(index);
+}
+
+void NearbyView::send(SearchConditionModel condition) {
+  if (request_) {
+    // Its answer must not land in the list any more.
+    request_->clearCompletionBlock();
+    request_->stop();
+  }
+  auto request = std::make_shared<SearchStoreNetApi>(std::move(condition));
+  request->sessionDelegate = this;
+  request->netLoadingDelegate = this;
+  request->noNetWorkingDelegate = this;
+  request_ = request;
+  request->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest& done) {
+        auto& api = static_cast<SearchStoreNetApi&>(done);
+        finished(api, api.isCorrectResult());
+      },
+      [this](BaseRequest& done) { finished(static_cast<SearchStoreNetApi&>(done), false); });
+}
+
+void NearbyView::finished(SearchStoreNetApi& request, bool correct) {
+  if (&request != request_.get()) return;
+  if (correct) {
+    std::vector<StoreInfoModel> stores = request.getSearchStores();
+    loadMoreFooterHidden = stores.empty();
+    if (pageNum <= 1) {
+      storeList = std::move(stores);
+    } else {
+      storeList.insert(storeList.end(), std::make_move_iterator(stores.begin()), std::make_move_iterator(stores.end()));
+    }
+  } else if (pageNum >= 2) {
+    --pageNum;
+  }
+  if (onChange) onChange();
+  if (onLoaded) onLoaded(correct);
+}
+
+bool NearbyView::isSearching() const { return request_ && request_->isExecuting(); }
+
+void NearbyView::tapFilter(Filter filter) {
+  areaButton.arrowUp = filter == Filter::Area;
+  categoryButton.arrowUp = filter == Filter::Category;
+  sortButton.arrowUp = filter == Filter::Sort;
+  openFilter = filter;
+}
+
+void NearbyView::cancelFilter() { tapFilter(Filter::None); }
+
+void NearbyView::chose() {
+  tapFilter(Filter::None);
+  isKeySearchModel = false;
+  pageNum = 1;
+  startSearchNet();
+}
+
+void NearbyView::chooseArea(long index) {
+  if (index < 0 || index >= static_cast<long>(areaList.size())) return cancelFilter();
+  areaSelectedIndex = index;
+  areaButton.title = areaList[static_cast<std::size_t>(index)];
+  chose();
+}
+
+void NearbyView::chooseSort(long index) {
+  if (index < 0 || index >= static_cast<long>(sortList.size())) return cancelFilter();
+  sortSelectedIndex = index;
+  sortButton.title = sortList[static_cast<std::size_t>(index)];
+  chose();
+}
+
+void NearbyView::chooseCategory(long leftIndex, long rightIndex) {
+  categoryScreen.selectLeftRow(leftIndex);
+  if (rightIndex >= 0) categoryScreen.selectRightRow(rightIndex);
+}
+
+void NearbyView::screenViewDidSelected(CategoryScreenView& view) {
+  const std::string title = view.getSelectedItem();
+  if (!title.empty()) categoryButton.title = title;
+  chose();
+}
+
+void NearbyView::citySelectedChanged() {
+  rebuildAreaList();
+  areaSelectedIndex = 0;
+  areaButton.title = areaList.front();
+  if (onChange) onChange();
+}
+
+void NearbyView::saveSearchKey(const std::string& word) { SearchHistory::save(word); }
+
+void NearbyView::categoryFromMain(const std::string& typeId, bool searchNow) {
+  if (categoryScreen.resetCategory(typeId)) {
+    const std::string title = categoryScreen.getSelectedItem();
+    if (!title.empty()) categoryButton.title = title;
+  }
+  isKeySearchModel = false;
+  pageNum = 1;
+  if (searchNow) startSearchNet();
+}
+
+void NearbyView::selectStoreRow(std::size_t index) {
+  if (index >= storeList.size()) return;
+  openStoreDetail(storeList[index]);
+}
+
+void NearbyView::locateStoreRow(std::size_t index) {
+  if (index >= storeList.size()) return;
+  openStoreMap(storeList[index]);
+}
+
+}  // namespace qmv

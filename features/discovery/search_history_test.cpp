@@ -1,0 +1,67 @@
+#include "features/discovery/search_history.h"
+
+#include <gtest/gtest.h>
+
+#include "core/common/temp_home_for_test.h"
+#include "core/session/settings_keys.h"
+#include "features/discovery/search_view.h"
+
+namespace qmv {
+namespace {
+
+TEST(SearchHistory, NewestFirstWithoutRepeatsAndAtMostTen) {
+  TempHome home;
+  SearchHistory::save("");
+  EXPECT_TRUE(SearchHistory::read().empty()) << "an empty word is not kept";
+  EXPECT_FALSE(home.settings().objectForKey(kSearchKeyWordsKey).is_array());
+
+  for (int i = 1; i <= 3; ++i) SearchHistory::save("w" + std::to_string(i));
+  EXPECT_EQ(SearchHistory::read(), (std::vector<std::string>{"w3", "w2", "w1"}));
+  const int syncs = home.settings().synchronizeCount();
+  SearchHistory::save("w1");
+  EXPECT_EQ(SearchHistory::read(), (std::vector<std::string>{"w1", "w3", "w2"})) << "moved, not repeated";
+  EXPECT_GT(home.settings().synchronizeCount(), syncs);
+
+  for (int i = 4; i <= 11; ++i) SearchHistory::save("w" + std::to_string(i));
+  const auto words = SearchHistory::read();
+  ASSERT_EQ(words.size(), 10u);
+  EXPECT_EQ(words.front(), "w11");
+  EXPECT_EQ(words.back(), "w3") << "the eleventh distinct word drops the oldest (w2)";
+  EXPECT_EQ(std::count(words.begin(), words.end(), "w2"), 0);
+
+  // A stored value of another kind reads as no history and is replaced on save.
+  home.settings().setObject(Json("not a list"), kSearchKeyWordsKey);
+  EXPECT_TRUE(SearchHistory::read().empty());
+  SearchHistory::save("新");
+  EXPECT_EQ(SearchHistory::read(), std::vector<std::string>{"新"});
+}
+
+TEST(SearchView, ShowsHistoryOrItsEmptyTextAndHandsChoicesOver) {
+  TempHome home;
+  SearchView empty;
+  EXPECT_EQ(empty.emptyText(), "暂无历史记录");
+  EXPECT_EQ(empty.headerText(), "");
+  EXPECT_EQ(empty.clearText(), "");
+
+  SearchHistory::save("火锅");
+  SearchHistory::save("KTV");
+  SearchView view;
+  std::vector<std::string> searched;
+  view.onSearch = [&](const std::string& word) { searched.push_back(word); };
+  EXPECT_EQ(view.headerText(), "历史搜索");
+  EXPECT_EQ(view.clearText(), "清空");
+  EXPECT_EQ(view.emptyText(), "");
+  view.chooseHistory(1);
+  view.chooseHistory(5);  // out of range: ignored
+  view.searchText("");
+  view.searchText("电影");
+  EXPECT_EQ(searched, (std::vector<std::string>{"火锅", "电影"}));
+
+  view.clearHistory();
+  EXPECT_TRUE(view.history().empty());
+  EXPECT_EQ(view.emptyText(), "暂无历史记录");
+  EXPECT_TRUE(SearchHistory::read().empty());
+}
+
+}  // namespace
+}  // namespace qmv

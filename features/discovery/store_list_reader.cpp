@@ -1,0 +1,36 @@
+#include "features/discovery/store_list_reader.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "core/common/dictionary.h"
+
+namespace qmv {
+
+std::vector<StoreInfoModel> storesOfData(const Json& data) {
+  if (!data.is_object()) return {};
+  const auto list = data.find("dataList");
+  return list == data.end() ? std::vector<StoreInfoModel>{} : StoreInfoModel::listWithArray(*list);
+}
+
+long countOfData(const Json& data) {
+  if (!data.is_object()) return 0;
+  const auto count = data.find("count");
+  if (count == data.end()) return 0;
+  if (count->is_number_integer()) {
+    const auto value = count->get<long long>();
+    return value < 0 || value > std::numeric_limits<long>::max() ? 0 : static_cast<long>(value);
+  }
+  if (count->is_number()) {
+    const double value = count->get<double>();
+    return std::isfinite(value) && value >= 0 && value < 1e15 ? static_cast<long>(value) : 0;
+  }
+  const std::string text = textOf(*count);
+  long value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  return result.ec == std::errc() && result.ptr == text.data() + text.size() && value >= 0 ? value : 0;
+}
+
+}  // namespace qmv

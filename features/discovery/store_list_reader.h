@@ -1,0 +1,17 @@
+#pragma once
+// Readers shared by the endpoints that answer a page of stores: "data" holds "dataList"
+// (the stores) and, for paged lists, "count" (how many there are in all).
+#include <vector>
+
+#include "core/common/json.h"
+#include "features/discovery/store_info_model.h"
+
+namespace qmv {
+
+// Stores of data."dataList"; none when `data` is not an object or the list not an array.
+std::vector<StoreInfoModel> storesOfData(const Json& data);
+
+// data."count" as an integer (a number, or text holding one); 0 otherwise.
+long countOfData(const Json& data);
+
+}  // namespace qmv

@@ -1,0 +1,78 @@
+// The discovery commands of the CLI, each run as one start of the application against
+// its embedded sandbox, in a fresh home.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "apps/qmv/command_registry.h"
+#include "core/common/db_util.h"
+#include "core/common/temp_home_for_test.h"
+#include "core/session/global_data.h"
+
+namespace qmv {
+namespace {
+
+class DiscoveryCommandsTest : public ::testing::Test {
+ protected:
+  struct Run {
+    int status;
+    std::string out;
+  };
+  Run run(std::vector<std::string> args) {
+    args.insert(args.begin(), {"qmv", "--home", home_.home().string()});
+    std::vector<char*> argv;
+    for (auto& a : args) argv.push_back(a.data());
+    std::ostringstream out;
+    std::istringstream in;
+    GlobalData::resetSharedInstance();
+    DBUtil::resetManagersForTesting();
+    const int status = cli::runCli(static_cast<int>(argv.size()), argv.data(), out, in);
+    GlobalData::resetSharedInstance();
+    DBUtil::resetManagersForTesting();
+    return {status, out.str()};
+  }
+  static bool has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+  TempHome home_;
+};
+
+TEST_F(DiscoveryCommandsTest, SearchHistoryAndCitySurviveBetweenRuns) {
+  auto searched = run({"--at", "35.061,118.343", "search", "--district", "河东区", "--sort", "2"});
+  ASSERT_EQ(searched.status, 0) << searched.out;
+  EXPECT_TRUE(has(searched.out, "河东区 | 全部分类 | 人均最低")) << searched.out;
+  EXPECT_TRUE(has(searched.out, "门市价:￥")) << searched.out;
+  EXPECT_TRUE(has(searched.out, "km |")) << "rows show the distance with a position";
+
+  EXPECT_EQ(run({"search", "--district", "不存在区"}).status, 2);
+  EXPECT_EQ(run({"search", "--sort", "9"}).status, 2);
+
+  ASSERT_EQ(run({"search", "火锅"}).status, 0);
+  const auto history = run({"history"});
+  EXPECT_TRUE(has(history.out, "历史搜索\n  火锅\n")) << history.out;
+  EXPECT_TRUE(has(run({"history", "--clear"}).out, "暂无历史记录"));
+
+  const auto chosen = run({"city", "济南市"});
+  EXPECT_TRUE(has(chosen.out, "济南市 370100")) << chosen.out;
+  EXPECT_TRUE(has(run({"city"}).out, "济南市 370100"));
+  EXPECT_EQ(run({"city", "没有这个市"}).status, 1);
+}
+
+TEST_F(DiscoveryCommandsTest, RouteNeedsAPositionAndConvertNeedsNoStart) {
+  const auto routed = run({"--at", "35.061,118.343", "route", "1"});
+  ASSERT_EQ(routed.status, 0) << routed.out;
+  EXPECT_TRUE(has(routed.out, "baidumap://map/direction?origin=")) << routed.out;
+  EXPECT_TRUE(has(routed.out, "&&mode=driving"));
+  const auto blind = run({"route", "1"});
+  EXPECT_EQ(blind.status, 1);
+  EXPECT_TRUE(has(blind.out, "未获取到用户当前位置")) << blind.out;
+
+  const auto converted = run({"--json", "convert", "bd-gcj", "35.0", "118.0"});
+  ASSERT_EQ(converted.status, 0);
+  const Json doc = parseJson(converted.out);
+  ASSERT_TRUE(doc.is_object()) << converted.out;
+  EXPECT_NEAR(doc["data"]["latitude"].get<double>(), 35.0 - 0.006, 0.001);
+  EXPECT_EQ(run({"convert", "wgs-bd", "1", "2"}).status, 2);
+}
+
+}  // namespace
+}  // namespace qmv

@@ -1,0 +1,91 @@
+#pragma once
+// End-to-end fixture of the discovery screens: the sandbox server started in-process on a
+// free port with a fresh home, the real libcurl transport and a manual main loop, a
+// client home of its own (settings, shipped resources, caches), and recording fakes for
+// everything the member sees (overlay, alerts, navigator, URLs). The session object and
+// the area managers are rebuilt per test.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "apps/sandbox/sandbox_server.h"
+#include "core/common/db_util.h"
+#include "core/common/temp_home_for_test.h"
+#include "core/request/network_agent.h"
+#include "core/request/network_config.h"
+#include "core/session/global_data.h"
+#include "platform/cookie_store.h"
+#include "platform/env.h"
+#include "platform/fake_location_source.h"
+#include "platform/linux/curl_transport.h"
+#include "platform/linux/loop_notification_center.h"
+#include "platform/linux/nearest_city_geocoder.h"
+#include "platform/linux/stack_navigator.h"
+#include "platform/manual_main_loop.h"
+#include "platform/testing/recording_status_overlay.h"
+#include "platform/testing/recording_url_opener.h"
+#include "platform/testing/scripted_alerts.h"
+
+namespace qmv::testsupport {
+
+class DiscoverySandboxTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    sandboxHome_ = home_.home() / "sandbox";
+    server_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{sandboxHome_, 0});
+    ASSERT_EQ(server_->start(), "");
+
+    Env env;
+    env.settings = std::shared_ptr<SettingsStore>(&home_.settings(), [](SettingsStore*) {});
+    env.files = home_.files();
+    env.mainLoop = loop_;
+    env.cookies = std::make_shared<MemoryCookieStore>();
+    env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
+    env.notifications = std::make_shared<LoopNotificationCenter>(loop_);
+    env.overlay = overlay_;
+    env.alerts = alerts_;
+    env.navigator = navigator_;
+    env.urlOpener = urls_;
+    env.location = location_;
+    env.geocoder = NearestCityGeocoder::fromResources(*home_.files());
+    scopedEnv_ = std::make_unique<ScopedEnv>(std::move(env));
+    GlobalData::resetSharedInstance();
+    DBUtil::resetManagersForTesting();
+    NetworkConfig::sharedInstance().setBaseUrl(server_->baseUrl());
+  }
+
+  void TearDown() override {
+    NetworkAgent::sharedInstance().cancelAllRequests();
+    GlobalData::resetSharedInstance();
+    DBUtil::resetManagersForTesting();
+    scopedEnv_.reset();
+    server_.reset();
+  }
+
+  // Runs the loop until `done` (true) or ten seconds pass (false).
+  bool runUntil(const std::function<bool()>& done) {
+    return loop_->runUntil(done, std::chrono::milliseconds(10000));
+  }
+  // Runs whatever is queued now (deliveries of posted notifications).
+  void drain() { loop_->runPending(); }
+
+  // The member's position in the demo city (WGS-84, near the People's Square of Linyi).
+  static constexpr Coordinate kLinyi{35.0610, 118.3430};
+  static constexpr Coordinate kJinan{36.6610, 117.0200};
+
+  TempHome home_;
+  std::filesystem::path sandboxHome_;
+  std::unique_ptr<sandbox::SandboxServer> server_;
+  std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
+  std::shared_ptr<RecordingStatusOverlay> overlay_ = std::make_shared<RecordingStatusOverlay>();
+  std::shared_ptr<ScriptedAlerts> alerts_ = std::make_shared<ScriptedAlerts>();
+  std::shared_ptr<StackNavigator> navigator_ = std::make_shared<StackNavigator>();
+  std::shared_ptr<RecordingUrlOpener> urls_ = std::make_shared<RecordingUrlOpener>();
+  std::shared_ptr<FakeLocationSource> location_ = std::make_shared<FakeLocationSource>();
+  std::unique_ptr<ScopedEnv> scopedEnv_;
+};
+
+}  // namespace qmv::testsupport
