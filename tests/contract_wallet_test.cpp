@@ -1,0 +1,217 @@
+// Wallet, prize wheel and catalogue contract: binding, reading and unbinding the bank card,
+// withdrawals against the balance, wheel spins, and the category catalogue and templates.
+#include <algorithm>
+
+#include "core/session/mobile_code_net_api.h"
+#include "features/discovery/built_in_search_types.h"
+#include "features/discovery/search_type_net_api.h"
+#include "features/discovery/search_types_reader.h"
+#include "features/discovery/templates_net_api.h"
+#include "features/orders/top_up_record_net_api.h"
+#include "features/wallet/bind_bank_net_api.h"
+#include "features/wallet/my_bank_net_api.h"
+#include "features/wallet/unbind_bank_net_api.h"
+#include "features/wallet/with_draw_net_api.h"
+#include "features/wheel/wheel_net_api.h"
+#include "features/wheel/wheel_result_net_api.h"
+#include "tests/sandbox_fixture.h"
+
+namespace qmv::contract {
+namespace {
+
+constexpr const char* kCertificate = "371302199001011234";
+
+// `prefix` completed to `length` digits with the check digit that makes the Luhn sum hold.
+std::string luhnCard(std::string prefix, std::size_t length) {
+  while (prefix.size() < length - 1) prefix += '0' + static_cast<char>(prefix.size() % 10);
+  for (char check = '0'; check <= '9'; ++check) {
+    const std::string card = prefix + check;
+    int sum = 0;
+    for (std::size_t i = 0; i < card.size(); ++i) {
+      int digit = card[card.size() - 1 - i] - '0';
+      if (i % 2 == 1) digit = digit * 2 > 9 ? digit * 2 - 9 : digit * 2;
+      sum += digit;
+    }
+    if (sum % 10 == 0) return card;
+  }
+  return {};
+}
+
+class WalletContractTest : public SandboxContractTest {
+ protected:
+  void SetUp() override {
+    SandboxContractTest::SetUp();
+    ASSERT_NE(login(), nullptr);
+  }
+  // Asks for an SMS code for the member's own phone, as the bind screen does.
+  bool askCode() {
+    return sendCorrect(std::make_shared<MobileCodeNetApi>(GlobalData::sharedInstance().selfInfo()->phone, 0));
+  }
+  std::string boundCardId() {
+    auto request = std::make_shared<MyBankNetApi>();
+    if (!sendCorrect(request)) return "<refused>";
+    return strForKey(dataOf(*request), "cardId");
+  }
+};
+
+TEST_F(WalletContractTest, ACardIsBoundReadAndUnboundOnce) {
+  const std::string card = luhnCard("622202", 16);
+  ASSERT_EQ(card.size(), 16u);
+  EXPECT_EQ(boundCardId(), "") << "the demo member starts without a card";
+
+  ASSERT_TRUE(askCode());
+  std::string failing = card;
+  failing.back() = static_cast<char>('0' + (failing.back() - '0' + 1) % 10);
+  auto badCard = std::make_shared<BindBankNetApi>("张三", failing, kCertificate, sandbox::kDemoSmsCode);
+  ASSERT_EQ(send(badCard), "success");
+  EXPECT_FALSE(badCard->isCorrectResult());
+  auto badCode = std::make_shared<BindBankNetApi>("张三", card, kCertificate, "000000");
+  ASSERT_EQ(send(badCode), "success");
+  EXPECT_FALSE(badCode->isCorrectResult());
+  EXPECT_EQ(shown().size(), 2u) << "each refusal shows its message";
+  EXPECT_EQ(boundCardId(), "");
+
+  auto bind = std::make_shared<BindBankNetApi>("张三", card, kCertificate, sandbox::kDemoSmsCode);
+  ASSERT_TRUE(sendCorrect(bind));
+  auto read = std::make_shared<MyBankNetApi>();
+  ASSERT_TRUE(sendCorrect(read));
+  const Json bound = dataOf(*read);
+  EXPECT_EQ(strForKey(bound, "cardId"), card);
+  EXPECT_EQ(strForKey(bound, "certifId"), kCertificate);
+  EXPECT_EQ(strForKey(bound, "name"), "张三");
+  EXPECT_FALSE(strForKey(bound, "cardBank").empty());
+  ASSERT_TRUE(balance().has_value());
+  EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "1");
+
+  ASSERT_TRUE(askCode());
+  auto second = std::make_shared<BindBankNetApi>("张三", luhnCard("621700", 19), kCertificate, sandbox::kDemoSmsCode);
+  ASSERT_EQ(send(second), "success");
+  EXPECT_FALSE(second->isCorrectResult()) << "one card per member";
+  EXPECT_EQ(boundCardId(), card);
+
+  ASSERT_TRUE(sendCorrect(std::make_shared<UnbindBankNetApi>()));
+  EXPECT_EQ(boundCardId(), "");
+  ASSERT_TRUE(balance().has_value());
+  EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "0");
+  auto unbindAgain = std::make_shared<UnbindBankNetApi>();
+  ASSERT_EQ(send(unbindAgain), "success");
+  EXPECT_FALSE(unbindAgain->isCorrectResult());
+}
+
+TEST_F(WalletContractTest, WithdrawalIsRefusedBeyondTheBalanceAndTakenWithinIt) {
+  const auto before = balance();
+  ASSERT_TRUE(before.has_value());
+  auto noCard = std::make_shared<WithDrawNetApi>("1000");
+  ASSERT_EQ(send(noCard), "success");
+  EXPECT_FALSE(noCard->isCorrectResult());
+
+  ASSERT_TRUE(askCode());
+  ASSERT_TRUE(sendCorrect(
+      std::make_shared<BindBankNetApi>("张三", luhnCard("622588", 16), kCertificate, sandbox::kDemoSmsCode)));
+  auto over = std::make_shared<WithDrawNetApi>(std::to_string(*before + 1));
+  ASSERT_EQ(send(over), "success");
+  EXPECT_FALSE(over->isCorrectResult());
+  ASSERT_FALSE(shown().empty());
+  EXPECT_EQ(shown().back(), "余额不足");
+  EXPECT_EQ(balance(), *before);
+  for (const char* bad : {"abc", "-1000", "999"}) {
+    auto refused = std::make_shared<WithDrawNetApi>(bad);
+    ASSERT_EQ(send(refused), "success");
+    EXPECT_FALSE(refused->isCorrectResult()) << bad;
+  }
+  EXPECT_EQ(balance(), *before);
+
+  const long long amount = *before - 1234;
+  ASSERT_TRUE(sendCorrect(std::make_shared<WithDrawNetApi>(std::to_string(amount))));
+  EXPECT_EQ(balance(), 1234);
+  auto records = std::make_shared<TopUpRecordNetApi>("1", "2");
+  ASSERT_TRUE(sendCorrect(records));
+  const Json list = dataOf(*records).value("dataList", Json::array());
+  ASSERT_FALSE(list.empty());
+  EXPECT_EQ(strForKey(list[0], "amount"), std::to_string(-amount));
+}
+
+TEST_F(WalletContractTest, EachSpinUsesOneOfTheWheelsSpinsAndPrizesReachTheBalance) {
+  auto wheel = std::make_shared<WheelNetApi>();
+  ASSERT_TRUE(sendCorrect(wheel));
+  const Json current = dataOf(*wheel);
+  const std::string id = strForKey(current, "id");
+  ASSERT_FALSE(id.empty());
+  int left = std::stoi(strForKey(current, "leftCount"));
+  ASSERT_GT(left, 0);
+  const auto before = balance();
+  ASSERT_TRUE(before.has_value());
+  const auto moneyIn = [this] {
+    auto records = std::make_shared<TopUpRecordNetApi>("1", "1");
+    return sendCorrect(records) ? dataOf(*records) : Json();
+  };
+  const Json inBefore = moneyIn();
+  ASSERT_TRUE(inBefore.is_object());
+
+  while (left > 0) {
+    auto spin = std::make_shared<WheelResultNetApi>(id);
+    ASSERT_TRUE(sendCorrect(spin));
+    EXPECT_EQ(strForKey(dataOf(*spin), "leftCount"), std::to_string(left - 1));
+    EXPECT_FALSE(strForKey(dataOf(*spin), "result").empty());
+    const int sector = std::stoi(strForKey(dataOf(*spin), "index"));
+    EXPECT_TRUE(sector >= 0 && sector < std::stoi(strForKey(current, "itemCount"))) << sector;
+    --left;
+    auto reread = std::make_shared<WheelNetApi>();
+    ASSERT_TRUE(sendCorrect(reread));
+    EXPECT_EQ(strForKey(dataOf(*reread), "leftCount"), std::to_string(left));
+  }
+  auto extra = std::make_shared<WheelResultNetApi>(id);
+  ASSERT_EQ(send(extra), "success");
+  EXPECT_FALSE(extra->isCorrectResult());
+  ASSERT_FALSE(shown().empty());
+  auto unknown = std::make_shared<WheelResultNetApi>("999");
+  ASSERT_EQ(send(unknown), "success");
+  EXPECT_FALSE(unknown->isCorrectResult());
+
+  // Cash prizes are money in: the balance moved by exactly the records the spins added.
+  const Json inAfter = moneyIn();
+  const long long added = std::stoll(strForKey(inAfter, "count")) - std::stoll(strForKey(inBefore, "count"));
+  ASSERT_GE(added, 0);
+  ASSERT_LE(added, 3);
+  long long prizes = 0;
+  const Json list = inAfter.value("dataList", Json::array());
+  for (long long i = 0; i < added; ++i) {
+    EXPECT_EQ(strForKey(list[i], "type"), "prize");
+    prizes += std::stoll(strForKey(list[i], "amount"));
+  }
+  EXPECT_EQ(balance(), *before + prizes);
+}
+
+TEST_F(WalletContractTest, CatalogueAndTemplatesReadAsTheClientsOwnRecords) {
+  auto catalogue = std::make_shared<SearchTypeNetApi>();
+  ASSERT_TRUE(sendCorrect(catalogue));
+  const auto served = SearchTypeNetApi::getSearchTypeWithJsonStr(catalogue->responseString());
+  const auto builtIn = searchTypesFromEnvelope(builtInSearchTypesText());
+  ASSERT_FALSE(served.empty());
+  ASSERT_EQ(served.size(), builtIn.size());
+  for (std::size_t i = 0; i < served.size(); ++i) {
+    EXPECT_EQ(served[i].typeId, builtIn[i].typeId);
+    EXPECT_EQ(served[i].name, builtIn[i].name);
+    EXPECT_EQ(served[i].list.size(), builtIn[i].list.size()) << served[i].name;
+  }
+
+  auto templates = std::make_shared<TemplatesNetApi>();
+  ASSERT_TRUE(sendCorrect(templates));
+  const auto read = templates->getTemplatesFromResopnse();
+  ASSERT_FALSE(read.empty());
+  EXPECT_EQ(settings_->stringForKey("templates"), templates->responseString());
+  TemplatesNetApi::resetTemplates(read);
+  int merged = 0;
+  for (const auto& home : GlobalData::sharedInstance().defaultTypeList()) {
+    const auto* served = TemplatesNetApi::getInfoWithName(home.name, read);
+    if (served == nullptr) continue;
+    ++merged;
+    EXPECT_EQ(home.typeId, served->typeId) << home.name;
+    EXPECT_EQ(home.list.size(), served->list.size()) << home.name;
+  }
+  EXPECT_EQ(merged, static_cast<int>(GlobalData::sharedInstance().defaultTypeList().size()))
+      << "every home category has its template";
+}
+
+}  // namespace
+}  // namespace qmv::contract
