@@ -30,6 +30,7 @@ class Analytics;
 class SocialSharing;
 class ObjectStorage;
 class Camera;
+class AppWindow;
 
 struct Env {
   std::shared_ptr<MainLoop> mainLoop;
@@ -55,6 +56,7 @@ struct Env {
   std::shared_ptr<SocialSharing> sharing;
   std::shared_ptr<ObjectStorage> objectStorage;
   std::shared_ptr<Camera> camera;
+  std::shared_ptr<AppWindow> window;
 
   // The installed environment. REQUIRES: called on the interface thread, or after
   // installation has finished when called from a worker.

@@ -41,6 +41,9 @@ class Navigator {
   virtual ScreenId present(const std::string& name, const Json& payload = nullptr) = 0;
   // Closes the top layer; the bottom layer is never closed. Returns whether one closed.
   virtual bool dismiss() = 0;
+  // Replaces every layer with a bottom layer holding only this screen (the window's
+  // root) and returns its id.
+  virtual ScreenId setRoot(const std::string& name, const Json& payload = nullptr) = 0;
 
   // Layers from bottom to top, each from root to top.
   virtual std::vector<std::vector<Screen>> layers() const = 0;

@@ -8,6 +8,8 @@ class Reachability {
   virtual ~Reachability() = default;
   // Thread-safe.
   virtual bool isReachable() const = 0;
+  // Start-up begins monitoring; adapters that answer on demand need nothing.
+  virtual void startMonitoring() {}
 };
 
 }  // namespace qmv

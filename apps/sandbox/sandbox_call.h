@@ -1,34 +1,17 @@
 #pragma once
 // One application request as the handlers see it: its text arguments (query string, form or
 // multipart fields), the uploaded files, the signed-in member when there is one, and the
-// store, already inside the request's transaction. A handler answers with a `Reply`, which
-// the server wraps in the response envelope.
+// store, already inside the request's transaction. A handler answers with a `Reply`.
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 
+#include "apps/sandbox/sandbox_reply.h"
 #include "apps/sandbox/sandbox_store.h"
 #include "core/common/json.h"
 
 namespace qmv::sandbox {
-
-inline constexpr const char* kSuccessCode = "0";
-inline constexpr const char* kRefusedCode = "1";
-inline constexpr const char* kSessionExpiredCode = "2";
-
-struct Reply {
-  std::string code = kSuccessCode;
-  std::string message;
-  Json data = Json::object();
-  // True when the transaction must be committed even though the reply is a refusal
-  // (for example a spent SMS code attempt); by default refusals roll back.
-  bool commitOnRefusal = false;
-
-  static Reply ok(Json data = Json::object()) { return Reply{kSuccessCode, "", std::move(data), false}; }
-  static Reply refuse(std::string message) { return Reply{kRefusedCode, std::move(message), Json(), false}; }
-  bool succeeded() const { return code == kSuccessCode; }
-};
 
 struct UploadedFile {
   std::string filename;

@@ -68,11 +68,11 @@ struct SandboxServer::Impl {
           }
         }
         if (endpoint.session == SessionRule::kRequired && !call.member.is_object()) {
-          reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json(), false};
+          reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json()};
           return false;
         }
         reply = endpoint.handler(call);
-        return reply.succeeded() || reply.commitOnRefusal;
+        return reply.succeeded();
       });
     } catch (const std::exception& error) {
       logLine(std::string("[sandbox] ") + req.path + " failed: " + error.what());

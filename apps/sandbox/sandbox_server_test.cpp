@@ -21,6 +21,28 @@ TEST_F(SandboxTest, ServesTheEnvelopeAndAnswersUnknownPathsWith404) {
   EXPECT_EQ(api_->post("getCategoryList").value("status", 0), 405);
 }
 
+TEST_F(SandboxTest, EveryCatalogueEndpointIsServedWithItsMethod) {
+  const std::vector<std::string> gets = {
+      "getUserLogin", "getMobileCode", "getCheckCode4ChgMobile", "getCheckCode", "getUserLogout", "getUserInfo",
+      "getCategoryList", "getCategorTemplates1", "getSearchList", "getTypeSearchList", "getAreaList", "getMapList",
+      "getStoreDetailInfo", "getCommodityDetailInfo", "getRemarkMeByUser", "getMyFavorite", "getMyCommodityFavorite",
+      "getCarouselList", "getRecommendStore", "getPopularList", "getMyMessage", "getMyReadMessage", "getMyPosts",
+      "getOrderDetail", "getMyVoucher", "getTopUpListForUser", "getBoundBankCard", "getMyContacts",
+      "getIndirectContacts", "getMyRemark", "getWheels", "getWheelResult"};
+  const std::vector<std::string> posts = {
+      "postUserRegisterWeb", "postFindPassword", "postChangePassword", "postChangeSelf", "postPortrait", "PostGrade",
+      "postBookmark", "postCollectCommodity", "postFeedback", "postPayForStore", "postPayForIndiana",
+      "postPayForActivity", "postRefund", "bindBankCard", "unBindingBankCard", "withDraw"};
+  for (const auto& name : gets) {
+    const Json reply = api_->get(name);
+    EXPECT_TRUE(reply.contains("success") && reply.contains("message") && reply.contains("data")) << name;
+  }
+  for (const auto& name : posts) {
+    const Json reply = api_->post(name);
+    EXPECT_TRUE(reply.contains("success") && reply.contains("message") && reply.contains("data")) << name;
+  }
+}
+
 TEST_F(SandboxTest, GuardedEndpointsAnswerSessionExpiredWithoutAKnownSession) {
   for (const char* name : {"getUserInfo", "getMyPosts", "getBoundBankCard", "getMyContacts", "getWheels"}) {
     EXPECT_EQ(code(api_->get(name)), "2") << name;
@@ -61,6 +83,12 @@ TEST_F(SandboxTest, MalformedInputGivesAFailureEnvelopeNeverACrash) {
   auto res = api_->raw().Post("/qmv/app/v3/postFeedback", std::string("\x00\xff{]", 5), "application/json");
   ASSERT_TRUE(res);
   EXPECT_EQ(code(parseJson(res->body)), "2");
+  // Text that is not UTF-8 is stored as sent and still answered as valid JSON.
+  ASSERT_EQ(code(api_->post("postChangeSelf", {{"sessionId", session}, {"nickName", "bad\xff\xfe"}})), "0");
+  const Json info = api_->get("getUserInfo", {{"sessionId", session}});
+  ASSERT_EQ(code(info), "0");
+  EXPECT_EQ(info["data"]["nickName"].get<std::string>().substr(0, 3), "bad");
+  EXPECT_EQ(code(api_->get("getSearchList", {{"keyword", "\xc3"}, {"area", "371300"}})), "0");
   // The server still answers afterwards.
   EXPECT_EQ(code(api_->get("getCarouselList")), "0");
 }

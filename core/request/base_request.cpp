@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <typeinfo>
+#include <unordered_map>
 
 #include "core/common/log.h"
 #include "core/request/network_agent.h"
@@ -102,6 +103,9 @@ void BaseRequest::toggleAccessoriesDidStopCallBack() {
 
 std::string BaseRequest::className() const {
   const char* mangled = typeid(*this).name();
+  // Demangling allocates; every request logs its class twice, so remember the answer.
+  static thread_local std::unordered_map<const char*, std::string> known;
+  if (const auto it = known.find(mangled); it != known.end()) return it->second;
   int status = 0;
   char* demangled = abi::__cxa_demangle(mangled, nullptr, nullptr, &status);
   std::string name = (status == 0 && demangled != nullptr) ? demangled : mangled;
@@ -110,6 +114,7 @@ std::string BaseRequest::className() const {
   const auto template_ = name.find('<');
   const auto colon = name.rfind("::", template_);
   if (colon != std::string::npos) name = name.substr(colon + 2);
+  known.emplace(mangled, name);
   return name;
 }
 

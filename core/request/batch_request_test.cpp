@@ -7,10 +7,10 @@ namespace qmv {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Events;
-using testing::TestRequest;
+using testsupport::Events;
+using testsupport::TestRequest;
 
-class GroupedRequestTest : public testing::RequestTest {};
+class GroupedRequestTest : public testsupport::RequestTest {};
 
 TEST_F(GroupedRequestTest, BatchSucceedsWhenAllDoAndFailsAtTheFirstFailure) {
   auto batch = std::make_shared<BatchRequest>(
@@ -28,7 +28,7 @@ TEST_F(GroupedRequestTest, BatchSucceedsWhenAllDoAndFailsAtTheFirstFailure) {
 
   auto slow = makeRequest("slow");
   Events slowEvents;
-  slow->addAccessory(std::make_shared<testing::RecordingAccessory>(slowEvents));
+  slow->addAccessory(std::make_shared<testsupport::RecordingAccessory>(slowEvents));
   auto failing = makeRequest("status/404");
   auto second = std::make_shared<BatchRequest>(std::vector<std::shared_ptr<BaseRequest>>{slow, failing});
   std::shared_ptr<BaseRequest> failedOne;
@@ -70,7 +70,7 @@ TEST_F(GroupedRequestTest, ChainRunsStepsInOrderAndStepsMayAddTheNext) {
   spin(100ms);
   EXPECT_FALSE(thirdRan);
 
-  testing::LogCapture log;
+  testsupport::LogCapture log;
   std::make_shared<ChainRequest>()->start();
   EXPECT_TRUE(log.contains("Error! Chain request array is empty."));
 }

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
-using testing::Events;
+using testsupport::Events;
 
 class CounterRequest : public CachedRequest {
  public:
@@ -38,7 +38,7 @@ class CounterRequest : public CachedRequest {
   }
 };
 
-class CachedRequestTest : public testing::RequestTest {
+class CachedRequestTest : public testsupport::RequestTest {
  protected:
   std::shared_ptr<CounterRequest> makeCounter() {
     auto r = std::make_shared<CounterRequest>();
@@ -72,10 +72,10 @@ TEST_F(CachedRequestTest, HitsUntilTheStoredResponseIsTooOldOrOfAnotherVersion) 
 
   // A hit: filter, delegate and block at once, with no agent and no accessories.
   Events events;
-  testing::RecordingDelegate delegate(events);
+  testsupport::RecordingDelegate delegate(events);
   r->events = &events;
   r->delegate = &delegate;
-  r->addAccessory(std::make_shared<testing::RecordingAccessory>(events));
+  r->addAccessory(std::make_shared<testsupport::RecordingAccessory>(events));
   r->startWithCompletionBlockWithSuccess([&](BaseRequest&) { events.push_back("success"); }, nullptr);
   EXPECT_EQ(events, (Events{"completeFilter", "delegateFinished", "success"}));
   EXPECT_TRUE(r->isDataFromCache());
@@ -151,7 +151,7 @@ TEST_F(CachedRequestTest, LifetimesAndDamagedFilesFallBackToTheNetworkSilently) 
     std::ifstream in(path, std::ios::binary);
     whole.assign(std::istreambuf_iterator<char>(in), {});
   }
-  testing::LogCapture log;
+  testsupport::LogCapture log;
   int expected = 4;
   for (const std::string& damaged : {whole.substr(0, whole.size() / 2), std::string("\x00\xff garbage", 10),
                                      std::string(R"({"format":"other","json":{"n":99}})"), std::string("")}) {
@@ -183,7 +183,7 @@ TEST_F(CachedRequestTest, CacheDirectoryIsFilteredCreatedTaggedAndRepaired) {
   CachedRequest::checkDirectory(expected.string());
   EXPECT_TRUE(fs::is_directory(expected));
 
-  testing::LogCapture log;
+  testsupport::LogCapture log;
   const fs::path blocked = home_ / "blocker";
   { std::ofstream(blocked) << "file"; }
   CachedRequest::createBaseDirectoryAtPath((blocked / "sub").string());

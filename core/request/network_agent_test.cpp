@@ -9,13 +9,13 @@ namespace qmv {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Events;
-using testing::LogCapture;
-using testing::RecordingAccessory;
-using testing::RecordingDelegate;
-using testing::TestRequest;
+using testsupport::Events;
+using testsupport::LogCapture;
+using testsupport::RecordingAccessory;
+using testsupport::RecordingDelegate;
+using testsupport::TestRequest;
 
-class NetworkAgentTest : public testing::RequestTest {};
+class NetworkAgentTest : public testsupport::RequestTest {};
 
 class PrefixFilter : public UrlFilter {
  public:
@@ -219,10 +219,10 @@ TEST_F(NetworkAgentTest, SendsArgumentsAsQueryFormJsonAndMultipart) {
   };
   run(multipart);
   const Json files = multipart->responseJSONObject()["files"];
-  EXPECT_EQ(files["sessionId"]["contentHex"], testing::hex("s1"));
+  EXPECT_EQ(files["sessionId"]["contentHex"], testsupport::hex("s1"));
   EXPECT_EQ(files["portrait"]["filename"], "face.png");
   EXPECT_EQ(files["portrait"]["contentType"], "image/png");
-  EXPECT_EQ(files["portrait"]["contentHex"], testing::hex(std::string("\x89PNG\0\1", 6)));
+  EXPECT_EQ(files["portrait"]["contentHex"], testsupport::hex(std::string("\x89PNG\0\1", 6)));
 
   // <arpa/nameser.h> (through httplib) defines a DELETE macro, hence the integer value.
   for (auto [method, name] : {std::pair{static_cast<RequestMethod>(4), "DELETE"}, std::pair{RequestMethod::PATCH, "PATCH"}}) {

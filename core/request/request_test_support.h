@@ -19,7 +19,7 @@
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
 
-namespace qmv::testing {
+namespace qmv::testsupport {
 
 using Events = std::vector<std::string>;
 
@@ -241,4 +241,4 @@ class LogCapture {
   ScopedLogSink sink_;
 };
 
-}  // namespace qmv::testing
+}  // namespace qmv::testsupport

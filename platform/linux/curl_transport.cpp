@@ -11,6 +11,7 @@
 #include <mutex>
 #include <set>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/cookie_store.h"
@@ -73,12 +74,37 @@ std::pair<std::string, std::string> hostAndPath(const std::string& url) {
   return out;
 }
 
+// Completions gathered during one pass of the worker, posted together so that the
+// interface thread wakes once for several finished transfers.
+struct Outbox {
+  std::vector<std::pair<std::shared_ptr<MainLoop>, MainLoop::Task>> tasks;
+
+  void flush() {
+    std::size_t i = 0;
+    while (i < tasks.size()) {
+      const auto loop = tasks[i].first;
+      std::vector<MainLoop::Task> batch;
+      while (i < tasks.size() && tasks[i].first == loop) batch.push_back(std::move(tasks[i++].second));
+      if (batch.size() == 1) {
+        loop->post(std::move(batch.front()));
+      } else {
+        loop->post([batch = std::move(batch)] {
+          for (const auto& task : batch) task();
+        });
+      }
+    }
+    tasks.clear();
+  }
+};
+
 struct Transfer {
   TransferId id = 0;
+  Outbox* outbox = nullptr;  // set while the worker owns the transfer
   HttpRequest request;
   HttpTransport::Completion completion;
   std::shared_ptr<MainLoop> loop;
   std::shared_ptr<CookieStore> cookies;
+  bool located = false;
   std::string host;
   std::string path;
 
@@ -92,16 +118,31 @@ struct Transfer {
   std::int64_t lastReported = -1;
   char errorBuffer[CURL_ERROR_SIZE] = {};
 
+  // Handles of finished transfers, reset and reused (worker thread only).
+  std::vector<CURL*>* spareHandles = nullptr;
+
   ~Transfer() {
     if (file != nullptr) std::fclose(file);
-    if (easy != nullptr) curl_easy_cleanup(easy);
+    if (easy != nullptr) {
+      if (spareHandles != nullptr && spareHandles->size() < 8) {
+        curl_easy_reset(easy);
+        spareHandles->push_back(easy);
+      } else {
+        curl_easy_cleanup(easy);
+      }
+    }
     if (headerList != nullptr) curl_slist_free_all(headerList);
   }
 
   void deliver(HttpResponse r) {
     if (!completion) return;
     if (loop) {
-      loop->post([c = std::move(completion), r = std::move(r)]() mutable { c(std::move(r)); });
+      MainLoop::Task task = [c = std::move(completion), r = std::move(r)]() mutable { c(std::move(r)); };
+      if (outbox != nullptr) {
+        outbox->tasks.emplace_back(loop, std::move(task));
+      } else {
+        loop->post(std::move(task));
+      }
     } else {
       completion(std::move(r));
     }
@@ -114,8 +155,16 @@ struct Transfer {
     return status;
   }
 
+  // Host and path are only needed for cookies; parsing waits until then.
+  void locate() {
+    if (located) return;
+    std::tie(host, path) = hostAndPath(request.url);
+    located = true;
+  }
+
   void storeCookie(const std::string& value) {
     if (!cookies) return;
+    locate();
     Cookie cookie;
     cookie.domain = host;
     bool expired = false;
@@ -199,12 +248,20 @@ struct Transfer {
   }
 
   bool setUp() {
-    easy = curl_easy_init();
+    if (spareHandles != nullptr && !spareHandles->empty()) {
+      easy = spareHandles->back();
+      spareHandles->pop_back();
+    } else {
+      easy = curl_easy_init();
+    }
     if (easy == nullptr) return false;
     const HttpRequest& r = request;
     curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
     curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    // Redirects are followed, as the platforms' URL loaders do; only the last answer counts.
+    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, 10L);
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorBuffer);
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
@@ -234,6 +291,7 @@ struct Transfer {
       headerList = curl_slist_append(headerList, (name + ": " + value).c_str());
     }
     if (cookies) {
+      locate();
       std::string line;
       for (const auto& c : cookies->cookiesFor(host, path)) {
         line += (line.empty() ? "" : "; ") + c.name + "=" + c.value;
@@ -287,6 +345,22 @@ void initCurlOnce() {
   std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
+// Wakes the worker's curl_multi_poll; outlives the worker when a wake is still queued
+// on a main loop, and then does nothing.
+struct Waker {
+  std::mutex mutex;
+  CURLM* multi = nullptr;
+
+  void wake() {
+    std::lock_guard lock(mutex);
+    if (multi != nullptr) curl_multi_wakeup(multi);
+  }
+  void detach() {
+    std::lock_guard lock(mutex);
+    multi = nullptr;
+  }
+};
+
 }  // namespace
 
 class CurlTransport::Worker {
@@ -295,6 +369,7 @@ class CurlTransport::Worker {
       : loop_(std::move(loop)), cookies_(std::move(cookies)), maxConcurrent_(std::max(1, maxConcurrent)) {
     initCurlOnce();
     multi_ = curl_multi_init();
+    waker_->multi = multi_;
     thread_ = std::thread([this] { runLoop(); });
   }
 
@@ -305,8 +380,10 @@ class CurlTransport::Worker {
     }
     curl_multi_wakeup(multi_);
     thread_.join();
+    waker_->detach();
     for (auto& t : active_) curl_multi_remove_handle(multi_, t->easy);
     active_.clear();
+    for (CURL* easy : spareHandles_) curl_easy_cleanup(easy);
     curl_multi_cleanup(multi_);
   }
 
@@ -316,14 +393,25 @@ class CurlTransport::Worker {
     t->completion = std::move(completion);
     t->loop = loop_ ? loop_ : Env::current().mainLoop;
     t->cookies = cookies_ ? cookies_ : Env::current().cookies;
-    std::tie(t->host, t->path) = hostAndPath(t->request.url);
     TransferId id;
+    bool wake;
+    const auto loop = t->loop;
     {
       std::lock_guard lock(mutex_);
       id = t->id = nextId_++;
       pending_.push_back(std::move(t));
+      // A worker that is not waiting will see the queue before it waits again.
+      wake = std::exchange(waiting_, false);
     }
-    curl_multi_wakeup(multi_);
+    if (wake) {
+      if (loop) {
+        // Sends made in one turn of the main loop start together: the worker is woken
+        // once, after the turn, instead of picking them up one by one.
+        loop->post([waker = waker_] { waker->wake(); });
+      } else {
+        waker_->wake();
+      }
+    }
     return id;
   }
 
@@ -365,11 +453,14 @@ class CurlTransport::Worker {
           curl_multi_remove_handle(multi_, (*it)->easy);
           (*it)->cancelled();
           it = active_.erase(it);
+          outbox_.flush();
         } else {
           ++it;
         }
       }
       for (auto& t : starting) {
+        t->outbox = &outbox_;
+        t->spareHandles = &spareHandles_;
         if (!t->setUp()) {
           t->finish(CURLE_FAILED_INIT);
           continue;
@@ -390,14 +481,20 @@ class CurlTransport::Worker {
         (*it)->finish(code);
         active_.erase(it);
       }
+      outbox_.flush();
       {
         std::lock_guard lock(mutex_);
         // More queued work can start now that slots have freed.
         if (stopping_) return;
         if (!pending_.empty() && active_.size() < static_cast<size_t>(maxConcurrent_)) continue;
         if (!cancels_.empty()) continue;
+        waiting_ = true;
       }
       curl_multi_poll(multi_, nullptr, 0, 1000, nullptr);
+      {
+        std::lock_guard lock(mutex_);
+        waiting_ = false;
+      }
     }
   }
 
@@ -405,15 +502,19 @@ class CurlTransport::Worker {
   std::shared_ptr<CookieStore> cookies_;
   const int maxConcurrent_;
   CURLM* multi_ = nullptr;
+  std::shared_ptr<Waker> waker_ = std::make_shared<Waker>();
   std::thread thread_;
 
   std::mutex mutex_;
   std::deque<std::unique_ptr<Transfer>> pending_;
   std::set<TransferId> cancels_;
   bool stopping_ = false;
+  bool waiting_ = false;  // the worker is in (or about to enter) curl_multi_poll
   TransferId nextId_ = 1;
 
   std::vector<std::unique_ptr<Transfer>> active_;  // worker thread only
+  Outbox outbox_;                                  // worker thread only
+  std::vector<CURL*> spareHandles_;                // worker thread only
 };
 
 CurlTransport::CurlTransport(std::shared_ptr<MainLoop> loop, std::shared_ptr<CookieStore> cookies, int maxConcurrent)

@@ -3,7 +3,9 @@
 // `maxConcurrent` transfers at once (the rest wait in order), enforces timeouts, cancels
 // running transfers for real, resumes downloads into partial files, and keeps cookies in
 // the shared cookie store. Completions and progress are posted to the main loop given at
-// construction, else to the one installed in Env when send() is called.
+// construction, else to the one installed in Env when send() is called. A transfer sent
+// with a main loop starts once that loop runs its next task, so that the sends of one
+// turn go out together.
 #include <memory>
 
 #include "platform/http_transport.h"

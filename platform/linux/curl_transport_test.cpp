@@ -27,6 +27,7 @@ class CurlTransportTest : public ::testing::Test {
       server_.sleepUnlessStopping(milliseconds(3000));
       res.set_content("late", "text/plain");
     });
+    s.Get("/moved", [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
     s.Get("/login", [](const httplib::Request&, httplib::Response& res) {
       res.set_header("Set-Cookie", "sessionId=abc; Path=/");
       res.set_content("ok", "text/plain");
@@ -49,7 +50,7 @@ class CurlTransportTest : public ::testing::Test {
   }
 
   static constexpr const char* kFile = "0123456789abcdefghijklmnopqrstuvwxyz";
-  testing::LoopbackServer server_;
+  testsupport::LoopbackServer server_;
   std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
   std::shared_ptr<MemoryCookieStore> cookies_ = std::make_shared<MemoryCookieStore>();
   CurlTransport transport_{loop_, cookies_};
@@ -62,6 +63,13 @@ TEST_F(CurlTransportTest, StatusesErrorsAndTimeouts) {
   EXPECT_EQ(r.status, 404);
   EXPECT_EQ(r.error, TransportError::none);
   EXPECT_EQ(r.body, R"({"error":"none here"})");
+
+  // A redirect is followed; the final answer's status and fields are reported.
+  HttpRequest moved;
+  moved.url = server_.url("/moved");
+  r = sendAndWait(moved);
+  EXPECT_EQ(r.status, 404);
+  EXPECT_TRUE(std::none_of(r.headers.begin(), r.headers.end(), [](const auto& h) { return h.first == "Location"; }));
 
   HttpRequest slow;
   slow.url = server_.url("/slow");

@@ -55,7 +55,7 @@ class HttpObjectStorageTest : public ::testing::Test {
     return wait(result);
   }
 
-  testing::LoopbackServer server_;
+  testsupport::LoopbackServer server_;
   std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
   std::shared_ptr<CurlTransport> http_ = std::make_shared<CurlTransport>(loop_);
   std::mutex mutex_;

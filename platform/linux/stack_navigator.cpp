@@ -67,4 +67,11 @@ bool StackNavigator::dismiss() {
   return true;
 }
 
+ScreenId StackNavigator::setRoot(const std::string& name, const Json& payload) {
+  const ScreenId id = nextId_++;
+  layers_.assign(1, {Screen{id, name, payload}});
+  record("setRoot " + name);
+  return id;
+}
+
 }  // namespace qmv

@@ -20,6 +20,7 @@ class StackNavigator : public Navigator {
   bool popTo(ScreenId id) override;
   ScreenId present(const std::string& name, const Json& payload = nullptr) override;
   bool dismiss() override;
+  ScreenId setRoot(const std::string& name, const Json& payload = nullptr) override;
   std::vector<std::vector<Screen>> layers() const override { return layers_; }
 
   // One entry per change, e.g. "push MainViewController", "present LoginViewController",

@@ -9,7 +9,7 @@
 #include <string>
 #include <thread>
 
-namespace qmv::testing {
+namespace qmv::testsupport {
 
 class LoopbackServer {
  public:
@@ -22,6 +22,12 @@ class LoopbackServer {
 
   // Binds, starts serving and waits until the server accepts connections.
   void start() {
+    // Headers and body go out in separate writes; without this Nagle holds the second
+    // until the peer's delayed acknowledgement.
+    server_.set_tcp_nodelay(true);
+    // Keep connections for the whole run, as a client's server would, instead of
+    // closing them after five requests.
+    server_.set_keep_alive_max_count(1000000);
     port_ = server_.bind_to_any_port("127.0.0.1");
     thread_ = std::thread([this] { server_.listen_after_bind(); });
     while (!server_.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -57,4 +63,4 @@ class LoopbackServer {
   std::atomic<bool> stopping_{false};
 };
 
-}  // namespace qmv::testing
+}  // namespace qmv::testsupport

@@ -1,2 +1,0 @@
-// Keeps the CLI library non-empty while its sources grow.
-namespace qmv::cli { void keepLinked() {} }

@@ -1,0 +1,72 @@
+#include "apps/qmv/command_registry.h"
+
+#include <iostream>
+
+#include "apps/qmv/cli_app.h"
+#include "platform/fixed_location_source.h"
+#include "qmv/version.h"
+
+namespace qmv::cli {
+
+CLI::App* CommandRegistry::add(const std::string& name, const std::string& description, CommandRun run) {
+  CLI::App* command = app_.add_subcommand(name, description);
+  entries_.push_back({command, std::move(run), true});
+  return command;
+}
+
+CLI::App* CommandRegistry::addWithoutStart(const std::string& name, const std::string& description, CommandRun run) {
+  CLI::App* command = app_.add_subcommand(name, description);
+  entries_.push_back({command, std::move(run), false});
+  return command;
+}
+
+const CommandRegistry::Entry* CommandRegistry::chosen() const {
+  for (const auto& entry : entries_) {
+    if (entry.command->parsed()) return &entry;
+  }
+  return nullptr;
+}
+
+void registerAllCommands(CommandRegistry& registry) { registerShellCommands(registry); }
+
+int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
+  CLI::App app{"qmv: the client of a local-life services platform"};
+  app.set_version_flag("--version", std::string("qmv ") + QMV_VERSION_STRING);
+  GlobalOptions options;
+  app.add_option("--server", options.server, "application server base URL (else the configured one, else the embedded sandbox)");
+  app.add_option("--home", options.home, "home directory (default $XDG_DATA_HOME/qmv)");
+  app.add_option("--at", options.at, "device position LAT,LON (WGS-84)")
+      ->check(CLI::Validator(
+          [](std::string& text) {
+            return FixedLocationSource::parsePosition(text) ? std::string() : std::string("expected LAT,LON in degrees");
+          },
+          "LAT,LON"));
+  app.add_flag("--json", options.json, "print one JSON document");
+  app.add_option("--answer", options.answers, "answers for alerts, in order (a button's title or number)");
+  app.require_subcommand(0, 1);
+  CommandRegistry registry(app, false);
+  registerAllCommands(registry);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    const int code = app.exit(e, out, std::cerr);
+    return code == 0 ? kExitOk : kExitUsage;
+  }
+  const CommandRegistry::Entry* entry = registry.chosen();
+  if (entry == nullptr) {
+    out << app.help();
+    return kExitOk;
+  }
+  CliApp cli(options, out, in);
+  if (entry->needsStart) {
+    if (std::string error = cli.boot(); !error.empty()) {
+      std::cerr << "qmv: " << error << '\n';
+      return kExitFailure;
+    }
+  }
+  const int status = entry->run(cli);
+  cli.endCommand();
+  return status;
+}
+
+}  // namespace qmv::cli

@@ -1,0 +1,156 @@
+#include <set>
+
+#include "apps/sandbox/sandbox_test_support.h"
+
+namespace qmv::sandbox::testing {
+namespace {
+
+std::pair<double, double> lngLat(const Json& store) {
+  const std::string text = store["coordinate"];
+  const auto comma = text.find(',');
+  return {std::stod(text.substr(0, comma)), std::stod(text.substr(comma + 1))};
+}
+
+TEST_F(SandboxTest, CatalogueTemplatesAndAreaListWithVersion) {
+  const Json categories = api_->get("getCategoryList")["data"]["dataList"];
+  ASSERT_EQ(categories.size(), 9u);
+  EXPECT_EQ(categories[0]["name"], "全部分类");
+  EXPECT_TRUE(categories[0]["list"].empty());
+  EXPECT_EQ(categories[1]["list"][0]["id"], categories[1]["id"]) << "the 全部 entry carries the main id";
+  const Json templates = api_->get("getCategorTemplates1")["data"]["dataList"];
+  ASSERT_EQ(templates.size(), 5u);
+  EXPECT_EQ(templates[4]["list"][1]["name"], "一元夺宝");
+
+  const Json full = api_->get("getAreaList", {{"ver", "0"}})["data"];
+  const std::string ver = full["ver"];
+  ASSERT_FALSE(ver.empty());
+  std::map<std::string, Json> byName;
+  long long lastId = 0;
+  for (const Json& area : full["dataList"]) {
+    for (const char* key : {"id", "parentId", "name", "pyName", "type", "special"}) ASSERT_TRUE(area.contains(key));
+    EXPECT_GT(area["id"].get<long long>(), lastId) << "ids ascend so the last one is the highest";
+    lastId = area["id"];
+    byName[area["name"]] = area;
+  }
+  EXPECT_EQ(byName["临沂市"]["id"], 371300);
+  EXPECT_EQ(byName["临沂市"]["type"], 2);
+  EXPECT_EQ(byName["兰山区"]["parentId"], 371300);
+  EXPECT_EQ(byName["历下区"]["parentId"], byName["济南市"]["id"]);
+  const Json same = api_->get("getAreaList", {{"ver", ver}})["data"];
+  EXPECT_TRUE(same["dataList"].empty());
+  EXPECT_EQ(same["ver"], ver);
+}
+
+TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
+  // A main category covers its sub-categories; a city covers its districts.
+  const Json food = api_->get("getTypeSearchList", {{"type", "10"}, {"area", "371300"}, {"page", "1"}})["data"];
+  const int foodCount = food["count"];
+  EXPECT_GT(foodCount, 10);
+  EXPECT_EQ(food["dataList"].size(), 10u);
+  const Json foodPage2 = api_->get("getTypeSearchList", {{"type", "10"}, {"area", "371300"}, {"page", "2"}})["data"];
+  EXPECT_EQ(foodPage2["dataList"].size(), static_cast<size_t>(foodCount - 10));
+  std::set<std::string> seen;
+  for (const Json* page : {&food, &foodPage2}) {
+    for (const Json& store : (*page)["dataList"]) {
+      const int type = std::stoi(store["type"].get<std::string>());
+      EXPECT_TRUE(type >= 10 && type <= 19) << type;
+      EXPECT_TRUE(seen.insert(store["storeId"]).second) << "a store appears on two pages";
+    }
+  }
+  const Json hotpot = api_->get("getTypeSearchList", {{"type", "11"}, {"area", "371300"}})["data"];
+  EXPECT_LT(hotpot["count"].get<int>(), foodCount);
+  for (const Json& store : hotpot["dataList"]) EXPECT_EQ(store["type"], "11");
+  const Json hedong = api_->get("getTypeSearchList", {{"type", "0"}, {"area", "371312"}})["data"];
+  EXPECT_GT(hedong["count"].get<int>(), 0);
+  for (const Json& store : hedong["dataList"]) EXPECT_EQ(store["area"], "371312");
+  const Json jinan = api_->get("getTypeSearchList", {{"area", "370100"}})["data"];
+  EXPECT_GT(jinan["count"].get<int>(), 3);
+  EXPECT_EQ(api_->get("getTypeSearchList", {{"area", "999999"}})["data"]["count"], 0);
+
+  // Nearest first from a BD-09 position sent latitude first (泉城广场 in 济南).
+  const Json near = api_->get("getTypeSearchList",
+                              {{"area", "370100"}, {"sort", "1"}, {"coordinate", "36.667,117.031"}})["data"]["dataList"];
+  double previous = 0;
+  for (const Json& store : near) {
+    const auto [lng, lat] = lngLat(store);
+    EXPECT_TRUE(lng > 116 && lng < 118 && lat > 36 && lat < 37) << store["coordinate"];
+    const double d = distanceMetres(36.667, 117.031, lat, lng);
+    EXPECT_GE(d, previous);
+    previous = d;
+  }
+  const Json cheap = api_->get("getTypeSearchList", {{"area", "371300"}, {"sort", "2"}})["data"]["dataList"];
+  for (size_t i = 1; i < cheap.size(); ++i) {
+    EXPECT_LE(std::stod(cheap[i - 1]["price"].get<std::string>()), std::stod(cheap[i]["price"].get<std::string>()));
+  }
+}
+
+TEST_F(SandboxTest, KeywordSearchMapAndHomeLists) {
+  const Json hits = api_->get("getSearchList", {{"keyword", "火锅"}, {"area", "371300"}, {"page", "1"}})["data"];
+  ASSERT_GT(hits["count"].get<int>(), 0);
+  for (const Json& store : hits["dataList"]) {
+    const std::string all = store["storeName"].get<std::string>() + store["title"].get<std::string>() +
+                            store["content"].get<std::string>();
+    EXPECT_NE(all.find("火锅"), std::string::npos);
+  }
+  const Json jinanHits = api_->get("getSearchList", {{"keyword", "火锅"}, {"area", "370100"}})["data"];
+  EXPECT_EQ(jinanHits["count"], 1);
+  EXPECT_EQ(api_->get("getSearchList", {{"keyword", "不存在的店"}, {"area", "371300"}})["data"]["count"], 0);
+
+  const Json map = api_->get("getMapList", {{"type", "0"}, {"area", "371300"}, {"coordinate", "35.07,118.35"}})["data"];
+  ASSERT_GT(map["dataList"].size(), 10u);
+  for (const Json& store : map["dataList"]) EXPECT_FALSE(store["coordinate"].get<std::string>().empty());
+
+  const Json banners = api_->get("getCarouselList")["data"]["dataList"];
+  ASSERT_FALSE(banners.empty());
+  EXPECT_EQ(banners[0]["url"].get<std::string>().rfind(server_->rootUrl(), 0), 0u);
+  const Json recommended = api_->get("getRecommendStore", {{"area", "371300"}})["data"]["dataList"];
+  EXPECT_FALSE(recommended.empty());
+  const Json popular = api_->get("getPopularList", {{"area", "371300"}, {"page", "1"}})["data"];
+  EXPECT_GT(popular["count"].get<int>(), 0);
+  for (size_t i = 1; i < popular["dataList"].size(); ++i) {
+    EXPECT_GE(std::stoi(popular["dataList"][i - 1]["num"].get<std::string>()),
+              std::stoi(popular["dataList"][i]["num"].get<std::string>()));
+  }
+  const Json otherCity = api_->get("getRecommendStore", {{"area", "370100"}})["data"]["dataList"];
+  for (const Json& store : otherCity) EXPECT_NE(store["area"].get<std::string>().substr(0, 4), "3713");
+}
+
+TEST_F(SandboxTest, StoreAndOfferDetailsFollowTheMember) {
+  const Json store = api_->get("getStoreDetailInfo", {{"storeId", "1"}})["data"];
+  EXPECT_EQ(store["storeId"], "1");
+  EXPECT_EQ(store["favorite"], "0");
+  ASSERT_EQ(store["commodityList"].size(), 2u);
+  EXPECT_NE(store["imageURL"].get<std::string>().find('|'), std::string::npos);
+  EXPECT_FALSE(store["dataList"].empty()) << "the detail carries its latest ratings";
+  EXPECT_EQ(api_->get("getStoreDetailInfo", {{"storeId", "4242"}})["message"], "商家不存在");
+
+  const std::string session = api_->login();
+  EXPECT_EQ(api_->get("getStoreDetailInfo", {{"storeId", "1"}, {"sessionId", session}})["data"]["favorite"], "1");
+  const std::string fresh = api_->get("getStoreDetailInfo", {{"storeId", "20"}})["data"]["commodityList"][0]["commodityId"];
+  const Json offer = api_->get("getCommodityDetailInfo", {{"commodityId", fresh}, {"sessionId", session}})["data"];
+  for (const char* key : {"ruleList", "taocanList", "remarkList"}) EXPECT_TRUE(offer[key].is_array()) << key;
+  EXPECT_EQ(offer["isFirst"], "1");
+  EXPECT_LT(std::stod(offer["firstPrice"].get<std::string>()), std::stod(offer["nowPrice"].get<std::string>()));
+  // The demo member already bought offer 1, so it is no longer a first purchase for him.
+  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "1"}, {"sessionId", session}})["data"]["isFirst"], "0");
+  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "1"}})["data"]["isFirst"], "1");
+  EXPECT_EQ(code(api_->get("getCommodityDetailInfo", {{"commodityId", "0"}})), "1");
+}
+
+TEST_F(SandboxTest, BookmarksToggleAndAreListed) {
+  const std::string session = api_->login();
+  const size_t before = api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size();
+  EXPECT_EQ(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "5"}})["data"]["favorite"], "1");
+  EXPECT_EQ(api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size(), before + 1);
+  EXPECT_EQ(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "5"}})["data"]["favorite"], "0");
+  EXPECT_EQ(api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size(), before);
+  EXPECT_EQ(code(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "777"}})), "1");
+  EXPECT_EQ(api_->post("postCollectCommodity", {{"sessionId", session}, {"commodityId", "3"}})["data"]["favorite"], "1");
+  const Json offers = api_->get("getMyCommodityFavorite", {{"sessionId", session}})["data"]["dataList"];
+  ASSERT_EQ(offers.size(), 1u);
+  EXPECT_EQ(offers[0]["commodityId"], "3");
+  EXPECT_EQ(offers[0]["favorite"], "1");
+}
+
+}  // namespace
+}  // namespace qmv::sandbox::testing

@@ -1,0 +1,214 @@
+#include <set>
+#include <thread>
+
+#include "apps/sandbox/sandbox_test_support.h"
+
+namespace qmv::sandbox::testing {
+namespace {
+
+Args storePayment(const std::string& session, long long fen, const std::string& channel, bool useBalance) {
+  return {{"sessionId", session}, {"totalFee", std::to_string(fen)}, {"accountType", channel},
+          {"useBalance", useBalance ? "true" : "false"}, {"storeId", "3"}};
+}
+
+TEST_F(SandboxTest, BalancePaymentCompletesAtOnceAndNeverGoesNegative) {
+  const std::string session = api_->login();
+  const Json paid = api_->post("postPayForStore", storePayment(session, 2500, "3", true));
+  ASSERT_EQ(code(paid), "0");
+  EXPECT_FALSE(paid["data"]["prepay_id"].get<std::string>().empty());
+  const std::string orderId = paid["data"]["orderId"];
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
+  const Json detail = api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", orderId}})["data"];
+  EXPECT_EQ(detail["status"], "2");
+  EXPECT_EQ(detail["orderType"], "1");
+  EXPECT_EQ(detail["totalPrices"], "25.00");
+  EXPECT_FALSE(detail["time"].get<std::string>().empty());
+
+  const Json refused = api_->post("postPayForStore", storePayment(session, kDemoBalanceFen, "3", true));
+  EXPECT_EQ(refused["message"], "余额不足");
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
+  for (const char* bad : {"0", "-5", "12.5", ""}) {
+    EXPECT_EQ(code(api_->post("postPayForStore", {{"sessionId", session}, {"totalFee", bad}, {"accountType", "3"},
+                                                  {"storeId", "3"}})),
+              "1")
+        << bad;
+  }
+  EXPECT_EQ(api_->post("postPayForStore", storePayment(session, 100, "7", false))["message"], "支付方式不正确");
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
+}
+
+TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThen) {
+  const std::string session = api_->login();
+  const long long total = kDemoBalanceFen + 1500;
+  const Json waiting = api_->post("postPayForStore", storePayment(session, total, "0", true));
+  ASSERT_EQ(code(waiting), "0");
+  const std::string prepay = waiting["data"]["prepay_id"];
+  const std::string orderId = waiting["data"]["orderId"];
+  EXPECT_EQ(waiting["data"]["payState"], "waiting");
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen) << "nothing is taken before the channel reports";
+  EXPECT_EQ(code(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", orderId}})), "0");
+  const Json listed = api_->get("getMyPosts", {{"sessionId", session}, {"type", "0"}})["data"]["dataList"];
+  for (const Json& order : listed) {
+    EXPECT_NE(order["orderId"], orderId) << "unpaid orders are not listed";
+  }
+  EXPECT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", prepay}, {"result", "maybe"}})), "1");
+  EXPECT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", "unknown"}, {"result", "success"}})), "1");
+  ASSERT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", prepay}, {"result", "success"}})), "0");
+  EXPECT_EQ(api_->balance(session), 0);
+  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", orderId}})["data"]["status"], "2");
+  EXPECT_EQ(api_->post("/sandbox/pay/complete", {{"prepay_id", prepay}, {"result", "success"}})["message"],
+            "该订单已处理");
+
+  // Without balance use the channel pays it all; a cancelled payment closes the order.
+  const Json cancelled = api_->post("postPayForStore", storePayment(session, 800, "2", false));
+  ASSERT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "cancel"}})),
+            "0");
+  EXPECT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "success"}})),
+            "1");
+  EXPECT_EQ(api_->balance(session), 0);
+}
+
+TEST_F(SandboxTest, BalancePartThatVanishedBeforeCompletionIsRefused) {
+  const std::string session = api_->login();
+  const Json waiting = api_->post("postPayForStore", storePayment(session, kDemoBalanceFen + 100, "1", true));
+  ASSERT_EQ(code(waiting), "0");
+  ASSERT_EQ(code(api_->post("postPayForStore", storePayment(session, 1000, "3", true))), "0");
+  EXPECT_EQ(api_->post("/sandbox/pay/complete", {{"prepay_id", waiting["data"]["prepay_id"]}, {"result", "success"}})
+                ["message"],
+            "余额不足");
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 1000);
+}
+
+TEST_F(SandboxTest, ActivityAndDrawOrdersCheckTheirTotals) {
+  const std::string session = api_->login();
+  const Json offer = api_->get("getCommodityDetailInfo", {{"commodityId", "39"}, {"sessionId", session}})["data"];
+  ASSERT_EQ(offer["isFirst"], "1");
+  const long long now = std::llround(std::stod(offer["nowPrice"].get<std::string>()) * 100);
+  const long long first = std::llround(std::stod(offer["firstPrice"].get<std::string>()) * 100);
+  Args form = {{"sessionId", session}, {"accountType", "3"}, {"useBalance", "true"}, {"storeId", "20"},
+               {"activityId", "39"}, {"activityCount", "3"}, {"isFirstOrder", "1"}};
+  form["totalFee"] = std::to_string(3 * now);
+  EXPECT_EQ(api_->post("postPayForActivity", form)["message"], "支付金额不正确");
+  form["totalFee"] = std::to_string(2 * now + first);
+  const Json paid = api_->post("postPayForActivity", form);
+  ASSERT_EQ(code(paid), "0");
+  const Json order = api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", paid["data"]["orderId"]}})["data"];
+  EXPECT_EQ(order["status"], "1");
+  EXPECT_EQ(order["number"], "3");
+  EXPECT_EQ(order["promotionCode"].get<std::string>().size(), 12u);
+  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2 * now - first);
+  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "39"}, {"sessionId", session}})["data"]["isFirst"], "0");
+  EXPECT_EQ(api_->post("postPayForActivity", form)["message"], "您已享受过首单优惠");
+
+  Args draw = {{"sessionId", session}, {"accountType", "3"}, {"useBalance", "true"}, {"productId", "1"},
+               {"series", "12"}, {"acount", "5"}, {"totalFee", "400"}};
+  EXPECT_EQ(code(api_->post("postPayForIndiana", draw)), "1");
+  draw["totalFee"] = "500";
+  ASSERT_EQ(code(api_->post("postPayForIndiana", draw)), "0");
+  draw["productId"] = "99";
+  EXPECT_EQ(code(api_->post("postPayForIndiana", draw)), "1");
+}
+
+TEST_F(SandboxTest, OrderTabsRefundAndRating) {
+  const std::string session = api_->login();
+  auto tab = [&](int type, int page = 1) {
+    return api_->get("getMyPosts", {{"sessionId", session}, {"type", std::to_string(type)}, {"page", std::to_string(page)}})
+        ["data"]["dataList"];
+  };
+  const Json all = tab(0);
+  EXPECT_EQ(all.size(), 10u);
+  EXPECT_EQ(tab(0, 2).size(), 2u);
+  std::set<std::string> statuses;
+  for (const Json* page : {&all}) {
+    for (const Json& order : *page) {
+      for (const char* key : {"storeId", "storeName", "time", "isComment", "orderId", "price", "name", "orderName",
+                              "commodityId", "imageURL", "star", "promotionCode", "phone", "number", "totalPrices",
+                              "content", "status", "orderType"}) {
+        EXPECT_TRUE(order.contains(key)) << key;
+      }
+    }
+  }
+  for (const Json& order : tab(0, 2)) statuses.insert(order["status"].get<std::string>());
+  for (const Json& order : all) statuses.insert(order["status"].get<std::string>());
+  EXPECT_EQ(statuses, (std::set<std::string>{"1", "2", "3", "4"}));
+  for (const Json& order : tab(1)) EXPECT_EQ(order["status"], "1");
+  for (const Json& order : tab(2)) EXPECT_EQ(order["status"], "2");
+  for (const Json& order : tab(3)) EXPECT_TRUE(order["status"] == "3" || order["status"] == "4");
+
+  const Json toUse = tab(1)[0];
+  const long long before = api_->balance(session);
+  ASSERT_EQ(code(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})), "0");
+  EXPECT_EQ(api_->balance(session),
+            before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
+  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["data"]["status"], "3");
+  EXPECT_EQ(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["message"],
+            "该订单不能退款");
+  EXPECT_EQ(api_->balance(session), before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
+
+  const Json toRate = tab(2)[0];
+  EXPECT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "6"}})), "1");
+  ASSERT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "4"},
+                                          {"content", "不错"}})),
+            "0");
+  const Json rated = api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", toRate["orderId"]}})["data"];
+  EXPECT_EQ(rated["star"], "4");
+  EXPECT_EQ(rated["isComment"], "1");
+  const Json remarks = api_->get("getRemarkMeByUser", {{"storeId", rated["storeId"]}, {"star", "4"}})["data"];
+  ASSERT_FALSE(remarks["dataList"].empty());
+  for (const Json& remark : remarks["dataList"]) EXPECT_EQ(remark["star"], "4");
+  EXPECT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "4"}})), "1");
+  // Another member's order is unknown to this one.
+  const std::string other = api_->login("13800000001");
+  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", other}, {"orderId", toRate["orderId"]}})["message"], "订单不存在");
+}
+
+TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
+  const std::string session = api_->login();
+  constexpr int kThreads = 6;
+  constexpr int kAttempts = 8;
+  constexpr long long kFee = 1100;  // 48 attempts of 11 yuan exceed the 500 yuan balance
+  std::atomic<int> paid{0};
+  std::atomic<int> refusedForBalance{0};
+  std::atomic<int> other{0};
+  std::vector<std::thread> threads;
+  for (int t = 0; t < kThreads; ++t) {
+    threads.emplace_back([&] {
+      ApiClient client(server_->port());
+      for (int i = 0; i < kAttempts; ++i) {
+        const Json reply = client.post("postPayForStore", storePayment(session, kFee, "3", true));
+        if (reply.value("success", "") == "0") {
+          ++paid;
+        } else if (reply.value("message", "") == "余额不足") {
+          ++refusedForBalance;
+        } else {
+          ++other;
+        }
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(other.load(), 0);
+  EXPECT_EQ(paid.load(), kDemoBalanceFen / kFee);
+  EXPECT_EQ(paid + refusedForBalance, kThreads * kAttempts);
+  const long long balance = api_->balance(session);
+  EXPECT_EQ(balance, kDemoBalanceFen - paid * kFee);
+  EXPECT_GE(balance, 0);
+  // The fund records add up to the balance.
+  long long sum = 0;
+  for (int page = 1;; ++page) {
+    const Json records =
+        api_->get("getTopUpListForUser", {{"sessionId", session}, {"page", std::to_string(page)}})["data"]["dataList"];
+    if (records.empty()) break;
+    for (const Json& record : records) sum += std::stoll(record["amount"].get<std::string>());
+  }
+  EXPECT_EQ(sum, balance);
+}
+
+TEST_F(SandboxTest, VouchersAreListed) {
+  const Json vouchers = api_->get("getMyVoucher", {{"sessionId", api_->login()}, {"page", "1"}})["data"]["dataList"];
+  ASSERT_EQ(vouchers.size(), 2u);
+  EXPECT_EQ(vouchers[0]["price"], "5.00");
+}
+
+}  // namespace
+}  // namespace qmv::sandbox::testing

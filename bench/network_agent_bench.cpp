@@ -1,0 +1,177 @@
+// Cost of the request agent per small GET against a loopback server, next to raw libcurl
+// (one multi handle driving four reused easy handles) doing the same four GETs at a time.
+// Prints the ratio agent/raw at the end.
+#include <benchmark/benchmark.h>
+#include <curl/curl.h>
+
+#include <cstdio>
+#include <ctime>
+#include <map>
+#include <memory>
+
+#include "core/request/base_request.h"
+#include "core/request/network_config.h"
+#include "platform/cookie_store.h"
+#include "platform/env.h"
+#include "platform/linux/asio_main_loop.h"
+#include "platform/linux/curl_transport.h"
+#include "platform/testing/loopback_server.h"
+
+namespace {
+
+constexpr int kParallel = 4;
+constexpr const char* kBody = R"({"success":"0","message":"","data":{"id":"1","name":"shop"}})";
+
+qmv::testsupport::LoopbackServer& server() {
+  static auto* s = [] {
+    auto* srv = new qmv::testsupport::LoopbackServer;
+    srv->server().Get("/small", [](const httplib::Request&, httplib::Response& res) {
+      res.set_content(kBody, "application/json");
+    });
+    srv->start();
+    return srv;
+  }();
+  return *s;
+}
+
+// CPU time of the whole process (client, worker and server threads) in microseconds:
+// unlike wall time, it does not depend on how busy the rest of the machine is.
+double processCpuMicros() {
+  timespec ts{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
+  return static_cast<double>(ts.tv_sec) * 1e6 + static_cast<double>(ts.tv_nsec) / 1e3;
+}
+
+void reportCpu(benchmark::State& state, double startCpu) {
+  state.counters["cpu_us_per_get"] =
+      (processCpuMicros() - startCpu) / static_cast<double>(state.iterations() * kParallel);
+}
+
+class SmallGet : public qmv::BaseRequest {
+ public:
+  std::string requestUrl() const override { return "small"; }
+};
+
+void BM_AgentGet(benchmark::State& state) {
+  auto loop = std::make_shared<qmv::AsioMainLoop>();
+  qmv::Env env;
+  env.mainLoop = loop;
+  env.cookies = std::make_shared<qmv::MemoryCookieStore>();
+  env.http = std::make_shared<qmv::CurlTransport>(loop, env.cookies);
+  qmv::ScopedEnv scoped(std::move(env));
+  qmv::NetworkConfig::sharedInstance().setBaseUrl(server().url("/"));
+
+  std::vector<std::shared_ptr<SmallGet>> requests;
+  for (int i = 0; i < kParallel; ++i) requests.push_back(std::make_shared<SmallGet>());
+  std::size_t bytes = 0;
+  const double startCpu = processCpuMicros();
+  for (auto _ : state) {
+    int done = 0;
+    for (auto& r : requests) {
+      r->setCompletionBlockWithSuccess([&](qmv::BaseRequest& req) {
+        bytes += req.responseString().size();
+        ++done;
+      }, [&](qmv::BaseRequest&) { ++done; });
+      r->start();
+    }
+    loop->runUntil([&] { return done == kParallel; }, std::chrono::milliseconds(10000));
+  }
+  reportCpu(state, startCpu);
+  benchmark::DoNotOptimize(bytes);
+  state.SetItemsProcessed(state.iterations() * kParallel);
+}
+
+size_t collect(char* data, size_t size, size_t count, void* out) {
+  static_cast<std::string*>(out)->append(data, size * count);
+  return size * count;
+}
+
+void BM_RawCurlGet(benchmark::State& state) {
+  curl_global_init(CURL_GLOBAL_DEFAULT);
+  const std::string url = server().url("/small");
+  CURLM* multi = curl_multi_init();
+  std::vector<CURL*> handles;
+  std::vector<std::string> bodies(kParallel);
+  for (int i = 0; i < kParallel; ++i) {
+    CURL* easy = curl_easy_init();
+    curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, 10000L);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &collect);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &bodies[i]);
+    handles.push_back(easy);
+  }
+  std::size_t bytes = 0;
+  const double startCpu = processCpuMicros();
+  for (auto _ : state) {
+    for (int i = 0; i < kParallel; ++i) {
+      bodies[i].clear();
+      curl_multi_add_handle(multi, handles[i]);
+    }
+    int running = kParallel;
+    while (running > 0) {
+      curl_multi_perform(multi, &running);
+      if (running > 0) curl_multi_poll(multi, nullptr, 0, 1000, nullptr);
+    }
+    int left = 0;
+    while (CURLMsg* msg = curl_multi_info_read(multi, &left)) {
+      if (msg->msg == CURLMSG_DONE) curl_multi_remove_handle(multi, msg->easy_handle);
+    }
+    for (const auto& b : bodies) bytes += b.size();
+  }
+  reportCpu(state, startCpu);
+  benchmark::DoNotOptimize(bytes);
+  state.SetItemsProcessed(state.iterations() * kParallel);
+  for (CURL* easy : handles) curl_easy_cleanup(easy);
+  curl_multi_cleanup(multi);
+}
+
+// Repetitions are interleaved at random (see main) and compared by their medians, so
+// that load from other processes falls on both sides alike.
+BENCHMARK(BM_AgentGet)->UseRealTime()->MinTime(0.5)->Repetitions(10)->ReportAggregatesOnly(true);
+BENCHMARK(BM_RawCurlGet)->UseRealTime()->MinTime(0.5)->Repetitions(10)->ReportAggregatesOnly(true);
+
+// Remembers each benchmark's median real time per iteration to print the ratio.
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const auto& run : runs) {
+      if (run.aggregate_name != "median") continue;
+      times_[run.run_name.function_name] = run.GetAdjustedRealTime();
+      if (const auto cpu = run.counters.find("cpu_us_per_get"); cpu != run.counters.end()) {
+        cpu_[run.run_name.function_name] = cpu->second.value;
+      }
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+  void printRatio() const {
+    const auto agent = times_.find("BM_AgentGet");
+    const auto raw = times_.find("BM_RawCurlGet");
+    if (agent == times_.end() || raw == times_.end() || raw->second <= 0) return;
+    std::printf("agent / raw libcurl per GET (4 at a time, medians): %.3fx wall time", agent->second / raw->second);
+    if (cpu_.contains("BM_AgentGet") && cpu_.contains("BM_RawCurlGet") && cpu_.at("BM_RawCurlGet") > 0) {
+      std::printf(", %.3fx process CPU", cpu_.at("BM_AgentGet") / cpu_.at("BM_RawCurlGet"));
+    }
+    std::printf("\n");
+  }
+
+ private:
+  std::map<std::string, double> times_;
+  std::map<std::string, double> cpu_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<char*> args(argv, argv + argc);
+  static char interleave[] = "--benchmark_enable_random_interleaving=true";
+  args.insert(args.begin() + 1, interleave);
+  argc = static_cast<int>(args.size());
+  argv = args.data();
+  benchmark::Initialize(&argc, argv);
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.printRatio();
+  benchmark::Shutdown();
+  return 0;
+}

@@ -1,0 +1,76 @@
+#include "core/common/url_parts.h"
+
+#include <cctype>
+
+namespace qmv {
+namespace {
+
+int hexValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+// Malformed escapes are kept as typed rather than dropped.
+std::string percentDecode(std::string_view text) {
+  std::string out;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '%' && i + 2 < text.size()) {
+      const int hi = hexValue(text[i + 1]);
+      const int lo = hexValue(text[i + 2]);
+      if (hi >= 0 && lo >= 0) {
+        out += static_cast<char>(hi * 16 + lo);
+        i += 2;
+        continue;
+      }
+    }
+    out += text[i];
+  }
+  return out;
+}
+
+}  // namespace
+
+std::string urlScheme(std::string_view url) {
+  const auto sep = url.find("://");
+  if (sep == std::string_view::npos) return {};
+  std::string scheme(url.substr(0, sep));
+  for (char& c : scheme) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return scheme;
+}
+
+std::string urlHost(std::string_view url) {
+  const auto sep = url.find("://");
+  if (sep == std::string_view::npos) return {};
+  std::string_view rest = url.substr(sep + 3);
+  rest = rest.substr(0, rest.find_first_of("/?#"));
+  if (const auto at = rest.rfind('@'); at != std::string_view::npos) rest = rest.substr(at + 1);
+  if (const auto colon = rest.find(':'); colon != std::string_view::npos) rest = rest.substr(0, colon);
+  return std::string(rest);
+}
+
+std::map<std::string, std::string> urlQueryPairs(std::string_view url) {
+  std::map<std::string, std::string> pairs;
+  const auto q = url.find('?');
+  if (q == std::string_view::npos) return pairs;
+  std::string_view query = url.substr(q + 1);
+  query = query.substr(0, query.find('#'));
+  while (!query.empty()) {
+    const auto amp = query.find('&');
+    const std::string_view pair = query.substr(0, amp);
+    if (!pair.empty()) {
+      const auto eq = pair.find('=');
+      if (eq == std::string_view::npos) {
+        pairs[percentDecode(pair)] = "";
+      } else {
+        pairs[percentDecode(pair.substr(0, eq))] = percentDecode(pair.substr(eq + 1));
+      }
+    }
+    if (amp == std::string_view::npos) break;
+    query = query.substr(amp + 1);
+  }
+  return pairs;
+}
+
+}  // namespace qmv

@@ -1,0 +1,20 @@
+#pragma once
+// The pieces of an inbound URL that routing reads: the host, and the query pairs split
+// the way the pages' links are written ("?" then key=value pairs joined by "&").
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace qmv {
+
+// "qqqmmmvvv://safepay/?x=1" -> "safepay". Empty when the text has no "scheme://".
+std::string urlHost(std::string_view url);
+
+// "scheme" of "scheme://...", lower-cased; empty when absent.
+std::string urlScheme(std::string_view url);
+
+// The pairs after the first "?", split at "&" and then at the first "="; a pair without
+// "=" maps to "". Later duplicates win. Values are percent-decoded.
+std::map<std::string, std::string> urlQueryPairs(std::string_view url);
+
+}  // namespace qmv

@@ -1,0 +1,49 @@
+#include "features/orders/payment_results.h"
+
+#include "core/common/dictionary.h"
+#include "core/common/string_util.h"
+#include "platform/env.h"
+#include "platform/payment_channels.h"
+#include "platform/status_overlay.h"
+
+namespace qmv {
+namespace {
+
+void show(const std::string& image, const std::string& text) {
+  if (auto overlay = Env::current().overlay) overlay->showImage(image, text);
+}
+
+}  // namespace
+
+bool UPPayUtil::uppayWithTN(const std::string& tn, const std::string& controller, const std::string& scheme) {
+  const auto& payments = Env::current().payments;
+  if (!payments || !payments->uppay) return false;
+  return payments->uppay->startPay(tn, scheme, "00", controller);
+}
+
+void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPaySuccessNotiDelay) {
+  const auto& payments = Env::current().payments;
+  if (!payments || !payments->uppay) return;
+  payments->uppay->handlePaymentResult(url, [post = std::move(postPaySuccessNotiDelay)](const std::string& code,
+                                                                                          const Json&) {
+    if (code == "success") {
+      show("", "支付成功");
+      if (post) post();
+    } else if (code == "fail") {
+      show("", "支付失败");
+    } else if (code == "cancel") {
+      show("", "支付取消");
+    }
+  });
+}
+
+void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSuccess) {
+  if (strForKey(resultDic, "resultStatus") == "9000") {
+    if (onSuccess) onSuccess();
+    return;
+  }
+  const std::string memo = strForKey(resultDic, "memo");
+  if (!memo.empty()) show("error", StringUtil::convertUnicodeToString(memo));
+}
+
+}  // namespace qmv

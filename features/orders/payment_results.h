@@ -1,0 +1,23 @@
+#pragma once
+// What the client does with the results the payment libraries report.
+#include <functional>
+#include <string>
+
+#include "core/common/json.h"
+
+namespace qmv {
+
+class UPPayUtil {
+ public:
+  // Hands the transaction number to the bank-card plug-in (production mode "00").
+  static bool uppayWithTN(const std::string& tn, const std::string& controller, const std::string& scheme);
+  // An inbound "uppayresult" URL: "success" shows "支付成功" and runs
+  // `postPaySuccessNotiDelay`; "fail" shows "支付失败"; "cancel" shows "支付取消".
+  static void handleURL(const std::string& url, std::function<void()> postPaySuccessNotiDelay);
+};
+
+// The external wallet's result dictionary: "resultStatus" "9000" runs `onSuccess`; any
+// other status shows the unescaped "memo" as an error, when there is one.
+void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSuccess);
+
+}  // namespace qmv

@@ -1,0 +1,223 @@
+#include "shell/app_delegate.h"
+
+#include "core/common/dictionary.h"
+#include "core/common/notification_names.h"
+#include "core/request/network_config.h"
+#include "features/orders/payment_results.h"
+#include "platform/app_window.h"
+#include "platform/env.h"
+#include "platform/navigator.h"
+#include "platform/payment_channels.h"
+#include "platform/push_service.h"
+#include "platform/reachability.h"
+#include "platform/settings_store.h"
+#include "platform/status_overlay.h"
+#include "platform/vendor_sdks.h"
+#include "core/common/url_parts.h"
+
+namespace qmv {
+namespace {
+
+const std::vector<std::string> kSharePlatforms = {"wechat_session", "wechat_timeline", "sina_weibo"};
+
+void show(const std::string& text) {
+  if (auto overlay = Env::current().overlay) overlay->showImage("", text);
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(AppConfig config) : config_(std::move(config)) {}
+
+AppDelegate::~AppDelegate() {
+  const Env& env = Env::current();
+  if (changeBaseUrlToken_ != 0 && env.notifications) env.notifications->removeObserver(changeBaseUrlToken_);
+  if (launchTimer_ != 0 && env.mainLoop) env.mainLoop->cancelTimer(launchTimer_);
+}
+
+bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
+  const Env& env = Env::current();
+  if (env.crashReporter) env.crashReporter->start(config_.crashReporterAppId);
+  initPush(launchOptions);
+  if (env.window) {
+    env.window->setBackgroundColor(Rgba{255, 255, 255, 1});
+    env.window->configureKeyboard(/*automaticToolbar=*/false, /*enabled=*/true, /*resignOnTouchOutside=*/true);
+  }
+  if (env.notifications) {
+    changeBaseUrlToken_ = env.notifications->addObserver(
+        kChangeBaseUrlNotification, [this](const std::string&, const Json& userInfo) { changeBaseUrl(userInfo); });
+  }
+  NetworkConfig::sharedInstance().setBaseUrl(config_.serverBaseUrl);
+  if (env.window) env.window->setOverlayDefaultStyle(1);
+  if (env.reachability) env.reachability->startMonitoring();
+  if (env.analytics) env.analytics->start(config_.analyticsAppKey, 1, "");
+  initShare();
+  if (env.payments && env.payments->wechat) env.payments->wechat->registerApp(config_.wechatAppId, "qmv");
+  if (env.window) {
+    env.window->setStatusBar(/*hidden=*/false, /*style=*/1);
+    NavigationBarAppearance looks;
+    looks.barTint = Rgba{241, 161, 72, 1};
+    looks.tint = Rgba{255, 255, 255, 1};
+    looks.titleColor = Rgba{255, 255, 255, 1};
+    looks.titleFontSize = 18;
+    looks.backTitleOffsetX = 0;
+    looks.backTitleOffsetY = -60;  // hides the back button's title
+    env.window->setNavigationBarAppearance(looks);
+    env.window->createWithScreenBounds();
+  }
+
+  if (env.settings && env.settings->boolForKey("isLaunched")) {
+    jump2MainViewCtrl();
+  } else {
+    if (env.navigator) env.navigator->setRoot("LaunchViewController");
+    if (env.settings) {
+      env.settings->setString(kDefaultCity, "select_city");
+      env.settings->setString(kDefaultCity, "select_city_dis");
+    }
+  }
+
+  if (env.window) env.window->makeKeyAndVisible();
+  if (env.settings) {
+    env.settings->setBool(true, "isLaunched");
+    env.settings->synchronize();
+  }
+  setLunchImage();
+  return true;
+}
+
+void AppDelegate::initPush(const Json& launchOptions) {
+  const auto& push = Env::current().push;
+  if (!push) return;
+  push->start(config_.pushAppKey, launchOptions);
+  PushService::Category category{"category1",
+                                 {{"action1_identifier", "Accept"}, {"action2_identifier", "Reject"}}};
+  push->registerForNotifications(category);
+  push->setLogEnabled(true);
+}
+
+void AppDelegate::initShare() {
+  if (auto sharing = Env::current().sharing) sharing->registerApp(config_.shareAppKey, kSharePlatforms);
+}
+
+void AppDelegate::jump2MainViewCtrl() {
+  std::vector<std::string> tabs = {"MainViewController", "NearbyViewController", "WealthViewController",
+                                   "QXH5ViewController", "ZDMyViewController"};
+  tabBarViewCtrl_.emplace(tabs);
+  const Env& env = Env::current();
+  if (env.navigator) {
+    // The community page is the H5 tab, opened with its page type.
+    env.navigator->setRoot("TabBarViewController", Json{{"viewControllers", tabs}, {"h5Type", 1}});
+  }
+  if (env.window) env.window->makeKeyAndVisible();
+}
+
+void AppDelegate::setLunchImage() {
+  const Env& env = Env::current();
+  if (!env.window) return;
+  // Dropping the cached copy first shows the newest server image on every start.
+  env.window->removeCachedImage(config_.welcomeImageUrl);
+  env.window->showLaunchView("welcome_first", config_.welcomeImageUrl);
+  if (env.mainLoop) {
+    if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
+    launchTimer_ = env.mainLoop->postAfter(kLaunchImageDuration, [this] {
+      launchTimer_ = 0;
+      removeLun();
+    });
+  }
+}
+
+void AppDelegate::removeLun() {
+  if (auto window = Env::current().window) window->removeLaunchView();
+}
+
+void AppDelegate::changeBaseUrl(const Json& userInfo) {
+  // A missing "type" leaves the base empty: relative endpoints then have no host.
+  NetworkConfig::sharedInstance().setBaseUrl(strForKey(userInfo, "type"));
+}
+
+void AppDelegate::applicationWillEnterForeground() {
+  if (auto window = Env::current().window) {
+    window->setApplicationIconBadgeNumber(0);
+    window->cancelAllLocalNotifications();
+  }
+}
+
+bool AppDelegate::openURL(const std::string& url, const std::string& sourceApplication) {
+  const auto& payments = Env::current().payments;
+  if (sourceApplication == kWeChatSource) {
+    if (!payments || !payments->wechat) return false;
+    return payments->wechat->handleOpenURL(url, [this](int errCode) { onResp(errCode); });
+  }
+  const std::string host = urlHost(url);
+  const auto onAlipayResult = [](const Json& result) {
+    handleAlipayResult(result, [] {
+      if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
+    });
+  };
+  if (host == "safepay") {
+    if (!payments || !payments->alipay) return false;
+    payments->alipay->processOrderWithPaymentResult(url, onAlipayResult);
+    return true;
+  }
+  if (host == "platformapi") {
+    if (!payments || !payments->alipay) return false;
+    payments->alipay->processAuthResult(url, onAlipayResult);
+    return true;
+  }
+  if (host == "uppayresult") {
+    UPPayUtil::handleURL(url, [this] { postPaySuccessNotiDelay(); });
+    return true;
+  }
+  return false;
+}
+
+void AppDelegate::onResp(int errCode) {
+  if (errCode == 0) {
+    if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
+    show("支付成功");
+  } else {
+    show("支付失败");
+  }
+}
+
+void AppDelegate::postPaySuccessNotiDelay() {
+  const Env& env = Env::current();
+  if (!env.mainLoop) return;
+  env.mainLoop->postAfter(kPaySuccessDelay, [] {
+    if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
+  });
+}
+
+void AppDelegate::changeToCirecles() {
+  if (tabBarViewCtrl_) tabBarViewCtrl_->selectItem(TabBarViewController::kCirclesTab);
+}
+
+void AppDelegate::changeToNearWithType(const std::string& typeId) {
+  if (tabBarViewCtrl_) tabBarViewCtrl_->selectItem(TabBarViewController::kNearbyTab);
+  if (nearbyCtrl_ && nearbyCtrl_->isViewLoaded()) {
+    nearbyCtrl_->selectedCategoryFromMain(typeId);
+    return;
+  }
+  // The nearby view is being created by the tab switch; hand over once it exists.
+  currentType_ = typeId;
+  if (auto loop = Env::current().mainLoop) loop->postAfter(kNearbyHandoffDelay, [this] { jump2nearByTypeThread(); });
+}
+
+void AppDelegate::changeToNearWithKey(const std::string& keyword) {
+  if (tabBarViewCtrl_) tabBarViewCtrl_->selectItem(TabBarViewController::kNearbyTab);
+  if (nearbyCtrl_ && nearbyCtrl_->isViewLoaded()) {
+    nearbyCtrl_->selectedKeyFromMain(keyword);
+    return;
+  }
+  currentKey_ = keyword;
+  if (auto loop = Env::current().mainLoop) loop->postAfter(kNearbyHandoffDelay, [this] { jump2nearByKeyThread(); });
+}
+
+void AppDelegate::jump2nearByTypeThread() {
+  if (nearbyCtrl_) nearbyCtrl_->selectedCategoryFromMain(currentType_);
+}
+
+void AppDelegate::jump2nearByKeyThread() {
+  if (nearbyCtrl_) nearbyCtrl_->selectedKeyFromMain(currentKey_);
+}
+
+}  // namespace qmv

@@ -1,0 +1,80 @@
+#pragma once
+// The application delegate: runs once at process start (crash reporter, push, keyboard,
+// the "changeBaseUrl" observer, base URL, overlay style, reachability, analytics,
+// sharing, messaging-app registration, looks, then the first-run guide or the main tabs
+// and the 3-second launch image), and is the one entry for inbound URLs from payment
+// applications and for the home screen's jumps to other tabs. Interface thread only.
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/common/json.h"
+#include "platform/main_loop.h"
+#include "platform/notification_center.h"
+#include "shell/app_config.h"
+#include "shell/nearby_handoff.h"
+#include "shell/tab_bar_view_controller.h"
+
+namespace qmv {
+
+class AppDelegate {
+ public:
+  static constexpr const char* kDefaultCity = "临沂市";
+  static constexpr const char* kWeChatSource = "com.tencent.xin";
+  static constexpr MainLoop::Duration kLaunchImageDuration{3000};
+  static constexpr MainLoop::Duration kNearbyHandoffDelay{100};
+  // How long postPaySuccessNotiDelay waits, so the payment library's own screen has
+  // closed before the pay-now screen reacts.
+  static constexpr MainLoop::Duration kPaySuccessDelay{500};
+
+  explicit AppDelegate(AppConfig config);
+  ~AppDelegate();
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+
+  // application:didFinishLaunchingWithOptions:
+  bool didFinishLaunchingWithOptions(const Json& launchOptions = nullptr);
+  void jump2MainViewCtrl();
+  void setLunchImage();
+  void removeLun();
+  // The "changeBaseUrl" handler: the user info's "type" becomes the base URL.
+  void changeBaseUrl(const Json& userInfo);
+  void applicationWillEnterForeground();
+
+  // Inbound URL, first match wins: the messaging application's source, then the hosts
+  // "safepay", "platformapi", "uppayresult". Returns whether a handler took it.
+  bool openURL(const std::string& url, const std::string& sourceApplication);
+  // The messaging application's payment response.
+  void onResp(int errCode);
+  void postPaySuccessNotiDelay();
+
+  // Jumps requested by the home screen.
+  void changeToCirecles();
+  void changeToNearWithType(const std::string& typeId);
+  void changeToNearWithKey(const std::string& keyword);
+  void jump2nearByTypeThread();
+  void jump2nearByKeyThread();
+
+  // The nearby screen, once the main tabs exist (not owned beyond this pointer).
+  void setNearbyCtrl(std::shared_ptr<NearbyHandoff> nearby) { nearbyCtrl_ = std::move(nearby); }
+
+  const AppConfig& config() const { return config_; }
+  // Null until the main tabs are shown.
+  TabBarViewController* tabBarViewCtrl() { return tabBarViewCtrl_ ? &*tabBarViewCtrl_ : nullptr; }
+  // The order whose payment just succeeded.
+  std::string successOrderID;
+
+ private:
+  void initPush(const Json& launchOptions);
+  void initShare();
+
+  AppConfig config_;
+  std::optional<TabBarViewController> tabBarViewCtrl_;
+  std::shared_ptr<NearbyHandoff> nearbyCtrl_;
+  std::string currentType_;
+  std::string currentKey_;
+  NotificationCenter::ObserverToken changeBaseUrlToken_ = 0;
+  MainLoop::TimerId launchTimer_ = 0;
+};
+
+}  // namespace qmv
