@@ -7,7 +7,7 @@
 #include "core/session/settings_keys.h"
 #include "tests/account_test_env.h"
 
-namespace qmv::testing {
+namespace qmv::testsupport {
 namespace {
 
 using sandbox::kDemoPassword;
@@ -191,4 +191,4 @@ TEST_F(AccountLoginTest, LogoutEndsTheServerSessionAndForgetsMemberAndPortraitBu
 }
 
 }  // namespace
-}  // namespace qmv::testing
+}  // namespace qmv::testsupport

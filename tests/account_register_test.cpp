@@ -7,7 +7,7 @@
 #include "platform/linux/qr_png.h"
 #include "tests/account_test_env.h"
 
-namespace qmv::testing {
+namespace qmv::testsupport {
 namespace {
 
 using namespace std::chrono_literals;
@@ -175,4 +175,4 @@ TEST_F(AccountRegisterTest, ScannedInvitationFillsTheFieldFromAQrImage) {
 }
 
 }  // namespace
-}  // namespace qmv::testing
+}  // namespace qmv::testsupport

@@ -32,7 +32,7 @@
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/scripted_alerts.h"
 
-namespace qmv::testing {
+namespace qmv::testsupport {
 
 class AccountE2ETest : public ::testing::Test {
  protected:
@@ -111,4 +111,4 @@ class AccountE2ETest : public ::testing::Test {
   std::optional<ScopedEnv> scopedEnv_;
 };
 
-}  // namespace qmv::testing
+}  // namespace qmv::testsupport

@@ -1,6 +1,7 @@
 #pragma once
 // Internal to the account screens: small accessors over the installed Env that tolerate
 // ports a platform does not offer (a missing port is skipped, never dereferenced).
+#include <memory>
 #include <string>
 
 #include "core/request/base_net_api.h"
