@@ -2,35 +2,15 @@
 // its embedded sandbox, in a fresh home.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "apps/qmv/command_registry.h"
-#include "core/common/db_util.h"
 #include "core/common/temp_home_for_test.h"
-#include "core/session/global_data.h"
+#include "tests/cli_runner.h"
 
 namespace qmv {
 namespace {
 
 class DiscoveryCommandsTest : public ::testing::Test {
  protected:
-  struct Run {
-    int status;
-    std::string out;
-  };
-  Run run(std::vector<std::string> args) {
-    args.insert(args.begin(), {"qmv", "--home", home_.home().string()});
-    std::vector<char*> argv;
-    for (auto& a : args) argv.push_back(a.data());
-    std::ostringstream out;
-    std::istringstream in;
-    GlobalData::resetSharedInstance();
-    DBUtil::resetManagersForTesting();
-    const int status = cli::runCli(static_cast<int>(argv.size()), argv.data(), out, in);
-    GlobalData::resetSharedInstance();
-    DBUtil::resetManagersForTesting();
-    return {status, out.str()};
-  }
+  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
   static bool has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
   TempHome home_;

@@ -70,11 +70,12 @@ int runLogin(CliApp& app, const std::string& phone, const std::string& password)
   login.view().passwordText = password;
   Outcome outcome;
   login.onFinished = outcome.callback();
-  login.loginNet();
-  if (!outcome.wait(app)) return kExitFailure;
-  // Let the portrait download finish so it is stored before the run ends.
+  // The portrait download starts inside a correct login; wait for it too so the portrait
+  // is stored before the run ends.
   bool portraitDone = false;
   login.onHeaderImageFinished = [&portraitDone](bool) { portraitDone = true; };
+  login.loginNet();
+  if (!outcome.wait(app)) return kExitFailure;
   app.waitUntil([&portraitDone] { return portraitDone; }, std::chrono::milliseconds(3000));
   if (const auto& me = GlobalData::sharedInstance().selfInfo()) printMember(app, *me);
   return kExitOk;
