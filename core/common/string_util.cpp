@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/common/decimal_text.h"
+#include "core/common/url_parts.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "qmv/version.h"
@@ -14,19 +15,12 @@
 namespace qmv {
 namespace {
 
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 // The code unit of an escape "\uXXXX" starting at `pos`, or -1 when there is none.
 long escapeAt(std::string_view text, std::size_t pos) {
   if (pos + 6 > text.size() || text[pos] != '\\' || (text[pos + 1] != 'u' && text[pos + 1] != 'U')) return -1;
   long unit = 0;
   for (std::size_t k = pos + 2; k < pos + 6; ++k) {
-    const int v = hexValue(text[k]);
+    const int v = hexDigitValue(text[k]);
     if (v < 0) return -1;
     unit = unit * 16 + v;
   }

@@ -7,6 +7,13 @@
 
 namespace qmv {
 
+// Percent-encodes every byte except ASCII letters, digits and "-", ".", "_", "~"
+// (upper-case hexadecimal); UTF-8 text is encoded byte by byte.
+std::string percentEncode(std::string_view text);
+
+// 0..15 for a hexadecimal digit, -1 for any other character.
+int hexDigitValue(char c);
+
 // "qqqmmmvvv://safepay/?x=1" -> "safepay". Empty when the text has no "scheme://".
 std::string urlHost(std::string_view url);
 

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "core/common/dictionary.h"
+#include "core/common/url_parts.h"
 #include "qmv/version.h"
 
 namespace qmv {
@@ -98,21 +99,7 @@ std::string NetworkUtil::urlStringWithOriginUrlString(const std::string& originU
   return originUrl + "?" + parametersString.substr(1);
 }
 
-std::string NetworkUtil::urlEncode(const std::string& text) {
-  static constexpr char kHex[] = "0123456789ABCDEF";
-  std::string out;
-  out.reserve(text.size());
-  for (const unsigned char c : text) {
-    if (std::isalnum(c) != 0 || c == '-' || c == '.' || c == '_' || c == '~') {
-      out += static_cast<char>(c);
-    } else {
-      out += '%';
-      out += kHex[c >> 4];
-      out += kHex[c & 0xF];
-    }
-  }
-  return out;
-}
+std::string NetworkUtil::urlEncode(const std::string& text) { return percentEncode(text); }
 
 bool NetworkUtil::addDoNotBackupAttribute(const std::string& path) {
   std::error_code ec;

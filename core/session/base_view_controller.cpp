@@ -1,5 +1,6 @@
 #include "core/session/base_view_controller.h"
 
+#include "core/request/base_net_api.h"
 #include "core/session/global_data.h"
 #include "platform/cookie_store.h"
 #include "platform/env.h"
@@ -55,6 +56,12 @@ void BaseViewController::noNetWorking() {
     warning_ = reachable ? Warning::NoData : Warning::NoNetwork;
   }
   changed();
+}
+
+void BaseViewController::attachRequest(BaseNetApi& request, bool showLoading) {
+  request.sessionDelegate = this;
+  request.noNetWorkingDelegate = this;
+  if (showLoading) request.netLoadingDelegate = this;
 }
 
 }  // namespace qmv

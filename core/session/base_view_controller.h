@@ -46,6 +46,9 @@ class BaseViewController : public SessionExpireDelegate,
   Warning warning() const { return warning_; }
   // Presents the login screen inside its own navigation layer.
   void presentLoginCtrl();
+  // Makes this screen the request's session and no-network delegate and, with
+  // `showLoading`, its loading delegate: the screen owns the request's reactions.
+  void attachRequest(BaseNetApi& request, bool showLoading = true);
 
   std::function<void()> onChange;
 

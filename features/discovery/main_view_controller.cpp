@@ -64,8 +64,7 @@ template <typename Api>
 void MainViewController::sendHomeRequest(std::shared_ptr<Api>& slot, std::shared_ptr<Api> request,
                                          std::function<void(Api&)> onCorrect) {
   detachRequest(slot);
-  request->sessionDelegate = this;
-  request->noNetWorkingDelegate = this;
+  attachRequest(*request, /*showLoading=*/false);
   slot = request;
   request->startWithCompletionBlockWithSuccess(
       [this, onCorrect](BaseRequest& done) {
@@ -105,8 +104,7 @@ void MainViewController::loadMorePopular() {
 void MainViewController::sendPopular() {
   detachRequest(popularRequest_);
   auto request = std::make_shared<PopularStoreNetApi>(currentCityId(), std::to_string(popularPage_));
-  request->sessionDelegate = this;
-  request->noNetWorkingDelegate = this;
+  attachRequest(*request, /*showLoading=*/false);
   popularRequest_ = request;
   const auto ended = [this](PopularStoreNetApi& api, bool correct) {
     if (correct) {

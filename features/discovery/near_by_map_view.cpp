@@ -39,9 +39,7 @@ void NearByMapView::getMapListNet() {
     request_->stop();
   }
   auto request = MapListNetApi::initWithType(typeID);
-  request->sessionDelegate = this;
-  request->netLoadingDelegate = this;
-  request->noNetWorkingDelegate = this;
+  attachRequest(*request);
   request_ = request;
   const auto done = [this](BaseRequest& finished, bool transported) {
     auto& api = static_cast<MapListNetApi&>(finished);

@@ -103,9 +103,7 @@ void NearbyView::send(SearchConditionModel condition) {
     request_->stop();
   }
   auto request = std::make_shared<SearchStoreNetApi>(std::move(condition));
-  request->sessionDelegate = this;
-  request->netLoadingDelegate = this;
-  request->noNetWorkingDelegate = this;
+  attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
       [this](BaseRequest& done) {

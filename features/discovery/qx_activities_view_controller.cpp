@@ -23,9 +23,7 @@ QXActivitiesViewController::~QXActivitiesViewController() { detachRequest(reques
 void QXActivitiesViewController::loadDetail() {
   detachRequest(request_);
   auto request = std::make_shared<ActivityDetailNetApi>(activityId_);
-  request->sessionDelegate = this;
-  request->netLoadingDelegate = this;
-  request->noNetWorkingDelegate = this;
+  attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
       [this](BaseRequest& done) {

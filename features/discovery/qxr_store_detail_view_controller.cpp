@@ -24,9 +24,7 @@ QXRStoreDetailViewController::~QXRStoreDetailViewController() {
 void QXRStoreDetailViewController::loadDetail() {
   detachRequest(request_);
   auto request = std::make_shared<StoreDetailNetApi>(storeId_);
-  request->sessionDelegate = this;
-  request->netLoadingDelegate = this;
-  request->noNetWorkingDelegate = this;
+  attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
       [this](BaseRequest& done) {
@@ -95,8 +93,7 @@ void QXRStoreDetailViewController::showMoreComments() {
 void QXRStoreDetailViewController::bookmark() {
   detachRequest(bookmarkRequest_);
   auto request = std::make_shared<BookmarkStoreNetApi>(storeId_);
-  request->sessionDelegate = this;
-  request->noNetWorkingDelegate = this;
+  attachRequest(*request, /*showLoading=*/false);
   bookmarkRequest_ = request;
   request->startWithCompletionBlockWithSuccess(
       [this](BaseRequest& done) {

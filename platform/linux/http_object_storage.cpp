@@ -1,6 +1,7 @@
 #include "platform/linux/http_object_storage.h"
 
 #include "core/common/log.h"
+#include "core/common/url_parts.h"
 #include "platform/env.h"
 #include "platform/http_transport.h"
 
@@ -12,21 +13,6 @@ bool isSuccess(const HttpResponse& response) {
 }
 
 // Percent-encodes everything but the unreserved characters, so a name is one path segment.
-std::string encodeSegment(const std::string& name) {
-  static constexpr char kHex[] = "0123456789ABCDEF";
-  std::string out;
-  for (const unsigned char c : name) {
-    const bool alnum = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-    if (alnum || c == '-' || c == '.' || c == '_' || c == '~') {
-      out += static_cast<char>(c);
-    } else {
-      out += '%';
-      out += kHex[c >> 4];
-      out += kHex[c & 0xF];
-    }
-  }
-  return out;
-}
 
 }  // namespace
 
@@ -40,7 +26,7 @@ std::shared_ptr<HttpTransport> HttpObjectStorage::transport() const {
 }
 
 std::string HttpObjectStorage::urlFor(const std::string& objectName) const {
-  return baseUrl_ + "/" + encodeSegment(objectName);
+  return baseUrl_ + "/" + percentEncode(objectName);
 }
 
 void HttpObjectStorage::download(const std::string& objectName, std::function<void(std::optional<Bytes>)> completion) {
