@@ -48,6 +48,8 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   app.add_flag("--json", options.json, "print one JSON document");
   app.add_option("--answer", options.answers, "answers for alerts, in order (a button's title or number)");
   app.require_subcommand(0, 1);
+  // Global options may also follow the command: qmv sandbox --home DIR.
+  app.fallthrough();
   CommandRegistry registry(app, false);
   registerAllCommands(registry);
   try {
