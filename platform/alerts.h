@@ -28,7 +28,7 @@ class Alerts {
 
   // Shows the alert; `choice` is called once on the interface thread when the user
   // answers, or never when the alert is dropped unanswered. REQUIRES: interface thread.
-  virtual void show(const AlertSpec& spec, Choice choice) = 0;
+  virtual void show(const AlertSpec& alert, Choice choice) = 0;
 };
 
 }  // namespace qmv

@@ -113,18 +113,18 @@ std::string CliApp::buildEnv() {
   env_.overlay = std::make_shared<StreamStatusOverlay>(*messageStream_);
   env_.navigator = std::make_shared<StackNavigator>();
   env_.urlOpener = std::make_shared<PrintingUrlOpener>(*messageStream_);
-  alerts_ = std::make_shared<StreamAlerts>(*messageStream_, loop, [this](const AlertSpec& spec) -> std::optional<AlertAnswer> {
+  alerts_ = std::make_shared<StreamAlerts>(*messageStream_, loop, [this](const AlertSpec& alert) -> std::optional<AlertAnswer> {
     if (!answers_.empty()) {
       const std::string given = answers_.front();
       answers_.pop_front();
-      if (auto index = answerIndex(given, spec.buttons)) return AlertAnswer{*index, {}};
+      if (auto index = answerIndex(given, alert.buttons)) return AlertAnswer{*index, {}};
       std::cerr << "qmv: \"" << given << "\" is not one of this alert's buttons\n";
       return std::nullopt;
     }
-    if (!interactive_ || lineReader_ || spec.buttons.size() < 2) return std::nullopt;
-    for (std::size_t i = 0; i < spec.buttons.size(); ++i) out_ << "  [" << i + 1 << "] " << spec.buttons[i] << '\n';
+    if (!interactive_ || lineReader_ || alert.buttons.size() < 2) return std::nullopt;
+    for (std::size_t i = 0; i < alert.buttons.size(); ++i) out_ << "  [" << i + 1 << "] " << alert.buttons[i] << '\n';
     while (auto line = readLine("> ")) {
-      if (auto index = answerIndex(*line, spec.buttons)) return AlertAnswer{*index, {}};
+      if (auto index = answerIndex(*line, alert.buttons)) return AlertAnswer{*index, {}};
     }
     return std::nullopt;
   });

@@ -48,13 +48,13 @@ std::string formatStatement(std::string_view templ, std::initializer_list<std::s
   auto next = values.begin();
   for (std::size_t i = 0; i < templ.size(); ++i) {
     if (templ[i] == '%' && i + 1 < templ.size()) {
-      const char spec = templ[i + 1];
-      if (spec == '%') {
+      const char conversion = templ[i + 1];
+      if (conversion == '%') {
         out += '%';
         ++i;
         continue;
       }
-      if ((spec == '@' || spec == 'd') && next != values.end()) {
+      if ((conversion == '@' || conversion == 'd') && next != values.end()) {
         out += *next++;
         ++i;
         continue;

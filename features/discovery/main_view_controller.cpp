@@ -196,13 +196,13 @@ void MainViewController::cityLocated(const std::string& city) {
   if (selected == city) return locateEnded(LocateOutcome::Unchanged);
   const auto& alerts = Env::current().alerts;
   if (!alerts) return locateEnded(LocateOutcome::Declined);
-  AlertSpec spec{discovery_texts::kSwitchCityTitle,
+  AlertSpec alert{discovery_texts::kSwitchCityTitle,
                  std::string(discovery_texts::kSwitchCityMessagePrefix) + city +
                      discovery_texts::kSwitchCityMessageSuffix,
                  {discovery_texts::kCancel, discovery_texts::kSwitch},
                  {}};
   std::weak_ptr<bool> alive = alive_;
-  alerts->show(spec, [this, alive, city](const AlertAnswer& answer) {
+  alerts->show(alert, [this, alive, city](const AlertAnswer& answer) {
     if (!alive.lock()) return;
     if (answer.buttonIndex != 1) return locateEnded(LocateOutcome::Declined);
     chooseCity(city);

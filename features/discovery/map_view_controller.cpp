@@ -44,8 +44,8 @@ void MapViewController::navigate() {
   const auto& alerts = Env::current().alerts;
   if (!alerts) return;
   const std::vector<std::string> choices = navigationChoices();
-  AlertSpec spec{discovery_texts::kNavigateTitlePrefix + store_.storeName, "", choices, {}};
-  alerts->show(spec, [this, choices](const AlertAnswer& answer) {
+  AlertSpec alert{discovery_texts::kNavigateTitlePrefix + store_.storeName, "", choices, {}};
+  alerts->show(alert, [this, choices](const AlertAnswer& answer) {
     RouteOutcome outcome = RouteOutcome::Cancelled;
     if (answer.buttonIndex >= 0 && static_cast<std::size_t>(answer.buttonIndex) < choices.size()) {
       const std::string& chosen = choices[static_cast<std::size_t>(answer.buttonIndex)];

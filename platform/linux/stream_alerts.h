@@ -15,12 +15,12 @@ namespace qmv {
 
 class StreamAlerts : public Alerts {
  public:
-  using Answerer = std::function<std::optional<AlertAnswer>(const AlertSpec& spec)>;
+  using Answerer = std::function<std::optional<AlertAnswer>(const AlertSpec& alert)>;
 
   // REQUIRES: `out` outlives the object; `loop` is the interface thread's loop.
   StreamAlerts(std::ostream& out, std::shared_ptr<MainLoop> loop, Answerer answerer = {});
 
-  void show(const AlertSpec& spec, Choice choice) override;
+  void show(const AlertSpec& alert, Choice choice) override;
 
   // Answers the oldest alert still waiting; false when none waits. The choice runs on
   // the calling (interface) thread.

@@ -14,8 +14,8 @@ class ScriptedAlerts : public Alerts {
   // Queues the answer for the next alert that flush() answers.
   void script(AlertAnswer answer) { script_.push_back(std::move(answer)); }
 
-  void show(const AlertSpec& spec, Choice choice) override {
-    shown_.push_back(spec);
+  void show(const AlertSpec& alert, Choice choice) override {
+    shown_.push_back(alert);
     pending_.push_back(std::move(choice));
   }
 
