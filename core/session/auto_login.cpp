@@ -8,7 +8,7 @@
 
 namespace qmv {
 
-AutoLogin::~AutoLogin() { account_detail::stopRequest(loginApi_); }
+AutoLogin::~AutoLogin() { detachRequest(loginApi_); }
 
 bool AutoLogin::autoLoginNet() {
   const auto& settings = Env::current().settings;
@@ -18,7 +18,7 @@ bool AutoLogin::autoLoginNet() {
   const auto password = settings->stringForKey(kPasswordKey);
   if (!phone || phone->empty() || !password) return false;
 
-  account_detail::stopRequest(loginApi_);
+  detachRequest(loginApi_);
   loginApi_ = std::make_shared<LoginNetApi>(*phone, StringUtil::getmd5WithString(*password));
   loginApi_->needShowError = false;
   loginApi_->startWithCompletionBlockWithSuccess([this](BaseRequest&) { finished(loginApi_->isCorrectResult()); },

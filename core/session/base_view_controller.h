@@ -5,6 +5,7 @@
 // the no-network picture or the no-data view when the screen has nothing to show.
 // A front end draws cover() and warning(); onChange tells it when they change.
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "core/request/net_api_delegates.h"
@@ -58,5 +59,18 @@ class BaseViewController : public SessionExpireDelegate,
   bool loadingShown_ = false;
   Warning warning_ = Warning::None;
 };
+
+// Clears every tie from a screen's request back to the screen (blocks and delegates) and
+// stops it when it still runs, so no callback reaches a screen that is going away or
+// has sent a newer request of the same kind.
+template <typename Request>
+void detachRequest(const std::shared_ptr<Request>& request) {
+  if (!request) return;
+  request->clearCompletionBlock();
+  request->sessionDelegate = nullptr;
+  request->netLoadingDelegate = nullptr;
+  request->noNetWorkingDelegate = nullptr;
+  if (request->isExecuting()) request->stop();
+}
 
 }  // namespace qmv

@@ -11,13 +11,13 @@ FindPwdStep2ViewController::FindPwdStep2ViewController(std::string phone) : phon
   view_.onSubmit = [this](const std::string& password) { findPwdNetWithNewPwd(password); };
 }
 
-FindPwdStep2ViewController::~FindPwdStep2ViewController() { account_detail::stopRequest(findApi_); }
+FindPwdStep2ViewController::~FindPwdStep2ViewController() { detachRequest(findApi_); }
 
 void FindPwdStep2ViewController::findPwdNetWithNewPwd(const std::string& newPassword) {
-  account_detail::stopRequest(findApi_);
+  detachRequest(findApi_);
   sentPassword_ = newPassword;
   findApi_ = std::make_shared<FindPwdNetApi>(phone_, StringUtil::getmd5WithString(newPassword));
-  account_detail::adopt(*findApi_, *this);
+  attachRequest(*findApi_);
   findApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) {
         const bool correct = findApi_->isCorrectResult();

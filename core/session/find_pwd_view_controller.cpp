@@ -16,8 +16,8 @@ FindPwdViewController::FindPwdViewController()
 
 FindPwdViewController::~FindPwdViewController() {
   view_.stopTimer();
-  account_detail::stopRequest(codeApi_);
-  account_detail::stopRequest(checkApi_);
+  detachRequest(codeApi_);
+  detachRequest(checkApi_);
 }
 
 void FindPwdViewController::viewDidLoad() {
@@ -25,9 +25,9 @@ void FindPwdViewController::viewDidLoad() {
 }
 
 void FindPwdViewController::getPhoneCodeNet(const std::string& phone) {
-  account_detail::stopRequest(codeApi_);
+  detachRequest(codeApi_);
   codeApi_ = std::make_shared<MobileCodeNetApi>(phone, 0);
-  account_detail::adopt(*codeApi_, *this);
+  attachRequest(*codeApi_);
   codeApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) {
         const bool correct = codeApi_->isCorrectResult();
@@ -44,9 +44,9 @@ void FindPwdViewController::getPhoneCodeNet(const std::string& phone) {
 }
 
 void FindPwdViewController::checkPhoneCodeNet(const std::string& phone, const std::string& code) {
-  account_detail::stopRequest(checkApi_);
+  detachRequest(checkApi_);
   checkApi_ = std::make_shared<MobileCheckNetApi>(phone, code, codeSessionId_);
-  account_detail::adopt(*checkApi_, *this);
+  attachRequest(*checkApi_);
   checkApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) {
         const bool correct = checkApi_->isCorrectResult();

@@ -17,7 +17,7 @@ bool isJpeg(const ObjectStorage::Bytes& bytes) {
 
 }  // namespace
 
-LoginViewController::~LoginViewController() { account_detail::stopRequest(loginApi_); }
+LoginViewController::~LoginViewController() { detachRequest(loginApi_); }
 
 void LoginViewController::viewWillAppear() {
   const auto& settings = Env::current().settings;
@@ -28,9 +28,9 @@ void LoginViewController::viewWillAppear() {
 }
 
 void LoginViewController::loginNet() {
-  account_detail::stopRequest(loginApi_);
+  detachRequest(loginApi_);
   loginApi_ = std::make_shared<LoginNetApi>(view_.phoneText, StringUtil::getmd5WithString(view_.passwordText));
-  account_detail::adopt(*loginApi_, *this);
+  attachRequest(*loginApi_);
   loginApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) { loginFinished(loginApi_->isCorrectResult()); },
       [this](BaseRequest&) { loginFinished(false); });

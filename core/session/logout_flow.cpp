@@ -6,13 +6,13 @@
 
 namespace qmv {
 
-LogoutFlow::~LogoutFlow() { account_detail::stopRequest(logoutApi_); }
+LogoutFlow::~LogoutFlow() { detachRequest(logoutApi_); }
 
 bool LogoutFlow::logout() {
   if (!GlobalData::sharedInstance().selfInfo()) return false;
-  account_detail::stopRequest(logoutApi_);
+  detachRequest(logoutApi_);
   logoutApi_ = std::make_shared<LogoutNetApi>();
-  account_detail::adopt(*logoutApi_, *this);
+  attachRequest(*logoutApi_);
   // An expired session needs no login screen here: the member is leaving anyway.
   logoutApi_->sessionDelegate = nullptr;
   logoutApi_->startWithCompletionBlockWithSuccess([this](BaseRequest&) { finished(logoutApi_->isCorrectResult()); },

@@ -20,8 +20,8 @@ QXRegisterViewController::QXRegisterViewController()
 
 QXRegisterViewController::~QXRegisterViewController() {
   countdown_.stopTimer();
-  account_detail::stopRequest(codeApi_);
-  account_detail::stopRequest(registerApi_);
+  detachRequest(codeApi_);
+  detachRequest(registerApi_);
 }
 
 void QXRegisterViewController::notifyChange() {
@@ -42,9 +42,9 @@ bool QXRegisterViewController::getCodeAction() {
 }
 
 void QXRegisterViewController::getPhoneCodeNet(const std::string& phone) {
-  account_detail::stopRequest(codeApi_);
+  detachRequest(codeApi_);
   codeApi_ = std::make_shared<MobileCodeNetApi>(phone, 0);
-  account_detail::adopt(*codeApi_, *this);
+  attachRequest(*codeApi_);
   codeApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) {
         const bool correct = codeApi_->isCorrectResult();
@@ -87,11 +87,11 @@ bool QXRegisterViewController::submitAction() {
 }
 
 void QXRegisterViewController::registerNet() {
-  account_detail::stopRequest(registerApi_);
+  detachRequest(registerApi_);
   sentPassword_ = passwordText;
   registerApi_ = std::make_shared<RegisterNetApi>(StringUtil::getmd5WithString(passwordText), phoneText, inviteText,
                                                   userNameText, codeText, codeSessionId_);
-  account_detail::adopt(*registerApi_, *this);
+  attachRequest(*registerApi_);
   registerApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) {
         const bool correct = registerApi_->isCorrectResult();

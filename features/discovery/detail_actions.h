@@ -8,15 +8,5 @@ namespace qmv {
 // Env's URL opener. Returns whether a number was handed over.
 bool callPhone(const std::string& phone);
 
-// Stops a screen's request and clears every tie back to the screen, which is going.
-template <typename Request>
-void detachRequest(Request& request) {
-  if (!request) return;
-  request->clearCompletionBlock();
-  request->netLoadingDelegate = nullptr;
-  request->sessionDelegate = nullptr;
-  request->noNetWorkingDelegate = nullptr;
-  request->stop();
-}
 
 }  // namespace qmv

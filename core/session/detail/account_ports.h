@@ -33,23 +33,4 @@ inline void storeCredentials(const std::string& phone, const std::string& passwo
   settings->synchronize();
 }
 
-// The screen becomes the request's delegate for expiry, loading and lost connections.
-inline void adopt(BaseNetApi& request, BaseViewController& screen) {
-  request.sessionDelegate = &screen;
-  request.netLoadingDelegate = &screen;
-  request.noNetWorkingDelegate = &screen;
-}
-
-// Stops a request that is still running and detaches it from its screen, so that no
-// callback reaches a screen that is going away.
-template <typename Request>
-void stopRequest(const std::shared_ptr<Request>& request) {
-  if (!request) return;
-  if (request->isExecuting()) request->stop();
-  request->clearCompletionBlock();
-  request->sessionDelegate = nullptr;
-  request->netLoadingDelegate = nullptr;
-  request->noNetWorkingDelegate = nullptr;
-}
-
 }  // namespace qmv::account_detail
