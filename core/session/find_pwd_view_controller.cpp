@@ -25,21 +25,10 @@ void FindPwdViewController::viewDidLoad() {
 }
 
 void FindPwdViewController::getPhoneCodeNet(const std::string& phone) {
-  detachRequest(codeApi_);
-  codeApi_ = std::make_shared<MobileCodeNetApi>(phone, 0);
-  attachRequest(*codeApi_);
-  codeApi_->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest&) {
-        const bool correct = codeApi_->isCorrectResult();
-        if (correct) {
-          codeSessionId_ = codeApi_->getSessionId();
-          account_detail::showStatus(account_texts::kCodeSent);
-          view_.codeNetSucess();
-        }
+  account_detail::sendCodeRequest(
+      codeApi_, *this, phone, codeSessionId_, [this] { view_.codeNetSucess(); },
+      [this](bool correct) {
         if (onCodeFinished) onCodeFinished(correct);
-      },
-      [this](BaseRequest&) {
-        if (onCodeFinished) onCodeFinished(false);
       });
 }
 

@@ -42,21 +42,10 @@ bool QXRegisterViewController::getCodeAction() {
 }
 
 void QXRegisterViewController::getPhoneCodeNet(const std::string& phone) {
-  detachRequest(codeApi_);
-  codeApi_ = std::make_shared<MobileCodeNetApi>(phone, 0);
-  attachRequest(*codeApi_);
-  codeApi_->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest&) {
-        const bool correct = codeApi_->isCorrectResult();
-        if (correct) {
-          codeSessionId_ = codeApi_->getSessionId();
-          showStatus(account_texts::kCodeSent);
-          codeNetSucess();
-        }
+  account_detail::sendCodeRequest(
+      codeApi_, *this, phone, codeSessionId_, [this] { codeNetSucess(); },
+      [this](bool correct) {
         if (onCodeFinished) onCodeFinished(correct);
-      },
-      [this](BaseRequest&) {
-        if (onCodeFinished) onCodeFinished(false);
       });
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 // Internal to the account screens: small accessors over the installed Env that tolerate
 // ports a platform does not offer (a missing port is skipped, never dereferenced).
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "core/request/base_net_api.h"
+#include "core/session/account_texts.h"
+#include "core/session/mobile_code_net_api.h"
 #include "core/session/base_view_controller.h"
 #include "platform/env.h"
 #include "platform/push_service.h"
@@ -31,6 +34,32 @@ inline void storeCredentials(const std::string& phone, const std::string& passwo
   settings->setString(phone, phoneKey);
   settings->setString(password, passwordKey);
   settings->synchronize();
+}
+
+// Asks for a type-0 SMS code for `phone` on behalf of `screen`, stopping the code
+// request still held in `slot`. A correct answer keeps its session identifier in
+// `sessionId`, shows "验证码发送成功" and runs `onSent` (the countdown); `onFinished`
+// follows either way with the verdict.
+inline void sendCodeRequest(std::shared_ptr<MobileCodeNetApi>& slot, BaseViewController& screen,
+                            const std::string& phone, std::string& sessionId, std::function<void()> onSent,
+                            std::function<void(bool correct)> onFinished) {
+  detachRequest(slot);
+  slot = std::make_shared<MobileCodeNetApi>(phone, 0);
+  screen.attachRequest(*slot);
+  slot->startWithCompletionBlockWithSuccess(
+      [&sessionId, onSent, onFinished](BaseRequest& done) {
+        auto& api = static_cast<MobileCodeNetApi&>(done);
+        const bool correct = api.isCorrectResult();
+        if (correct) {
+          sessionId = api.getSessionId();
+          showStatus(account_texts::kCodeSent);
+          if (onSent) onSent();
+        }
+        if (onFinished) onFinished(correct);
+      },
+      [onFinished](BaseRequest&) {
+        if (onFinished) onFinished(false);
+      });
 }
 
 }  // namespace qmv::account_detail
