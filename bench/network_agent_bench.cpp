@@ -68,10 +68,12 @@ void BM_AgentGet(benchmark::State& state) {
   for (auto _ : state) {
     int done = 0;
     for (auto& r : requests) {
-      r->setCompletionBlockWithSuccess([&](qmv::BaseRequest& req) {
-        bytes += req.responseString().size();
-        ++done;
-      }, [&](qmv::BaseRequest&) { ++done; });
+      r->setCompletionBlockWithSuccess(
+          [&](qmv::BaseRequest& req) {
+            bytes += req.responseString().size();
+            ++done;
+          },
+          [&](qmv::BaseRequest&) { ++done; });
       r->start();
     }
     loop->runUntil([&] { return done == kParallel; }, std::chrono::milliseconds(10000));
@@ -128,8 +130,8 @@ void BM_RawCurlGet(benchmark::State& state) {
 
 // Repetitions are interleaved at random (see main) and compared by their medians, so
 // that load from other processes falls on both sides alike.
-BENCHMARK(BM_AgentGet)->UseRealTime()->MinTime(0.5)->Repetitions(10)->ReportAggregatesOnly(true);
-BENCHMARK(BM_RawCurlGet)->UseRealTime()->MinTime(0.5)->Repetitions(10)->ReportAggregatesOnly(true);
+BENCHMARK(BM_AgentGet)->UseRealTime()->MinTime(0.2)->Repetitions(30)->ReportAggregatesOnly(true);
+BENCHMARK(BM_RawCurlGet)->UseRealTime()->MinTime(0.2)->Repetitions(30)->ReportAggregatesOnly(true);
 
 // Remembers each benchmark's median real time per iteration to print the ratio.
 class RatioReporter : public benchmark::ConsoleReporter {
@@ -148,8 +150,10 @@ class RatioReporter : public benchmark::ConsoleReporter {
     const auto agent = times_.find("BM_AgentGet");
     const auto raw = times_.find("BM_RawCurlGet");
     if (agent == times_.end() || raw == times_.end() || raw->second <= 0) return;
-    std::printf("agent / raw libcurl per GET (4 at a time, medians): %.3fx wall time", agent->second / raw->second);
-    if (cpu_.contains("BM_AgentGet") && cpu_.contains("BM_RawCurlGet") && cpu_.at("BM_RawCurlGet") > 0) {
+    std::printf("agent / raw libcurl per GET (4 at a time, medians): %.3fx wall time",
+                agent->second / raw->second);
+    if (cpu_.contains("BM_AgentGet") && cpu_.contains("BM_RawCurlGet") &&
+        cpu_.at("BM_RawCurlGet") > 0) {
       std::printf(", %.3fx process CPU", cpu_.at("BM_AgentGet") / cpu_.at("BM_RawCurlGet"));
     }
     std::printf("\n");

@@ -2,8 +2,8 @@
 // The HTTP port. A request is a typed value (method, URL, header fields, body, basic
 // authorisation, timeout, optional download to a file); the answer is a plain response
 // whose status is whatever the server sent (a 404 is a status, not an error) and whose
-// `error` is set only when no complete response arrived. Transfers run off the interface
-// thread; completions and download progress are posted to a main loop.
+// `error` is set only when no complete response arrived. Transfers never block the
+// interface thread; completions and download progress are posted to a main loop.
 #include <chrono>
 #include <cstdint>
 #include <functional>

@@ -103,10 +103,13 @@ bool AsioMainLoop::runUntil(const std::function<bool()>& done, Duration timeout)
   return true;
 }
 
+asio::io_context& AsioMainLoop::context() { return impl_->io; }
+
 void AsioMainLoop::stop() { impl_->io.stop(); }
 
 std::int64_t AsioMainLoop::nowMillis() const {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
       .count();
 }
 

@@ -30,6 +30,10 @@ class AsioMainLoop : public MainLoop {
   void stop() override;
   std::int64_t nowMillis() const override;
 
+  // The loop's context, for adapters that wait on descriptors of their own here
+  // (the curl transport watches its sockets on it).
+  asio::io_context& context();
+
  private:
   struct TimerState;
   void arm(const std::shared_ptr<TimerState>& state, Duration delay);

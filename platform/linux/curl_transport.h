@@ -1,11 +1,15 @@
 #pragma once
-// The HTTP port over libcurl: one worker thread drives a curl multi handle with at most
-// `maxConcurrent` transfers at once (the rest wait in order), enforces timeouts, cancels
-// running transfers for real, resumes downloads into partial files, and keeps cookies in
-// the shared cookie store. Completions and progress are posted to the main loop given at
-// construction, else to the one installed in Env when send() is called. A transfer sent
-// with a main loop starts once that loop runs its next task, so that the sends of one
-// turn go out together.
+// The HTTP port over libcurl: a curl multi handle with at most `maxConcurrent` transfers
+// at once (the rest wait in order), timeouts, real cancellation of running transfers,
+// downloads resumed into partial files, and cookies kept in the shared cookie store.
+//
+// Given an AsioMainLoop, the loop's reactor watches curl's sockets and transfers run on
+// the loop's thread; given any other loop (or none), a worker thread of its own drives
+// them. Either way completions and progress are posted to the main loop given at
+// construction, else to the one installed in Env when send() is called, and a transfer
+// sent with a main loop starts once that loop runs its next task, so that the sends of
+// one turn go out together.
+#include <atomic>
 #include <memory>
 
 #include "platform/http_transport.h"
@@ -15,14 +19,20 @@ namespace qmv {
 class CookieStore;
 class MainLoop;
 
+namespace curl_detail {
+class CurlDriver;
+}
+
 class CurlTransport : public HttpTransport {
  public:
   static constexpr int kMaxConcurrentTransfers = 4;
 
   // `loop` or `cookies` null: taken from Env::current() when a transfer is sent.
-  explicit CurlTransport(std::shared_ptr<MainLoop> loop = nullptr, std::shared_ptr<CookieStore> cookies = nullptr,
+  explicit CurlTransport(std::shared_ptr<MainLoop> loop = nullptr,
+                         std::shared_ptr<CookieStore> cookies = nullptr,
                          int maxConcurrent = kMaxConcurrentTransfers);
-  // Cancels every transfer (their completions are dropped) and joins the worker.
+  // Cancels every transfer (their completions are dropped).
+  // REQUIRES: with an AsioMainLoop, called on its thread or while it is not running.
   ~CurlTransport() override;
   CurlTransport(const CurlTransport&) = delete;
   CurlTransport& operator=(const CurlTransport&) = delete;
@@ -31,8 +41,10 @@ class CurlTransport : public HttpTransport {
   void cancel(TransferId id) override;
 
  private:
-  class Worker;
-  std::unique_ptr<Worker> worker_;
+  std::shared_ptr<MainLoop> loop_;  // outlives the driver, which may use its reactor
+  std::shared_ptr<CookieStore> cookies_;
+  std::atomic<TransferId> nextId_{1};
+  std::unique_ptr<curl_detail::CurlDriver> driver_;
 };
 
 }  // namespace qmv

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 
 #include "platform/cookie_store.h"
+#include "platform/linux/asio_main_loop.h"
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
 
@@ -15,7 +18,11 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class CurlTransportTest : public ::testing::Test {
+enum class Driver { workerThread, asioLoop };
+
+// Every case runs on both drivers: a loop that cannot watch sockets gets a worker thread,
+// an Asio loop has curl's sockets watched by its reactor.
+class CurlTransportTest : public ::testing::TestWithParam<Driver> {
  protected:
   void SetUp() override {
     auto& s = server_.server();
@@ -27,7 +34,8 @@ class CurlTransportTest : public ::testing::Test {
       server_.sleepUnlessStopping(milliseconds(3000));
       res.set_content("late", "text/plain");
     });
-    s.Get("/moved", [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
+    s.Get("/moved",
+          [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
     s.Get("/login", [](const httplib::Request&, httplib::Response& res) {
       res.set_header("Set-Cookie", "sessionId=abc; Path=/");
       res.set_content("ok", "text/plain");
@@ -39,24 +47,62 @@ class CurlTransportTest : public ::testing::Test {
     s.Get("/file", [](const httplib::Request&, httplib::Response& res) {
       res.set_content(kFile, "application/octet-stream");
     });
+    s.Get("/count", [this](const httplib::Request& req, httplib::Response& res) {
+      const int now = ++active_;
+      for (int seen = peak_; now > seen && !peak_.compare_exchange_weak(seen, now);) {
+      }
+      server_.sleepUnlessStopping(milliseconds(60));
+      --active_;
+      res.set_content(req.get_param_value("n"), "text/plain");
+    });
+    s.Get("/echo", [](const httplib::Request& req, httplib::Response& res) {
+      res.set_content(req.get_param_value("n"), "text/plain");
+    });
+    // Closes the connection after answering, so that the next request needs a new socket
+    // (which the kernel tends to give the number of the one just closed).
+    s.Get("/close", [](const httplib::Request& req, httplib::Response& res) {
+      res.set_header("Connection", "close");
+      res.set_content(req.get_param_value("n"), "text/plain");
+    });
     server_.start();
+    if (GetParam() == Driver::asioLoop) {
+      loop_ = std::make_shared<AsioMainLoop>();
+    } else {
+      loop_ = std::make_shared<ManualMainLoop>();
+    }
+    transport_ = std::make_unique<CurlTransport>(loop_, cookies_);
+  }
+
+  void TearDown() override { transport_.reset(); }
+
+  // Runs what the loop has queued, such as progress reports.
+  void drain() {
+    loop_->runUntil([] { return false; }, milliseconds(20));
   }
 
   HttpResponse sendAndWait(HttpRequest request) {
     std::optional<HttpResponse> got;
-    transport_.send(std::move(request), [&](HttpResponse r) { got = std::move(r); });
+    transport_->send(std::move(request), [&](HttpResponse r) { got = std::move(r); });
     EXPECT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(10000)));
     return got.value_or(HttpResponse{});
   }
 
   static constexpr const char* kFile = "0123456789abcdefghijklmnopqrstuvwxyz";
   testsupport::LoopbackServer server_;
-  std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
+  std::atomic<int> active_{0};
+  std::atomic<int> peak_{0};
+  std::shared_ptr<MainLoop> loop_;
   std::shared_ptr<MemoryCookieStore> cookies_ = std::make_shared<MemoryCookieStore>();
-  CurlTransport transport_{loop_, cookies_};
+  std::unique_ptr<CurlTransport> transport_;
 };
 
-TEST_F(CurlTransportTest, StatusesErrorsAndTimeouts) {
+INSTANTIATE_TEST_SUITE_P(Drivers, CurlTransportTest,
+                         ::testing::Values(Driver::workerThread, Driver::asioLoop),
+                         [](const auto& info) {
+                           return info.param == Driver::asioLoop ? "AsioLoop" : "WorkerThread";
+                         });
+
+TEST_P(CurlTransportTest, StatusesErrorsAndTimeouts) {
   HttpRequest missing;
   missing.url = server_.url("/missing");
   HttpResponse r = sendAndWait(missing);
@@ -69,7 +115,8 @@ TEST_F(CurlTransportTest, StatusesErrorsAndTimeouts) {
   moved.url = server_.url("/moved");
   r = sendAndWait(moved);
   EXPECT_EQ(r.status, 404);
-  EXPECT_TRUE(std::none_of(r.headers.begin(), r.headers.end(), [](const auto& h) { return h.first == "Location"; }));
+  EXPECT_TRUE(std::none_of(r.headers.begin(), r.headers.end(),
+                           [](const auto& h) { return h.first == "Location"; }));
 
   HttpRequest slow;
   slow.url = server_.url("/slow");
@@ -85,22 +132,22 @@ TEST_F(CurlTransportTest, StatusesErrorsAndTimeouts) {
   EXPECT_FALSE(r.errorMessage.empty());
 }
 
-TEST_F(CurlTransportTest, CancelStopsARunningTransferAtOnce) {
+TEST_P(CurlTransportTest, CancelStopsARunningTransferAtOnce) {
   HttpRequest slow;
   slow.url = server_.url("/slow");
   std::optional<HttpResponse> got;
-  const auto id = transport_.send(slow, [&](HttpResponse r) { got = std::move(r); });
+  const auto id = transport_->send(slow, [&](HttpResponse r) { got = std::move(r); });
   // Let the transfer reach the server before cancelling it.
   loop_->runUntil([] { return false; }, milliseconds(100));
   const auto before = std::chrono::steady_clock::now();
-  transport_.cancel(id);
+  transport_->cancel(id);
   ASSERT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(2000)));
   EXPECT_LT(std::chrono::steady_clock::now() - before, milliseconds(1000));
   EXPECT_EQ(got->error, TransportError::cancelled);
-  transport_.cancel(id);  // finished ids are ignored
+  transport_->cancel(id);  // finished ids are ignored
 }
 
-TEST_F(CurlTransportTest, CookiesSetByTheServerAreSentBack) {
+TEST_P(CurlTransportTest, CookiesSetByTheServerAreSentBack) {
   HttpRequest login;
   login.url = server_.url("/login");
   sendAndWait(login);
@@ -111,8 +158,9 @@ TEST_F(CurlTransportTest, CookiesSetByTheServerAreSentBack) {
   EXPECT_EQ(sendAndWait(who).body, "sessionId=abc");
 }
 
-TEST_F(CurlTransportTest, ResumedDownloadAppendsOrRewritesThePartialFile) {
-  const auto dir = std::filesystem::temp_directory_path() / ("qmv_curl_" + std::to_string(server_.port()));
+TEST_P(CurlTransportTest, ResumedDownloadAppendsOrRewritesThePartialFile) {
+  const auto dir =
+      std::filesystem::temp_directory_path() / ("qmv_curl_" + std::to_string(server_.port()));
   std::filesystem::create_directories(dir);
   const auto path = dir / "part.bin";
   { std::ofstream(path, std::ios::binary) << "0123456789"; }
@@ -127,7 +175,7 @@ TEST_F(CurlTransportTest, ResumedDownloadAppendsOrRewritesThePartialFile) {
     EXPECT_EQ(expected, 36);
   };
   HttpResponse r = sendAndWait(download);
-  loop_->runPending();
+  drain();
   EXPECT_EQ(r.status, 206);
   std::ifstream in(path, std::ios::binary);
   std::string content((std::istreambuf_iterator<char>(in)), {});
@@ -143,6 +191,42 @@ TEST_F(CurlTransportTest, ResumedDownloadAppendsOrRewritesThePartialFile) {
   std::ifstream again(path, std::ios::binary);
   EXPECT_EQ(std::string((std::istreambuf_iterator<char>(again)), {}), kFile);
   std::filesystem::remove_all(dir);
+}
+
+TEST_P(CurlTransportTest, RunsAtMostFourAtOnceAndSurvivesClosedConnections) {
+  std::vector<std::string> bodies;
+  for (int i = 0; i < 10; ++i) {
+    HttpRequest r;
+    r.url = server_.url("/count?n=" + std::to_string(i));
+    transport_->send(r, [&](HttpResponse response) { bodies.push_back(response.body); });
+  }
+  ASSERT_TRUE(loop_->runUntil([&] { return bodies.size() == 10; }, milliseconds(10000)));
+  EXPECT_EQ(peak_.load(), CurlTransport::kMaxConcurrentTransfers);
+  std::sort(bodies.begin(), bodies.end());
+  EXPECT_EQ(bodies, (std::vector<std::string>{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}));
+
+  // Connections the server closes alternate with kept-alive ones; a socket curl closed
+  // must never be waited on again, even when its number comes back.
+  for (int i = 0; i < 30; ++i) {
+    HttpRequest r;
+    r.url = server_.url((i % 3 == 0 ? "/close?n=" : "/echo?n=") + std::to_string(i));
+    const HttpResponse response = sendAndWait(r);
+    ASSERT_EQ(response.error, TransportError::none) << i << ": " << response.errorMessage;
+    EXPECT_EQ(response.body, std::to_string(i));
+  }
+}
+
+TEST_P(CurlTransportTest, DestroyingTheTransportDropsRunningAndQueuedTransfers) {
+  int called = 0;
+  HttpRequest slow;
+  slow.url = server_.url("/slow");
+  for (int i = 0; i < CurlTransport::kMaxConcurrentTransfers + 1; ++i) {
+    transport_->send(slow, [&](HttpResponse) { ++called; });
+  }
+  loop_->runUntil([] { return false; }, milliseconds(100));
+  transport_.reset();
+  drain();
+  EXPECT_EQ(called, 0);
 }
 
 }  // namespace

@@ -1,0 +1,376 @@
+#include "platform/linux/detail/curl_transfer.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <mutex>
+#include <tuple>
+
+#include "platform/cookie_store.h"
+
+namespace qmv::curl_detail {
+namespace {
+
+constexpr std::size_t kMaxSpareHandles = 8;
+
+std::string trim(std::string_view text) {
+  const auto first = text.find_first_not_of(" \t\r\n");
+  if (first == std::string_view::npos) return {};
+  const auto last = text.find_last_not_of(" \t\r\n");
+  return std::string(text.substr(first, last - first + 1));
+}
+
+bool equalsNoCase(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+           return std::tolower(static_cast<unsigned char>(x)) ==
+                  std::tolower(static_cast<unsigned char>(y));
+         });
+}
+
+TransportError errorOf(CURLcode code) {
+  switch (code) {
+    case CURLE_OK:
+      return TransportError::none;
+    case CURLE_OPERATION_TIMEDOUT:
+      return TransportError::timeout;
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+    case CURLE_GOT_NOTHING:
+    case CURLE_SSL_CONNECT_ERROR:
+      return TransportError::connection;
+    default:
+      return TransportError::other;
+  }
+}
+
+// Host and path of an absolute URL, for cookie matching; an empty host when there is
+// none. Read by hand: curl's URL parser costs more than the rest of a small request.
+std::pair<std::string, std::string> hostAndPath(std::string_view url) {
+  std::pair<std::string, std::string> out{std::string(), "/"};
+  const auto scheme = url.find("://");
+  if (scheme == std::string_view::npos) return out;
+  const std::string_view rest = url.substr(scheme + 3);
+  const auto authorityEnd = std::min(rest.find_first_of("/?#"), rest.size());
+  std::string_view host = rest.substr(0, authorityEnd);
+  if (const auto at = host.rfind('@'); at != std::string_view::npos) host.remove_prefix(at + 1);
+  if (host.starts_with('[')) {
+    host = host.substr(0, host.find(']') + 1);  // an IPv6 literal keeps its brackets
+  } else {
+    host = host.substr(0, host.find(':'));
+  }
+  out.first = host;
+  const std::string_view tail = rest.substr(authorityEnd);
+  const std::string_view path = tail.substr(0, std::min(tail.find_first_of("?#"), tail.size()));
+  if (!path.empty()) out.second = path;
+  return out;
+}
+
+}  // namespace
+
+void initCurlOnce() {
+  static std::once_flag once;
+  std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+}
+
+void Outbox::flush() {
+  std::size_t i = 0;
+  while (i < tasks.size()) {
+    const auto loop = tasks[i].first;
+    std::vector<MainLoop::Task> batch;
+    while (i < tasks.size() && tasks[i].first == loop)
+      batch.push_back(std::move(tasks[i++].second));
+    if (batch.size() == 1) {
+      loop->post(std::move(batch.front()));
+    } else {
+      loop->post([batch = std::move(batch)] {
+        for (const auto& task : batch) task();
+      });
+    }
+  }
+  tasks.clear();
+}
+
+Transfer::~Transfer() {
+  if (file_ != nullptr) std::fclose(file_);
+  if (easy_ != nullptr) {
+    if (spares_ != nullptr && spares_->size() < kMaxSpareHandles) {
+      curl_easy_reset(easy_);
+      spares_->push_back(easy_);
+    } else {
+      curl_easy_cleanup(easy_);
+    }
+  }
+  if (headerList_ != nullptr) curl_slist_free_all(headerList_);
+}
+
+void Transfer::deliver(HttpResponse r, Outbox& outbox) {
+  if (!completion) return;
+  if (loop) {
+    outbox.tasks.emplace_back(
+        loop, [c = std::move(completion), r = std::move(r)]() mutable { c(std::move(r)); });
+  } else {
+    completion(std::move(r));
+  }
+  completion = nullptr;
+}
+
+long Transfer::currentStatus() const {
+  long status = 0;
+  if (easy_ != nullptr) curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
+  return status;
+}
+
+// Host and path are only needed for cookies; parsing waits until then.
+void Transfer::locate() {
+  if (located_) return;
+  std::tie(host_, path_) = hostAndPath(request.url);
+  located_ = true;
+}
+
+void Transfer::storeCookie(const std::string& value) {
+  if (!cookies) return;
+  locate();
+  Cookie cookie;
+  cookie.domain = host_;
+  bool expired = false;
+  std::size_t start = 0;
+  bool first = true;
+  while (start <= value.size()) {
+    const auto end = std::min(value.find(';', start), value.size());
+    const std::string item = trim(std::string_view(value).substr(start, end - start));
+    const auto eq = item.find('=');
+    const std::string key = trim(item.substr(0, eq));
+    const std::string val = eq == std::string::npos ? std::string() : trim(item.substr(eq + 1));
+    if (first) {
+      if (eq == std::string::npos || key.empty()) return;  // not a cookie
+      cookie.name = key;
+      cookie.value = val;
+      first = false;
+    } else if (equalsNoCase(key, "domain") && !val.empty()) {
+      cookie.domain = val.front() == '.' ? val.substr(1) : val;
+    } else if (equalsNoCase(key, "path") && !val.empty()) {
+      cookie.path = val;
+    } else if (equalsNoCase(key, "max-age")) {
+      expired = !val.empty() && (val.front() == '-' || val == "0");
+    }
+    start = end + 1;
+  }
+  if (expired) {
+    cookies->deleteCookie(cookie);
+  } else {
+    cookies->setCookie(cookie);
+  }
+}
+
+size_t Transfer::onHeader(char* data, size_t size, size_t count, void* self) {
+  auto* t = static_cast<Transfer*>(self);
+  const std::string_view line(data, size * count);
+  if (line.starts_with("HTTP/")) {
+    // A new response (after 100-continue or a redirect): only the last one's fields count.
+    t->response_.headers.clear();
+  } else if (const auto colon = line.find(':'); colon != std::string_view::npos) {
+    std::string name = trim(line.substr(0, colon));
+    std::string value = trim(line.substr(colon + 1));
+    if (equalsNoCase(name, "set-cookie")) t->storeCookie(value);
+    t->response_.headers.emplace_back(std::move(name), std::move(value));
+  }
+  return size * count;
+}
+
+// Decides where a download's body goes once the status is known.
+bool Transfer::openDownload() {
+  fileDecided_ = true;
+  const long status = currentStatus();
+  if (status < 200 || status > 299) return true;  // error bodies stay in the response
+  const bool append = status == 206 && existingBytes_ > 0;
+  std::error_code ec;
+  std::filesystem::create_directories(std::filesystem::path(request.downloadPath).parent_path(),
+                                      ec);
+  file_ = std::fopen(request.downloadPath.c_str(), append ? "ab" : "wb");
+  fileBase_ = append ? existingBytes_ : 0;
+  return file_ != nullptr;
+}
+
+size_t Transfer::onBody(char* data, size_t size, size_t count, void* self) {
+  auto* t = static_cast<Transfer*>(self);
+  const size_t bytes = size * count;
+  if (!t->request.downloadPath.empty()) {
+    if (!t->fileDecided_ && !t->openDownload()) return CURL_WRITEFUNC_ERROR;
+    if (t->file_ != nullptr) return std::fwrite(data, 1, bytes, t->file_);
+  }
+  t->response_.body.append(data, bytes);
+  return bytes;
+}
+
+int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t) {
+  auto* t = static_cast<Transfer*>(self);
+  if (t->file_ == nullptr || !t->request.progress || !t->loop) return 0;
+  const std::int64_t received = t->fileBase_ + dlnow;
+  if (received == t->lastReported_) return 0;
+  t->lastReported_ = received;
+  const std::int64_t expected = dltotal > 0 ? t->fileBase_ + dltotal : 0;
+  t->loop->post([p = t->request.progress, received, expected] { p(received, expected); });
+  return 0;
+}
+
+bool Transfer::setUp(std::vector<CURL*>* spares) {
+  spares_ = spares;
+  if (spares_ != nullptr && !spares_->empty()) {
+    easy_ = spares_->back();
+    spares_->pop_back();
+  } else {
+    easy_ = curl_easy_init();
+  }
+  if (easy_ == nullptr) return false;
+  CURL* easy = easy_;
+  const HttpRequest& r = request;
+  curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
+  curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
+  curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+  // Redirects are followed, as the platforms' URL loaders do; only the last answer counts.
+  curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
+  curl_easy_setopt(easy, CURLOPT_MAXREDIRS, 10L);
+  curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorBuffer_);
+  curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
+  curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
+  curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  if (r.timeout.count() > 0)
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(r.timeout.count()));
+
+  if (r.method == "GET") {
+    curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
+  } else if (r.method == "HEAD") {
+    curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
+  } else {
+    if (r.method == "POST") {
+      curl_easy_setopt(easy, CURLOPT_POST, 1L);
+    } else {
+      curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, r.method.c_str());
+    }
+    if (r.method == "POST" || !r.body.empty()) {
+      curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(r.body.size()));
+      curl_easy_setopt(easy, CURLOPT_POSTFIELDS, r.body.data());
+    }
+  }
+
+  headerList_ = curl_slist_append(headerList_, "Expect:");
+  if (!r.contentType.empty())
+    headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
+  for (const auto& [name, value] : r.headers) {
+    headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
+  }
+  if (cookies) {
+    locate();
+    std::string line;
+    for (const auto& c : cookies->cookiesFor(host_, path_)) {
+      line += (line.empty() ? "" : "; ") + c.name + "=" + c.value;
+    }
+    if (!line.empty()) headerList_ = curl_slist_append(headerList_, ("Cookie: " + line).c_str());
+  }
+  curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
+
+  if (r.basicAuth) {
+    curl_easy_setopt(easy, CURLOPT_HTTPAUTH, CURLAUTH_BASIC);
+    curl_easy_setopt(easy, CURLOPT_USERNAME, r.basicAuth->user.c_str());
+    curl_easy_setopt(easy, CURLOPT_PASSWORD, r.basicAuth->password.c_str());
+  }
+
+  if (!r.downloadPath.empty()) {
+    std::error_code ec;
+    const auto size = std::filesystem::file_size(r.downloadPath, ec);
+    existingBytes_ = (r.resume && !ec) ? static_cast<std::int64_t>(size) : 0;
+    if (existingBytes_ > 0)
+      curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
+    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
+    curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
+  }
+  return true;
+}
+
+void Transfer::finish(CURLcode code, Outbox& outbox) {
+  if (file_ != nullptr) {
+    std::fclose(file_);
+    file_ = nullptr;
+  }
+  response_.status = currentStatus();
+  if (code != CURLE_OK) {
+    response_.error = errorOf(code);
+    response_.errorMessage = errorBuffer_[0] != '\0' ? errorBuffer_ : curl_easy_strerror(code);
+    response_.status = 0;
+  }
+  deliver(std::move(response_), outbox);
+}
+
+void Transfer::cancelled(Outbox& outbox) {
+  HttpResponse r;
+  r.error = TransportError::cancelled;
+  r.errorMessage = "cancelled";
+  deliver(std::move(r), outbox);
+}
+
+TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare)
+    : multi_(multi),
+      maxConcurrent_(static_cast<std::size_t>(std::max(1, maxConcurrent))),
+      prepare_(std::move(prepare)) {}
+
+TransferQueue::~TransferQueue() {
+  for (auto& t : active_) {
+    curl_multi_remove_handle(multi_, t->easy());
+    t->drop();
+  }
+  active_.clear();  // before the spares, which the transfers hand their handles back to
+  queued_.clear();
+  for (CURL* easy : spares_) curl_easy_cleanup(easy);
+}
+
+void TransferQueue::cancel(TransferId id) {
+  const auto matches = [id](const auto& t) { return t->id == id; };
+  if (auto it = std::find_if(queued_.begin(), queued_.end(), matches); it != queued_.end()) {
+    (*it)->cancelled(outbox_);
+    queued_.erase(it);
+  } else if (auto run = std::find_if(active_.begin(), active_.end(), matches);
+             run != active_.end()) {
+    curl_multi_remove_handle(multi_, (*run)->easy());
+    (*run)->cancelled(outbox_);
+    active_.erase(run);
+  }
+}
+
+void TransferQueue::startQueued() {
+  while (hasStartable()) {
+    auto t = std::move(queued_.front());
+    queued_.pop_front();
+    if (!t->setUp(&spares_)) {
+      t->finish(CURLE_FAILED_INIT, outbox_);
+      continue;
+    }
+    if (prepare_) prepare_(t->easy());
+    if (curl_multi_add_handle(multi_, t->easy()) != CURLM_OK) {
+      t->finish(CURLE_FAILED_INIT, outbox_);
+      continue;
+    }
+    active_.push_back(std::move(t));
+  }
+}
+
+void TransferQueue::collectFinished() {
+  int left = 0;
+  while (CURLMsg* msg = curl_multi_info_read(multi_, &left)) {
+    if (msg->msg != CURLMSG_DONE) continue;
+    const auto it =
+        std::find_if(active_.begin(), active_.end(),
+                     [easy = msg->easy_handle](const auto& t) { return t->easy() == easy; });
+    if (it == active_.end()) continue;
+    const CURLcode code = msg->data.result;
+    curl_multi_remove_handle(multi_, (*it)->easy());
+    (*it)->finish(code, outbox_);
+    active_.erase(it);
+  }
+}
+
+}  // namespace qmv::curl_detail

@@ -1,0 +1,116 @@
+#pragma once
+// Internals of the libcurl adapter shared by its two drivers (a worker thread, or the
+// sockets of an Asio main loop): one transfer's easy handle, callbacks and response, and
+// the queue that keeps at most N of them on a multi handle. Nothing outside
+// platform/linux includes this.
+#include <curl/curl.h>
+
+#include <cstdio>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/http_transport.h"
+#include "platform/main_loop.h"
+
+namespace qmv {
+
+class CookieStore;
+
+namespace curl_detail {
+
+void initCurlOnce();
+
+// Completions gathered during one pass of a driver, posted together so that the interface
+// thread wakes once for several finished transfers.
+struct Outbox {
+  std::vector<std::pair<std::shared_ptr<MainLoop>, MainLoop::Task>> tasks;
+  void flush();
+};
+
+struct Transfer {
+  TransferId id = 0;
+  HttpRequest request;
+  HttpTransport::Completion completion;
+  std::shared_ptr<MainLoop> loop;  // null: the completion runs on the driver's thread
+  std::shared_ptr<CookieStore> cookies;
+
+  Transfer() = default;
+  Transfer(const Transfer&) = delete;
+  Transfer& operator=(const Transfer&) = delete;
+  ~Transfer();
+
+  // Takes a handle from `spares` (or a new one) and sets every option of the request.
+  // False when libcurl could not give a handle.
+  bool setUp(std::vector<CURL*>* spares);
+  CURL* easy() const { return easy_; }
+
+  // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
+  void finish(CURLcode code, Outbox& outbox);
+  void cancelled(Outbox& outbox);
+  // Forgets the completion without calling it.
+  void drop() { completion = nullptr; }
+
+ private:
+  void deliver(HttpResponse response, Outbox& outbox);
+  long currentStatus() const;
+  void locate();
+  void storeCookie(const std::string& value);
+  bool openDownload();
+  static size_t onHeader(char* data, size_t size, size_t count, void* self);
+  static size_t onBody(char* data, size_t size, size_t count, void* self);
+  static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
+
+  bool located_ = false;
+  std::string host_;
+  std::string path_;
+  CURL* easy_ = nullptr;
+  std::vector<CURL*>* spares_ = nullptr;  // where the handle goes back when done
+  curl_slist* headerList_ = nullptr;
+  HttpResponse response_;
+  std::FILE* file_ = nullptr;
+  bool fileDecided_ = false;
+  std::int64_t existingBytes_ = 0;  // size of the partial file when the transfer began
+  std::int64_t fileBase_ = 0;       // bytes of the file before this answer's body
+  std::int64_t lastReported_ = -1;
+  char errorBuffer_[CURL_ERROR_SIZE] = {};
+};
+
+// The transfers of one multi handle: queued ones wait in order until one of the
+// `maxConcurrent` slots is free. Used from the driver's thread only.
+class TransferQueue {
+ public:
+  // `prepare`, when given, sets a driver's own options on each handle before it starts.
+  TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr);
+  // Drops every transfer without completing it.
+  ~TransferQueue();
+  TransferQueue(const TransferQueue&) = delete;
+  TransferQueue& operator=(const TransferQueue&) = delete;
+
+  void push(std::unique_ptr<Transfer> transfer) { queued_.push_back(std::move(transfer)); }
+  // Completes a queued or running transfer as cancelled; unknown ids are ignored.
+  void cancel(TransferId id);
+  // Puts queued transfers on the multi handle while slots are free.
+  void startQueued();
+  // Completes the transfers the multi handle reports done.
+  void collectFinished();
+  // Posts the completions gathered since the last flush.
+  void flush() { outbox_.flush(); }
+
+  bool hasStartable() const { return !queued_.empty() && active_.size() < maxConcurrent_; }
+
+ private:
+  CURLM* multi_;
+  const std::size_t maxConcurrent_;
+  std::function<void(CURL*)> prepare_;
+  std::deque<std::unique_ptr<Transfer>> queued_;
+  std::vector<std::unique_ptr<Transfer>> active_;
+  std::vector<CURL*> spares_;
+  Outbox outbox_;
+};
+
+}  // namespace curl_detail
+}  // namespace qmv
