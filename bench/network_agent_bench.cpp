@@ -25,9 +25,8 @@ constexpr const char* kBody = R"({"success":"0","message":"","data":{"id":"1","n
 qmv::testsupport::LoopbackServer& server() {
   static auto* s = [] {
     auto* srv = new qmv::testsupport::LoopbackServer;
-    srv->server().Get("/small", [](const httplib::Request&, httplib::Response& res) {
-      res.set_content(kBody, "application/json");
-    });
+    srv->server().Get(
+        "/small", [](const httplib::Request&, httplib::Response& res) { res.set_content(kBody, "application/json"); });
     srv->start();
     return srv;
   }();
@@ -150,10 +149,8 @@ class RatioReporter : public benchmark::ConsoleReporter {
     const auto agent = times_.find("BM_AgentGet");
     const auto raw = times_.find("BM_RawCurlGet");
     if (agent == times_.end() || raw == times_.end() || raw->second <= 0) return;
-    std::printf("agent / raw libcurl per GET (4 at a time, medians): %.3fx wall time",
-                agent->second / raw->second);
-    if (cpu_.contains("BM_AgentGet") && cpu_.contains("BM_RawCurlGet") &&
-        cpu_.at("BM_RawCurlGet") > 0) {
+    std::printf("agent / raw libcurl per GET (4 at a time, medians): %.3fx wall time", agent->second / raw->second);
+    if (cpu_.contains("BM_AgentGet") && cpu_.contains("BM_RawCurlGet") && cpu_.at("BM_RawCurlGet") > 0) {
       std::printf(", %.3fx process CPU", cpu_.at("BM_AgentGet") / cpu_.at("BM_RawCurlGet"));
     }
     std::printf("\n");

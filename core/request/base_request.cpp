@@ -67,40 +67,6 @@ void BaseRequest::stop() {
   toggleAccessoriesDidStopCallBack();
 }
 
-void BaseRequest::startWithCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure) {
-  setCompletionBlockWithSuccess(std::move(success), std::move(failure));
-  start();
-}
-
-void BaseRequest::setCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure) {
-  successCompletionBlock = std::move(success);
-  failureCompletionBlock = std::move(failure);
-}
-
-void BaseRequest::clearCompletionBlock() {
-  successCompletionBlock = nullptr;
-  failureCompletionBlock = nullptr;
-}
-
-void BaseRequest::addAccessory(std::shared_ptr<RequestAccessory> accessory) {
-  if (accessory) requestAccessories.push_back(std::move(accessory));
-}
-
-void BaseRequest::toggleAccessoriesWillStartCallBack() {
-  const auto accessories = requestAccessories;  // an accessory may add another
-  for (const auto& a : accessories) a->requestWillStart(*this);
-}
-
-void BaseRequest::toggleAccessoriesWillStopCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestWillStop(*this);
-}
-
-void BaseRequest::toggleAccessoriesDidStopCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestDidStop(*this);
-}
-
 std::string BaseRequest::className() const {
   const char* mangled = typeid(*this).name();
   // Demangling allocates; every request logs its class twice, so remember the answer.

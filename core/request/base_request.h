@@ -18,6 +18,7 @@
 
 #include "core/common/json.h"
 #include "core/request/multipart_form_data.h"
+#include "core/request/request_callbacks.h"
 
 namespace qmv {
 
@@ -39,17 +40,10 @@ class RequestDelegate {
 };
 
 // Told when a request will start, will stop and did stop. Every method is optional.
-class RequestAccessory {
- public:
-  virtual ~RequestAccessory() = default;
-  virtual void requestWillStart(BaseRequest& /*request*/) {}
-  virtual void requestWillStop(BaseRequest& /*request*/) {}
-  virtual void requestDidStop(BaseRequest& /*request*/) {}
-};
+using RequestAccessory = AccessoryOf<BaseRequest>;
 
-class BaseRequest : public std::enable_shared_from_this<BaseRequest> {
+class BaseRequest : public std::enable_shared_from_this<BaseRequest>, public RequestCallbacks<BaseRequest> {
  public:
-  using CompletionBlock = std::function<void(BaseRequest&)>;
   using ConstructingBodyBlock = std::function<void(MultipartFormData&)>;
   using ProgressBlock = std::function<void(std::int64_t received, std::int64_t expected)>;
 
@@ -70,7 +64,8 @@ class BaseRequest : public std::enable_shared_from_this<BaseRequest> {
   virtual RequestSerializerType requestSerializerType() const { return RequestSerializerType::HTTP; }
   // Null, or a two-element array: user name, password (basic authorisation).
   virtual Json requestAuthorizationHeaderFieldArray() const { return nullptr; }
-  // Null, or an object of header fields; entries whose key or value is not text are logged and skipped.
+  // Null, or an object of header fields; entries whose key or value is not text are logged and
+  // skipped.
   virtual Json requestHeaderFieldValueDictionary() const { return nullptr; }
   // A ready request that replaces URL, method and arguments.
   virtual std::optional<HttpRequest> buildCustomUrlRequest() const;
@@ -101,9 +96,6 @@ class BaseRequest : public std::enable_shared_from_this<BaseRequest> {
   long tag = 0;
   Json userInfo;
   RequestDelegate* delegate = nullptr;
-  CompletionBlock successCompletionBlock;
-  CompletionBlock failureCompletionBlock;
-  std::vector<std::shared_ptr<RequestAccessory>> requestAccessories;
 
   // The operation carrying this request; null before start. Set by the agent.
   std::shared_ptr<RequestOperation> requestOperation;
@@ -113,15 +105,6 @@ class BaseRequest : public std::enable_shared_from_this<BaseRequest> {
   virtual void start();
   // Will-stop accessories, drop the delegate, cancel, did-stop accessories.
   virtual void stop();
-  void startWithCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure);
-  void setCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure);
-  void clearCompletionBlock();
-  void addAccessory(std::shared_ptr<RequestAccessory> accessory);
-
-  // Accessory walks, in insertion order. Subclasses may replace them.
-  virtual void toggleAccessoriesWillStartCallBack();
-  virtual void toggleAccessoriesWillStopCallBack();
-  virtual void toggleAccessoriesDidStopCallBack();
 
   // The class name used in log lines ("Add request: %@").
   virtual std::string className() const;

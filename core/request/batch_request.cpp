@@ -75,38 +75,4 @@ void BatchRequest::requestFailed(BaseRequest& request) {
   toggleAccessoriesDidStopCallBack();
 }
 
-void BatchRequest::startWithCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure) {
-  setCompletionBlockWithSuccess(std::move(success), std::move(failure));
-  start();
-}
-
-void BatchRequest::setCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure) {
-  successCompletionBlock = std::move(success);
-  failureCompletionBlock = std::move(failure);
-}
-
-void BatchRequest::clearCompletionBlock() {
-  successCompletionBlock = nullptr;
-  failureCompletionBlock = nullptr;
-}
-
-void BatchRequest::addAccessory(std::shared_ptr<BatchRequestAccessory> accessory) {
-  if (accessory) requestAccessories.push_back(std::move(accessory));
-}
-
-void BatchRequest::toggleAccessoriesWillStartCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestWillStart(*this);
-}
-
-void BatchRequest::toggleAccessoriesWillStopCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestWillStop(*this);
-}
-
-void BatchRequest::toggleAccessoriesDidStopCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestDidStop(*this);
-}
-
 }  // namespace qmv

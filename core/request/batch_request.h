@@ -20,18 +20,12 @@ class BatchRequestDelegate {
 };
 
 // Told when a batch will start, will stop and did stop. Every method is optional.
-class BatchRequestAccessory {
- public:
-  virtual ~BatchRequestAccessory() = default;
-  virtual void requestWillStart(BatchRequest& /*batch*/) {}
-  virtual void requestWillStop(BatchRequest& /*batch*/) {}
-  virtual void requestDidStop(BatchRequest& /*batch*/) {}
-};
+using BatchRequestAccessory = AccessoryOf<BatchRequest>;
 
-class BatchRequest : public std::enable_shared_from_this<BatchRequest>, private RequestDelegate {
+class BatchRequest : public std::enable_shared_from_this<BatchRequest>,
+                     public RequestCallbacks<BatchRequest>,
+                     private RequestDelegate {
  public:
-  using CompletionBlock = std::function<void(BatchRequest&)>;
-
   // Create with std::make_shared.
   explicit BatchRequest(std::vector<std::shared_ptr<BaseRequest>> requests);
   ~BatchRequest() override;
@@ -42,22 +36,11 @@ class BatchRequest : public std::enable_shared_from_this<BatchRequest>, private 
 
   long tag = 0;
   BatchRequestDelegate* delegate = nullptr;
-  CompletionBlock successCompletionBlock;
-  CompletionBlock failureCompletionBlock;
-  std::vector<std::shared_ptr<BatchRequestAccessory>> requestAccessories;
 
   // Starts every request. A batch already running is left alone (logged).
   void start();
   // Will-stop accessories, drop the delegate, stop every request, did-stop accessories.
   void stop();
-  void startWithCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure);
-  void setCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure);
-  void clearCompletionBlock();
-  void addAccessory(std::shared_ptr<BatchRequestAccessory> accessory);
-
-  void toggleAccessoriesWillStartCallBack();
-  void toggleAccessoriesWillStopCallBack();
-  void toggleAccessoriesDidStopCallBack();
 
  private:
   void requestFinished(BaseRequest& request) override;

@@ -80,38 +80,4 @@ void ChainRequest::stop() {
   toggleAccessoriesDidStopCallBack();
 }
 
-void ChainRequest::startWithCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure) {
-  setCompletionBlockWithSuccess(std::move(success), std::move(failure));
-  start();
-}
-
-void ChainRequest::setCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure) {
-  successCompletionBlock = std::move(success);
-  failureCompletionBlock = std::move(failure);
-}
-
-void ChainRequest::clearCompletionBlock() {
-  successCompletionBlock = nullptr;
-  failureCompletionBlock = nullptr;
-}
-
-void ChainRequest::addAccessory(std::shared_ptr<ChainRequestAccessory> accessory) {
-  if (accessory) requestAccessories.push_back(std::move(accessory));
-}
-
-void ChainRequest::toggleAccessoriesWillStartCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestWillStart(*this);
-}
-
-void ChainRequest::toggleAccessoriesWillStopCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestWillStop(*this);
-}
-
-void ChainRequest::toggleAccessoriesDidStopCallBack() {
-  const auto accessories = requestAccessories;
-  for (const auto& a : accessories) a->requestDidStop(*this);
-}
-
 }  // namespace qmv

@@ -20,18 +20,13 @@ class ChainRequestDelegate {
 };
 
 // Told when a chain will start, will stop and did stop. Every method is optional.
-class ChainRequestAccessory {
- public:
-  virtual ~ChainRequestAccessory() = default;
-  virtual void requestWillStart(ChainRequest& /*chain*/) {}
-  virtual void requestWillStop(ChainRequest& /*chain*/) {}
-  virtual void requestDidStop(ChainRequest& /*chain*/) {}
-};
+using ChainRequestAccessory = AccessoryOf<ChainRequest>;
 
-class ChainRequest : public std::enable_shared_from_this<ChainRequest>, private RequestDelegate {
+class ChainRequest : public std::enable_shared_from_this<ChainRequest>,
+                     public RequestCallbacks<ChainRequest>,
+                     private RequestDelegate {
  public:
   using ChainCallback = std::function<void(ChainRequest&, BaseRequest&)>;
-  using CompletionBlock = std::function<void(ChainRequest&)>;
 
   // Create with std::make_shared.
   ChainRequest() = default;
@@ -44,22 +39,11 @@ class ChainRequest : public std::enable_shared_from_this<ChainRequest>, private 
   const std::shared_ptr<BaseRequest>& failedRequest() const { return failedRequest_; }
 
   ChainRequestDelegate* delegate = nullptr;
-  CompletionBlock successCompletionBlock;
-  CompletionBlock failureCompletionBlock;
-  std::vector<std::shared_ptr<ChainRequestAccessory>> requestAccessories;
 
   // Starts the first step. Logged and ignored when already started or empty.
   void start();
   // Will-stop accessories, drop the delegate, stop the running step, did-stop accessories.
   void stop();
-  void startWithCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure);
-  void setCompletionBlockWithSuccess(CompletionBlock success, CompletionBlock failure);
-  void clearCompletionBlock();
-  void addAccessory(std::shared_ptr<ChainRequestAccessory> accessory);
-
-  void toggleAccessoriesWillStartCallBack();
-  void toggleAccessoriesWillStopCallBack();
-  void toggleAccessoriesDidStopCallBack();
 
  private:
   void requestFinished(BaseRequest& request) override;

@@ -108,8 +108,7 @@ asio::io_context& AsioMainLoop::context() { return impl_->io; }
 void AsioMainLoop::stop() { impl_->io.stop(); }
 
 std::int64_t AsioMainLoop::nowMillis() const {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(
-             std::chrono::steady_clock::now().time_since_epoch())
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
       .count();
 }
 

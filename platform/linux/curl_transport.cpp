@@ -7,8 +7,7 @@
 
 namespace qmv {
 
-CurlTransport::CurlTransport(std::shared_ptr<MainLoop> loop, std::shared_ptr<CookieStore> cookies,
-                             int maxConcurrent)
+CurlTransport::CurlTransport(std::shared_ptr<MainLoop> loop, std::shared_ptr<CookieStore> cookies, int maxConcurrent)
     : loop_(std::move(loop)), cookies_(std::move(cookies)) {
   if (auto* asioLoop = dynamic_cast<AsioMainLoop*>(loop_.get())) {
     driver_ = curl_detail::makeLoopDriver(asioLoop->context(), maxConcurrent);

@@ -28,8 +28,7 @@ class CurlTransport : public HttpTransport {
   static constexpr int kMaxConcurrentTransfers = 4;
 
   // `loop` or `cookies` null: taken from Env::current() when a transfer is sent.
-  explicit CurlTransport(std::shared_ptr<MainLoop> loop = nullptr,
-                         std::shared_ptr<CookieStore> cookies = nullptr,
+  explicit CurlTransport(std::shared_ptr<MainLoop> loop = nullptr, std::shared_ptr<CookieStore> cookies = nullptr,
                          int maxConcurrent = kMaxConcurrentTransfers);
   // Cancels every transfer (their completions are dropped).
   // REQUIRES: with an AsioMainLoop, called on its thread or while it is not running.

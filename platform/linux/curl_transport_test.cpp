@@ -34,8 +34,7 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
       server_.sleepUnlessStopping(milliseconds(3000));
       res.set_content("late", "text/plain");
     });
-    s.Get("/moved",
-          [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
+    s.Get("/moved", [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
     s.Get("/login", [](const httplib::Request&, httplib::Response& res) {
       res.set_header("Set-Cookie", "sessionId=abc; Path=/");
       res.set_content("ok", "text/plain");
@@ -44,9 +43,8 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
       res.set_content(req.get_header_value("Cookie"), "text/plain");
     });
     // httplib answers a Range header with 206 and the rest of the content.
-    s.Get("/file", [](const httplib::Request&, httplib::Response& res) {
-      res.set_content(kFile, "application/octet-stream");
-    });
+    s.Get("/file",
+          [](const httplib::Request&, httplib::Response& res) { res.set_content(kFile, "application/octet-stream"); });
     s.Get("/count", [this](const httplib::Request& req, httplib::Response& res) {
       const int now = ++active_;
       for (int seen = peak_; now > seen && !peak_.compare_exchange_weak(seen, now);) {
@@ -96,11 +94,8 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
   std::unique_ptr<CurlTransport> transport_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Drivers, CurlTransportTest,
-                         ::testing::Values(Driver::workerThread, Driver::asioLoop),
-                         [](const auto& info) {
-                           return info.param == Driver::asioLoop ? "AsioLoop" : "WorkerThread";
-                         });
+INSTANTIATE_TEST_SUITE_P(Drivers, CurlTransportTest, ::testing::Values(Driver::workerThread, Driver::asioLoop),
+                         [](const auto& info) { return info.param == Driver::asioLoop ? "AsioLoop" : "WorkerThread"; });
 
 TEST_P(CurlTransportTest, StatusesErrorsAndTimeouts) {
   HttpRequest missing;
@@ -115,8 +110,7 @@ TEST_P(CurlTransportTest, StatusesErrorsAndTimeouts) {
   moved.url = server_.url("/moved");
   r = sendAndWait(moved);
   EXPECT_EQ(r.status, 404);
-  EXPECT_TRUE(std::none_of(r.headers.begin(), r.headers.end(),
-                           [](const auto& h) { return h.first == "Location"; }));
+  EXPECT_TRUE(std::none_of(r.headers.begin(), r.headers.end(), [](const auto& h) { return h.first == "Location"; }));
 
   HttpRequest slow;
   slow.url = server_.url("/slow");
@@ -159,8 +153,7 @@ TEST_P(CurlTransportTest, CookiesSetByTheServerAreSentBack) {
 }
 
 TEST_P(CurlTransportTest, ResumedDownloadAppendsOrRewritesThePartialFile) {
-  const auto dir =
-      std::filesystem::temp_directory_path() / ("qmv_curl_" + std::to_string(server_.port()));
+  const auto dir = std::filesystem::temp_directory_path() / ("qmv_curl_" + std::to_string(server_.port()));
   std::filesystem::create_directories(dir);
   const auto path = dir / "part.bin";
   { std::ofstream(path, std::ios::binary) << "0123456789"; }

@@ -97,19 +97,17 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     for (const int direction : {CURL_POLL_IN, CURL_POLL_OUT}) {
       if ((watch->wanted & direction) == 0 || watch->waiting(direction)) continue;
       watch->waiting(direction) = true;
-      watch->descriptor.async_wait(
-          direction == CURL_POLL_IN ? asio::posix::stream_descriptor::wait_read
-                                    : asio::posix::stream_descriptor::wait_write,
-          [weak = weak_from_this(), watch, direction](const asio::error_code& ec) {
-            if (auto self = weak.lock()) self->ready(watch, direction, ec);
-          });
+      watch->descriptor.async_wait(direction == CURL_POLL_IN ? asio::posix::stream_descriptor::wait_read
+                                                             : asio::posix::stream_descriptor::wait_write,
+                                   [weak = weak_from_this(), watch, direction](const asio::error_code& ec) {
+                                     if (auto self = weak.lock()) self->ready(watch, direction, ec);
+                                   });
     }
   }
 
   void ready(const std::shared_ptr<Watch>& watch, int direction, const asio::error_code& ec) {
     watch->waiting(direction) = false;
-    if (watch->removed || ec == asio::error::operation_aborted || (watch->wanted & direction) == 0)
-      return;
+    if (watch->removed || ec == asio::error::operation_aborted || (watch->wanted & direction) == 0) return;
     int mask = direction == CURL_POLL_IN ? CURL_CSELECT_IN : CURL_CSELECT_OUT;
     if (ec) mask |= CURL_CSELECT_ERR;
     act(watch->fd, mask);
@@ -184,8 +182,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
       state->postTimeout();
     } else {
       state->deadline_ = Clock::now() + std::chrono::milliseconds(timeoutMs);
-      if (!state->timerSet_ || *state->deadline_ < state->timer_.expiry())
-        state->setTimer(*state->deadline_);
+      if (!state->timerSet_ || *state->deadline_ < state->timer_.expiry()) state->setTimer(*state->deadline_);
     }
     return 0;
   }

@@ -22,8 +22,7 @@ std::string trim(std::string_view text) {
 
 bool equalsNoCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-           return std::tolower(static_cast<unsigned char>(x)) ==
-                  std::tolower(static_cast<unsigned char>(y));
+           return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
          });
 }
 
@@ -80,8 +79,7 @@ void Outbox::flush() {
   while (i < tasks.size()) {
     const auto loop = tasks[i].first;
     std::vector<MainLoop::Task> batch;
-    while (i < tasks.size() && tasks[i].first == loop)
-      batch.push_back(std::move(tasks[i++].second));
+    while (i < tasks.size() && tasks[i].first == loop) batch.push_back(std::move(tasks[i++].second));
     if (batch.size() == 1) {
       loop->post(std::move(batch.front()));
     } else {
@@ -109,8 +107,7 @@ Transfer::~Transfer() {
 void Transfer::deliver(HttpResponse r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
-    outbox.tasks.emplace_back(
-        loop, [c = std::move(completion), r = std::move(r)]() mutable { c(std::move(r)); });
+    outbox.tasks.emplace_back(loop, [c = std::move(completion), r = std::move(r)]() mutable { c(std::move(r)); });
   } else {
     completion(std::move(r));
   }
@@ -187,8 +184,7 @@ bool Transfer::openDownload() {
   if (status < 200 || status > 299) return true;  // error bodies stay in the response
   const bool append = status == 206 && existingBytes_ > 0;
   std::error_code ec;
-  std::filesystem::create_directories(std::filesystem::path(request.downloadPath).parent_path(),
-                                      ec);
+  std::filesystem::create_directories(std::filesystem::path(request.downloadPath).parent_path(), ec);
   file_ = std::fopen(request.downloadPath.c_str(), append ? "ab" : "wb");
   fileBase_ = append ? existingBytes_ : 0;
   return file_ != nullptr;
@@ -238,8 +234,7 @@ bool Transfer::setUp(std::vector<CURL*>* spares) {
   curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
   curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-  if (r.timeout.count() > 0)
-    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(r.timeout.count()));
+  if (r.timeout.count() > 0) curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(r.timeout.count()));
 
   if (r.method == "GET") {
     curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
@@ -258,8 +253,7 @@ bool Transfer::setUp(std::vector<CURL*>* spares) {
   }
 
   headerList_ = curl_slist_append(headerList_, "Expect:");
-  if (!r.contentType.empty())
-    headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
+  if (!r.contentType.empty()) headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
   for (const auto& [name, value] : r.headers) {
     headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
   }
@@ -283,8 +277,7 @@ bool Transfer::setUp(std::vector<CURL*>* spares) {
     std::error_code ec;
     const auto size = std::filesystem::file_size(r.downloadPath, ec);
     existingBytes_ = (r.resume && !ec) ? static_cast<std::int64_t>(size) : 0;
-    if (existingBytes_ > 0)
-      curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
+    if (existingBytes_ > 0) curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
     curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
@@ -333,8 +326,7 @@ void TransferQueue::cancel(TransferId id) {
   if (auto it = std::find_if(queued_.begin(), queued_.end(), matches); it != queued_.end()) {
     (*it)->cancelled(outbox_);
     queued_.erase(it);
-  } else if (auto run = std::find_if(active_.begin(), active_.end(), matches);
-             run != active_.end()) {
+  } else if (auto run = std::find_if(active_.begin(), active_.end(), matches); run != active_.end()) {
     curl_multi_remove_handle(multi_, (*run)->easy());
     (*run)->cancelled(outbox_);
     active_.erase(run);
@@ -362,9 +354,8 @@ void TransferQueue::collectFinished() {
   int left = 0;
   while (CURLMsg* msg = curl_multi_info_read(multi_, &left)) {
     if (msg->msg != CURLMSG_DONE) continue;
-    const auto it =
-        std::find_if(active_.begin(), active_.end(),
-                     [easy = msg->easy_handle](const auto& t) { return t->easy() == easy; });
+    const auto it = std::find_if(active_.begin(), active_.end(),
+                                 [easy = msg->easy_handle](const auto& t) { return t->easy() == easy; });
     if (it == active_.end()) continue;
     const CURLcode code = msg->data.result;
     curl_multi_remove_handle(multi_, (*it)->easy());
