@@ -5,9 +5,7 @@
 namespace qmv {
 namespace {
 
-bool sameSlot(const Cookie& a, const Cookie& b) {
-  return a.name == b.name && a.domain == b.domain && a.path == b.path;
-}
+bool sameSlot(const Cookie& a, const Cookie& b) { return a.name == b.name && a.domain == b.domain && a.path == b.path; }
 
 bool domainMatches(const std::string& domain, const std::string& host) {
   if (domain.empty() || domain == host) return true;

@@ -72,7 +72,8 @@ void ManualMainLoop::advance(Duration delta) {
       timers_.erase(it);
       if (timer.interval.count() > 0) {
         // Re-armed before it runs so that the task may cancel itself.
-        timers_.emplace(std::pair{now_ + timer.interval.count(), nextSeq_++}, Timer{timer.id, timer.interval, timer.task});
+        timers_.emplace(std::pair{now_ + timer.interval.count(), nextSeq_++},
+                        Timer{timer.id, timer.interval, timer.task});
       }
     }
     timer.task();

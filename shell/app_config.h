@@ -15,8 +15,8 @@ struct AppConfig {
   std::string productionServer;  // behind "正式环境" of the server switch
   std::string testServer;        // behind "测试环境"
   std::string objectStorageHost;
-  std::string welcomeImageUrl;   // the remote "welcome.png"
-  std::string webHost;           // root of the server-hosted pages
+  std::string welcomeImageUrl;  // the remote "welcome.png"
+  std::string webHost;          // root of the server-hosted pages
   std::string crashReporterAppId;
   std::string pushAppKey;
   std::string analyticsAppKey;

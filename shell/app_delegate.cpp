@@ -2,6 +2,7 @@
 
 #include "core/common/dictionary.h"
 #include "core/common/notification_names.h"
+#include "core/common/url_parts.h"
 #include "core/request/network_config.h"
 #include "features/orders/payment_results.h"
 #include "platform/app_window.h"
@@ -13,7 +14,6 @@
 #include "platform/settings_store.h"
 #include "platform/status_overlay.h"
 #include "platform/vendor_sdks.h"
-#include "core/common/url_parts.h"
 
 namespace qmv {
 namespace {
@@ -88,8 +88,7 @@ void AppDelegate::initPush(const Json& launchOptions) {
   const auto& push = Env::current().push;
   if (!push) return;
   push->start(config_.pushAppKey, launchOptions);
-  PushService::Category category{"category1",
-                                 {{"action1_identifier", "Accept"}, {"action2_identifier", "Reject"}}};
+  PushService::Category category{"category1", {{"action1_identifier", "Accept"}, {"action2_identifier", "Reject"}}};
   push->registerForNotifications(category);
   push->setLogEnabled(true);
 }

@@ -66,9 +66,15 @@ struct LoggedWeChat : RecordingWeChatApi {
 };
 struct LoggedWindow : HeadlessAppWindow {
   Log log;
-  void setBackgroundColor(const Rgba& c) override { log->push_back("background"), HeadlessAppWindow::setBackgroundColor(c); }
-  void configureKeyboard(bool a, bool b, bool c) override { log->push_back("keyboard"), HeadlessAppWindow::configureKeyboard(a, b, c); }
-  void setOverlayDefaultStyle(int s) override { log->push_back("overlayStyle"), HeadlessAppWindow::setOverlayDefaultStyle(s); }
+  void setBackgroundColor(const Rgba& c) override {
+    log->push_back("background"), HeadlessAppWindow::setBackgroundColor(c);
+  }
+  void configureKeyboard(bool a, bool b, bool c) override {
+    log->push_back("keyboard"), HeadlessAppWindow::configureKeyboard(a, b, c);
+  }
+  void setOverlayDefaultStyle(int s) override {
+    log->push_back("overlayStyle"), HeadlessAppWindow::setOverlayDefaultStyle(s);
+  }
   void setStatusBar(bool h, int s) override { log->push_back("statusBar"), HeadlessAppWindow::setStatusBar(h, s); }
   void setNavigationBarAppearance(const NavigationBarAppearance& a) override {
     log->push_back("navigationBar"), HeadlessAppWindow::setNavigationBarAppearance(a);
@@ -161,10 +167,22 @@ TEST_F(ShellFixture, FirstRunStartsInOrderWithTheGuideAndLaterRunsGoToTheTabs) {
     AppDelegate app(config);
     ASSERT_TRUE(app.didFinishLaunchingWithOptions());
     const std::vector<std::string> expected = {
-        "crash crash-id", "push push-key",
-        "pushCategory category1 action1_identifier=Accept action2_identifier=Reject", "pushLog", "background",
-        "keyboard", "observe changeBaseUrl", "overlayStyle", "reachability", "analytics analytics-key 1 []",
-        "share share-key", "wechat wx-id qmv", "statusBar", "navigationBar", "create", "visible",
+        "crash crash-id",
+        "push push-key",
+        "pushCategory category1 action1_identifier=Accept action2_identifier=Reject",
+        "pushLog",
+        "background",
+        "keyboard",
+        "observe changeBaseUrl",
+        "overlayStyle",
+        "reachability",
+        "analytics analytics-key 1 []",
+        "share share-key",
+        "wechat wx-id qmv",
+        "statusBar",
+        "navigationBar",
+        "create",
+        "visible",
         "launch welcome_first"};
     EXPECT_EQ(*log, expected);
     EXPECT_EQ(NetworkConfig::sharedInstance().baseUrl(), config.serverBaseUrl);

@@ -65,14 +65,14 @@ TEST_F(AccountCommandsTest, FirstRunThenLoginKeepsTheSessionForLaterRuns) {
 }
 
 TEST_F(AccountCommandsTest, RegistrationAndRecoveryAskForTheCodeOnStandardInput) {
-  auto refused = run({"register", "--phone", "13912345678", "--name", "newbie01", "--password", "abc123",
-                      "--confirm", "abc124"},
-                     "123456\n");
+  auto refused =
+      run({"register", "--phone", "13912345678", "--name", "newbie01", "--password", "abc123", "--confirm", "abc124"},
+          "123456\n");
   EXPECT_EQ(refused.status, 1);
   EXPECT_TRUE(refused.has("两次输入密码不一致")) << refused.out;
 
-  auto badPhone = run({"register", "--phone", "12912345678", "--name", "newbie01", "--password", "abc123",
-                       "--confirm", "abc123"});
+  auto badPhone =
+      run({"register", "--phone", "12912345678", "--name", "newbie01", "--password", "abc123", "--confirm", "abc123"});
   EXPECT_EQ(badPhone.status, 1);
   EXPECT_TRUE(badPhone.has("请输入正确的手机号")) << badPhone.out;
 

@@ -2,8 +2,8 @@
 #include <httplib.h>
 
 #include "core/session/auto_login.h"
-#include "core/session/logout_flow.h"
 #include "core/session/login_view_controller.h"
+#include "core/session/logout_flow.h"
 #include "core/session/settings_keys.h"
 #include "tests/account_test_env.h"
 

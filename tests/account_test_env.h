@@ -81,9 +81,7 @@ class AccountE2ETest : public ::testing::Test {
   }
 
   // Runs the loop (without moving its clock) until `done` or ten seconds of wall time.
-  bool waitFor(const std::function<bool()>& done) {
-    return loop_->runUntil(done, std::chrono::milliseconds(10000));
-  }
+  bool waitFor(const std::function<bool()>& done) { return loop_->runUntil(done, std::chrono::milliseconds(10000)); }
 
   // Waits for a callback of the form void(bool) and returns its value (nullopt: none came).
   struct Outcome {

@@ -100,8 +100,8 @@ TEST_F(AccountContractTest, RegistrationWithAnInvitationCodeLinksTheInviter) {
   auto check = std::make_shared<MobileCheckNetApi>(phone, sandbox::kDemoSmsCode, codeSession);
   EXPECT_TRUE(sendCorrect(check));
 
-  auto unknownInviter = std::make_shared<RegisterNetApi>(md5(password), phone, "999999999", "新会员",
-                                                         sandbox::kDemoSmsCode, codeSession);
+  auto unknownInviter =
+      std::make_shared<RegisterNetApi>(md5(password), phone, "999999999", "新会员", sandbox::kDemoSmsCode, codeSession);
   ASSERT_EQ(send(unknownInviter), "success");
   EXPECT_FALSE(unknownInviter->isCorrectResult());
   auto registration = std::make_shared<RegisterNetApi>(md5(password), phone, sandbox::kDemoMemberNumber, "新会员",
@@ -123,13 +123,15 @@ TEST_F(AccountContractTest, RegistrationWithAnInvitationCodeLinksTheInviter) {
   ASSERT_TRUE(sendCorrect(after));
   EXPECT_EQ(std::stoi(after->getFirstLevelCount()), std::stoi(countBefore) + 1);
   const auto contacts = after->getMyContacts();
-  const auto found = std::find_if(contacts.begin(), contacts.end(), [&](const UserInfoModel& c) { return c.phone == phone; });
+  const auto found =
+      std::find_if(contacts.begin(), contacts.end(), [&](const UserInfoModel& c) { return c.phone == phone; });
   ASSERT_NE(found, contacts.end());
   EXPECT_EQ(found->num, "0") << "a contact's \"num\" counts the members he invited";
   EXPECT_FALSE(found->time.empty());
 
   // Second level: the invitees of a direct contact, and nobody else's.
-  const auto inviter = std::find_if(contacts.begin(), contacts.end(), [](const UserInfoModel& c) { return c.num != "0"; });
+  const auto inviter =
+      std::find_if(contacts.begin(), contacts.end(), [](const UserInfoModel& c) { return c.num != "0"; });
   ASSERT_NE(inviter, contacts.end());
   auto second = std::make_shared<MyContactsNetApi>("1", inviter->phone);
   ASSERT_TRUE(sendCorrect(second));

@@ -52,8 +52,8 @@ TEST_F(OrdersContractTest, BalancePaymentForAnOfferChargesTheBalanceAndARefundRe
   const auto before = balance();
   ASSERT_TRUE(before.has_value());
 
-  auto pay = std::make_shared<PreparePayNetApi>(std::to_string(2 * unit), "3", voucher.storeId, true, kVoucherOffer,
-                                                "2", "0");
+  auto pay =
+      std::make_shared<PreparePayNetApi>(std::to_string(2 * unit), "3", voucher.storeId, true, kVoucherOffer, "2", "0");
   ASSERT_EQ(pay->requestUrl(), "postPayForActivity");
   ASSERT_TRUE(sendCorrect(pay)) << pay->responseString();
   const Json paid = dataOf(*pay);
@@ -127,15 +127,17 @@ TEST_F(OrdersContractTest, ChannelPaymentWaitsForTheVendorsCompletion) {
   ASSERT_TRUE(sendCorrect(mixed));
   EXPECT_EQ(balance(), *before);
   const std::string mixedPrepay = strForKey(dataOf(*mixed), "prepay_id");
-  ASSERT_EQ(vendor_->post("/sandbox/pay/complete", {{"prepay_id", mixedPrepay}, {"result", "success"}}).value("success", ""),
-            "0");
+  ASSERT_EQ(
+      vendor_->post("/sandbox/pay/complete", {{"prepay_id", mixedPrepay}, {"result", "success"}}).value("success", ""),
+      "0");
   EXPECT_EQ(balance(), 0);
 
   // A cancelled payment closes the order: it is never listed and charges nothing.
   auto cancelled = std::make_shared<PreparePayNetApi>("800", "2", "1", false);
   ASSERT_TRUE(sendCorrect(cancelled));
   const std::string cancelledId = strForKey(dataOf(*cancelled), "orderId");
-  vendor_->post("/sandbox/pay/complete", {{"prepay_id", strForKey(dataOf(*cancelled), "prepay_id")}, {"result", "cancel"}});
+  vendor_->post("/sandbox/pay/complete",
+                {{"prepay_id", strForKey(dataOf(*cancelled), "prepay_id")}, {"result", "cancel"}});
   EXPECT_EQ(tab(0).count(cancelledId), 0u);
   EXPECT_EQ(balance(), 0);
 }

@@ -66,9 +66,7 @@ class DiscoverySandboxTest : public ::testing::Test {
   }
 
   // Runs the loop until `done` (true) or ten seconds pass (false).
-  bool runUntil(const std::function<bool()>& done) {
-    return loop_->runUntil(done, std::chrono::milliseconds(10000));
-  }
+  bool runUntil(const std::function<bool()>& done) { return loop_->runUntil(done, std::chrono::milliseconds(10000)); }
   // Runs whatever is queued now (deliveries of posted notifications).
   void drain() { loop_->runPending(); }
 

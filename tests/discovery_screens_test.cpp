@@ -157,9 +157,9 @@ TEST_F(DiscoveryScreensTest, OfferScreenShowsPricesPackagesAndNotice) {
   ASSERT_EQ(packages[0].items.size(), 2u);
   EXPECT_EQ(packages[0].items[1].commodity, "饮品");
   EXPECT_EQ(packages[0].items[1].amount, "2杯");
-  const std::vector<std::string> expected = {"有效期:" + offer.date, "使用时间:" + offer.time, "使用规则:",
-                                             "●每人每次限用一张", "●不与店内其他优惠同享", "●请提前一天预约",
-                                             "●节假日通用"};
+  const std::vector<std::string> expected = {
+      "有效期:" + offer.date,  "使用时间:" + offer.time, "使用规则:",  "●每人每次限用一张",
+      "●不与店内其他优惠同享", "●请提前一天预约",        "●节假日通用"};
   EXPECT_EQ(screen.noticeLines(), expected);
   screen.callStore();
   ASSERT_EQ(urls_->opened().size(), 1u);

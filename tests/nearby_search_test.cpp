@@ -46,8 +46,8 @@ TEST_F(NearbySearchTest, FilterPathPagesAppendAndAFailedPageIsAskedForAgain) {
   EXPECT_EQ(view.pageNum, 2);
   ASSERT_EQ(view.storeList.size(), 20u);
   EXPECT_EQ(ids(view.storeList).size(), 20u) << "page 2 appends new stores";
-  EXPECT_TRUE(std::includes(ids(view.storeList).begin(), ids(view.storeList).end(), firstPage.begin(),
-                            firstPage.end()));
+  EXPECT_TRUE(
+      std::includes(ids(view.storeList).begin(), ids(view.storeList).end(), firstPage.begin(), firstPage.end()));
 
   // The server cannot be reached: page 3 fails and stays the page to ask for.
   NetworkConfig::sharedInstance().setBaseUrl("http://127.0.0.1:1/qmv/app/v3/");

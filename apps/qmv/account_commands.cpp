@@ -32,7 +32,9 @@ struct Outcome {
       correct = ok;
     };
   }
-  bool wait(CliApp& app) { return app.waitUntil([this] { return done; }) && correct; }
+  bool wait(CliApp& app) {
+    return app.waitUntil([this] { return done; }) && correct;
+  }
 };
 
 std::string formatYuan(const std::string& fen) {
@@ -54,11 +56,18 @@ void printMember(CliApp& app, const UserInfoModel& me) {
   out.line("余额: ￥" + formatYuan(me.balance));
   out.line(std::string(level) + "  " + progress);
   out.line(remaining);
-  out.data("member", Json{{"userName", me.userName}, {"nickName", me.nickName}, {"phone", me.phone},
-                          {"name", me.name}, {"num", me.num}, {"balance", me.balance},
-                          {"balanceYuan", formatYuan(me.balance)}, {"nowExp", me.nowEXP},
-                          {"level", me.level}, {"currentTotal", me.currentTotal},
-                          {"currentProgress", me.currentProgress}, {"inviterID", me.inviterID}});
+  out.data("member", Json{{"userName", me.userName},
+                          {"nickName", me.nickName},
+                          {"phone", me.phone},
+                          {"name", me.name},
+                          {"num", me.num},
+                          {"balance", me.balance},
+                          {"balanceYuan", formatYuan(me.balance)},
+                          {"nowExp", me.nowEXP},
+                          {"level", me.level},
+                          {"currentTotal", me.currentTotal},
+                          {"currentProgress", me.currentProgress},
+                          {"inviterID", me.inviterID}});
 }
 
 int runLogin(CliApp& app, const std::string& phone, const std::string& password) {

@@ -9,6 +9,7 @@
 
 #include "apps/qmv/message_stream.h"
 #include "apps/sandbox/sandbox_server.h"
+#include "core/session/auto_login.h"
 #include "platform/clock.h"
 #include "platform/cookie_store.h"
 #include "platform/file_locations.h"
@@ -23,15 +24,14 @@
 #include "platform/linux/loop_notification_center.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
-#include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/printing_url_opener.h"
+#include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/stack_navigator.h"
 #include "platform/linux/stream_alerts.h"
 #include "platform/linux/stream_status_overlay.h"
 #include "platform/linux/url_result_payment_channels.h"
-#include "platform/payment_channels.h"
 #include "platform/main_loop.h"
-#include "core/session/auto_login.h"
+#include "platform/payment_channels.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::cli {
@@ -113,21 +113,23 @@ std::string CliApp::buildEnv() {
   env_.overlay = std::make_shared<StreamStatusOverlay>(*messageStream_);
   env_.navigator = std::make_shared<StackNavigator>();
   env_.urlOpener = std::make_shared<PrintingUrlOpener>(*messageStream_);
-  alerts_ = std::make_shared<StreamAlerts>(*messageStream_, loop, [this](const AlertSpec& alert) -> std::optional<AlertAnswer> {
-    if (!answers_.empty()) {
-      const std::string given = answers_.front();
-      answers_.pop_front();
-      if (auto index = answerIndex(given, alert.buttons)) return AlertAnswer{*index, {}};
-      std::cerr << "qmv: \"" << given << "\" is not one of this alert's buttons\n";
-      return std::nullopt;
-    }
-    if (!interactive_ || lineReader_ || alert.buttons.size() < 2) return std::nullopt;
-    for (std::size_t i = 0; i < alert.buttons.size(); ++i) out_ << "  [" << i + 1 << "] " << alert.buttons[i] << '\n';
-    while (auto line = readLine("> ")) {
-      if (auto index = answerIndex(*line, alert.buttons)) return AlertAnswer{*index, {}};
-    }
-    return std::nullopt;
-  });
+  alerts_ = std::make_shared<StreamAlerts>(
+      *messageStream_, loop, [this](const AlertSpec& alert) -> std::optional<AlertAnswer> {
+        if (!answers_.empty()) {
+          const std::string given = answers_.front();
+          answers_.pop_front();
+          if (auto index = answerIndex(given, alert.buttons)) return AlertAnswer{*index, {}};
+          std::cerr << "qmv: \"" << given << "\" is not one of this alert's buttons\n";
+          return std::nullopt;
+        }
+        if (!interactive_ || lineReader_ || alert.buttons.size() < 2) return std::nullopt;
+        for (std::size_t i = 0; i < alert.buttons.size(); ++i)
+          out_ << "  [" << i + 1 << "] " << alert.buttons[i] << '\n';
+        while (auto line = readLine("> ")) {
+          if (auto index = answerIndex(*line, alert.buttons)) return AlertAnswer{*index, {}};
+        }
+        return std::nullopt;
+      });
   env_.alerts = alerts_;
   env_.push = std::make_shared<LoggingPushService>();
   env_.reachability = std::make_shared<InterfaceReachability>();

@@ -37,12 +37,14 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   CLI::App app{"qmv: the client of a local-life services platform"};
   app.set_version_flag("--version", std::string("qmv ") + QMV_VERSION_STRING);
   GlobalOptions options;
-  app.add_option("--server", options.server, "application server base URL (else the configured one, else the embedded sandbox)");
+  app.add_option("--server", options.server,
+                 "application server base URL (else the configured one, else the embedded sandbox)");
   app.add_option("--home", options.home, "home directory (default $XDG_DATA_HOME/qmv)");
   app.add_option("--at", options.at, "device position LAT,LON (WGS-84)")
       ->check(CLI::Validator(
           [](std::string& text) {
-            return FixedLocationSource::parsePosition(text) ? std::string() : std::string("expected LAT,LON in degrees");
+            return FixedLocationSource::parsePosition(text) ? std::string()
+                                                            : std::string("expected LAT,LON in degrees");
           },
           "LAT,LON"));
   app.add_flag("--json", options.json, "print one JSON document");

@@ -2,7 +2,6 @@
 // The CLI's commands. Each feature file registers its commands with their options; the
 // registry is rebuilt for every line of the shell, so registration must be repeatable.
 #include <CLI/CLI.hpp>
-
 #include <functional>
 #include <string>
 #include <vector>

@@ -132,8 +132,8 @@ int runSearch(CliApp& app, const SearchOptions& options) {
   NearbyView view;
   if (!options.district.empty()) {
     if (std::find(view.areaList.begin(), view.areaList.end(), options.district) == view.areaList.end()) {
-      std::cerr << "qmv: " << options.district << " is not a district of " << GlobalData::sharedInstance().getCurrentCityName()
-                << '\n';
+      std::cerr << "qmv: " << options.district << " is not a district of "
+                << GlobalData::sharedInstance().getCurrentCityName() << '\n';
       return kExitUsage;
     }
     view.areaButton.title = options.district;
@@ -169,8 +169,10 @@ int runSearch(CliApp& app, const SearchOptions& options) {
   printStores(out, "", "stores", view.storeList);
   out.line("page " + std::to_string(view.pageNum));
   out.data("page", view.pageNum);
-  out.data("filters", {{"area", view.areaButton.title}, {"category", view.categoryButton.title},
-                       {"sort", view.sortButton.title}, {"keyword", options.keyword}});
+  out.data("filters", {{"area", view.areaButton.title},
+                       {"category", view.categoryButton.title},
+                       {"sort", view.sortButton.title},
+                       {"keyword", options.keyword}});
   return correct ? kExitOk : kExitFailure;
 }
 
@@ -238,7 +240,9 @@ int runMap(CliApp& app, const std::string& category) {
   Json pins = Json::array();
   for (const NearByMapView::Pin& pin : map.pins) {
     out.line("  " + pin.storeId + " " + pin.title + " @ " + coordinateText(pin.gcj) + " | " + pin.subtitle);
-    pins.push_back({{"storeId", pin.storeId}, {"title", pin.title}, {"subtitle", pin.subtitle},
+    pins.push_back({{"storeId", pin.storeId},
+                    {"title", pin.title},
+                    {"subtitle", pin.subtitle},
                     {"gcj02", {pin.gcj.latitude, pin.gcj.longitude}}});
   }
   out.data("category", {{"id", map.typeID}, {"name", map.categoryTitle}});
@@ -270,23 +274,30 @@ int runStore(CliApp& app, const std::string& id) {
   out.line(screen.perPersonText());
   out.line(store->phone.empty() ? texts::kNoPhone : texts::kTelPrefix + store->phone);
   out.data("store", storeRowJson(*store, GlobalData::sharedInstance().userLocation()));
-  out.data("texts", {{"pictures", screen.pictureCountText()}, {"hours", screen.openingHoursText()},
-                     {"perPerson", screen.perPersonText()}, {"comments", screen.commentCountText()},
-                     {"favorite", store->favorite}, {"phone", store->phone}});
+  out.data("texts", {{"pictures", screen.pictureCountText()},
+                     {"hours", screen.openingHoursText()},
+                     {"perPerson", screen.perPersonText()},
+                     {"comments", screen.commentCountText()},
+                     {"favorite", store->favorite},
+                     {"phone", store->phone}});
   out.line(texts::kOffersSection);
   Json offers = Json::array();
   for (const ActivityModel& offer : store->activityList) {
     out.line("  " + offer.commodityID + " " + offer.name + " | " + offer.priceText() + " " + offer.originalPriceText() +
              " | " + offer.soldText());
-    offers.push_back({{"commodityId", offer.commodityID}, {"name", offer.name}, {"price", offer.priceText()},
-                      {"originalPrice", offer.originalPriceText()}, {"sold", offer.soldText()}});
+    offers.push_back({{"commodityId", offer.commodityID},
+                      {"name", offer.name},
+                      {"price", offer.priceText()},
+                      {"originalPrice", offer.originalPriceText()},
+                      {"sold", offer.soldText()}});
   }
   out.data("offers", offers);
   out.line(std::string(texts::kCommentsSection) + " " + screen.commentCountText());
   Json grades = Json::array();
   for (const GradeModel& grade : screen.gradeList()) {
     out.line("  " + grade.nickName + " " + grade.star + "★ " + grade.time + " " + grade.content);
-    grades.push_back({{"nickName", grade.nickName}, {"star", grade.star}, {"time", grade.time}, {"content", grade.content}});
+    grades.push_back(
+        {{"nickName", grade.nickName}, {"star", grade.star}, {"time", grade.time}, {"content", grade.content}});
   }
   out.data("comments", grades);
   out.line(texts::kMoreComments);
@@ -317,9 +328,13 @@ int runActivity(CliApp& app, const std::string& id) {
   }
   out.line(texts::kNoticeSection);
   for (const std::string& line : screen.noticeLines()) out.line("  " + line);
-  out.data("activity", {{"commodityId", offer.commodityID}, {"name", offer.name}, {"storeId", offer.storeId},
-                        {"storeName", offer.storeName}, {"price", screen.priceText()},
-                        {"originalPrice", screen.originalPriceText()}, {"sold", screen.soldText()},
+  out.data("activity", {{"commodityId", offer.commodityID},
+                        {"name", offer.name},
+                        {"storeId", offer.storeId},
+                        {"storeName", offer.storeName},
+                        {"price", screen.priceText()},
+                        {"originalPrice", screen.originalPriceText()},
+                        {"sold", screen.soldText()},
                         {"descImage", screen.showsDescImage()}});
   out.data("packages", packages);
   out.data("notice", screen.noticeLines());
@@ -463,8 +478,8 @@ void registerDiscoveryCommands(CommandRegistry& registry) {
   }
   {
     auto clear = std::make_shared<bool>(false);
-    CLI::App* history = registry.add("history", "the search history",
-                                     [clear](CliApp& app) { return runHistory(app, *clear); });
+    CLI::App* history =
+        registry.add("history", "the search history", [clear](CliApp& app) { return runHistory(app, *clear); });
     history->add_flag("--clear", *clear, "forget every word first");
   }
   registry.add("categories", "the store categories with their ids", [](CliApp& app) { return runCategories(app); });

@@ -11,10 +11,14 @@ std::string storeRowText(const StoreInfoModel& store, std::optional<Coordinate> 
 }
 
 Json storeRowJson(const StoreInfoModel& store, std::optional<Coordinate> member) {
-  Json row = {{"storeId", store.storeId},         {"storeName", store.storeName},
-              {"title", store.title},             {"address", store.address},
-              {"distance", store.distanceText(member)}, {"price", store.priceText()},
-              {"shopPrice", store.shopPriceText()},     {"sold", store.soldText()}};
+  Json row = {{"storeId", store.storeId},
+              {"storeName", store.storeName},
+              {"title", store.title},
+              {"address", store.address},
+              {"distance", store.distanceText(member)},
+              {"price", store.priceText()},
+              {"shopPrice", store.shopPriceText()},
+              {"sold", store.soldText()}};
   if (store.longitude && store.latitude) row["coordinate"] = *store.longitude + "," + *store.latitude;
   return row;
 }

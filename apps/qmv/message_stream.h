@@ -31,7 +31,8 @@ class MessageLineBuffer : public std::streambuf {
 
 class MessageStream : public std::ostream {
  public:
-  explicit MessageStream(std::function<void(const std::string&)> onLine) : std::ostream(nullptr), buffer_(std::move(onLine)) {
+  explicit MessageStream(std::function<void(const std::string&)> onLine)
+      : std::ostream(nullptr), buffer_(std::move(onLine)) {
     rdbuf(&buffer_);
   }
 

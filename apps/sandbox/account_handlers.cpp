@@ -24,9 +24,15 @@ constexpr size_t kMaxPortraitBytes = 2 * 1024 * 1024;
 
 // Profile fields a member may change with "postChangeSelf": request key -> column.
 constexpr std::pair<const char*, const char*> kEditableFields[] = {
-    {"nickName", "nick_name"}, {"sex", "sex"},           {"birthday", "birthday"},
-    {"email", "email"},        {"address", "address"},   {"address_name", "address_name"},
-    {"address_phone", "address_phone"}, {"postcode", "postcode"}, {"name", "name"},
+    {"nickName", "nick_name"},
+    {"sex", "sex"},
+    {"birthday", "birthday"},
+    {"email", "email"},
+    {"address", "address"},
+    {"address_name", "address_name"},
+    {"address_phone", "address_phone"},
+    {"postcode", "postcode"},
+    {"name", "name"},
 };
 
 std::string newSession(SandboxStore& db, int64_t memberId) {
@@ -39,8 +45,8 @@ Reply login(Call& call) {
   const std::string user = call.arg("userName");
   const std::string password = call.arg("userPassword");
   if (user.empty() || password.empty()) return Reply::refuse(kMsgLoginFailed);
-  const Json member = call.db.queryOne("SELECT * FROM members WHERE phone = ? OR user_name = ? ORDER BY id LIMIT 1",
-                                       {user, user});
+  const Json member =
+      call.db.queryOne("SELECT * FROM members WHERE phone = ? OR user_name = ? ORDER BY id LIMIT 1", {user, user});
   if (!member.is_object() || member["password"].get<std::string>() != password) return Reply::refuse(kMsgLoginFailed);
   const std::string session = newSession(call.db, member["id"].get<int64_t>());
   call.member = member;
@@ -78,7 +84,8 @@ Reply registerMember(Call& call) {
   if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
   if (!isMd5Hex(password)) return Reply::refuse(kMsgBadPassword);
   if (findCode(call.db, call.arg("sessionId"), phone, call.arg("code")).is_null()) return Reply::refuse(kMsgBadCode);
-  if (!call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null()) return Reply::refuse(kMsgPhoneTaken);
+  if (!call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null())
+    return Reply::refuse(kMsgPhoneTaken);
   Json inviter;
   const std::string invite = call.arg("inviteId");
   if (!invite.empty()) {
@@ -101,7 +108,8 @@ Reply findPassword(Call& call) {
   const std::string password = call.arg("newPassword");
   if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
   if (!isMd5Hex(password)) return Reply::refuse(kMsgBadPassword);
-  if (call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null()) return Reply::refuse(kMsgNoSuchPhone);
+  if (call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null())
+    return Reply::refuse(kMsgNoSuchPhone);
   // The reset is allowed once per code verified by getCheckCode for this phone.
   const Json verified = call.db.queryOne(
       "SELECT id FROM sms_codes WHERE phone = ? AND verified = 1 AND used = 0 AND created > ? ORDER BY created DESC",
@@ -132,7 +140,8 @@ Reply changeSelf(Call& call) {
   int changed = 0;
   for (const auto& [key, column] : kEditableFields) {
     if (!call.args.contains(key)) continue;
-    call.db.execute(std::string("UPDATE members SET ") + column + " = ? WHERE id = ?", {call.arg(key), call.memberId()});
+    call.db.execute(std::string("UPDATE members SET ") + column + " = ? WHERE id = ?",
+                    {call.arg(key), call.memberId()});
     ++changed;
   }
   if (changed == 0) return Reply::refuse(kMsgNothingToChange);
@@ -155,9 +164,9 @@ Reply myMessages(Call& call) {
   const auto page = parsePage(call.arg("page"));
   if (!page) return Reply::refuse(kMsgBadArgument);
   Json list = Json::array();
-  for (const Json& row : call.db.query(
-           "SELECT * FROM messages WHERE member_id = ? ORDER BY created DESC, id DESC LIMIT ? OFFSET ?",
-           {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
+  for (const Json& row :
+       call.db.query("SELECT * FROM messages WHERE member_id = ? ORDER BY created DESC, id DESC LIMIT ? OFFSET ?",
+                     {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
     list.push_back({{"id", std::to_string(row["id"].get<int64_t>())},
                     {"contact", row["title"]},
                     {"time", timeText(row["created"].get<int64_t>())},
@@ -170,8 +179,8 @@ Reply myMessages(Call& call) {
 
 // Marks every message read; answers how many were unread.
 Reply readMessages(Call& call) {
-  const int64_t changed = call.db.execute("UPDATE messages SET is_read = 1 WHERE member_id = ? AND is_read = 0",
-                                          {call.memberId()});
+  const int64_t changed =
+      call.db.execute("UPDATE messages SET is_read = 1 WHERE member_id = ? AND is_read = 0", {call.memberId()});
   return Reply::ok({{"count", std::to_string(changed)}});
 }
 

@@ -7,9 +7,9 @@ TEST_F(SandboxTest, LoginAnswersTheMemberRecordOrRefusesWrongPasswords) {
   const Json reply = api_->get("getUserLogin", {{"userName", kDemoPhone}, {"userPassword", md5Hex(kDemoPassword)}});
   ASSERT_EQ(code(reply), "0");
   const Json& member = reply["data"];
-  for (const char* key : {"sessionId", "phone", "nickName", "sex", "birthday", "email", "inviterID", "balance",
-                          "bankCardNum", "imgUrl", "address", "address_name", "address_phone", "postcode", "nowExp",
-                          "name", "num", "time", "userName"}) {
+  for (const char* key :
+       {"sessionId", "phone", "nickName", "sex", "birthday", "email", "inviterID", "balance", "bankCardNum", "imgUrl",
+        "address", "address_name", "address_phone", "postcode", "nowExp", "name", "num", "time", "userName"}) {
     EXPECT_TRUE(member.contains(key) && member[key].is_string()) << key;
   }
   EXPECT_EQ(member["phone"], kDemoPhone);
@@ -35,7 +35,7 @@ TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) 
   ASSERT_EQ(code(codeReply), "0");
   const std::string codeSession = codeReply["data"]["sessionId"];
   ASSERT_FALSE(codeSession.empty());
-  Args form = {{"password", md5Hex("abc123")}, {"phone", phone},  {"userName", "新会员"},
+  Args form = {{"password", md5Hex("abc123")},  {"phone", phone},   {"userName", "新会员"},
                {"inviteId", kDemoMemberNumber}, {"code", "654321"}, {"sessionId", codeSession}};
   EXPECT_EQ(api_->post("postUserRegisterWeb", form)["message"], "验证码错误或已过期");
   form["code"] = kDemoSmsCode;
@@ -62,8 +62,10 @@ TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) 
   EXPECT_EQ(contacts["oneContact"], "4");
   const std::string third = "13912345679";
   const std::string thirdSession = api_->get("getMobileCode", {{"mobile", third}})["data"]["sessionId"];
-  ASSERT_EQ(code(api_->post("postUserRegisterWeb", {{"password", md5Hex("abc123")}, {"phone", third},
-                                                    {"inviteId", phone}, {"code", kDemoSmsCode},
+  ASSERT_EQ(code(api_->post("postUserRegisterWeb", {{"password", md5Hex("abc123")},
+                                                    {"phone", third},
+                                                    {"inviteId", phone},
+                                                    {"code", kDemoSmsCode},
                                                     {"sessionId", thirdSession}})),
             "0");
   EXPECT_EQ(api_->get("getMyContacts", {{"sessionId", api_->login()}})["data"]["twoContact"], "4");
@@ -77,7 +79,8 @@ TEST(SandboxCodes, OutsideDemoModeTheCodeIsNotTheDemoOne) {
   int accepted = 0;
   for (int i = 0; i < 3; ++i) {
     const std::string session = api.get("getMobileCode", {{"mobile", "13912340000"}})["data"]["sessionId"];
-    const Json check = api.get("getCheckCode", {{"mobile", "13912340000"}, {"code", kDemoSmsCode}, {"sessionId", session}});
+    const Json check =
+        api.get("getCheckCode", {{"mobile", "13912340000"}, {"code", kDemoSmsCode}, {"sessionId", session}});
     accepted += check.value("success", "") == "0" ? 1 : 0;
   }
   EXPECT_LT(accepted, 3);
@@ -87,16 +90,17 @@ TEST(SandboxCodes, OutsideDemoModeTheCodeIsNotTheDemoOne) {
 
 TEST_F(SandboxTest, PasswordRecoveryNeedsAVerifiedCodeAndChangesTheLogin) {
   const std::string fresh = md5Hex("newpass1");
-  EXPECT_EQ(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", fresh}})["message"], "请先验证手机号");
+  EXPECT_EQ(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", fresh}})["message"],
+            "请先验证手机号");
   const std::string codeSession = api_->get("getMobileCode", {{"mobile", kDemoPhone}})["data"]["sessionId"];
   EXPECT_EQ(code(api_->get("getCheckCode", {{"mobile", kDemoPhone}, {"code", "000000"}, {"sessionId", codeSession}})),
             "1");
-  EXPECT_EQ(code(api_->get("getCheckCode", {{"mobile", "13800000001"}, {"code", kDemoSmsCode},
-                                            {"sessionId", codeSession}})),
-            "1");
-  ASSERT_EQ(code(api_->get("getCheckCode", {{"mobile", kDemoPhone}, {"code", kDemoSmsCode},
-                                            {"sessionId", codeSession}})),
-            "0");
+  EXPECT_EQ(
+      code(api_->get("getCheckCode", {{"mobile", "13800000001"}, {"code", kDemoSmsCode}, {"sessionId", codeSession}})),
+      "1");
+  ASSERT_EQ(
+      code(api_->get("getCheckCode", {{"mobile", kDemoPhone}, {"code", kDemoSmsCode}, {"sessionId", codeSession}})),
+      "0");
   EXPECT_EQ(api_->post("postFindPassword", {{"phone", "13999999999"}, {"newPassword", fresh}})["message"],
             "该手机号未注册");
   ASSERT_EQ(code(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", fresh}})), "0");
@@ -108,11 +112,13 @@ TEST_F(SandboxTest, PasswordRecoveryNeedsAVerifiedCodeAndChangesTheLogin) {
 
 TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
   const std::string session = api_->login();
-  EXPECT_EQ(api_->post("postChangePassword", {{"sessionId", session}, {"oldPassword", md5Hex("nope")},
+  EXPECT_EQ(api_->post("postChangePassword", {{"sessionId", session},
+                                              {"oldPassword", md5Hex("nope")},
                                               {"newPassword", md5Hex("second2")}})["message"],
             "原密码错误");
-  ASSERT_EQ(code(api_->post("postChangePassword", {{"sessionId", session}, {"oldPassword", md5Hex(kDemoPassword)},
-                                                   {"newPassword", md5Hex("second2")}})),
+  ASSERT_EQ(code(api_->post(
+                "postChangePassword",
+                {{"sessionId", session}, {"oldPassword", md5Hex(kDemoPassword)}, {"newPassword", md5Hex("second2")}})),
             "0");
   EXPECT_FALSE(api_->login(kDemoPhone, "second2").empty());
 
@@ -123,7 +129,7 @@ TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
   EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["sex"], "2");
 
   httplib::MultipartFormDataItems items = {{"sessionId", session, "", ""},
-                                          {"file", std::string("\x89PNG\r\n\x1a\n\0rest", 13), "me.png", "image/png"}};
+                                           {"file", std::string("\x89PNG\r\n\x1a\n\0rest", 13), "me.png", "image/png"}};
   auto res = api_->raw().Post("/qmv/app/v3/postPortrait", items);
   ASSERT_TRUE(res);
   const Json uploaded = parseJson(res->body);
@@ -148,8 +154,8 @@ TEST_F(SandboxTest, MessagesAndFeedback) {
     EXPECT_EQ(message["isRead"], "1");
   }
   EXPECT_EQ(api_->post("postFeedback", {{"sessionId", session}, {"type", "0"}})["message"], "请输入反馈内容");
-  EXPECT_EQ(code(api_->post("postFeedback", {{"sessionId", session}, {"concent", "很好用"}, {"contact", "qq"},
-                                             {"type", "0"}})),
+  EXPECT_EQ(code(api_->post("postFeedback",
+                            {{"sessionId", session}, {"concent", "很好用"}, {"contact", "qq"}, {"type", "0"}})),
             "0");
 }
 

@@ -80,30 +80,18 @@ struct Area {
 
 // Provinces are type 1, cities type 2, districts and counties type 3.
 const Area kAreas[] = {
-    {370000, 0, "山东省", "shandong", 1},
-    {370100, 370000, "济南市", "jinan", 2},
-    {370102, 370100, "历下区", "lixia", 3},
-    {370103, 370100, "市中区", "shizhong", 3},
-    {370104, 370100, "槐荫区", "huaiyin", 3},
-    {370105, 370100, "天桥区", "tianqiao", 3},
-    {370112, 370100, "历城区", "licheng", 3},
-    {370113, 370100, "长清区", "changqing", 3},
-    {370200, 370000, "青岛市", "qingdao", 2},
-    {370202, 370200, "市南区", "shinan", 3},
-    {370203, 370200, "市北区", "shibei", 3},
-    {370212, 370200, "崂山区", "laoshan", 3},
-    {371300, 370000, "临沂市", "linyi", 2},
-    {371302, 371300, "兰山区", "lanshan", 3},
-    {371311, 371300, "罗庄区", "luozhuang", 3},
-    {371312, 371300, "河东区", "hedong", 3},
-    {371321, 371300, "沂南县", "yinan", 3},
-    {371322, 371300, "郯城县", "tancheng", 3},
-    {371323, 371300, "沂水县", "yishui", 3},
-    {371324, 371300, "兰陵县", "lanling", 3},
-    {371325, 371300, "费县", "feixian", 3},
-    {371326, 371300, "平邑县", "pingyi", 3},
-    {371327, 371300, "莒南县", "junan", 3},
-    {371328, 371300, "蒙阴县", "mengyin", 3},
+    {370000, 0, "山东省", "shandong", 1},       {370100, 370000, "济南市", "jinan", 2},
+    {370102, 370100, "历下区", "lixia", 3},     {370103, 370100, "市中区", "shizhong", 3},
+    {370104, 370100, "槐荫区", "huaiyin", 3},   {370105, 370100, "天桥区", "tianqiao", 3},
+    {370112, 370100, "历城区", "licheng", 3},   {370113, 370100, "长清区", "changqing", 3},
+    {370200, 370000, "青岛市", "qingdao", 2},   {370202, 370200, "市南区", "shinan", 3},
+    {370203, 370200, "市北区", "shibei", 3},    {370212, 370200, "崂山区", "laoshan", 3},
+    {371300, 370000, "临沂市", "linyi", 2},     {371302, 371300, "兰山区", "lanshan", 3},
+    {371311, 371300, "罗庄区", "luozhuang", 3}, {371312, 371300, "河东区", "hedong", 3},
+    {371321, 371300, "沂南县", "yinan", 3},     {371322, 371300, "郯城县", "tancheng", 3},
+    {371323, 371300, "沂水县", "yishui", 3},    {371324, 371300, "兰陵县", "lanling", 3},
+    {371325, 371300, "费县", "feixian", 3},     {371326, 371300, "平邑县", "pingyi", 3},
+    {371327, 371300, "莒南县", "junan", 3},     {371328, 371300, "蒙阴县", "mengyin", 3},
     {371329, 371300, "临沭县", "linshu", 3},
 };
 
@@ -208,8 +196,8 @@ void seedStores(SandboxStore& db) {
   for (const DemoStore& store : kStores) {
     ++index;
     const auto [lat, lng] = wgsToBd09(store.wgsLat, store.wgsLng);
-    const std::string images = "/sandbox/img/store_" + std::to_string(index) + "_1.png|/sandbox/img/store_" +
-                               std::to_string(index) + "_2.png";
+    const std::string images =
+        "/sandbox/img/store_" + std::to_string(index) + "_1.png|/sandbox/img/store_" + std::to_string(index) + "_2.png";
     const int64_t star = 3 + index % 3;
     db.execute(
         "INSERT INTO stores(id, district_id, category, name, title, content, address, phone, hours, images, "
@@ -217,9 +205,9 @@ void seedStores(SandboxStore& db) {
         "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
         {index, store.district, store.category, store.name, store.title,
          std::string(store.name) + "：" + store.title + "，环境舒适，欢迎光临。", store.address,
-         index % 7 == 0 ? std::string() : "0539-8" + std::to_string(100000 + index * 37),
-         "09:00-22:00", images, store.priceFen, store.priceFen * 3 / 2, star, 20 + index * 13, lng, lat,
-         index % 4 == 1 ? 1 : 0, index % 3 != 2 ? 1 : 0});
+         index % 7 == 0 ? std::string() : "0539-8" + std::to_string(100000 + index * 37), "09:00-22:00", images,
+         store.priceFen, store.priceFen * 3 / 2, star, 20 + index * 13, lng, lat, index % 4 == 1 ? 1 : 0,
+         index % 3 != 2 ? 1 : 0});
     // Two offers per store: a package with a first-purchase price and a plain voucher.
     const int64_t nowFen = store.priceFen;
     const Json rules = Json::array({{{"rule", "每人每次限用一张"}}, {{"rule", "不与店内其他优惠同享"}}});
@@ -232,9 +220,9 @@ void seedStores(SandboxStore& db) {
         "INSERT INTO commodities(store_id, name, content, image, now_fen, price_fen, first_fen, sold, valid, hours, "
         "desc_image, rules, taocan, remarks) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
         {index, std::string(store.title), std::string("超值") + store.title + "，首单立减。",
-         "/sandbox/img/commodity_" + std::to_string(index) + ".png", nowFen, nowFen * 3 / 2, std::max<int64_t>(100, nowFen / 2),
-         5 + index * 7, "2016-10-01至2027-12-31", "10:00-21:00", index % 2 ? "/sandbox/img/desc.png" : "",
-         rules.dump(), taocan.dump(), remarks.dump()});
+         "/sandbox/img/commodity_" + std::to_string(index) + ".png", nowFen, nowFen * 3 / 2,
+         std::max<int64_t>(100, nowFen / 2), 5 + index * 7, "2016-10-01至2027-12-31", "10:00-21:00",
+         index % 2 ? "/sandbox/img/desc.png" : "", rules.dump(), taocan.dump(), remarks.dump()});
     db.execute(
         "INSERT INTO commodities(store_id, name, content, image, now_fen, price_fen, first_fen, sold, valid, hours, "
         "desc_image, rules, taocan, remarks) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
@@ -262,8 +250,8 @@ int64_t addMember(SandboxStore& db, const std::string& num, const std::string& p
 
 void seedMembers(SandboxStore& db, int64_t now) {
   const int64_t day = 86400;
-  const int64_t demo = addMember(db, kDemoMemberNumber, kDemoPhone, "演示会员", nullptr, kDemoBalanceFen, 1250,
-                                 now - 400 * day);
+  const int64_t demo =
+      addMember(db, kDemoMemberNumber, kDemoPhone, "演示会员", nullptr, kDemoBalanceFen, 1250, now - 400 * day);
   const int64_t a = addMember(db, "100002", "13800000001", "张三", demo, 1000, 300, now - 300 * day);
   const int64_t b = addMember(db, "100003", "13800000002", "李四", demo, 0, 50, now - 200 * day);
   addMember(db, "100004", "13800000003", "王五", demo, 0, 0, now - 100 * day);
@@ -276,7 +264,7 @@ void seedMembers(SandboxStore& db, int64_t now) {
     const char* status;
     int64_t commodity;
   };
-  const DemoOrder orders[] = {{"1", 1}, {"1", 3}, {"2", 5}, {"2", 7}, {"3", 9}, {"4", 11},
+  const DemoOrder orders[] = {{"1", 1},  {"1", 3},  {"2", 5},  {"2", 7},  {"3", 9},  {"4", 11},
                               {"4", 13}, {"1", 15}, {"2", 17}, {"4", 19}, {"1", 21}, {"3", 23}};
   int64_t n = 0;
   for (const DemoOrder& order : orders) {
@@ -319,7 +307,8 @@ void seedMembers(SandboxStore& db, int64_t now) {
 
 void seedContent(SandboxStore& db, int64_t now) {
   db.execute(
-      "INSERT INTO banners(title, url, image) VALUES('一元夺宝', '/static/coinone/index.html', '/sandbox/img/banner_1.png'), "
+      "INSERT INTO banners(title, url, image) VALUES('一元夺宝', '/static/coinone/index.html', "
+      "'/sandbox/img/banner_1.png'), "
       "('幸运大转盘', '/static/dial/index.html', '/sandbox/img/banner_2.png'), "
       "('圈子', '/static/lebbs/index.html', '/sandbox/img/banner_3.png')");
   db.execute(

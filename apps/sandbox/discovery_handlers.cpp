@@ -20,7 +20,8 @@ constexpr int kMapLimit = 100;
 Json category(int id, const char* name, std::initializer_list<std::pair<int, const char*>> subs) {
   Json list = Json::array();
   for (const auto& [subId, subName] : subs) {
-    list.push_back({{"id", std::to_string(subId)}, {"name", subName},
+    list.push_back({{"id", std::to_string(subId)},
+                    {"name", subName},
                     {"imgURL", "/sandbox/img/category_" + std::to_string(subId) + ".png"}});
   }
   return {{"id", std::to_string(id)}, {"name", name}, {"list", list}};
@@ -29,13 +30,28 @@ Json category(int id, const char* name, std::initializer_list<std::pair<int, con
 Json catalogue() {
   return Json::array({
       category(0, "全部分类", {}),
-      category(10, "美食", {{10, "全部"}, {11, "火锅"}, {12, "自助餐"}, {13, "小吃快餐"}, {14, "甜品饮品"},
-                            {15, "生日蛋糕"}, {16, "聚餐宴请"}, {18, "烧烤烤肉"}, {17, "其他"}}),
+      category(10, "美食",
+               {{10, "全部"},
+                {11, "火锅"},
+                {12, "自助餐"},
+                {13, "小吃快餐"},
+                {14, "甜品饮品"},
+                {15, "生日蛋糕"},
+                {16, "聚餐宴请"},
+                {18, "烧烤烤肉"},
+                {17, "其他"}}),
       category(20, "健康", {{20, "全部"}, {21, "足疗按摩"}, {22, "运动健身"}, {24, "洗浴汗蒸"}, {23, "其他"}}),
-      category(30, "休闲娱乐", {{30, "全部"}, {31, "电影"}, {32, "KTV"}, {33, "酒吧咖啡"}, {35, "桌游电玩"}, {34, "其他"}}),
+      category(30, "休闲娱乐",
+               {{30, "全部"}, {31, "电影"}, {32, "KTV"}, {33, "酒吧咖啡"}, {35, "桌游电玩"}, {34, "其他"}}),
       category(40, "丽人", {{40, "全部"}, {41, "舞蹈"}, {42, "美发"}, {43, "美甲"}, {44, "美容美体"}, {45, "其他"}}),
-      category(50, "生活服务", {{50, "全部"}, {51, "鲜花"}, {52, "汽车服务"}, {53, "培训课程"}, {54, "母婴亲子"},
-                                {55, "摄影写真"}, {56, "其他"}}),
+      category(50, "生活服务",
+               {{50, "全部"},
+                {51, "鲜花"},
+                {52, "汽车服务"},
+                {53, "培训课程"},
+                {54, "母婴亲子"},
+                {55, "摄影写真"},
+                {56, "其他"}}),
       category(60, "酒店", {{60, "全部"}, {61, "其他"}}),
       category(70, "特产", {{70, "全部"}, {71, "其他"}}),
       category(80, "其他", {{80, "全部"}, {81, "其他"}}),
@@ -44,10 +60,22 @@ Json catalogue() {
 
 Json templates() {
   return Json::array({
-      category(1, "餐饮美食", {{11, "火锅"}, {12, "自助餐"}, {13, "小吃快餐"}, {18, "烧烤烤肉"}, {16, "聚餐宴请"},
-                               {14, "甜品饮品"}, {15, "生日蛋糕"}}),
-      category(2, "休闲娱乐", {{31, "KTV"}, {32, "足疗按摩"}, {21, "桌游电玩"}, {24, "洗浴汗蒸"}, {22, "电影"},
-                               {35, "运动健身"}, {33, "酒吧咖啡"}}),
+      category(1, "餐饮美食",
+               {{11, "火锅"},
+                {12, "自助餐"},
+                {13, "小吃快餐"},
+                {18, "烧烤烤肉"},
+                {16, "聚餐宴请"},
+                {14, "甜品饮品"},
+                {15, "生日蛋糕"}}),
+      category(2, "休闲娱乐",
+               {{31, "KTV"},
+                {32, "足疗按摩"},
+                {21, "桌游电玩"},
+                {24, "洗浴汗蒸"},
+                {22, "电影"},
+                {35, "运动健身"},
+                {33, "酒吧咖啡"}}),
       category(3, "丽人美妆", {{42, "美发"}, {43, "美甲"}, {44, "美体"}, {41, "舞蹈"}}),
       category(4, "最新发现", {{1000, "旅游"}, {60, "酒店"}, {50, "生活服务"}, {70, "特产"}}),
       category(5, "专属活动", {{1001, "幸运抽奖"}, {1002, "一元夺宝"}, {1003, "网上商城"}, {1004, "沙龙活动"}}),
@@ -103,12 +131,17 @@ Reply categoryList(Call& call) { return Reply::ok({{"dataList", withAbsoluteImag
 Reply templateList(Call& call) { return Reply::ok({{"dataList", withAbsoluteImages(call, templates())}}); }
 
 Reply areaList(Call& call) {
-  const std::string current = call.db.queryOne("SELECT value FROM meta WHERE key = 'area_ver'")["value"].get<std::string>();
+  const std::string current =
+      call.db.queryOne("SELECT value FROM meta WHERE key = 'area_ver'")["value"].get<std::string>();
   Json list = Json::array();
   if (call.arg("ver") != current) {
     for (const Json& row : call.db.query("SELECT * FROM areas ORDER BY id")) {
-      list.push_back({{"id", row["id"]}, {"parentId", row["parent_id"]}, {"name", row["name"]},
-                      {"pyName", row["py_name"]}, {"type", row["type"]}, {"special", row["special"]}});
+      list.push_back({{"id", row["id"]},
+                      {"parentId", row["parent_id"]},
+                      {"name", row["name"]},
+                      {"pyName", row["py_name"]},
+                      {"type", row["type"]},
+                      {"special", row["special"]}});
     }
   }
   return Reply::ok({{"dataList", list}, {"ver", current}});
@@ -145,8 +178,9 @@ Reply typeSearchList(Call& call) {
     std::stable_sort(rows.begin(), rows.end(),
                      [&](const Json& a, const Json& b) { return distanceTo(a, *from) < distanceTo(b, *from); });
   } else if (*sort == 2) {
-    std::stable_sort(rows.begin(), rows.end(),
-                     [](const Json& a, const Json& b) { return a["price_fen"].get<int64_t>() < b["price_fen"].get<int64_t>(); });
+    std::stable_sort(rows.begin(), rows.end(), [](const Json& a, const Json& b) {
+      return a["price_fen"].get<int64_t>() < b["price_fen"].get<int64_t>();
+    });
   } else if (*sort == 3) {
     std::stable_sort(rows.begin(), rows.end(), [](const Json& a, const Json& b) {
       return std::make_pair(a["star"].get<int64_t>(), a["star_num"].get<int64_t>()) >
@@ -176,9 +210,13 @@ Reply mapList(Call& call) {
 Json remarkRecord(const Json& row) {
   std::string phone = row["phone"].get<std::string>();
   if (phone.size() == 11) phone = phone.substr(0, 3) + "****" + phone.substr(7);
-  return {{"userName", phone}, {"nickName", row["nick_name"]}, {"star", std::to_string(row["star"].get<int64_t>())},
-          {"content", row["content"]}, {"time", timeText(row["created"].get<int64_t>())},
-          {"storeId", std::to_string(row["store_id"].get<int64_t>())}, {"storeName", row["store_name"]}};
+  return {{"userName", phone},
+          {"nickName", row["nick_name"]},
+          {"star", std::to_string(row["star"].get<int64_t>())},
+          {"content", row["content"]},
+          {"time", timeText(row["created"].get<int64_t>())},
+          {"storeId", std::to_string(row["store_id"].get<int64_t>())},
+          {"storeName", row["store_name"]}};
 }
 
 constexpr const char* kRemarkSelect =
@@ -200,8 +238,8 @@ Reply storeDetail(Call& call) {
   }
   store["commodityList"] = offers;
   Json remarks = Json::array();
-  for (const Json& r : call.db.query(std::string(kRemarkSelect) + "WHERE r.store_id = ? ORDER BY r.created DESC LIMIT 3",
-                                     {*id})) {
+  for (const Json& r :
+       call.db.query(std::string(kRemarkSelect) + "WHERE r.store_id = ? ORDER BY r.created DESC LIMIT 3", {*id})) {
     remarks.push_back(remarkRecord(r));
   }
   store["dataList"] = remarks;
@@ -211,9 +249,9 @@ Reply storeDetail(Call& call) {
 Reply commodityDetail(Call& call) {
   const auto id = parseInteger(call.arg("commodityId"), 1, INT64_MAX);
   if (!id) return Reply::refuse(kMsgNoCommodity);
-  const Json row = call.db.queryOne(
-      std::string("SELECT ") + kCommodityColumns + " FROM commodities c JOIN stores s ON s.id = c.store_id WHERE c.id = ?",
-      {*id});
+  const Json row = call.db.queryOne(std::string("SELECT ") + kCommodityColumns +
+                                        " FROM commodities c JOIN stores s ON s.id = c.store_id WHERE c.id = ?",
+                                    {*id});
   if (!row.is_object()) return Reply::refuse(kMsgNoCommodity);
   return Reply::ok(commodityRecord(call, row));
 }
@@ -249,8 +287,8 @@ Reply myRemarks(Call& call) {
 Reply grade(Call& call) {
   const auto star = parseInteger(call.arg("star"), 1, 5);
   if (!star) return Reply::refuse(kMsgBadStar);
-  const Json order = call.db.queryOne("SELECT * FROM orders WHERE id = ? AND member_id = ?",
-                                      {call.arg("orderId"), call.memberId()});
+  const Json order =
+      call.db.queryOne("SELECT * FROM orders WHERE id = ? AND member_id = ?", {call.arg("orderId"), call.memberId()});
   if (!order.is_object()) return Reply::refuse(kMsgNoOrder);
   if (order["status"] != "2" || !order["store_id"].is_number_integer()) return Reply::refuse(kMsgCannotGrade);
   call.db.execute("UPDATE orders SET status = '4', star = ? WHERE id = ?", {*star, order["id"]});
@@ -304,7 +342,8 @@ Reply myFavoriteCommodities(Call& call) {
 Reply carousel(Call& call) {
   Json list = Json::array();
   for (const Json& row : call.db.query("SELECT * FROM banners ORDER BY id")) {
-    list.push_back({{"title", row["title"]}, {"url", absoluteUrl(call, row["url"].get<std::string>())},
+    list.push_back({{"title", row["title"]},
+                    {"url", absoluteUrl(call, row["url"].get<std::string>())},
                     {"imageURL", absoluteUrl(call, row["image"].get<std::string>())}});
   }
   return Reply::ok({{"dataList", list}});
@@ -316,7 +355,8 @@ Reply recommended(Call& call) {
   areaFilter(call.arg("area"), where, params);
   Json list = Json::array();
   for (const Json& row : call.db.query(
-           std::string("SELECT ") + kStoreColumns + " FROM stores s WHERE " + where + " ORDER BY s.id LIMIT 6", params)) {
+           std::string("SELECT ") + kStoreColumns + " FROM stores s WHERE " + where + " ORDER BY s.id LIMIT 6",
+           params)) {
     list.push_back(storeRecord(call, row));
   }
   return Reply::ok({{"dataList", list}});
@@ -351,12 +391,13 @@ void registerDiscoveryHandlers(EndpointTable& table) {
   table.add("getMyRemark", {kGet, kRequired, false, myRemarks});
   table.add("PostGrade", {kPost, kRequired, true, grade});
   table.add("postBookmark", {kPost, kRequired, true, [](Call& call) {
-               return toggleFavorite(call, "store_favorites", "store_id", "stores", "storeId", kMsgNoStore);
-             }});
+                               return toggleFavorite(call, "store_favorites", "store_id", "stores", "storeId",
+                                                     kMsgNoStore);
+                             }});
   table.add("postCollectCommodity", {kPost, kRequired, true, [](Call& call) {
-               return toggleFavorite(call, "commodity_favorites", "commodity_id", "commodities", "commodityId",
-                                     kMsgNoCommodity);
-             }});
+                                       return toggleFavorite(call, "commodity_favorites", "commodity_id", "commodities",
+                                                             "commodityId", kMsgNoCommodity);
+                                     }});
   table.add("getMyFavorite", {kGet, kRequired, false, myFavoriteStores});
   table.add("getMyCommodityFavorite", {kGet, kRequired, false, myFavoriteCommodities});
   table.add("getCarouselList", {kGet, kNone, false, carousel});

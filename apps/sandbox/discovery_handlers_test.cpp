@@ -68,8 +68,8 @@ TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
   EXPECT_EQ(api_->get("getTypeSearchList", {{"area", "999999"}})["data"]["count"], 0);
 
   // Nearest first from a BD-09 position sent latitude first (泉城广场 in 济南).
-  const Json near = api_->get("getTypeSearchList",
-                              {{"area", "370100"}, {"sort", "1"}, {"coordinate", "36.667,117.031"}})["data"]["dataList"];
+  const Json near = api_->get(
+      "getTypeSearchList", {{"area", "370100"}, {"sort", "1"}, {"coordinate", "36.667,117.031"}})["data"]["dataList"];
   double previous = 0;
   for (const Json& store : near) {
     const auto [lng, lat] = lngLat(store);
@@ -88,8 +88,8 @@ TEST_F(SandboxTest, KeywordSearchMapAndHomeLists) {
   const Json hits = api_->get("getSearchList", {{"keyword", "火锅"}, {"area", "371300"}, {"page", "1"}})["data"];
   ASSERT_GT(hits["count"].get<int>(), 0);
   for (const Json& store : hits["dataList"]) {
-    const std::string all = store["storeName"].get<std::string>() + store["title"].get<std::string>() +
-                            store["content"].get<std::string>();
+    const std::string all =
+        store["storeName"].get<std::string>() + store["title"].get<std::string>() + store["content"].get<std::string>();
     EXPECT_NE(all.find("火锅"), std::string::npos);
   }
   const Json jinanHits = api_->get("getSearchList", {{"keyword", "火锅"}, {"area", "370100"}})["data"];
@@ -126,13 +126,15 @@ TEST_F(SandboxTest, StoreAndOfferDetailsFollowTheMember) {
 
   const std::string session = api_->login();
   EXPECT_EQ(api_->get("getStoreDetailInfo", {{"storeId", "1"}, {"sessionId", session}})["data"]["favorite"], "1");
-  const std::string fresh = api_->get("getStoreDetailInfo", {{"storeId", "20"}})["data"]["commodityList"][0]["commodityId"];
+  const std::string fresh =
+      api_->get("getStoreDetailInfo", {{"storeId", "20"}})["data"]["commodityList"][0]["commodityId"];
   const Json offer = api_->get("getCommodityDetailInfo", {{"commodityId", fresh}, {"sessionId", session}})["data"];
   for (const char* key : {"ruleList", "taocanList", "remarkList"}) EXPECT_TRUE(offer[key].is_array()) << key;
   EXPECT_EQ(offer["isFirst"], "1");
   EXPECT_LT(std::stod(offer["firstPrice"].get<std::string>()), std::stod(offer["nowPrice"].get<std::string>()));
   // The demo member already bought offer 1, so it is no longer a first purchase for him.
-  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "1"}, {"sessionId", session}})["data"]["isFirst"], "0");
+  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "1"}, {"sessionId", session}})["data"]["isFirst"],
+            "0");
   EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "1"}})["data"]["isFirst"], "1");
   EXPECT_EQ(code(api_->get("getCommodityDetailInfo", {{"commodityId", "0"}})), "1");
 }
@@ -145,7 +147,8 @@ TEST_F(SandboxTest, BookmarksToggleAndAreListed) {
   EXPECT_EQ(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "5"}})["data"]["favorite"], "0");
   EXPECT_EQ(api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size(), before);
   EXPECT_EQ(code(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "777"}})), "1");
-  EXPECT_EQ(api_->post("postCollectCommodity", {{"sessionId", session}, {"commodityId", "3"}})["data"]["favorite"], "1");
+  EXPECT_EQ(api_->post("postCollectCommodity", {{"sessionId", session}, {"commodityId", "3"}})["data"]["favorite"],
+            "1");
   const Json offers = api_->get("getMyCommodityFavorite", {{"sessionId", session}})["data"]["dataList"];
   ASSERT_EQ(offers.size(), 1u);
   EXPECT_EQ(offers[0]["commodityId"], "3");

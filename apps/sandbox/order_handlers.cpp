@@ -63,8 +63,8 @@ std::string paidStatus(const std::string& kind) { return kind == "2" ? "1" : kin
 bool settle(SandboxStore& db, const Json& order) {
   const int64_t balancePart = order["balance_fen"].get<int64_t>();
   const std::string id = order["id"].get<std::string>();
-  if (balancePart > 0 &&
-      !moveBalance(db, order["member_id"].get<int64_t>(), -balancePart, "pay", "订单支付:" + order["name"].get<std::string>(), id)) {
+  if (balancePart > 0 && !moveBalance(db, order["member_id"].get<int64_t>(), -balancePart, "pay",
+                                      "订单支付:" + order["name"].get<std::string>(), id)) {
     return false;
   }
   const std::string kind = order["kind"].get<std::string>();
@@ -82,9 +82,7 @@ bool settle(SandboxStore& db, const Json& order) {
   return true;
 }
 
-Json loadOrder(SandboxStore& db, const std::string& id) {
-  return db.queryOne(orderSql("WHERE o.id = ?"), {id});
-}
+Json loadOrder(SandboxStore& db, const std::string& id) { return db.queryOne(orderSql("WHERE o.id = ?"), {id}); }
 
 Reply preparePay(Call& call, OrderKind kind) {
   const auto totalFee = parseInteger(call.arg("totalFee"), 1, 100000000);
@@ -132,9 +130,9 @@ Reply preparePay(Call& call, OrderKind kind) {
     }
     // The client's totals: "1" prices the first unit at the first-purchase price, any other
     // non-zero flag sells one unit at that price alone.
-    const int64_t expected = !claimsFirst      ? *count * nowFen
+    const int64_t expected = !claimsFirst     ? *count * nowFen
                              : isFirst == "1" ? (*count - 1) * nowFen + firstFen
-                                               : firstFen;
+                                              : firstFen;
     // The client computes in single precision; a fen of rounding either way is its own.
     if (std::llabs(*totalFee - expected) > 1) return Reply::refuse(kMsgBadAmount);
     order.kind = "2";
@@ -166,9 +164,10 @@ Reply preparePay(Call& call, OrderKind kind) {
       "INSERT INTO orders(id, member_id, kind, store_id, commodity_id, product_id, series, name, image, unit_fen, "
       "number, total_fen, content, status, account_type, use_balance, balance_fen, prepay_id, is_first, created) "
       "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
-      {orderId, call.memberId(), order.kind, order.storeId, order.commodityId, order.productId, order.series, order.name,
-       order.image, order.unitFen, order.number, *totalFee, order.content, kStatusWaiting, accountType,
-       useBalance ? 1 : 0, balancePart, prepayId, order.firstUse, nowSeconds()});
+      {orderId,        call.memberId(), order.kind,  order.storeId,      order.commodityId, order.productId,
+       order.series,   order.name,      order.image, order.unitFen,      order.number,      *totalFee,
+       order.content,  kStatusWaiting,  accountType, useBalance ? 1 : 0, balancePart,       prepayId,
+       order.firstUse, nowSeconds()});
   // The balance alone pays when it covers the whole total; otherwise a channel completes it.
   bool paid = false;
   if (balancePart == *totalFee) {
@@ -200,16 +199,16 @@ Reply myOrders(Call& call) {
 }
 
 Reply orderDetail(Call& call) {
-  const Json row = call.db.queryOne(orderSql("WHERE o.id = ? AND o.member_id = ?"),
-                                    {call.arg("orderId"), call.memberId()});
+  const Json row =
+      call.db.queryOne(orderSql("WHERE o.id = ? AND o.member_id = ?"), {call.arg("orderId"), call.memberId()});
   if (!row.is_object()) return Reply::refuse(kMsgNoOrder);
   return Reply::ok(orderRecord(call, row));
 }
 
 // A refund returns the whole amount paid (balance and channel parts) to the balance.
 Reply refund(Call& call) {
-  const Json order = call.db.queryOne("SELECT * FROM orders WHERE id = ? AND member_id = ?",
-                                      {call.arg("orderId"), call.memberId()});
+  const Json order =
+      call.db.queryOne("SELECT * FROM orders WHERE id = ? AND member_id = ?", {call.arg("orderId"), call.memberId()});
   if (!order.is_object()) return Reply::refuse(kMsgNoOrder);
   if (order["status"] != "1") return Reply::refuse(kMsgCannotRefund);
   if (call.db.execute("UPDATE orders SET status = '3' WHERE id = ? AND status = '1'", {order["id"]}) != 1) {
@@ -226,8 +225,10 @@ Reply vouchers(Call& call) {
   Json list = Json::array();
   for (const Json& row : call.db.query("SELECT * FROM vouchers WHERE member_id = ? ORDER BY id LIMIT ? OFFSET ?",
                                        {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
-    list.push_back({{"voucherId", std::to_string(row["id"].get<int64_t>())}, {"title", row["title"]},
-                    {"price", yuanText(row["amount_fen"].get<int64_t>())}, {"date", row["expires"]},
+    list.push_back({{"voucherId", std::to_string(row["id"].get<int64_t>())},
+                    {"title", row["title"]},
+                    {"price", yuanText(row["amount_fen"].get<int64_t>())},
+                    {"date", row["expires"]},
                     {"status", row["status"]}});
   }
   return Reply::ok({{"dataList", list}});
@@ -252,10 +253,12 @@ Reply completePayment(Call& call) {
 void registerOrderHandlers(EndpointTable& table) {
   using enum HttpMethod;
   using enum SessionRule;
-  table.add("postPayForStore", {kPost, kRequired, true, [](Call& call) { return preparePay(call, OrderKind::kStore); }});
+  table.add("postPayForStore",
+            {kPost, kRequired, true, [](Call& call) { return preparePay(call, OrderKind::kStore); }});
   table.add("postPayForActivity",
             {kPost, kRequired, true, [](Call& call) { return preparePay(call, OrderKind::kActivity); }});
-  table.add("postPayForIndiana", {kPost, kRequired, true, [](Call& call) { return preparePay(call, OrderKind::kDraw); }});
+  table.add("postPayForIndiana",
+            {kPost, kRequired, true, [](Call& call) { return preparePay(call, OrderKind::kDraw); }});
   table.add("getMyPosts", {kGet, kRequired, false, myOrders});
   table.add("getOrderDetail", {kGet, kRequired, false, orderDetail});
   table.add("postRefund", {kPost, kRequired, true, refund});

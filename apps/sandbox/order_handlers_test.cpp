@@ -7,8 +7,11 @@ namespace qmv::sandbox::testing {
 namespace {
 
 Args storePayment(const std::string& session, long long fen, const std::string& channel, bool useBalance) {
-  return {{"sessionId", session}, {"totalFee", std::to_string(fen)}, {"accountType", channel},
-          {"useBalance", useBalance ? "true" : "false"}, {"storeId", "3"}};
+  return {{"sessionId", session},
+          {"totalFee", std::to_string(fen)},
+          {"accountType", channel},
+          {"useBalance", useBalance ? "true" : "false"},
+          {"storeId", "3"}};
 }
 
 TEST_F(SandboxTest, BalancePaymentCompletesAtOnceAndNeverGoesNegative) {
@@ -28,8 +31,8 @@ TEST_F(SandboxTest, BalancePaymentCompletesAtOnceAndNeverGoesNegative) {
   EXPECT_EQ(refused["message"], "余额不足");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
   for (const char* bad : {"0", "-5", "12.5", ""}) {
-    EXPECT_EQ(code(api_->post("postPayForStore", {{"sessionId", session}, {"totalFee", bad}, {"accountType", "3"},
-                                                  {"storeId", "3"}})),
+    EXPECT_EQ(code(api_->post("postPayForStore",
+                              {{"sessionId", session}, {"totalFee", bad}, {"accountType", "3"}, {"storeId", "3"}})),
               "1")
         << bad;
   }
@@ -61,10 +64,12 @@ TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThe
 
   // Without balance use the channel pays it all; a cancelled payment closes the order.
   const Json cancelled = api_->post("postPayForStore", storePayment(session, 800, "2", false));
-  ASSERT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "cancel"}})),
-            "0");
-  EXPECT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "success"}})),
-            "1");
+  ASSERT_EQ(
+      code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "cancel"}})),
+      "0");
+  EXPECT_EQ(
+      code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "success"}})),
+      "1");
   EXPECT_EQ(api_->balance(session), 0);
 }
 
@@ -73,8 +78,8 @@ TEST_F(SandboxTest, BalancePartThatVanishedBeforeCompletionIsRefused) {
   const Json waiting = api_->post("postPayForStore", storePayment(session, kDemoBalanceFen + 100, "1", true));
   ASSERT_EQ(code(waiting), "0");
   ASSERT_EQ(code(api_->post("postPayForStore", storePayment(session, 1000, "3", true))), "0");
-  EXPECT_EQ(api_->post("/sandbox/pay/complete", {{"prepay_id", waiting["data"]["prepay_id"]}, {"result", "success"}})
-                ["message"],
+  EXPECT_EQ(api_->post("/sandbox/pay/complete",
+                       {{"prepay_id", waiting["data"]["prepay_id"]}, {"result", "success"}})["message"],
             "余额不足");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 1000);
 }
@@ -85,23 +90,25 @@ TEST_F(SandboxTest, ActivityAndDrawOrdersCheckTheirTotals) {
   ASSERT_EQ(offer["isFirst"], "1");
   const long long now = std::llround(std::stod(offer["nowPrice"].get<std::string>()) * 100);
   const long long first = std::llround(std::stod(offer["firstPrice"].get<std::string>()) * 100);
-  Args form = {{"sessionId", session}, {"accountType", "3"}, {"useBalance", "true"}, {"storeId", "20"},
-               {"activityId", "39"}, {"activityCount", "3"}, {"isFirstOrder", "1"}};
+  Args form = {{"sessionId", session}, {"accountType", "3"},   {"useBalance", "true"}, {"storeId", "20"},
+               {"activityId", "39"},   {"activityCount", "3"}, {"isFirstOrder", "1"}};
   form["totalFee"] = std::to_string(3 * now);
   EXPECT_EQ(api_->post("postPayForActivity", form)["message"], "支付金额不正确");
   form["totalFee"] = std::to_string(2 * now + first);
   const Json paid = api_->post("postPayForActivity", form);
   ASSERT_EQ(code(paid), "0");
-  const Json order = api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", paid["data"]["orderId"]}})["data"];
+  const Json order =
+      api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", paid["data"]["orderId"]}})["data"];
   EXPECT_EQ(order["status"], "1");
   EXPECT_EQ(order["number"], "3");
   EXPECT_EQ(order["promotionCode"].get<std::string>().size(), 12u);
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2 * now - first);
-  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "39"}, {"sessionId", session}})["data"]["isFirst"], "0");
+  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "39"}, {"sessionId", session}})["data"]["isFirst"],
+            "0");
   EXPECT_EQ(api_->post("postPayForActivity", form)["message"], "您已享受过首单优惠");
 
   Args draw = {{"sessionId", session}, {"accountType", "3"}, {"useBalance", "true"}, {"productId", "1"},
-               {"series", "12"}, {"acount", "5"}, {"totalFee", "400"}};
+               {"series", "12"},       {"acount", "5"},      {"totalFee", "400"}};
   EXPECT_EQ(code(api_->post("postPayForIndiana", draw)), "1");
   draw["totalFee"] = "500";
   ASSERT_EQ(code(api_->post("postPayForIndiana", draw)), "0");
@@ -112,8 +119,9 @@ TEST_F(SandboxTest, ActivityAndDrawOrdersCheckTheirTotals) {
 TEST_F(SandboxTest, OrderTabsRefundAndRating) {
   const std::string session = api_->login();
   auto tab = [&](int type, int page = 1) {
-    return api_->get("getMyPosts", {{"sessionId", session}, {"type", std::to_string(type)}, {"page", std::to_string(page)}})
-        ["data"]["dataList"];
+    return api_->get(
+        "getMyPosts",
+        {{"sessionId", session}, {"type", std::to_string(type)}, {"page", std::to_string(page)}})["data"]["dataList"];
   };
   const Json all = tab(0);
   EXPECT_EQ(all.size(), 10u);
@@ -121,9 +129,9 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
   std::set<std::string> statuses;
   for (const Json* page : {&all}) {
     for (const Json& order : *page) {
-      for (const char* key : {"storeId", "storeName", "time", "isComment", "orderId", "price", "name", "orderName",
-                              "commodityId", "imageURL", "star", "promotionCode", "phone", "number", "totalPrices",
-                              "content", "status", "orderType"}) {
+      for (const char* key :
+           {"storeId", "storeName", "time", "isComment", "orderId", "price", "name", "orderName", "commodityId",
+            "imageURL", "star", "promotionCode", "phone", "number", "totalPrices", "content", "status", "orderType"}) {
         EXPECT_TRUE(order.contains(key)) << key;
       }
     }
@@ -138,28 +146,32 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
   const Json toUse = tab(1)[0];
   const long long before = api_->balance(session);
   ASSERT_EQ(code(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})), "0");
-  EXPECT_EQ(api_->balance(session),
-            before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
-  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["data"]["status"], "3");
+  EXPECT_EQ(api_->balance(session), before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
+  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["data"]["status"],
+            "3");
   EXPECT_EQ(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["message"],
             "该订单不能退款");
   EXPECT_EQ(api_->balance(session), before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
 
   const Json toRate = tab(2)[0];
-  EXPECT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "6"}})), "1");
-  ASSERT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "4"},
-                                          {"content", "不错"}})),
-            "0");
+  EXPECT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "6"}})),
+            "1");
+  ASSERT_EQ(
+      code(api_->post("PostGrade",
+                      {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "4"}, {"content", "不错"}})),
+      "0");
   const Json rated = api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", toRate["orderId"]}})["data"];
   EXPECT_EQ(rated["star"], "4");
   EXPECT_EQ(rated["isComment"], "1");
   const Json remarks = api_->get("getRemarkMeByUser", {{"storeId", rated["storeId"]}, {"star", "4"}})["data"];
   ASSERT_FALSE(remarks["dataList"].empty());
   for (const Json& remark : remarks["dataList"]) EXPECT_EQ(remark["star"], "4");
-  EXPECT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "4"}})), "1");
+  EXPECT_EQ(code(api_->post("PostGrade", {{"sessionId", session}, {"orderId", toRate["orderId"]}, {"star", "4"}})),
+            "1");
   // Another member's order is unknown to this one.
   const std::string other = api_->login("13800000001");
-  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", other}, {"orderId", toRate["orderId"]}})["message"], "订单不存在");
+  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", other}, {"orderId", toRate["orderId"]}})["message"],
+            "订单不存在");
 }
 
 TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {

@@ -41,8 +41,8 @@ Json memberRecord(const Call& call, const Json& m, const std::string& sessionId)
   if (m.contains("inviter_id") && m["inviter_id"].is_number_integer()) {
     inviter = text(call.db.queryOne("SELECT num FROM members WHERE id = ?", {m["inviter_id"]}), "num");
   }
-  const bool hasPortrait = !call.db.queryOne("SELECT 1 FROM members WHERE id = ? AND portrait IS NOT NULL", {m["id"]})
-                                .is_null();
+  const bool hasPortrait =
+      !call.db.queryOne("SELECT 1 FROM members WHERE id = ? AND portrait IS NOT NULL", {m["id"]}).is_null();
   Json record = Json::object();
   record["sessionId"] = sessionId;
   record["phone"] = text(m, "phone");
@@ -97,10 +97,10 @@ Json storeRecord(const Call& call, const Json& s) {
   record["phone"] = text(s, "phone");
   bool favorite = false;
   if (call.memberId() != 0) {
-    favorite = !call.db
-                    .queryOne("SELECT 1 FROM store_favorites WHERE member_id = ? AND store_id = ?",
-                              {call.memberId(), s["id"]})
-                    .is_null();
+    favorite =
+        !call.db
+             .queryOne("SELECT 1 FROM store_favorites WHERE member_id = ? AND store_id = ?", {call.memberId(), s["id"]})
+             .is_null();
   }
   record["favorite"] = favorite ? "1" : "0";
   record["price"] = yuanText(integer(s, "price_fen"));
@@ -158,8 +158,9 @@ Json commodityRecord(const Call& call, const Json& c) {
   for (const char* key : {"rules", "taocan", "remarks"}) {
     Json list = parseJson(text(c, key));
     if (!list.is_array()) list = Json::array();
-    const std::string name = std::string(key) == "rules" ? "ruleList" : std::string(key) == "taocan" ? "taocanList"
-                                                                                                       : "remarkList";
+    const std::string name = std::string(key) == "rules"    ? "ruleList"
+                             : std::string(key) == "taocan" ? "taocanList"
+                                                            : "remarkList";
     record[name] = std::move(list);
   }
   return record;
@@ -193,8 +194,8 @@ Json memberById(SandboxStore& db, int64_t id) { return db.queryOne("SELECT * FRO
 
 bool moveBalance(SandboxStore& db, int64_t memberId, int64_t amount, const std::string& kind, const std::string& title,
                  const std::string& ref) {
-  const int64_t changed =
-      db.execute("UPDATE members SET balance = balance + ? WHERE id = ? AND balance + ? >= 0", {amount, memberId, amount});
+  const int64_t changed = db.execute("UPDATE members SET balance = balance + ? WHERE id = ? AND balance + ? >= 0",
+                                     {amount, memberId, amount});
   if (changed != 1) return false;
   db.execute("INSERT INTO ledger(member_id, amount, kind, title, ref, created) VALUES(?,?,?,?,?,?)",
              {memberId, amount, kind, title, ref, nowSeconds()});

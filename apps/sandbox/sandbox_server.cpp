@@ -111,9 +111,8 @@ struct SandboxServer::Impl {
       }
       res.set_content(*html, "text/html; charset=utf-8");
     });
-    http->Get(R"(/sandbox/img/[A-Za-z0-9_.-]+)", [](const httplib::Request&, httplib::Response& res) {
-      res.set_content(placeholderPng(), "image/png");
-    });
+    http->Get(R"(/sandbox/img/[A-Za-z0-9_.-]+)",
+              [](const httplib::Request&, httplib::Response& res) { res.set_content(placeholderPng(), "image/png"); });
     http->Get(R"(/sandbox/portrait/([0-9]+)\.png)", [this](const httplib::Request& req, httplib::Response& res) {
       Json row;
       try {

@@ -22,17 +22,43 @@ TEST_F(SandboxTest, ServesTheEnvelopeAndAnswersUnknownPathsWith404) {
 }
 
 TEST_F(SandboxTest, EveryCatalogueEndpointIsServedWithItsMethod) {
-  const std::vector<std::string> gets = {
-      "getUserLogin", "getMobileCode", "getCheckCode4ChgMobile", "getCheckCode", "getUserLogout", "getUserInfo",
-      "getCategoryList", "getCategorTemplates1", "getSearchList", "getTypeSearchList", "getAreaList", "getMapList",
-      "getStoreDetailInfo", "getCommodityDetailInfo", "getRemarkMeByUser", "getMyFavorite", "getMyCommodityFavorite",
-      "getCarouselList", "getRecommendStore", "getPopularList", "getMyMessage", "getMyReadMessage", "getMyPosts",
-      "getOrderDetail", "getMyVoucher", "getTopUpListForUser", "getBoundBankCard", "getMyContacts",
-      "getIndirectContacts", "getMyRemark", "getWheels", "getWheelResult"};
+  const std::vector<std::string> gets = {"getUserLogin",
+                                         "getMobileCode",
+                                         "getCheckCode4ChgMobile",
+                                         "getCheckCode",
+                                         "getUserLogout",
+                                         "getUserInfo",
+                                         "getCategoryList",
+                                         "getCategorTemplates1",
+                                         "getSearchList",
+                                         "getTypeSearchList",
+                                         "getAreaList",
+                                         "getMapList",
+                                         "getStoreDetailInfo",
+                                         "getCommodityDetailInfo",
+                                         "getRemarkMeByUser",
+                                         "getMyFavorite",
+                                         "getMyCommodityFavorite",
+                                         "getCarouselList",
+                                         "getRecommendStore",
+                                         "getPopularList",
+                                         "getMyMessage",
+                                         "getMyReadMessage",
+                                         "getMyPosts",
+                                         "getOrderDetail",
+                                         "getMyVoucher",
+                                         "getTopUpListForUser",
+                                         "getBoundBankCard",
+                                         "getMyContacts",
+                                         "getIndirectContacts",
+                                         "getMyRemark",
+                                         "getWheels",
+                                         "getWheelResult"};
   const std::vector<std::string> posts = {
-      "postUserRegisterWeb", "postFindPassword", "postChangePassword", "postChangeSelf", "postPortrait", "PostGrade",
-      "postBookmark", "postCollectCommodity", "postFeedback", "postPayForStore", "postPayForIndiana",
-      "postPayForActivity", "postRefund", "bindBankCard", "unBindingBankCard", "withDraw"};
+      "postUserRegisterWeb", "postFindPassword", "postChangePassword", "postChangeSelf",
+      "postPortrait",        "PostGrade",        "postBookmark",       "postCollectCommodity",
+      "postFeedback",        "postPayForStore",  "postPayForIndiana",  "postPayForActivity",
+      "postRefund",          "bindBankCard",     "unBindingBankCard",  "withDraw"};
   for (const auto& name : gets) {
     const Json reply = api_->get(name);
     EXPECT_TRUE(reply.contains("success") && reply.contains("message") && reply.contains("data")) << name;
@@ -76,8 +102,8 @@ TEST_F(SandboxTest, MalformedInputGivesAFailureEnvelopeNeverACrash) {
     EXPECT_EQ(code(reply), "1") << name;
     EXPECT_FALSE(reply.value("message", "").empty()) << name;
   }
-  EXPECT_EQ(code(api_->post("postPayForStore", {{"sessionId", session}, {"totalFee", "1e3"}, {"accountType", "3"},
-                                                {"storeId", "1"}})),
+  EXPECT_EQ(code(api_->post("postPayForStore",
+                            {{"sessionId", session}, {"totalFee", "1e3"}, {"accountType", "3"}, {"storeId", "1"}})),
             "1");
   // A raw body that is not a form and a binary multipart part are refused, not fatal.
   auto res = api_->raw().Post("/qmv/app/v3/postFeedback", std::string("\x00\xff{]", 5), "application/json");
@@ -110,8 +136,8 @@ TEST_F(SandboxTest, DemoDataIsSeededOnceAndPersistsAcrossRestarts) {
 
 TEST_F(SandboxTest, ServesTheSixPagesWithTheirTitlesAndAppLinks) {
   const std::pair<const char*, const char*> pages[] = {
-      {"/static/coinone/index.html", "一元夺宝"}, {"/static/lebbs/index.html", "圈子"},
-      {"/static/dial/index.html", "幸运大转盘"},   {"/static/address/index.html", "绑定地址"},
+      {"/static/coinone/index.html", "一元夺宝"},    {"/static/lebbs/index.html", "圈子"},
+      {"/static/dial/index.html", "幸运大转盘"},     {"/static/address/index.html", "绑定地址"},
       {"/static/experience/index.html", "个人等级"}, {"/static/lebbs/myTopic.html", "我的帖子"}};
   for (const auto& [path, title] : pages) {
     auto res = api_->raw().Get(path);

@@ -55,14 +55,15 @@ std::unique_ptr<SandboxStore> SandboxStore::open(const std::filesystem::path& fi
   sqlite3* db = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX;
   if (sqlite3_open_v2(file.string().c_str(), &db, flags, nullptr) != SQLITE_OK) {
-    if (error) *error = std::string("cannot open ") + file.string() + ": " + (db ? sqlite3_errmsg(db) : "out of memory");
+    if (error)
+      *error = std::string("cannot open ") + file.string() + ": " + (db ? sqlite3_errmsg(db) : "out of memory");
     sqlite3_close(db);
     return nullptr;
   }
   sqlite3_busy_timeout(db, 5000);
   char* message = nullptr;
-  if (sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON; PRAGMA synchronous=NORMAL;", nullptr,
-                   nullptr, &message) != SQLITE_OK) {
+  if (sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON; PRAGMA synchronous=NORMAL;", nullptr, nullptr,
+                   &message) != SQLITE_OK) {
     if (error) *error = std::string("cannot set up ") + file.string() + ": " + (message ? message : "");
     sqlite3_free(message);
     sqlite3_close(db);

@@ -44,12 +44,14 @@ TEST_F(SandboxStoreTest, RefusedOrFailingWorkLeavesNothingBehind) {
     return false;
   }));
   EXPECT_EQ(rows(), 0);
-  EXPECT_THROW(db_->transact(true, [&] {
-    db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"b", 1});
-    db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"c", -1});  // violates the check
-    return true;
-  }),
-               StoreError);
+  EXPECT_THROW(
+      db_->transact(true,
+                    [&] {
+                      db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"b", 1});
+                      db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"c", -1});  // violates the check
+                      return true;
+                    }),
+      StoreError);
   EXPECT_EQ(rows(), 0);
   EXPECT_THROW(db_->transact(false, [&] { return !db_->query("SELECT nothing FROM nowhere").empty(); }), StoreError);
   ASSERT_TRUE(db_->transact(true, [&] {
@@ -91,8 +93,9 @@ TEST(SandboxSharedHome, TwoServersOnOneHomeKeepTheBalanceConsistent) {
     threads.emplace_back([&, t] {
       ApiClient client(t % 2 ? first.port() : second.port());
       for (int i = 0; i < 8; ++i) {
-        const Json reply = client.post("postPayForStore", {{"sessionId", session}, {"totalFee", std::to_string(kFee)},
-                                                           {"accountType", "3"}, {"storeId", "1"}});
+        const Json reply = client.post(
+            "postPayForStore",
+            {{"sessionId", session}, {"totalFee", std::to_string(kFee)}, {"accountType", "3"}, {"storeId", "1"}});
         if (reply.value("success", "") == "0") ++paid;
       }
     });

@@ -28,8 +28,7 @@ std::string formatTime(int64_t seconds, const char* format) {
 }  // namespace
 
 int64_t nowSeconds() {
-  return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
-      .count();
+  return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
 std::string timeText(int64_t seconds) { return formatTime(seconds, "%Y-%m-%d %H:%M:%S"); }
@@ -134,8 +133,8 @@ double distanceMetres(double lat1, double lng1, double lat2, double lng2) {
 
 std::string yuanText(int64_t fen) {
   char buffer[32];
-  std::snprintf(buffer, sizeof buffer, "%s%lld.%02lld", fen < 0 ? "-" : "", static_cast<long long>(std::llabs(fen) / 100),
-                static_cast<long long>(std::llabs(fen) % 100));
+  std::snprintf(buffer, sizeof buffer, "%s%lld.%02lld", fen < 0 ? "-" : "",
+                static_cast<long long>(std::llabs(fen) / 100), static_cast<long long>(std::llabs(fen) % 100));
   return buffer;
 }
 

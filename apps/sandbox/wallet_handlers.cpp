@@ -51,7 +51,9 @@ std::string bankName(const std::string& card) {
 Reply boundCard(Call& call) {
   const Json card = call.db.queryOne("SELECT * FROM bank_cards WHERE member_id = ?", {call.memberId()});
   if (!card.is_object()) return Reply::ok();
-  return Reply::ok({{"cardId", card["card_id"]}, {"certifId", card["certif_id"]}, {"name", card["name"]},
+  return Reply::ok({{"cardId", card["card_id"]},
+                    {"certifId", card["certif_id"]},
+                    {"name", card["name"]},
                     {"cardBank", card["card_bank"]}});
 }
 
@@ -63,9 +65,9 @@ Reply bindCard(Call& call) {
   if (!certificateValid(certifId)) return Reply::refuse(kMsgBadCertificate);
   if (!(isDigits(cardId, 16, 16) || isDigits(cardId, 19, 19)) || !luhnValid(cardId)) return Reply::refuse(kMsgBadCard);
   // The code was asked for with "getMobileCode" for the member's own phone.
-  const Json code = call.db.queryOne("SELECT id FROM sms_codes WHERE phone = ? AND code = ? AND used = 0 AND created > ?",
-                                     {call.member["phone"], call.arg("identifying"),
-                                      nowSeconds() - kSmsCodeLifetimeSeconds});
+  const Json code =
+      call.db.queryOne("SELECT id FROM sms_codes WHERE phone = ? AND code = ? AND used = 0 AND created > ?",
+                       {call.member["phone"], call.arg("identifying"), nowSeconds() - kSmsCodeLifetimeSeconds});
   if (!code.is_object()) return Reply::refuse(kMsgBadCode);
   if (!call.db.queryOne("SELECT 1 FROM bank_cards WHERE member_id = ?", {call.memberId()}).is_null()) {
     return Reply::refuse(kMsgAlreadyBound);

@@ -11,10 +11,13 @@ constexpr const char* kCertificate = "37130219900101123X";
 TEST_F(SandboxTest, BankCardBindingChecksTheCardAndTheSmsCode) {
   const std::string session = api_->login();
   EXPECT_EQ(api_->get("getBoundBankCard", {{"sessionId", session}})["data"], Json::object());
-  const std::string codeSession = api_->get("getMobileCode", {{"mobile", kDemoPhone}, {"sessionId", session}})
-                                      ["data"]["sessionId"];
+  const std::string codeSession =
+      api_->get("getMobileCode", {{"mobile", kDemoPhone}, {"sessionId", session}})["data"]["sessionId"];
   ASSERT_FALSE(codeSession.empty());
-  Args form = {{"sessionId", session}, {"name", "演示会员"}, {"cardId", kBadCard}, {"certifId", kCertificate},
+  Args form = {{"sessionId", session},
+               {"name", "演示会员"},
+               {"cardId", kBadCard},
+               {"certifId", kCertificate},
                {"identifying", kDemoSmsCode}};
   EXPECT_EQ(api_->post("bindBankCard", form)["message"], "银行卡格式不正确");
   form["cardId"] = "62220202001122334";
@@ -46,13 +49,17 @@ TEST_F(SandboxTest, WithdrawalRespectsTheMinimumTheBalanceAndTheCard) {
   const std::string session = api_->login();
   EXPECT_EQ(api_->post("withDraw", {{"sessionId", session}, {"amount", "1000"}})["message"], "您尚未绑定银行卡");
   api_->get("getMobileCode", {{"mobile", kDemoPhone}});
-  ASSERT_EQ(code(api_->post("bindBankCard", {{"sessionId", session}, {"name", "演示会员"}, {"cardId", kGoodCard},
-                                             {"certifId", kCertificate}, {"identifying", kDemoSmsCode}})),
+  ASSERT_EQ(code(api_->post("bindBankCard", {{"sessionId", session},
+                                             {"name", "演示会员"},
+                                             {"cardId", kGoodCard},
+                                             {"certifId", kCertificate},
+                                             {"identifying", kDemoSmsCode}})),
             "0");
   EXPECT_EQ(api_->post("withDraw", {{"sessionId", session}, {"amount", "999"}})["message"], "提现最小金额为10元");
   EXPECT_EQ(code(api_->post("withDraw", {{"sessionId", session}, {"amount", "10.5"}})), "1");
-  EXPECT_EQ(api_->post("withDraw", {{"sessionId", session}, {"amount", std::to_string(kDemoBalanceFen + 1)}})["message"],
-            "余额不足");
+  EXPECT_EQ(
+      api_->post("withDraw", {{"sessionId", session}, {"amount", std::to_string(kDemoBalanceFen + 1)}})["message"],
+      "余额不足");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen);
   const Json done = api_->post("withDraw", {{"sessionId", session}, {"amount", "1000"}});
   ASSERT_EQ(code(done), "0");
@@ -111,7 +118,8 @@ TEST_F(SandboxTest, WheelSpinsAreLimitedAndPrizesReachTheBalance) {
     if (prize.find("元红包") != std::string::npos) won += std::stoll(prize) * 100;
   }
   EXPECT_EQ(api_->balance(session), before + won);
-  EXPECT_EQ(api_->get("getWheelResult", {{"sessionId", session}, {"id", wheel["id"]}})["message"], "您的抽奖次数已用完");
+  EXPECT_EQ(api_->get("getWheelResult", {{"sessionId", session}, {"id", wheel["id"]}})["message"],
+            "您的抽奖次数已用完");
   EXPECT_EQ(api_->get("getWheels", {{"sessionId", session}})["data"]["leftCount"], "0");
   EXPECT_EQ(api_->get("getWheelResult", {{"sessionId", session}, {"id", "42"}})["message"], "转盘活动不存在");
   // Another member has spins of his own.

@@ -31,7 +31,8 @@ Json wheelRecord(const Call& call, const Json& wheel, int64_t left) {
 
 Reply currentWheel(Call& call) {
   const int64_t now = nowSeconds();
-  const Json wheel = call.db.queryOne("SELECT * FROM wheels WHERE starts <= ? AND ends > ? ORDER BY id LIMIT 1", {now, now});
+  const Json wheel =
+      call.db.queryOne("SELECT * FROM wheels WHERE starts <= ? AND ends > ? ORDER BY id LIMIT 1", {now, now});
   if (!wheel.is_object()) return Reply::refuse(kMsgNoWheel);
   return Reply::ok(wheelRecord(call, wheel, spinsLeft(call.db, wheel, call.memberId())));
 }
@@ -42,7 +43,8 @@ Reply spin(Call& call) {
   const Json wheel = call.db.queryOne("SELECT * FROM wheels WHERE id = ?", {*id});
   if (!wheel.is_object()) return Reply::refuse(kMsgUnknownWheel);
   const int64_t now = nowSeconds();
-  if (now < wheel["starts"].get<int64_t>() || now >= wheel["ends"].get<int64_t>()) return Reply::refuse(kMsgOutOfPeriod);
+  if (now < wheel["starts"].get<int64_t>() || now >= wheel["ends"].get<int64_t>())
+    return Reply::refuse(kMsgOutOfPeriod);
   const int64_t left = spinsLeft(call.db, wheel, call.memberId());
   if (left == 0) return Reply::refuse(kMsgNoSpinsLeft);
   const Json items = parseJson(wheel["items"].get<std::string>());

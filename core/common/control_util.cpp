@@ -54,14 +54,38 @@ constexpr std::string_view kBankMasterPattern = "^[一-龥\\·]+$";
 constexpr std::string_view kMoneyPattern = R"(^[0-9]+(.[0-9]{0,2})?$)";
 
 // Function-local statics: compiled once, on first use, with thread-safe initialisation.
-const Rule& phoneRule() { static const Rule rule(kPhonePattern); return rule; }
-const Rule& passwordRule() { static const Rule rule(kPasswordPattern); return rule; }
-const Rule& userNameRule() { static const Rule rule(kUserNamePattern); return rule; }
-const Rule& emailRule() { static const Rule rule(kEmailPattern); return rule; }
-const Rule& idNumRule() { static const Rule rule(kIdNumPattern); return rule; }
-const Rule& bankNumRule() { static const Rule rule(kBankNumPattern); return rule; }
-const Rule& bankMasterRule() { static const Rule rule(kBankMasterPattern); return rule; }
-const Rule& moneyRule() { static const Rule rule(kMoneyPattern); return rule; }
+const Rule& phoneRule() {
+  static const Rule rule(kPhonePattern);
+  return rule;
+}
+const Rule& passwordRule() {
+  static const Rule rule(kPasswordPattern);
+  return rule;
+}
+const Rule& userNameRule() {
+  static const Rule rule(kUserNamePattern);
+  return rule;
+}
+const Rule& emailRule() {
+  static const Rule rule(kEmailPattern);
+  return rule;
+}
+const Rule& idNumRule() {
+  static const Rule rule(kIdNumPattern);
+  return rule;
+}
+const Rule& bankNumRule() {
+  static const Rule rule(kBankNumPattern);
+  return rule;
+}
+const Rule& bankMasterRule() {
+  static const Rule rule(kBankMasterPattern);
+  return rule;
+}
+const Rule& moneyRule() {
+  static const Rule rule(kMoneyPattern);
+  return rule;
+}
 
 }  // namespace
 

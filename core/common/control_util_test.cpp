@@ -44,7 +44,7 @@ TEST(ControlUtilTest, EmailMustMatchWholeText) {
   EXPECT_TRUE(ControlUtil::validateEmail("a.b_c%d+e-f@mail.example.com"));
   EXPECT_TRUE(ControlUtil::validateEmail("x@y.cn"));
   EXPECT_FALSE(ControlUtil::validateEmail("x@y.c"));
-  EXPECT_FALSE(ControlUtil::validateEmail("x@y.comcn"));  // top-level part of 5 letters
+  EXPECT_FALSE(ControlUtil::validateEmail("x@y.comcn"));     // top-level part of 5 letters
   EXPECT_FALSE(ControlUtil::validateEmail("hello x@y.cn"));  // the pattern has no anchors of its own
   EXPECT_FALSE(ControlUtil::validateEmail("x@y.cn trailing"));
   EXPECT_FALSE(ControlUtil::validateEmail("@y.cn"));
@@ -57,8 +57,8 @@ TEST(ControlUtilTest, IdNumberOf15Or18WithOptionalFinalX) {
   EXPECT_TRUE(ControlUtil::validateIdNum("110101198001011234"));
   EXPECT_TRUE(ControlUtil::validateIdNum("11010119800101123X"));
   EXPECT_TRUE(ControlUtil::validateIdNum("11010119800101123x"));
-  EXPECT_FALSE(ControlUtil::validateIdNum("1101011980010112"));    // 16
-  EXPECT_FALSE(ControlUtil::validateIdNum("11010119800101123"));   // 17
+  EXPECT_FALSE(ControlUtil::validateIdNum("1101011980010112"));     // 16
+  EXPECT_FALSE(ControlUtil::validateIdNum("11010119800101123"));    // 17
   EXPECT_FALSE(ControlUtil::validateIdNum("1101011980010112345"));  // 19
   EXPECT_FALSE(ControlUtil::validateIdNum("1101011980010112Y4"));
   EXPECT_FALSE(ControlUtil::validateIdNum("X10101198001011234"));
@@ -79,10 +79,10 @@ TEST(ControlUtilTest, MoneyKeepsItsAnyCharacterSeparator) {
 
 TEST(ControlUtilTest, BankMasterAcceptsCjkAndMiddleDotOnly) {
   EXPECT_TRUE(ControlUtil::validateBankMaster("张三"));
-  EXPECT_TRUE(ControlUtil::validateBankMaster("一"));        // U+4E00, first of the range
-  EXPECT_TRUE(ControlUtil::validateBankMaster("龥"));        // U+9FA5, last of the range
+  EXPECT_TRUE(ControlUtil::validateBankMaster("一"));  // U+4E00, first of the range
+  EXPECT_TRUE(ControlUtil::validateBankMaster("龥"));  // U+9FA5, last of the range
   EXPECT_TRUE(ControlUtil::validateBankMaster("阿依古丽·买买提"));
-  EXPECT_FALSE(ControlUtil::validateBankMaster("龦"));       // U+9FA6, just past it
+  EXPECT_FALSE(ControlUtil::validateBankMaster("龦"));  // U+9FA6, just past it
   EXPECT_FALSE(ControlUtil::validateBankMaster("Zhang三"));
   EXPECT_FALSE(ControlUtil::validateBankMaster("张 三"));
   EXPECT_FALSE(ControlUtil::validateBankMaster("张三."));

@@ -68,9 +68,9 @@ std::string formatStatement(std::string_view templ, std::initializer_list<std::s
 // A value is substituted only when it cannot leave its quotes or be read as a column.
 bool isSafeValue(std::string_view value) {
   if (value.find_first_of(std::string_view("\"'\0", 3)) != std::string_view::npos) return false;
-  static constexpr std::array<std::string_view, 12> kIdentifiers = {
-      "area_id", "parent_id", "area_name", "py_name", "zipcode", "area_type",
-      "special", "card_bin",  "bank_name", "rowid",   "oid",     "_rowid_"};
+  static constexpr std::array<std::string_view, 12> kIdentifiers = {"area_id",   "parent_id", "area_name", "py_name",
+                                                                    "zipcode",   "area_type", "special",   "card_bin",
+                                                                    "bank_name", "rowid",     "oid",       "_rowid_"};
   std::string lower(value);
   std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char c) { return std::tolower(c); });
   return std::find(kIdentifiers.begin(), kIdentifiers.end(), lower) == kIdentifiers.end();
@@ -96,8 +96,7 @@ std::shared_ptr<SQLiteDatabase> makeManager(bool cache, const char* name) {
       SQLiteDatabase::atPath(files->resourceDirectory() / name, SQLiteDatabase::Mode::kReadOnly));
 }
 
-std::shared_ptr<SQLiteDatabase> manager(std::shared_ptr<SQLiteDatabase> Managers::*slot, bool cache,
-                                        const char* name) {
+std::shared_ptr<SQLiteDatabase> manager(std::shared_ptr<SQLiteDatabase> Managers::*slot, bool cache, const char* name) {
   auto& m = managers();
   std::lock_guard lock(m.mutex);
   if (!(m.*slot)) m.*slot = makeManager(cache, name);
@@ -137,9 +136,9 @@ std::optional<DBError> rebuildCache(SQLiteDatabase& cache, const Json& areas) {
       ++skipped;
       continue;
     }
-    inserts.push_back(formatStatement(kInsertAreaSql, {integerText(area, "id"), integerText(area, "parentId"), name,
-                                                       pyName, "1", integerText(area, "type"),
-                                                       integerText(area, "special")}));
+    inserts.push_back(
+        formatStatement(kInsertAreaSql, {integerText(area, "id"), integerText(area, "parentId"), name, pyName, "1",
+                                         integerText(area, "type"), integerText(area, "special")}));
   }
   if (skipped > 0) logLine("area cache: left out " + std::to_string(skipped) + " areas with an apostrophe");
   const auto error = cache.replaceWith([&](SQLiteDatabase& fresh) -> std::optional<DBError> {
@@ -168,9 +167,7 @@ std::optional<AreaModel> firstArea(const std::string& sql) {
 
 }  // namespace
 
-std::shared_ptr<SQLiteDatabase> DBUtil::sharedBundleManager() {
-  return manager(&Managers::bundle, false, kAreaDbName);
-}
+std::shared_ptr<SQLiteDatabase> DBUtil::sharedBundleManager() { return manager(&Managers::bundle, false, kAreaDbName); }
 
 std::shared_ptr<SQLiteDatabase> DBUtil::sharedCacheManager() { return manager(&Managers::cache, true, kAreaDbName); }
 

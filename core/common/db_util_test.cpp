@@ -21,8 +21,8 @@ class DBUtilTest : public ::testing::Test {
 
   // A server area object.
   static Json area(int id, int parentId, const std::string& name, const std::string& pyName, int type) {
-    return Json{{"id", id}, {"parentId", parentId}, {"name", name}, {"pyName", pyName},
-                {"zipcode", 276000}, {"type", type}, {"special", 0}};
+    return Json{{"id", id},          {"parentId", parentId}, {"name", name}, {"pyName", pyName},
+                {"zipcode", 276000}, {"type", type},         {"special", 0}};
   }
 
   static std::optional<DBError> refresh(const Json& list, const std::string& ver) {
@@ -73,8 +73,8 @@ TEST_F(DBUtilTest, FreshInstallUsesTheShippedDatabase) {
 
 TEST_F(DBUtilTest, QuotesApostrophesAndColumnNamesFindNothing) {
   // Each of these, substituted, would match rows (every city, or every row of the table).
-  for (const char* name : {"临沂市\" or \"1\"=\"1", "x\" or area_type = \"2", "临沂市' --", "area_name", "AREA_NAME",
-                           "\"", "'"}) {
+  for (const char* name :
+       {"临沂市\" or \"1\"=\"1", "x\" or area_type = \"2", "临沂市' --", "area_name", "AREA_NAME", "\"", "'"}) {
     EXPECT_EQ(DBUtil::getCityWithName(name), std::nullopt) << name;
     EXPECT_EQ(DBUtil::getCityWithId(name), std::nullopt) << name;
     EXPECT_TRUE(DBUtil::getCitysWithKey(name).empty()) << name;
@@ -112,11 +112,13 @@ TEST_F(DBUtilTest, CitiesGroupByInitialAndSkipTheDirectlyGovernedGroup) {
       "select count(*) as n from areas where area_type = 2 and area_name != '省直辖县级行政单位'");
   EXPECT_EQ(total, cityCount[0]["n"].get<std::size_t>());
   ASSERT_TRUE(all.count("L"));
-  EXPECT_TRUE(std::any_of(all.at("L").begin(), all.at("L").end(), [](const AreaModel& c) { return c.areaName == "临沂市"; }));
+  EXPECT_TRUE(
+      std::any_of(all.at("L").begin(), all.at("L").end(), [](const AreaModel& c) { return c.areaName == "临沂市"; }));
 
   for (const char* key : {"linyi", "临沂"}) {
     const auto found = DBUtil::getCitysWithKey(key);
-    EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const AreaModel& c) { return c.areaName == "临沂市"; })) << key;
+    EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const AreaModel& c) { return c.areaName == "临沂市"; }))
+        << key;
     for (const auto& city : found) EXPECT_EQ(city.areaType, "2");
   }
   EXPECT_TRUE(DBUtil::getCitysWithKey("shengzhixia").empty());
@@ -124,8 +126,10 @@ TEST_F(DBUtilTest, CitiesGroupByInitialAndSkipTheDirectlyGovernedGroup) {
 
 TEST_F(DBUtilTest, RefreshWritesTheCacheAndSwitchesOnlyWhenComplete) {
   // A first refresh, then a large one whose rebuild takes a while.
-  ASSERT_EQ(refresh(Json::array({area(900000, 0, "测试省", "ceshisheng", 1), area(900100, 900000, "测试市", "ceshishi", 2)}), "1"),
-            std::nullopt);
+  ASSERT_EQ(
+      refresh(Json::array({area(900000, 0, "测试省", "ceshisheng", 1), area(900100, 900000, "测试市", "ceshishi", 2)}),
+              "1"),
+      std::nullopt);
   EXPECT_TRUE(DBUtil::cacheDBValid());
   EXPECT_TRUE(DBUtil::getCityWithName("测试市"));
   EXPECT_FALSE(DBUtil::getCityWithName("临沂市"));  // the cache, not the shipped data, answers
@@ -171,8 +175,10 @@ TEST_F(DBUtilTest, RefreshWritesTheCacheAndSwitchesOnlyWhenComplete) {
 
 TEST_F(DBUtilTest, MismatchedLastAreaIdKeepsTheCacheUnused) {
   // The server's last element is not its highest id.
-  ASSERT_EQ(refresh(Json::array({area(900100, 900000, "测试市", "ceshishi", 2), area(900000, 0, "测试省", "ceshisheng", 1)}), ""),
-            std::nullopt);
+  ASSERT_EQ(
+      refresh(Json::array({area(900100, 900000, "测试市", "ceshishi", 2), area(900000, 0, "测试省", "ceshisheng", 1)}),
+              ""),
+      std::nullopt);
   EXPECT_EQ(home_.settings().stringForKey("area_version"), std::nullopt);  // empty ver is not stored
   EXPECT_EQ(home_.settings().stringForKey("last_area_id"), "900000");
   EXPECT_TRUE(std::filesystem::exists(home_.caches() / "area.db"));
@@ -254,8 +260,8 @@ TEST_F(DBUtilBankTest, ShortestMatchingPrefixWins) {
 }
 
 TEST(AreaModelTest, ReadsColumnsAsText) {
-  const AreaModel city(Json{{"area_id", 371300}, {"parent_id", 370000}, {"area_name", "临沂市"},
-                            {"py_name", "linyishi"}, {"area_type", 2}});
+  const AreaModel city(Json{
+      {"area_id", 371300}, {"parent_id", 370000}, {"area_name", "临沂市"}, {"py_name", "linyishi"}, {"area_type", 2}});
   EXPECT_EQ(city.areaID, "371300");
   EXPECT_EQ(city.parentID, "370000");
   EXPECT_EQ(city.areaName, "临沂市");

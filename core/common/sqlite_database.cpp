@@ -130,8 +130,12 @@ struct SQLiteDatabase::Impl {
       for (int i = 0; i < columns; ++i) {
         const char* name = sqlite3_column_name(stmt.get(), i);
         switch (sqlite3_column_type(stmt.get(), i)) {
-          case SQLITE_INTEGER: row[name] = static_cast<std::int64_t>(sqlite3_column_int64(stmt.get(), i)); break;
-          case SQLITE_FLOAT: row[name] = sqlite3_column_double(stmt.get(), i); break;
+          case SQLITE_INTEGER:
+            row[name] = static_cast<std::int64_t>(sqlite3_column_int64(stmt.get(), i));
+            break;
+          case SQLITE_FLOAT:
+            row[name] = sqlite3_column_double(stmt.get(), i);
+            break;
           case SQLITE_TEXT: {
             const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), i));
             row[name] = std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(stmt.get(), i)));
@@ -143,7 +147,8 @@ struct SQLiteDatabase::Impl {
             row[name] = Json::binary(std::vector<std::uint8_t>(data, data + size));
             break;
           }
-          default: break;  // NULL: left out
+          default:
+            break;  // NULL: left out
         }
       }
       result.push_back(std::move(row));
@@ -257,8 +262,7 @@ std::string SQLiteDatabase::getDatabaseDump() {
   std::lock_guard lock(impl_->mutex);
   std::string dump = ";\n; Dump of an SQLite database\n;\n";
   dump += "; database " + impl_->path.filename().string() + ";\n";
-  const Json tables =
-      impl_->rows("SELECT * FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%';");
+  const Json tables = impl_->rows("SELECT * FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%';");
   for (const auto& table : tables) {
     const std::string name = strForKey(table, "name");
     dump += strForKey(table, "sql") + ";\n";

@@ -40,13 +40,12 @@ TEST(SQLiteDatabaseTest, BindsByKindAndReadsRowsWithoutNulls) {
   ASSERT_EQ(db.doQuery("create table t (id integer primary key, s text, i integer, f real, b blob, d real)"),
             std::nullopt);
   const auto date = std::chrono::system_clock::time_point(std::chrono::milliseconds(1700000000500));
-  ASSERT_EQ(db.doUpdateQuery("insert into t (s, i, f, b, d) values (?, ?, ?, ?, ?)",
-                             {std::string("临沂 'x'"), std::int64_t{1} << 40, 2.5,
-                              std::vector<std::uint8_t>{0, 255, 7}, date}),
+  ASSERT_EQ(db.doUpdateQuery(
+                "insert into t (s, i, f, b, d) values (?, ?, ?, ?, ?)",
+                {std::string("临沂 'x'"), std::int64_t{1} << 40, 2.5, std::vector<std::uint8_t>{0, 255, 7}, date}),
             std::nullopt);
   EXPECT_EQ(db.getLastInsertRowID(), 1);
-  ASSERT_EQ(db.doUpdateQuery("insert into t (s, i) values (?, ?)", {std::monostate{}, std::int64_t{-3}}),
-            std::nullopt);
+  ASSERT_EQ(db.doUpdateQuery("insert into t (s, i) values (?, ?)", {std::monostate{}, std::int64_t{-3}}), std::nullopt);
   EXPECT_EQ(db.getLastInsertRowID(), 2);
 
   const Json rows = db.getRowsForQuery("select * from t order by id");

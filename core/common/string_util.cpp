@@ -97,7 +97,7 @@ std::string StringUtil::convertUnicodeToString(std::string_view text) {
       continue;
     }
     const long unit = escapeAt(text, i);
-    if (unit <= 0) return std::string(text);  // short, non-hex or NUL escape
+    if (unit <= 0) return std::string(text);                         // short, non-hex or NUL escape
     if (unit >= 0xDC00 && unit <= 0xDFFF) return std::string(text);  // low surrogate alone
     if (unit >= 0xD800 && unit <= 0xDBFF) {
       const long low = escapeAt(text, i + 6);
@@ -116,8 +116,7 @@ std::optional<std::string> StringUtil::stringMutiplyWithString(std::string_view 
   return detail::decimalMultiply(a, b);
 }
 
-std::optional<std::string> StringUtil::stringDividWithString(std::string_view a, std::string_view b,
-                                                             int precision) {
+std::optional<std::string> StringUtil::stringDividWithString(std::string_view a, std::string_view b, int precision) {
   return detail::decimalDivide(a, b, precision);
 }
 

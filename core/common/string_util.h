@@ -40,8 +40,7 @@ class StringUtil {
   // a / b rounded half away from zero to `precision` fractional digits (0..64), trailing
   // zeros dropped. nullopt when either text is not a number, b is zero, or the precision
   // is out of range.
-  static std::optional<std::string> stringDividWithString(std::string_view a, std::string_view b,
-                                                          int precision = 2);
+  static std::optional<std::string> stringDividWithString(std::string_view a, std::string_view b, int precision = 2);
 
   // The application's short version ("0.1.0").
   static std::string getAppVersion();
@@ -53,12 +52,10 @@ class StringUtil {
   // Payment signature: keys in ascending order, pairs "key=value&" for every key except
   // "sign" and "key" and except empty values, then "key=<merchantKey>"; the MD5 of that
   // text in lower-case hexadecimal.
-  static std::string createMd5Sign(const std::map<std::string, std::string>& dictionary,
-                                   std::string_view merchantKey);
+  static std::string createMd5Sign(const std::map<std::string, std::string>& dictionary, std::string_view merchantKey);
 
   // The text createMd5Sign digests (exposed so that a signature can be checked by eye).
-  static std::string signingString(const std::map<std::string, std::string>& dictionary,
-                                   std::string_view merchantKey);
+  static std::string signingString(const std::map<std::string, std::string>& dictionary, std::string_view merchantKey);
 
   // 32 upper-case letters 'A'..'Z', each drawn uniformly at random (a payment nonce).
   static std::string ret32bitString();

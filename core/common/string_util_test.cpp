@@ -24,7 +24,7 @@ TEST(StringUtilTest, FormatPhoneKeepsFourAtEachEnd) {
   EXPECT_EQ(StringUtil::formatPhone("13812345678"), "1381***5678");
   EXPECT_EQ(StringUtil::formatPhone("123456"), "123456");
   EXPECT_EQ(StringUtil::formatPhone(""), "");
-  EXPECT_EQ(StringUtil::formatPhone("1234567"), "1234567");   // ends overlap: nothing to mask
+  EXPECT_EQ(StringUtil::formatPhone("1234567"), "1234567");  // ends overlap: nothing to mask
   EXPECT_EQ(StringUtil::formatPhone("12345678"), "12345678");
   EXPECT_EQ(StringUtil::formatPhone("123456789"), "1234*6789");
   EXPECT_EQ(StringUtil::formatPhone("一二三四五六七八九十"), "一二三四**七八九十");
@@ -49,8 +49,8 @@ TEST(StringUtilTest, ConvertUnicodeToStringDecodesEscapes) {
   EXPECT_EQ(StringUtil::convertUnicodeToString("plain 文本"), "plain 文本");
   EXPECT_EQ(StringUtil::convertUnicodeToString(R"(path\to\file)"), R"(path\to\file)");
   // Malformed escapes leave the whole text as it was.
-  for (const char* bad : {R"(\u12)", R"(x\u12G4y \u4e2d)", R"(\ud83d alone)", R"(\ude00)",
-                          R"(\ud83d\u0041)", R"(\u0000)", R"(end\u)"}) {
+  for (const char* bad :
+       {R"(\u12)", R"(x\u12G4y \u4e2d)", R"(\ud83d alone)", R"(\ude00)", R"(\ud83d\u0041)", R"(\u0000)", R"(end\u)"}) {
     EXPECT_EQ(StringUtil::convertUnicodeToString(bad), bad);
   }
 }

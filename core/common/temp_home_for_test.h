@@ -16,8 +16,10 @@ class TempHome {
  public:
   // `resources` empty: the built resources ($QMV_RESOURCE_DIR).
   explicit TempHome(std::filesystem::path resources = {})
-      : home_(makeDirectory()), settings_(std::make_shared<MemorySettingsStore>()),
-        files_(std::make_shared<HomeFileLocations>(home_, resources)), scoped_(makeEnv()) {}
+      : home_(makeDirectory()),
+        settings_(std::make_shared<MemorySettingsStore>()),
+        files_(std::make_shared<HomeFileLocations>(home_, resources)),
+        scoped_(makeEnv()) {}
   ~TempHome() {
     std::error_code ec;
     std::filesystem::remove_all(home_, ec);

@@ -12,7 +12,8 @@ TEST(UrlPartsTest, HostSchemeAndQueryPairs) {
   EXPECT_EQ(urlHost("no scheme here"), "");
   EXPECT_EQ(urlScheme("QMV://pay?x=1"), "qmv");
 
-  const auto pairs = urlQueryPairs("qmv://pay?productId=7&series=12&acount=3&memo=%E7%94%A8%E6%88%B7&flag&x=1&x=2#frag");
+  const auto pairs =
+      urlQueryPairs("qmv://pay?productId=7&series=12&acount=3&memo=%E7%94%A8%E6%88%B7&flag&x=1&x=2#frag");
   EXPECT_EQ(pairs.at("productId"), "7");
   EXPECT_EQ(pairs.at("series"), "12");
   EXPECT_EQ(pairs.at("acount"), "3");

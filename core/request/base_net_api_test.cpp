@@ -58,9 +58,8 @@ TEST_F(BaseNetApiTest, CorrectAnswerAndTheSessionItCarriesAfterwards) {
   EXPECT_FALSE(screen.isLoadingShown());
   EXPECT_EQ(screen.noNetwork, 0);
   EXPECT_TRUE(overlay_->shown().empty());
-  EXPECT_EQ(last().arguments,
-            (testsupport::Arguments{{"userName", "13800000000"},
-                                {"userPassword", "e10adc3949ba59abbe56e057f20f883e"}}));
+  EXPECT_EQ(last().arguments, (testsupport::Arguments{{"userName", "13800000000"},
+                                                      {"userPassword", "e10adc3949ba59abbe56e057f20f883e"}}));
 
   auto user = login->getUserInfo();
   ASSERT_TRUE(user);
@@ -93,8 +92,7 @@ TEST_F(BaseNetApiTest, ExpiredSessionLogsOutAndPresentsLogin) {
             true);  // sent before it expired
   EXPECT_EQ(GlobalData::sharedInstance().selfInfo(), nullptr);
   ASSERT_EQ(push_->aliases().size(), 1u);
-  EXPECT_EQ(push_->aliases()[0],
-            (std::pair<std::string, std::string>{"un_valid_Alias", "QMV_User"}));
+  EXPECT_EQ(push_->aliases()[0], (std::pair<std::string, std::string>{"un_valid_Alias", "QMV_User"}));
   ASSERT_EQ(cookies_->cookies().size(), 1u);
   EXPECT_EQ(cookies_->cookies()[0].name, "theme");
   ASSERT_TRUE(navigator_->topScreen());
@@ -118,8 +116,7 @@ TEST_F(BaseNetApiTest, FailureShowsTheDecodedMessageAndNeverResetsAnEarlierVerdi
   auto login = std::make_shared<LoginNetApi>("13800000000", "x");
   ASSERT_EQ(run(login), "success");
   EXPECT_FALSE(login->isCorrectResult());
-  EXPECT_EQ(overlay_->shown(),
-            (std::vector<std::pair<std::string, std::string>>{{"", "密码错误"}}));
+  EXPECT_EQ(overlay_->shown(), (std::vector<std::pair<std::string, std::string>>{{"", "密码错误"}}));
 
   // A message already decoded by JSON, a failure without message, a null message.
   answer("getUserLogin", R"({"success":"9","message":"\u8d26\u53f7\u4e0d\u5b58\u5728"})");
@@ -141,8 +138,7 @@ TEST_F(BaseNetApiTest, FailureShowsTheDecodedMessageAndNeverResetsAnEarlierVerdi
 
 TEST_F(BaseNetApiTest, BodiesThatAreNotEnvelopes) {
   TestScreen screen;
-  for (const char* body :
-       {"<html>502 Bad Gateway</html>", "", "[1,2,3]", R"("0")", R"({"success":"0")"}) {
+  for (const char* body : {"<html>502 Bad Gateway</html>", "", "[1,2,3]", R"("0")", R"({"success":"0")"}) {
     answer("getUserInfo", body);
     auto api = std::make_shared<UserInfoNetApi>();
     screen.attach(*api);

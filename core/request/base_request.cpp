@@ -31,9 +31,7 @@ bool BaseRequest::statusCodeValidator() const {
   return static_cast<unsigned long>(responseStatusCode() - 200) < 100;
 }
 
-Json BaseRequest::responseJSONObject() const {
-  return requestOperation ? requestOperation->responseObject() : Json();
-}
+Json BaseRequest::responseJSONObject() const { return requestOperation ? requestOperation->responseObject() : Json(); }
 
 const std::string& BaseRequest::responseString() const {
   return requestOperation ? requestOperation->response().body : emptyText();

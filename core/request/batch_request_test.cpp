@@ -13,14 +13,16 @@ using testsupport::TestRequest;
 class GroupedRequestTest : public testsupport::RequestTest {};
 
 TEST_F(GroupedRequestTest, BatchSucceedsWhenAllDoAndFailsAtTheFirstFailure) {
-  auto batch = std::make_shared<BatchRequest>(
-      std::vector<std::shared_ptr<BaseRequest>>{makeRequest("json"), makeRequest("status/299"), makeRequest("concurrent")});
+  auto batch = std::make_shared<BatchRequest>(std::vector<std::shared_ptr<BaseRequest>>{
+      makeRequest("json"), makeRequest("status/299"), makeRequest("concurrent")});
   int successes = 0;
   int failures = 0;
-  batch->startWithCompletionBlockWithSuccess([&](BatchRequest& b) {
-    ++successes;
-    for (const auto& r : b.requestArray()) EXPECT_FALSE(r->isExecuting());
-  }, [&](BatchRequest&) { ++failures; });
+  batch->startWithCompletionBlockWithSuccess(
+      [&](BatchRequest& b) {
+        ++successes;
+        for (const auto& r : b.requestArray()) EXPECT_FALSE(r->isExecuting());
+      },
+      [&](BatchRequest&) { ++failures; });
   batch.reset();  // the running batch keeps itself alive
   ASSERT_TRUE(loop_->runUntil([&] { return successes + failures > 0; }, 10s));
   EXPECT_EQ(successes, 1);

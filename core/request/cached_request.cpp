@@ -153,11 +153,11 @@ std::string CachedRequest::cacheBasePath() const {
 }
 
 std::string CachedRequest::cacheFileName() const {
-  const std::string description =
-      "Method:" + std::to_string(static_cast<long>(requestMethod())) +
-      " Host:" + NetworkConfig::sharedInstance().baseUrl() + " Url:" + requestUrl() +
-      " Argument:" + describe(cacheFileNameFilterForRequestArgument(requestArgument())) +
-      " AppVersion:" + NetworkUtil::appVersionString() + " Sensitive:" + describe(cacheSensitiveData());
+  const std::string description = "Method:" + std::to_string(static_cast<long>(requestMethod())) +
+                                  " Host:" + NetworkConfig::sharedInstance().baseUrl() + " Url:" + requestUrl() +
+                                  " Argument:" + describe(cacheFileNameFilterForRequestArgument(requestArgument())) +
+                                  " AppVersion:" + NetworkUtil::appVersionString() +
+                                  " Sensitive:" + describe(cacheSensitiveData());
   return NetworkUtil::md5StringFromString(description).value_or("");
 }
 

@@ -49,8 +49,7 @@ inline Arguments parseForm(const std::string& text) {
       const std::size_t eq = pair.find('=');
       const std::string key = pair.substr(0, eq);
       const std::string value = eq == std::string::npos ? "" : pair.substr(eq + 1);
-      out.emplace_back(httplib::detail::decode_url(key, true),
-                       httplib::detail::decode_url(value, true));
+      out.emplace_back(httplib::detail::decode_url(key, true), httplib::detail::decode_url(value, true));
     }
     start = end + 1;
   }
@@ -65,8 +64,7 @@ class ApiServerTest : public ::testing::Test {
       r.method = req.method;
       r.endpoint = req.matches[1];
       const std::size_t q = req.target.find('?');
-      if (req.method == "GET" && q != std::string::npos)
-        r.arguments = parseForm(req.target.substr(q + 1));
+      if (req.method == "GET" && q != std::string::npos) r.arguments = parseForm(req.target.substr(q + 1));
       if (req.method == "POST" && !req.is_multipart_form_data()) r.arguments = parseForm(req.body);
       r.cookie = req.get_header_value("Cookie");
       for (const auto& [name, part] : req.files) r.parts[name] = {part.filename, part.content};
@@ -78,16 +76,14 @@ class ApiServerTest : public ::testing::Test {
         return;
       }
       res.status = answer->second.status;
-      for (const auto& cookie : answer->second.setCookies)
-        res.headers.emplace("Set-Cookie", cookie);
+      for (const auto& cookie : answer->second.setCookies) res.headers.emplace("Set-Cookie", cookie);
       res.set_content(answer->second.body, "application/json");
     };
     server_.server().Get(R"(/qmv/app/v3/(\w+))", handle);
     server_.server().Post(R"(/qmv/app/v3/(\w+))", handle);
     server_.start();
 
-    home_ =
-        std::filesystem::temp_directory_path() / ("qmv_api_test_" + std::to_string(server_.port()));
+    home_ = std::filesystem::temp_directory_path() / ("qmv_api_test_" + std::to_string(server_.port()));
     Env env;
     env.files = std::make_shared<HomeFileLocations>(home_, home_ / "resources");
     env.mainLoop = loop_;
@@ -117,8 +113,7 @@ class ApiServerTest : public ::testing::Test {
     std::string body;
     std::vector<std::string> setCookies;
   };
-  void answer(const std::string& endpoint, std::string body, int status = 200,
-              std::vector<std::string> cookies = {}) {
+  void answer(const std::string& endpoint, std::string body, int status = 200, std::vector<std::string> cookies = {}) {
     std::lock_guard lock(mutex_);
     answers_[endpoint] = Answer{status, std::move(body), std::move(cookies)};
   }
@@ -142,8 +137,7 @@ class ApiServerTest : public ::testing::Test {
   }
 
   void logIn(const std::string& sessionId) {
-    GlobalData::sharedInstance().setSelfInfo(
-        std::make_shared<UserInfoModel>(Json{{"sessionId", sessionId}}));
+    GlobalData::sharedInstance().setSelfInfo(std::make_shared<UserInfoModel>(Json{{"sessionId", sessionId}}));
   }
 
   LoopbackServer server_;

@@ -76,7 +76,8 @@ std::string randomBoundary() {
 void setMultipartBody(HttpRequest& http, const Json& arguments, const BaseRequest::ConstructingBodyBlock& block) {
   MultipartFormData form;
   if (arguments.is_object()) {
-    for (const auto& [key, value] : arguments.items()) form.appendPartWithFormData(NetworkUtil::descriptionOf(value), key);
+    for (const auto& [key, value] : arguments.items())
+      form.appendPartWithFormData(NetworkUtil::descriptionOf(value), key);
   }
   block(form);
   const std::string boundary = randomBoundary();
@@ -172,8 +173,8 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
     switch (method) {
       case RequestMethod::GET:
         if (const std::string path = request->resumableDownloadPath(); !path.empty()) {
-          http.url = NetworkUtil::urlStringWithOriginUrlString(
-              url, NetworkUtil::urlParametersStringFromParameters(arguments));
+          http.url =
+              NetworkUtil::urlStringWithOriginUrlString(url, NetworkUtil::urlParametersStringFromParameters(arguments));
           http.downloadPath = path;
           http.resume = true;
           http.progress = request->resumableDownloadProgressBlock();
@@ -221,8 +222,8 @@ void NetworkAgent::handleRequestResult(const std::shared_ptr<RequestOperation>& 
       if (request->delegate != nullptr) request->delegate->requestFinished(*request);
       if (auto block = request->successCompletionBlock) block(*request);
     } else {
-      logLine("Request " + request->className() + " failed, status code = " +
-              std::to_string(request->responseStatusCode()));
+      logLine("Request " + request->className() +
+              " failed, status code = " + std::to_string(request->responseStatusCode()));
       request->toggleAccessoriesWillStopCallBack();
       request->requestFailedFilter();
       if (request->delegate != nullptr) request->delegate->requestFailed(*request);

@@ -91,10 +91,12 @@ TEST_F(NetworkAgentTest, CallbacksRunInOrderWithOrWithoutDelegateAndBlocks) {
   auto ok = makeRequest("json", &events);
   ok->delegate = &delegate;
   ok->addAccessory(std::make_shared<RecordingAccessory>(events));
-  ok->startWithCompletionBlockWithSuccess([&](BaseRequest& r) {
-    events.push_back("success");
-    EXPECT_EQ(r.responseJSONObject()["name"], "qmv");
-  }, [&](BaseRequest&) { events.push_back("failure"); });
+  ok->startWithCompletionBlockWithSuccess(
+      [&](BaseRequest& r) {
+        events.push_back("success");
+        EXPECT_EQ(r.responseJSONObject()["name"], "qmv");
+      },
+      [&](BaseRequest&) { events.push_back("failure"); });
   ASSERT_TRUE(loop_->runUntil([&] { return events.size() == 6; }, 10s));
   EXPECT_EQ(events, (Events{"willStart", "willStop", "completeFilter", "delegateFinished", "success", "didStop"}));
   EXPECT_FALSE(ok->successCompletionBlock);
@@ -225,7 +227,8 @@ TEST_F(NetworkAgentTest, SendsArgumentsAsQueryFormJsonAndMultipart) {
   EXPECT_EQ(files["portrait"]["contentHex"], testsupport::hex(std::string("\x89PNG\0\1", 6)));
 
   // <arpa/nameser.h> (through httplib) defines a DELETE macro, hence the integer value.
-  for (auto [method, name] : {std::pair{static_cast<RequestMethod>(4), "DELETE"}, std::pair{RequestMethod::PATCH, "PATCH"}}) {
+  for (auto [method, name] :
+       {std::pair{static_cast<RequestMethod>(4), "DELETE"}, std::pair{RequestMethod::PATCH, "PATCH"}}) {
     auto r = makeRequest("echo");
     r->method = method;
     r->argument = {{"k", "v"}};

@@ -124,9 +124,7 @@ std::optional<std::string> NetworkUtil::md5StringFromString(const std::string& t
   return out;
 }
 
-std::string NetworkUtil::appVersionString() {
-  return appVersionOverride().value_or(QMV_VERSION_STRING);
-}
+std::string NetworkUtil::appVersionString() { return appVersionOverride().value_or(QMV_VERSION_STRING); }
 
 void NetworkUtil::overrideAppVersionString(std::optional<std::string> version) {
   appVersionOverride() = std::move(version);

@@ -20,9 +20,9 @@ TEST(NetworkUtilTest, CheckJsonWalksNestedObjectsAndArrays) {
   EXPECT_TRUE(NetworkUtil::checkJson(answer, Json::object()));
   EXPECT_TRUE(NetworkUtil::checkJson(answer, parseJson(R"({"tags":[]})")));
 
-  for (const char* wrong : {R"({"id":0})", R"({"open":0})", R"({"missing":""})", R"({"tags":[0]})",
-                            R"({"shop":{"geo":{"lat":""}}})", R"({"shop":{"staff":[{"n":0}]}})",
-                            R"({"shop":""})", R"({"tags":{}})"}) {
+  for (const char* wrong :
+       {R"({"id":0})", R"({"open":0})", R"({"missing":""})", R"({"tags":[0]})", R"({"shop":{"geo":{"lat":""}}})",
+        R"({"shop":{"staff":[{"n":0}]}})", R"({"shop":""})", R"({"tags":{}})"}) {
     EXPECT_FALSE(NetworkUtil::checkJson(answer, parseJson(wrong))) << wrong;
   }
   EXPECT_TRUE(NetworkUtil::checkJson(parseJson(R"([[1,2],[3]])"), parseJson("[[0]]")));

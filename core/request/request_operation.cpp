@@ -26,14 +26,14 @@ void RequestOperation::start(std::shared_ptr<HttpTransport> transport, Completio
   transport_ = std::move(transport);
   executing_ = true;
   // The transfer keeps its operation alive until it reports.
-  transferId_ = transport_->send(request_, [self = shared_from_this(), completion = std::move(completion)](
-                                               HttpResponse response) {
-    if (self->cancelled_) return;
-    self->response_ = std::move(response);
-    self->responseObject_.reset();
-    self->executing_ = false;
-    completion(self);
-  });
+  transferId_ = transport_->send(
+      request_, [self = shared_from_this(), completion = std::move(completion)](HttpResponse response) {
+        if (self->cancelled_) return;
+        self->response_ = std::move(response);
+        self->responseObject_.reset();
+        self->executing_ = false;
+        completion(self);
+      });
 }
 
 void RequestOperation::cancel() {

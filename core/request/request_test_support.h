@@ -130,13 +130,17 @@ class RequestTest : public ::testing::Test {
       res.set_content("{}", "application/json");
     });
     const auto echo = [](const httplib::Request& req, httplib::Response& res) {
-      Json out = {{"method", req.method}, {"target", req.target}, {"body", req.body},
+      Json out = {{"method", req.method},
+                  {"target", req.target},
+                  {"body", req.body},
                   {"contentType", req.get_header_value("Content-Type")},
                   {"authorization", req.get_header_value("Authorization")},
-                  {"x-one", req.get_header_value("X-One")}, {"x-two", req.get_header_value("X-Two")}};
+                  {"x-one", req.get_header_value("X-One")},
+                  {"x-two", req.get_header_value("X-Two")}};
       Json files = Json::object();
       for (const auto& [name, file] : req.files) {
-        files[name] = {{"filename", file.filename}, {"contentType", file.content_type}, {"contentHex", hex(file.content)}};
+        files[name] = {
+            {"filename", file.filename}, {"contentType", file.content_type}, {"contentHex", hex(file.content)}};
       }
       out["files"] = files;
       res.set_content(out.dump(), "application/json");
@@ -192,7 +196,8 @@ class RequestTest : public ::testing::Test {
 
   // Starts `request` with blocks that count the outcome and runs the loop until it ends.
   // Returns "success" or "failure" ("none" when nothing arrived in time).
-  std::string run(const std::shared_ptr<BaseRequest>& request, std::chrono::milliseconds limit = std::chrono::milliseconds(10000)) {
+  std::string run(const std::shared_ptr<BaseRequest>& request,
+                  std::chrono::milliseconds limit = std::chrono::milliseconds(10000)) {
     std::string outcome = "none";
     request->startWithCompletionBlockWithSuccess([&](BaseRequest&) { outcome = "success"; },
                                                  [&](BaseRequest&) { outcome = "failure"; });
@@ -200,7 +205,9 @@ class RequestTest : public ::testing::Test {
     return outcome;
   }
 
-  void spin(std::chrono::milliseconds duration) { loop_->runUntil([] { return false; }, duration); }
+  void spin(std::chrono::milliseconds duration) {
+    loop_->runUntil([] { return false; }, duration);
+  }
 
   std::filesystem::path home_;
   static constexpr const char* kFileContent = "0123456789abcdefghijklmnopqrstuvwxyz";

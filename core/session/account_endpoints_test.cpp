@@ -21,8 +21,7 @@ TEST_F(AccountEndpointsTest, ArgumentsAsTheServerReceivesThem) {
   // Registration sends its keys in the catalogue's order whatever the constructor's,
   // and never the member's session (there is none yet, and it is not asked for).
   logIn("S-member");
-  ASSERT_EQ(run(std::make_shared<RegisterNetApi>("md5pw", "13800000000", "inv 7", "小王", "1234",
-                                                 "code-session")),
+  ASSERT_EQ(run(std::make_shared<RegisterNetApi>("md5pw", "13800000000", "inv 7", "小王", "1234", "code-session")),
             "success");
   EXPECT_EQ(last().method, "POST");
   EXPECT_EQ(last().endpoint, "postUserRegisterWeb");
@@ -34,18 +33,13 @@ TEST_F(AccountEndpointsTest, ArgumentsAsTheServerReceivesThem) {
                                          {"sessionId", "code-session"}}));
 
   // Empty fields are left out entirely.
-  ASSERT_EQ(run(std::make_shared<RegisterNetApi>("md5pw", "13800000000", "", "", "1234", "")),
-            "success");
-  EXPECT_EQ(last().arguments,
-            (Arguments{{"password", "md5pw"}, {"phone", "13800000000"}, {"code", "1234"}}));
+  ASSERT_EQ(run(std::make_shared<RegisterNetApi>("md5pw", "13800000000", "", "", "1234", "")), "success");
+  EXPECT_EQ(last().arguments, (Arguments{{"password", "md5pw"}, {"phone", "13800000000"}, {"code", "1234"}}));
 
-  ASSERT_EQ(run(std::make_shared<MobileCheckNetApi>("13800000000", "9876", "code-session")),
-            "success");
+  ASSERT_EQ(run(std::make_shared<MobileCheckNetApi>("13800000000", "9876", "code-session")), "success");
   EXPECT_EQ(last().method, "GET");
   EXPECT_EQ(last().endpoint, "getCheckCode");
-  EXPECT_EQ(
-      last().arguments,
-      (Arguments{{"mobile", "13800000000"}, {"code", "9876"}, {"sessionId", "code-session"}}));
+  EXPECT_EQ(last().arguments, (Arguments{{"mobile", "13800000000"}, {"code", "9876"}, {"sessionId", "code-session"}}));
 
   ASSERT_EQ(run(std::make_shared<FindPwdNetApi>("13800000000", "newmd5")), "success");
   EXPECT_EQ(last().endpoint, "postFindPassword");
@@ -54,11 +48,9 @@ TEST_F(AccountEndpointsTest, ArgumentsAsTheServerReceivesThem) {
   ASSERT_EQ(run(std::make_shared<ChangePasswordNetApi>("n", "o")), "success");
   EXPECT_EQ(last().method, "POST");
   EXPECT_EQ(last().endpoint, "postChangePassword");
-  EXPECT_EQ(last().arguments,
-            (Arguments{{"sessionId", "S-member"}, {"newPassword", "n"}, {"oldPassword", "o"}}));
+  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S-member"}, {"newPassword", "n"}, {"oldPassword", "o"}}));
 
-  ASSERT_EQ(run(std::make_shared<ChangeSelfNetApi>("postNickName", "nickName", "新名字")),
-            "success");
+  ASSERT_EQ(run(std::make_shared<ChangeSelfNetApi>("postNickName", "nickName", "新名字")), "success");
   EXPECT_EQ(last().endpoint, "postNickName");
   EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S-member"}, {"nickName", "新名字"}}));
 

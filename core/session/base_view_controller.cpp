@@ -20,8 +20,7 @@ void BaseViewController::sessionIsExpire(BaseNetApi& /*request*/) {
   if (env.push) env.push->setAlias(kInvalidAlias, kAliasType);
   if (env.cookies) {
     for (const Cookie& cookie : env.cookies->cookies()) {
-      if (cookie.name == "sessionID" || cookie.name == "sessionId")
-        env.cookies->deleteCookie(cookie);
+      if (cookie.name == "sessionID" || cookie.name == "sessionId") env.cookies->deleteCookie(cookie);
     }
   }
   presentLoginCtrl();

@@ -12,13 +12,10 @@
 
 namespace qmv {
 
-class BaseViewController : public SessionExpireDelegate,
-                           public NetLoadingDelegate,
-                           public NoNetWorkingDelegate {
+class BaseViewController : public SessionExpireDelegate, public NetLoadingDelegate, public NoNetWorkingDelegate {
  public:
   static constexpr const char* kLoadingText = "努力加载中…";
-  static constexpr const char* kLoadingFrames[] = {"loading_1", "loading_2", "loading_3",
-                                                   "loading_4"};
+  static constexpr const char* kLoadingFrames[] = {"loading_1", "loading_2", "loading_3", "loading_4"};
   static constexpr const char* kNoNetworkImage = "wangluocuowu";
   static constexpr const char* kLoginScreen = "LoginViewController";
   static constexpr const char* kInvalidAlias = "un_valid_Alias";

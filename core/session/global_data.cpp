@@ -68,14 +68,12 @@ std::vector<SearchTypeModel> GlobalData::homeCategories() {
 }
 
 std::string_view GlobalData::builtInTemplatesAt(std::int64_t unixSeconds) {
-  return unixSeconds > templatesSwitchInstant() ? builtInTemplatesLaterText()
-                                                : builtInTemplatesEarlierText();
+  return unixSeconds > templatesSwitchInstant() ? builtInTemplatesLaterText() : builtInTemplatesEarlierText();
 }
 
 GlobalData::GlobalData() : defaultTypeList_(homeCategories()) {
   std::string text;
-  if (const auto& settings = Env::current().settings)
-    text = settings->stringForKey(kTemplatesKey).value_or("");
+  if (const auto& settings = Env::current().settings) text = settings->stringForKey(kTemplatesKey).value_or("");
   if (text.empty()) text = std::string(builtInTemplatesAt(nowSeconds()));
   mergeTemplates(searchTypesFromEnvelope(text));
 }
@@ -90,16 +88,14 @@ void GlobalData::mergeTemplates(const std::vector<SearchTypeModel>& templates) {
   }
 }
 
-SearchTypeModel* GlobalData::getInfoWithName(const std::string& name,
-                                             std::vector<SearchTypeModel>& list) {
+SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, std::vector<SearchTypeModel>& list) {
   for (auto& model : list) {
     if (model.name == name) return &model;
   }
   return nullptr;
 }
 
-const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name,
-                                                   const std::vector<SearchTypeModel>& list) {
+const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, const std::vector<SearchTypeModel>& list) {
   for (const auto& model : list) {
     if (model.name == name) return &model;
   }
@@ -108,8 +104,7 @@ const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name,
 
 std::string GlobalData::getCurrentCityName() const {
   std::string city;
-  if (const auto& settings = Env::current().settings)
-    city = settings->stringForKey(kSelectCityKey).value_or("");
+  if (const auto& settings = Env::current().settings) city = settings->stringForKey(kSelectCityKey).value_or("");
   return city.empty() ? std::string(kDefaultCity) : city;
 }
 
@@ -120,8 +115,6 @@ std::optional<std::string> GlobalData::getCurrentCityId() const {
   return city->areaID;
 }
 
-bool GlobalData::cityExist(const std::string& name) const {
-  return DBUtil::getCityWithName(name).has_value();
-}
+bool GlobalData::cityExist(const std::string& name) const { return DBUtil::getCityWithName(name).has_value(); }
 
 }  // namespace qmv

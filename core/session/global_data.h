@@ -56,10 +56,8 @@ class GlobalData {
   void mergeTemplates(const std::vector<SearchTypeModel>& templates);
 
   // First entry whose name equals `name` exactly, or null.
-  static SearchTypeModel* getInfoWithName(const std::string& name,
-                                          std::vector<SearchTypeModel>& list);
-  static const SearchTypeModel* getInfoWithName(const std::string& name,
-                                                const std::vector<SearchTypeModel>& list);
+  static SearchTypeModel* getInfoWithName(const std::string& name, std::vector<SearchTypeModel>& list);
+  static const SearchTypeModel* getInfoWithName(const std::string& name, const std::vector<SearchTypeModel>& list);
 
   // The five home categories with their colours and pictures, without ids or lists.
   static std::vector<SearchTypeModel> homeCategories();

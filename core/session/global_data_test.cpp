@@ -47,8 +47,7 @@ TEST(GlobalDataTest, BuiltInTemplateChosenByDate) {
   {
     SessionEnv env(kSept5_2016Noon);
     const auto& list = GlobalData::sharedInstance().defaultTypeList();
-    EXPECT_EQ(subNames(list[4]),
-              (std::vector<std::string>{"幸运抽奖", "一元夺宝", "网上商城", "沙龙活动"}));
+    EXPECT_EQ(subNames(list[4]), (std::vector<std::string>{"幸运抽奖", "一元夺宝", "网上商城", "沙龙活动"}));
     // The shared groups, in their listed order.
     EXPECT_EQ(list[0].typeId, "1");
     EXPECT_EQ(subNames(list[2]), (std::vector<std::string>{"美发", "美甲", "美体", "舞蹈"}));

@@ -31,9 +31,8 @@ void LoginViewController::loginNet() {
   detachRequest(loginApi_);
   loginApi_ = std::make_shared<LoginNetApi>(view_.phoneText, StringUtil::getmd5WithString(view_.passwordText));
   attachRequest(*loginApi_);
-  loginApi_->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest&) { loginFinished(loginApi_->isCorrectResult()); },
-      [this](BaseRequest&) { loginFinished(false); });
+  loginApi_->startWithCompletionBlockWithSuccess([this](BaseRequest&) { loginFinished(loginApi_->isCorrectResult()); },
+                                                 [this](BaseRequest&) { loginFinished(false); });
 }
 
 void LoginViewController::loginFinished(bool correct) {

@@ -6,12 +6,9 @@
 
 namespace qmv {
 
-MobileCodeNetApi::MobileCodeNetApi(std::string mobile, std::int64_t type)
-    : mobile(std::move(mobile)), type(type) {}
+MobileCodeNetApi::MobileCodeNetApi(std::string mobile, std::int64_t type) : mobile(std::move(mobile)), type(type) {}
 
-std::string MobileCodeNetApi::requestUrl() const {
-  return type == 1 ? "getCheckCode4ChgMobile" : "getMobileCode";
-}
+std::string MobileCodeNetApi::requestUrl() const { return type == 1 ? "getCheckCode4ChgMobile" : "getMobileCode"; }
 
 Json MobileCodeNetApi::requestArgument() const {
   Json arguments = getBaseArgument();
@@ -19,8 +16,6 @@ Json MobileCodeNetApi::requestArgument() const {
   return arguments;
 }
 
-std::string MobileCodeNetApi::getSessionId() const {
-  return strForKey(responseData(), "sessionId");
-}
+std::string MobileCodeNetApi::getSessionId() const { return strForKey(responseData(), "sessionId"); }
 
 }  // namespace qmv

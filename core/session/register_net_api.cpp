@@ -6,8 +6,8 @@
 
 namespace qmv {
 
-RegisterNetApi::RegisterNetApi(std::string password, std::string phone, std::string inviteId,
-                               std::string userName, std::string code, std::string sessionId)
+RegisterNetApi::RegisterNetApi(std::string password, std::string phone, std::string inviteId, std::string userName,
+                               std::string code, std::string sessionId)
     : password(std::move(password)),
       phone(std::move(phone)),
       inviteId(std::move(inviteId)),

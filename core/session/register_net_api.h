@@ -9,8 +9,8 @@ namespace qmv {
 
 class RegisterNetApi : public BaseNetApi {
  public:
-  RegisterNetApi(std::string password, std::string phone, std::string inviteId,
-                 std::string userName, std::string code, std::string sessionId);
+  RegisterNetApi(std::string password, std::string phone, std::string inviteId, std::string userName, std::string code,
+                 std::string sessionId);
 
   std::string requestUrl() const override { return "postUserRegisterWeb"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }

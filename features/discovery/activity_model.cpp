@@ -44,7 +44,8 @@ ActivityModel::ActivityModel(const Json& dic)
       remarkList(rawValue(dic, "remarkList")) {}
 
 void ActivityModel::setContentHeight(const TextMeasurer& measurer) {
-  contentHeight = content.empty() ? 0 : measurer.measure(content, kFontPointSize, measurer.screenWidth() - kSideMargins);
+  contentHeight =
+      content.empty() ? 0 : measurer.measure(content, kFontPointSize, measurer.screenWidth() - kSideMargins);
 }
 
 std::string ActivityModel::priceText() const {

@@ -6,8 +6,7 @@
 
 namespace qmv {
 
-BookmarkActivityNetApi::BookmarkActivityNetApi(std::string commodityId)
-    : commodityId(std::move(commodityId)) {}
+BookmarkActivityNetApi::BookmarkActivityNetApi(std::string commodityId) : commodityId(std::move(commodityId)) {}
 
 Json BookmarkActivityNetApi::requestArgument() const {
   Json arguments = getBaseArgument();

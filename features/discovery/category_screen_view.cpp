@@ -23,7 +23,8 @@ void CategoryScreenView::selectLeftRow(long index) {
   if (index < 0 || index >= static_cast<long>(cagetoryDataList.size())) return;
   selectedLeftIndex = index;
   selectedRightIndex = -1;
-  if (cagetoryDataList[static_cast<std::size_t>(index)].list.empty() && delegate) delegate->screenViewDidSelected(*this);
+  if (cagetoryDataList[static_cast<std::size_t>(index)].list.empty() && delegate)
+    delegate->screenViewDidSelected(*this);
 }
 
 void CategoryScreenView::selectRightRow(long index) {

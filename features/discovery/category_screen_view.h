@@ -22,7 +22,7 @@ class CategoryScreenView {
   // The categories shown (the name is the screen's own spelling).
   std::vector<SearchTypeModel> cagetoryDataList;
   long selectedLeftIndex = 0;
-  long selectedRightIndex = -1;  // -1: no sub-category chosen
+  long selectedRightIndex = -1;                    // -1: no sub-category chosen
   CategoryScreenViewDelegate* delegate = nullptr;  // not owned
 
   // A tap on a main category row: selects it and clears the sub-category; completes the

@@ -8,5 +8,4 @@ namespace qmv {
 // Env's URL opener. Returns whether a number was handed over.
 bool callPhone(const std::string& phone);
 
-
 }  // namespace qmv

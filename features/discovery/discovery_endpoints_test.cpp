@@ -23,22 +23,18 @@ TEST_F(DiscoveryEndpointsTest, ServerSpellingsAndFixedValues) {
   EXPECT_EQ(last().method, "POST");
   EXPECT_EQ(last().endpoint, "postFeedback");
   EXPECT_EQ(last().arguments,
-            (Arguments{
-                {"sessionId", "S1"}, {"concent", "很好用"}, {"contact", "qq 123"}, {"type", "0"}}));
+            (Arguments{{"sessionId", "S1"}, {"concent", "很好用"}, {"contact", "qq 123"}, {"type", "0"}}));
 
   ASSERT_EQ(run(std::make_shared<GradeStoreNetApi>("o1", "5", "好吃")), "success");
   EXPECT_EQ(last().endpoint, "PostGrade");
-  EXPECT_EQ(
-      last().arguments,
-      (Arguments{{"sessionId", "S1"}, {"orderId", "o1"}, {"star", "5"}, {"content", "好吃"}}));
+  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"orderId", "o1"}, {"star", "5"}, {"content", "好吃"}}));
 
   ASSERT_EQ(run(std::make_shared<StoreGradeNetApi>("st1", "1", "")),
             "success");  // no session column
   EXPECT_EQ(last().endpoint, "getRemarkMeByUser");
   EXPECT_EQ(last().arguments, (Arguments{{"storeId", "st1"}, {"page", "1"}}));
 
-  ASSERT_EQ(run(std::make_shared<MyBookmarkNetApi>("1", MyBookmarkNetApi::Kind::Commodity)),
-            "success");
+  ASSERT_EQ(run(std::make_shared<MyBookmarkNetApi>("1", MyBookmarkNetApi::Kind::Commodity)), "success");
   EXPECT_EQ(last().endpoint, "getMyCommodityFavorite");
 
   ASSERT_EQ(run(std::make_shared<WheelResultNetApi>("")), "success");
@@ -66,8 +62,7 @@ TEST_F(DiscoveryEndpointsTest, ContactsEndpointByPhoneAndCounts) {
   auto second = std::make_shared<MyContactsNetApi>("2", "13800000001");
   ASSERT_EQ(run(second), "success");
   EXPECT_EQ(last().endpoint, "getIndirectContacts");
-  EXPECT_EQ(last().arguments,
-            (Arguments{{"sessionId", "S1"}, {"phone", "13800000001"}, {"page", "2"}}));
+  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"phone", "13800000001"}, {"page", "2"}}));
   EXPECT_TRUE(second->getMyContacts().empty());
 }
 
@@ -100,9 +95,7 @@ TEST_F(DiscoveryEndpointsTest, TemplatesAreSavedWholeAndMergedIntoTheHomeCategor
 
 TEST_F(DiscoveryEndpointsTest, SavedCatalogueWinsOverTheBuiltInOne) {
   EXPECT_EQ(SearchTypeNetApi::getSearchTypes().size(), 9u);
-  settings_->setString(
-      R"({"success":"0","data":{"dataList":[{"id":"7","name":"新分类","list":[]}]}})",
-      "SearchTypes");
+  settings_->setString(R"({"success":"0","data":{"dataList":[{"id":"7","name":"新分类","list":[]}]}})", "SearchTypes");
   const auto saved = SearchTypeNetApi::getSearchTypes();
   ASSERT_EQ(saved.size(), 1u);
   EXPECT_EQ(saved[0].name, "新分类");

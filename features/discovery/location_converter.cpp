@@ -35,8 +35,7 @@ double twoThirds(double group) { return group * 2.0 / 3.0; }
 
 // Whether `target` lies in the closed box spanned by `p` and `q` (in any order).
 bool spans(Coordinate p, Coordinate q, Coordinate target) {
-  return target.latitude >= std::min(p.latitude, q.latitude) &&
-         target.latitude <= std::max(p.latitude, q.latitude) &&
+  return target.latitude >= std::min(p.latitude, q.latitude) && target.latitude <= std::max(p.latitude, q.latitude) &&
          target.longitude >= std::min(p.longitude, q.longitude) &&
          target.longitude <= std::max(p.longitude, q.longitude);
 }

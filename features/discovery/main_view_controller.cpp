@@ -32,8 +32,7 @@ StoreInfoModel placeholderRow() {
 }  // namespace
 
 MainViewController::MainViewController()
-    : addressButtonTitle_(GlobalData::sharedInstance().getCurrentCityName()),
-      lastSelectCity_(addressButtonTitle_) {}
+    : addressButtonTitle_(GlobalData::sharedInstance().getCurrentCityName()), lastSelectCity_(addressButtonTitle_) {}
 
 MainViewController::~MainViewController() {
   *alive_ = false;
@@ -90,10 +89,11 @@ void MainViewController::refreshNet() {
       recommendRequest_, std::make_shared<RecommendStoreNetApi>(city),
       [this](RecommendStoreNetApi& api) { recommendStores_ = api.getRecommendStores(); });
   sendPopular();
-  sendHomeRequest<TemplatesNetApi>(templatesRequest_, std::make_shared<TemplatesNetApi>(), [this](TemplatesNetApi& api) {
-    templates_ = api.getTemplatesFromResopnse();
-    TemplatesNetApi::resetTemplates(templates_);
-  });
+  sendHomeRequest<TemplatesNetApi>(templatesRequest_, std::make_shared<TemplatesNetApi>(),
+                                   [this](TemplatesNetApi& api) {
+                                     templates_ = api.getTemplatesFromResopnse();
+                                     TemplatesNetApi::resetTemplates(templates_);
+                                   });
 }
 
 void MainViewController::loadMorePopular() {
@@ -196,11 +196,11 @@ void MainViewController::cityLocated(const std::string& city) {
   if (selected == city) return locateEnded(LocateOutcome::Unchanged);
   const auto& alerts = Env::current().alerts;
   if (!alerts) return locateEnded(LocateOutcome::Declined);
-  AlertSpec alert{discovery_texts::kSwitchCityTitle,
-                 std::string(discovery_texts::kSwitchCityMessagePrefix) + city +
-                     discovery_texts::kSwitchCityMessageSuffix,
-                 {discovery_texts::kCancel, discovery_texts::kSwitch},
-                 {}};
+  AlertSpec alert{
+      discovery_texts::kSwitchCityTitle,
+      std::string(discovery_texts::kSwitchCityMessagePrefix) + city + discovery_texts::kSwitchCityMessageSuffix,
+      {discovery_texts::kCancel, discovery_texts::kSwitch},
+      {}};
   std::weak_ptr<bool> alive = alive_;
   alerts->show(alert, [this, alive, city](const AlertAnswer& answer) {
     if (!alive.lock()) return;

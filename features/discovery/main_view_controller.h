@@ -92,8 +92,7 @@ class MainViewController : public BaseViewController {
 
  private:
   template <typename Api>
-  void sendHomeRequest(std::shared_ptr<Api>& slot, std::shared_ptr<Api> request,
-                       std::function<void(Api&)> onCorrect);
+  void sendHomeRequest(std::shared_ptr<Api>& slot, std::shared_ptr<Api> request, std::function<void(Api&)> onCorrect);
   void homeRequestEnded();
   void sendPopular();
   void located(Coordinate wgs);

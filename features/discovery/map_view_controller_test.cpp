@@ -75,7 +75,8 @@ TEST_F(MapViewControllerTest, SheetOffersBaiduOnlyWhenInstalledAndRoutesFromTheM
   alerts_->script({1, {}});
   alerts_->flush();
   EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::Opened);
-  const Coordinate origin = LocationConverter::transformFromGCJToBaidu(LocationConverter::transformFromWGSToGCJ(member));
+  const Coordinate origin =
+      LocationConverter::transformFromGCJToBaidu(LocationConverter::transformFromWGSToGCJ(member));
   char expected[256];
   std::snprintf(expected, sizeof expected,
                 "baidumap://map/direction?origin=%.8f,%.8f&destination=35.06700000,118.34500000&&mode=driving",

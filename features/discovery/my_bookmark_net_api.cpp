@@ -6,8 +6,7 @@
 
 namespace qmv {
 
-MyBookmarkNetApi::MyBookmarkNetApi(std::string page, Kind kind)
-    : page(std::move(page)), kind(kind) {}
+MyBookmarkNetApi::MyBookmarkNetApi(std::string page, Kind kind) : page(std::move(page)), kind(kind) {}
 
 std::string MyBookmarkNetApi::requestUrl() const {
   return kind == Kind::Commodity ? "getMyCommodityFavorite" : "getMyFavorite";

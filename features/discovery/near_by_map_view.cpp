@@ -18,14 +18,13 @@ NearByMapView::NearByMapView()
   categoryScreen.delegate = this;
 }
 
-NearByMapView::~NearByMapView() {
-  detachRequest(request_);
-}
+NearByMapView::~NearByMapView() { detachRequest(request_); }
 
 std::string NearByMapView::calloutLine(const StoreInfoModel& store) {
   std::string line;
   if (!store.mark.empty()) line = store.mark + discovery_texts::kCalloutMarkSuffix;
-  return line + discovery_texts::kCalloutSoldPrefix + store.num + discovery_texts::kCalloutPerPersonPrefix + store.price;
+  return line + discovery_texts::kCalloutSoldPrefix + store.num + discovery_texts::kCalloutPerPersonPrefix +
+         store.price;
 }
 
 void NearByMapView::getMapListNet() {

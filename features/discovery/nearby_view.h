@@ -48,7 +48,7 @@ class NearbyView : public BaseViewController, public CategoryScreenViewDelegate 
   long areaSelectedIndex = 0;         // selection of the district drop-down
   long sortSelectedIndex = 0;         // selection of the sort drop-down
   bool loadMoreFooterHidden = true;
-  Filter openFilter = Filter::None;   // the drop-down on screen
+  Filter openFilter = Filter::None;  // the drop-down on screen
 
   // Keyword path: stops a running search and asks for page pageNum of searchFieldText in
   // the current city.

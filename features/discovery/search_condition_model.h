@@ -13,7 +13,7 @@ struct SearchConditionModel {
   std::optional<std::string> type;   // category id
   std::optional<std::string> sort;   // "0".."3"
   std::optional<std::string> keyword;
-  std::optional<std::string> page;   // page number as text, first page "1"
+  std::optional<std::string> page;  // page number as text, first page "1"
   // The member's position as text. The request recomputes the position from the
   // session's location instead of reading these.
   std::optional<std::string> longitude;

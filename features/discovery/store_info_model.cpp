@@ -95,7 +95,8 @@ void StoreInfoModel::setAddressHeight(const TextMeasurer& measurer) {
 std::string StoreInfoModel::distanceText(std::optional<Coordinate> userLocationWgs) const {
   if (!userLocationWgs) return discovery_texts::kNoDistance;
   const Coordinate storeBd{numericValue(latitude), numericValue(longitude)};
-  const Coordinate storeWgs = LocationConverter::transformFromGCJToWGS(LocationConverter::transformFromBaiduToGCJ(storeBd));
+  const Coordinate storeWgs =
+      LocationConverter::transformFromGCJToWGS(LocationConverter::transformFromBaiduToGCJ(storeBd));
   const double d = LocationConverter::distanceInMeters(*userLocationWgs, storeWgs);
   char text[64];  // a great-circle distance is at most about 20015 km
   if (d < 1000) {

@@ -23,8 +23,8 @@ std::optional<double> number(const std::optional<std::string>& text) {
 }  // namespace
 
 Json storePayload(const StoreInfoModel& store) {
-  Json payload = {{"storeId", store.storeId}, {"storeName", store.storeName}, {"address", store.address},
-                  {"phone", store.phone}};
+  Json payload = {
+      {"storeId", store.storeId}, {"storeName", store.storeName}, {"address", store.address}, {"phone", store.phone}};
   if (store.longitude && store.latitude) payload["coordinate"] = *store.longitude + "," + *store.latitude;
   return payload;
 }

@@ -23,8 +23,7 @@ class TemplatesNetApi : public BaseNetApi {
   std::vector<SearchTypeModel> getTemplatesFromResopnse() const;
   // Merges templates into the session's home categories (GlobalData::mergeTemplates).
   static void resetTemplates(const std::vector<SearchTypeModel>& templates);
-  static const SearchTypeModel* getInfoWithName(const std::string& name,
-                                                const std::vector<SearchTypeModel>& list);
+  static const SearchTypeModel* getInfoWithName(const std::string& name, const std::vector<SearchTypeModel>& list);
 };
 
 }  // namespace qmv

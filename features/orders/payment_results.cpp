@@ -24,17 +24,17 @@ bool UPPayUtil::uppayWithTN(const std::string& tn, const std::string& controller
 void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPaySuccessNotiDelay) {
   const auto& payments = Env::current().payments;
   if (!payments || !payments->uppay) return;
-  payments->uppay->handlePaymentResult(url, [post = std::move(postPaySuccessNotiDelay)](const std::string& code,
-                                                                                          const Json&) {
-    if (code == "success") {
-      show("", "支付成功");
-      if (post) post();
-    } else if (code == "fail") {
-      show("", "支付失败");
-    } else if (code == "cancel") {
-      show("", "支付取消");
-    }
-  });
+  payments->uppay->handlePaymentResult(
+      url, [post = std::move(postPaySuccessNotiDelay)](const std::string& code, const Json&) {
+        if (code == "success") {
+          show("", "支付成功");
+          if (post) post();
+        } else if (code == "fail") {
+          show("", "支付失败");
+        } else if (code == "cancel") {
+          show("", "支付取消");
+        }
+      });
 }
 
 void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSuccess) {

@@ -6,16 +6,11 @@
 
 namespace qmv {
 
-PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId,
-                                   bool useBlance)
-    : amount(std::move(amount)),
-      type(std::move(type)),
-      storeId(std::move(storeId)),
-      useBlance(useBlance) {}
+PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance)
+    : amount(std::move(amount)), type(std::move(type)), storeId(std::move(storeId)), useBlance(useBlance) {}
 
-PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId,
-                                   bool useBlance, std::string activityId,
-                                   std::string activityCount, std::string isFirstOrder)
+PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance,
+                                   std::string activityId, std::string activityCount, std::string isFirstOrder)
     : amount(std::move(amount)),
       type(std::move(type)),
       storeId(std::move(storeId)),
@@ -24,8 +19,8 @@ PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::st
       activityCount(std::move(activityCount)),
       isFirstOrder(std::move(isFirstOrder)) {}
 
-PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string productId,
-                                   std::string series, std::string acount, bool useBlance)
+PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string productId, std::string series,
+                                   std::string acount, bool useBlance)
     : amount(std::move(amount)),
       type(std::move(type)),
       useBlance(useBlance),

@@ -15,11 +15,11 @@ class PreparePayNetApi : public BaseNetApi {
   // Paying a store.
   PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance);
   // Buying an activity offer.
-  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance,
-                   std::string activityId, std::string activityCount, std::string isFirstOrder);
+  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance, std::string activityId,
+                   std::string activityCount, std::string isFirstOrder);
   // Buying shares of a draw product.
-  PreparePayNetApi(std::string amount, std::string type, std::string productId, std::string series,
-                   std::string acount, bool useBlance);
+  PreparePayNetApi(std::string amount, std::string type, std::string productId, std::string series, std::string acount,
+                   bool useBlance);
 
   std::string requestUrl() const override;
   RequestMethod requestMethod() const override { return RequestMethod::POST; }

@@ -23,8 +23,7 @@ TEST_F(OrderEndpointsTest, PreparePayPicksEndpointAndArgumentsByWhatIsBought) {
                                          {"useBalance", "false"},
                                          {"storeId", "st9"}}));
 
-  ASSERT_EQ(run(std::make_shared<PreparePayNetApi>("2100", "3", "st9", true, "act5", "3", "1")),
-            "success");
+  ASSERT_EQ(run(std::make_shared<PreparePayNetApi>("2100", "3", "st9", true, "act5", "3", "1")), "success");
   EXPECT_EQ(last().endpoint, "postPayForActivity");
   EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"},
                                          {"totalFee", "2100"},
@@ -46,8 +45,7 @@ TEST_F(OrderEndpointsTest, PreparePayPicksEndpointAndArgumentsByWhatIsBought) {
                                          {"acount", "2"}}));
 
   // An activity purchase whose offer id is empty is paid as a store payment.
-  ASSERT_EQ(run(std::make_shared<PreparePayNetApi>("100", "2", "st9", false, "", "1", "0")),
-            "success");
+  ASSERT_EQ(run(std::make_shared<PreparePayNetApi>("100", "2", "st9", false, "", "1", "0")), "success");
   EXPECT_EQ(last().endpoint, "postPayForStore");
   EXPECT_EQ(last().arguments.back(), (std::pair<std::string, std::string>{"storeId", "st9"}));
 

@@ -9,9 +9,7 @@ namespace qmv {
 MyContactsNetApi::MyContactsNetApi(std::string page, std::string phone)
     : page(std::move(page)), phone(std::move(phone)) {}
 
-std::string MyContactsNetApi::requestUrl() const {
-  return phone.empty() ? "getMyContacts" : "getIndirectContacts";
-}
+std::string MyContactsNetApi::requestUrl() const { return phone.empty() ? "getMyContacts" : "getIndirectContacts"; }
 
 Json MyContactsNetApi::requestArgument() const {
   Json arguments = getBaseArgument();
@@ -30,12 +28,8 @@ std::vector<UserInfoModel> MyContactsNetApi::getMyContacts() const {
   return contacts;
 }
 
-std::string MyContactsNetApi::getFirstLevelCount() const {
-  return strForKey(responseData(), "oneContact");
-}
+std::string MyContactsNetApi::getFirstLevelCount() const { return strForKey(responseData(), "oneContact"); }
 
-std::string MyContactsNetApi::getSecondLevelCount() const {
-  return strForKey(responseData(), "twoContact");
-}
+std::string MyContactsNetApi::getSecondLevelCount() const { return strForKey(responseData(), "twoContact"); }
 
 }  // namespace qmv

@@ -6,8 +6,7 @@
 
 namespace qmv {
 
-BindBankNetApi::BindBankNetApi(std::string name, std::string cardId, std::string certifId,
-                               std::string identifying)
+BindBankNetApi::BindBankNetApi(std::string name, std::string cardId, std::string certifId, std::string identifying)
     : name(std::move(name)),
       cardId(std::move(cardId)),
       certifId(std::move(certifId)),

@@ -9,8 +9,7 @@ namespace qmv {
 
 class BindBankNetApi : public BaseNetApi {
  public:
-  BindBankNetApi(std::string name, std::string cardId, std::string certifId,
-                 std::string identifying);
+  BindBankNetApi(std::string name, std::string cardId, std::string certifId, std::string identifying);
 
   std::string requestUrl() const override { return "bindBankCard"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }

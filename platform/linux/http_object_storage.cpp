@@ -50,7 +50,8 @@ void HttpObjectStorage::download(const std::string& objectName, std::function<vo
   });
 }
 
-void HttpObjectStorage::upload(const std::string& objectName, const Bytes& data, std::function<void(bool ok)> completion) {
+void HttpObjectStorage::upload(const std::string& objectName, const Bytes& data,
+                               std::function<void(bool ok)> completion) {
   const auto http = transport();
   if (!http || objectName.empty()) {
     if (completion) completion(false);

@@ -5,8 +5,7 @@
 
 namespace qmv {
 
-LoopNotificationCenter::LoopNotificationCenter(std::shared_ptr<MainLoop> loop)
-    : loop_(std::move(loop)) {}
+LoopNotificationCenter::LoopNotificationCenter(std::shared_ptr<MainLoop> loop) : loop_(std::move(loop)) {}
 
 void LoopNotificationCenter::post(const std::string& name, const Json& userInfo) {
   // A weak reference: a centre torn down before its loop drains simply drops the delivery.
@@ -15,8 +14,7 @@ void LoopNotificationCenter::post(const std::string& name, const Json& userInfo)
   });
 }
 
-NotificationCenter::ObserverToken LoopNotificationCenter::addObserver(const std::string& name,
-                                                                      Callback callback) {
+NotificationCenter::ObserverToken LoopNotificationCenter::addObserver(const std::string& name, Callback callback) {
   std::lock_guard lock(mutex_);
   const ObserverToken token = nextToken_++;
   observers_[token] = Observer{name, std::make_shared<Callback>(std::move(callback))};

@@ -10,8 +10,7 @@
 
 namespace qmv {
 
-class LoopNotificationCenter : public NotificationCenter,
-                               public std::enable_shared_from_this<LoopNotificationCenter> {
+class LoopNotificationCenter : public NotificationCenter, public std::enable_shared_from_this<LoopNotificationCenter> {
  public:
   // REQUIRES: created with std::make_shared (deliveries hold it weakly).
   explicit LoopNotificationCenter(std::shared_ptr<MainLoop> loop);

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>  // only to build the fixture database
+#include <unistd.h>
 
 #include <cmath>
 #include <filesystem>
 #include <initializer_list>
 #include <string>
-#include <unistd.h>
 
 #include "platform/file_locations.h"
 
@@ -19,9 +19,8 @@ namespace fs = std::filesystem;
 class NearestCityGeocoderTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir_ = fs::temp_directory_path() /
-           ("qmv_geocoder_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    dir_ = fs::temp_directory_path() / ("qmv_geocoder_" + std::to_string(::getpid()) + "_" +
+                                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
     fs::remove_all(dir_);
     fs::create_directories(dir_);
   }

@@ -48,8 +48,7 @@ Json decode(const std::string& kind, const std::string& bytes) {
 std::string columnBytes(sqlite3_stmt* stmt, int column) {
   const void* data = sqlite3_column_blob(stmt, column);
   const int size = sqlite3_column_bytes(stmt, column);
-  return data ? std::string(static_cast<const char*>(data), static_cast<std::size_t>(size))
-              : std::string();
+  return data ? std::string(static_cast<const char*>(data), static_cast<std::size_t>(size)) : std::string();
 }
 
 bool isCorruption(int code) {
@@ -67,8 +66,7 @@ struct Attempt {
 Attempt tryOpen(const std::filesystem::path& file) {
   Attempt a;
   a.code =
-      sqlite3_open_v2(file.c_str(), &a.db,
-                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr);
+      sqlite3_open_v2(file.c_str(), &a.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr);
   auto fail = [&a](int code) {
     a.code = code;
     a.error = a.db ? sqlite3_errmsg(a.db) : sqlite3_errstr(code);
@@ -104,9 +102,8 @@ Attempt tryOpen(const std::filesystem::path& file) {
 
 // Moves the damaged file and its journals to a name no earlier run has used.
 std::filesystem::path keepAside(const std::filesystem::path& file, std::string& error) {
-  const auto stamp = std::chrono::duration_cast<std::chrono::seconds>(
-                         std::chrono::system_clock::now().time_since_epoch())
-                         .count();
+  const auto stamp =
+      std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
   std::filesystem::path target;
   for (int n = 0;; ++n) {
     target = file;
@@ -138,8 +135,7 @@ SqliteSettingsStore::OpenResult SqliteSettingsStore::open(const std::filesystem:
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ec);
   Attempt attempt = tryOpen(file);
   if (!attempt.db && isCorruption(attempt.code)) {
-    logLine("settings file " + file.string() + " is damaged (" + attempt.error +
-            "); keeping it aside");
+    logLine("settings file " + file.string() + " is damaged (" + attempt.error + "); keeping it aside");
     result.keptAside = keepAside(file, result.error);
     if (result.keptAside.empty()) return result;
     attempt = tryOpen(file);
@@ -172,15 +168,12 @@ void SqliteSettingsStore::setObject(const Json& value, const std::string& key) {
   std::lock_guard lock(mutex_);
   values_[key] = value;
   sqlite3_stmt* stmt = nullptr;
-  int rc = sqlite3_prepare_v2(
-      db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1, &stmt,
-      nullptr);
+  int rc = sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1, &stmt,
+                              nullptr);
   if (rc == SQLITE_OK) {
     sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
-    sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()),
-                      SQLITE_TRANSIENT);
-    sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()),
-                      SQLITE_TRANSIENT);
+    sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()), SQLITE_TRANSIENT);
     rc = sqlite3_step(stmt);
   }
   sqlite3_finalize(stmt);

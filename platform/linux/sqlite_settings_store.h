@@ -30,9 +30,7 @@ class SqliteSettingsStore : public SettingsStore {
   // Opens or creates the store at `file` (its directory is created when missing).
   static OpenResult open(const std::filesystem::path& file);
   // <home>/settings.db.
-  static OpenResult openInHome(const std::filesystem::path& home) {
-    return open(home / "settings.db");
-  }
+  static OpenResult openInHome(const std::filesystem::path& home) { return open(home / "settings.db"); }
 
   ~SqliteSettingsStore() override;
   SqliteSettingsStore(const SqliteSettingsStore&) = delete;

@@ -68,8 +68,7 @@ TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
 TEST(SqliteSettingsStoreTest, DamagedFileIsKeptAsideNotWiped) {
   TempHome home;
   const fs::path file = home.path() / "settings.db";
-  const std::string garbage =
-      "this is not a database, but somebody's data" + std::string(4096, 'x');
+  const std::string garbage = "this is not a database, but somebody's data" + std::string(4096, 'x');
   std::ofstream(file, std::ios::binary) << garbage;
 
   auto opened = SqliteSettingsStore::open(file);
@@ -120,8 +119,7 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
           opened.store->setStringArray({"a" + std::to_string(i), "b"}, key);
           break;
         default:
-          opened.store->setData(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)),
-                                key);
+          opened.store->setData(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)), key);
       }
       if (write(fds[1], &i, sizeof i) != sizeof i) _exit(4);
     }
@@ -159,8 +157,7 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
         case 1:
           return got == Json(std::vector<std::string>{"a" + std::to_string(i), "b"});
         default:
-          return got ==
-                 Json::binary(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)));
+          return got == Json::binary(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)));
       }
     };
     EXPECT_TRUE(matches(newest) || matches(newest + 500)) << key << " lost its write " << newest;

@@ -45,8 +45,7 @@ void StackNavigator::popToRoot() {
 
 bool StackNavigator::popTo(ScreenId id) {
   auto& layer = layers_.back();
-  const auto it =
-      std::find_if(layer.begin(), layer.end(), [id](const Screen& s) { return s.id == id; });
+  const auto it = std::find_if(layer.begin(), layer.end(), [id](const Screen& s) { return s.id == id; });
   if (it == layer.end()) return false;
   layer.erase(it + 1, layer.end());
   record("popTo " + it->name);

@@ -19,8 +19,7 @@ TEST(StackNavigatorTest, PushPopAndPopToKeepRoots) {
   nav.push("QXSubmitOderViewController");
   nav.push("QXPayNowViewController");
   EXPECT_TRUE(nav.popTo(detail));
-  EXPECT_EQ(names(nav.layers()[0]),
-            (std::vector<std::string>{"MainViewController", "StoreDetailViewController"}));
+  EXPECT_EQ(names(nav.layers()[0]), (std::vector<std::string>{"MainViewController", "StoreDetailViewController"}));
   EXPECT_EQ(nav.topScreen()->payload["storeId"], "7");
   EXPECT_FALSE(nav.popTo(9999));  // an id that is gone or never existed changes nothing
   EXPECT_EQ(nav.layers()[0].size(), 2u);
@@ -42,10 +41,9 @@ TEST(StackNavigatorTest, PresentOpensALayerThatDismissCloses) {
   EXPECT_TRUE(nav.dismiss());
   EXPECT_FALSE(nav.dismiss());
   EXPECT_EQ(nav.topScreen()->name, "MainViewController");
-  EXPECT_EQ(nav.history(), (std::vector<std::string>{
-                               "push MainViewController", "present LoginViewController",
-                               "push QXRegisterViewController", "popToRoot LoginViewController",
-                               "dismiss LoginViewController"}));
+  EXPECT_EQ(nav.history(), (std::vector<std::string>{"push MainViewController", "present LoginViewController",
+                                                     "push QXRegisterViewController", "popToRoot LoginViewController",
+                                                     "dismiss LoginViewController"}));
 }
 
 }  // namespace

@@ -43,9 +43,7 @@ class LoopbackServer {
 
   int port() const { return port_; }
   // "http://127.0.0.1:<port>" followed by `path`.
-  std::string url(const std::string& path = "") const {
-    return "http://127.0.0.1:" + std::to_string(port_) + path;
-  }
+  std::string url(const std::string& path = "") const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
   bool stopping() const { return stopping_; }
 
   // Sleeps up to `duration`, returning early when the server is shutting down.

@@ -10,9 +10,7 @@ namespace qmv {
 
 class RecordingPushService : public PushService {
  public:
-  void setAlias(const std::string& alias, const std::string& type) override {
-    aliases_.emplace_back(alias, type);
-  }
+  void setAlias(const std::string& alias, const std::string& type) override { aliases_.emplace_back(alias, type); }
   const std::vector<std::pair<std::string, std::string>>& aliases() const { return aliases_; }
 
  private:

@@ -10,9 +10,7 @@ namespace qmv {
 
 class RecordingStatusOverlay : public StatusOverlay {
  public:
-  void showImage(const std::string& image, const std::string& status) override {
-    shown_.emplace_back(image, status);
-  }
+  void showImage(const std::string& image, const std::string& status) override { shown_.emplace_back(image, status); }
   const std::vector<std::pair<std::string, std::string>>& shown() const { return shown_; }
   std::vector<std::string> statuses() const {
     std::vector<std::string> out;
