@@ -73,21 +73,24 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
 
   void push(std::unique_ptr<Transfer> transfer) {
     queue_->push(std::move(transfer));
-    queue_->startQueued();
-    queue_->flush();
+    settle();
   }
 
   void cancel(TransferId id) {
     queue_->cancel(id);
-    queue_->startQueued();
-    queue_->flush();
+    settle();
   }
 
  private:
-  // Lets curl act on a socket (or on its timeouts), then ends, starts and reports.
+  // Lets curl act on a socket, or on its timeouts.
   void act(curl_socket_t fd, int mask) {
     int running = 0;
     curl_multi_socket_action(multi_, fd, mask, &running);
+    settle();
+  }
+
+  // Ends what curl reports done, starts what now fits, and posts the completions.
+  void settle() {
     queue_->collectFinished();
     queue_->startQueued();
     queue_->flush();

@@ -314,7 +314,6 @@ TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void
 TransferQueue::~TransferQueue() {
   for (auto& t : active_) {
     curl_multi_remove_handle(multi_, t->easy());
-    t->drop();
   }
   active_.clear();  // before the spares, which the transfers hand their handles back to
   queued_.clear();

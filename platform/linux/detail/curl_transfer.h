@@ -51,8 +51,6 @@ struct Transfer {
   // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
   void finish(CURLcode code, Outbox& outbox);
   void cancelled(Outbox& outbox);
-  // Forgets the completion without calling it.
-  void drop() { completion = nullptr; }
 
  private:
   void deliver(HttpResponse response, Outbox& outbox);
