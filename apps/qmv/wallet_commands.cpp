@@ -72,7 +72,7 @@ int runCard(CliApp& app) {
   return kExitOk;
 }
 
-int runUnbind(CliApp& app) {
+int runUnbind(CliApp& app, bool inShell) {
   if (!loggedIn()) return kExitFailure;
   pushScreen(texts::kMyBankCardScreen);
   MyBankCardViewController screen;
@@ -93,6 +93,16 @@ int runUnbind(CliApp& app) {
     return alerts && alerts->pendingCount() > 0;
   };
   if (!app.waitUntil([&] { return outcome.has_value() || alertWaiting(); })) return timedOut("unbind");
+  // The shell takes the answer from its next line: the alert must not outlive the screen.
+  while (inShell && !outcome && alertWaiting()) {
+    const auto line = app.readLine("[1] " + std::string(texts::kCancel) + " [2] " + texts::kConfirm + "> ");
+    if (!line) break;
+    if (!app.answerAlert(*line)) {
+      std::cerr << "qmv: answer 1 or 2\n";
+      continue;
+    }
+    if (!app.waitUntil([&] { return outcome.has_value(); })) return timedOut("unbind");
+  }
   if (!outcome) {
     std::cerr << "qmv: answer the alert with --answer " << texts::kConfirm << " (or " << texts::kCancel << ")\n";
     return kExitFailure;
@@ -197,9 +207,9 @@ void registerWalletCommands(CommandRegistry& registry) {
     auto bind = std::make_shared<CLI::App*>(nullptr);
     auto unbind = std::make_shared<CLI::App*>(nullptr);
     CLI::App* card = registry.add("card", "the bound bank card, or the panel to add one",
-                                  [bindArgs, bind, unbind](CliApp& app) {
+                                  [bindArgs, bind, unbind, inShell = registry.inShell()](CliApp& app) {
                                     if ((*bind)->parsed()) return runBind(app, *bindArgs);
-                                    if ((*unbind)->parsed()) return runUnbind(app);
+                                    if ((*unbind)->parsed()) return runUnbind(app, inShell);
                                     return runCard(app);
                                   });
     card->require_subcommand(0, 1);
