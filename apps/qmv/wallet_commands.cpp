@@ -52,22 +52,24 @@ void printCardScreen(CliApp& app, const MyBankCardView& view) {
   }
 }
 
-// Shows the my-bank-card screen; false when it closed (a refused or failed load).
-bool loadCardScreen(CliApp& app, MyBankCardViewController& screen, bool& timedOutLoading) {
+// Shows the my-bank-card screen: whether it stayed (a refused or failed load closes it);
+// nullopt when no answer came in time.
+std::optional<bool> loadCardScreen(CliApp& app, MyBankCardViewController& screen) {
   std::optional<bool> stayed;
   screen.onLoaded = [&stayed](bool s) { stayed = s; };
   screen.viewWillAppear();
-  timedOutLoading = !app.waitUntil([&stayed] { return stayed.has_value(); });
+  app.waitUntil([&stayed] { return stayed.has_value(); });
   screen.onLoaded = nullptr;
-  return stayed.value_or(false);
+  return stayed;
 }
 
 int runCard(CliApp& app) {
   if (!loggedIn()) return kExitFailure;
   pushScreen(texts::kMyBankCardScreen);
   MyBankCardViewController screen;
-  bool late = false;
-  if (!loadCardScreen(app, screen, late)) return late ? timedOut("card") : kExitFailure;
+  const auto stayed = loadCardScreen(app, screen);
+  if (!stayed) return timedOut("card");
+  if (!*stayed) return kExitFailure;
   printCardScreen(app, screen.view());
   return kExitOk;
 }
@@ -76,8 +78,9 @@ int runUnbind(CliApp& app, bool inShell) {
   if (!loggedIn()) return kExitFailure;
   pushScreen(texts::kMyBankCardScreen);
   MyBankCardViewController screen;
-  bool late = false;
-  if (!loadCardScreen(app, screen, late)) return late ? timedOut("card") : kExitFailure;
+  const auto stayed = loadCardScreen(app, screen);
+  if (!stayed) return timedOut("card");
+  if (!*stayed) return kExitFailure;
   if (!screen.view().cardShown()) {
     printCardScreen(app, screen.view());
     std::cerr << "qmv: no bank card is bound\n";

@@ -30,7 +30,8 @@ bool isWholeFen(const std::string& text) {
 std::string balanceFen() {
   const auto& self = GlobalData::sharedInstance().selfInfo();
   const std::string balance = self ? self->balance : std::string();
-  return StringUtil::stringCompareWithString(balance, "0") ? balance : "0";
+  const bool readable = StringUtil::stringCompareWithString(balance, "0").has_value();
+  return readable ? balance : "0";
 }
 
 }  // namespace
