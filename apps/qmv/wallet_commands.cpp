@@ -100,7 +100,8 @@ int runUnbind(CliApp& app, bool inShell) {
   while (inShell && !outcome && alertWaiting()) {
     const auto line = app.readLine("[1] " + std::string(texts::kCancel) + " [2] " + texts::kConfirm + "> ");
     if (!line) break;
-    if (!app.answerAlert(*line)) {
+    const char* number = *line == "1" || *line == texts::kCancel ? "1" : *line == "2" || *line == texts::kConfirm ? "2" : "";
+    if (!*number || !app.answerAlert(number)) {
       std::cerr << "qmv: answer 1 or 2\n";
       continue;
     }
