@@ -12,6 +12,8 @@ pkg_check_modules(PCRE2 REQUIRED IMPORTED_TARGET libpcre2-8)
 pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
 # Text measurement: Pango over FreeType and fontconfig, no drawing surface needed.
 pkg_check_modules(PANGOFT2 REQUIRED IMPORTED_TARGET pangoft2)
+# GLib's main context: the interface thread of the graphical client.
+pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
 
 add_library(qmv_deps INTERFACE)
 add_library(qmv::deps ALIAS qmv_deps)
@@ -19,7 +21,7 @@ add_library(qmv::deps ALIAS qmv_deps)
 target_compile_definitions(qmv_deps INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
 target_link_libraries(qmv_deps INTERFACE
   CURL::libcurl SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json
-  PkgConfig::PCRE2 PkgConfig::HTTPLIB PkgConfig::PANGOFT2 Threads::Threads)
+  PkgConfig::PCRE2 PkgConfig::HTTPLIB PkgConfig::PANGOFT2 PkgConfig::GLIB Threads::Threads)
 
 # QR codes: zbar decodes the invitation scan, libqrencode draws redemption codes, libpng reads/writes them.
 pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/linux/asio_main_loop.h"
+#include "platform/linux/glib_main_loop.h"
 #include "platform/manual_main_loop.h"
 
 namespace qmv {
@@ -51,8 +52,14 @@ TEST(ManualMainLoopTest, RunUntilWaitsForWorkPostedFromOtherThreadsWithoutMoving
   EXPECT_FALSE(loop.runUntil([] { return false; }, milliseconds(20)));
 }
 
-TEST(AsioMainLoopTest, PostsInOrderFiresTimersAndCancels) {
-  AsioMainLoop loop;
+// The two loops that drive a real interface thread keep the same promises.
+template <typename Loop>
+class RealMainLoopTest : public ::testing::Test {};
+using RealLoops = ::testing::Types<AsioMainLoop, GLibMainLoop>;
+TYPED_TEST_SUITE(RealMainLoopTest, RealLoops);
+
+TYPED_TEST(RealMainLoopTest, PostsInOrderFiresTimersAndCancels) {
+  TypeParam loop;
   std::vector<int> order;
   std::atomic<bool> fromThread{false};
   loop.post([&] { order.push_back(1); });

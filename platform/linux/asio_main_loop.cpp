@@ -103,13 +103,101 @@ bool AsioMainLoop::runUntil(const std::function<bool()>& done, Duration timeout)
   return true;
 }
 
-asio::io_context& AsioMainLoop::context() { return impl_->io; }
-
 void AsioMainLoop::stop() { impl_->io.stop(); }
 
 std::int64_t AsioMainLoop::nowMillis() const {
   return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
       .count();
+}
+
+namespace {
+
+class AsioWatch : public IoWatcher::Watch {
+ public:
+  // A destroyed watch may still have waits in flight; they find it removed and do
+  // nothing, even when the descriptor's number is reused.
+  struct State {
+    State(asio::io_context& io, std::function<void(int)> ready) : descriptor(io), ready(std::move(ready)) {}
+    asio::posix::stream_descriptor descriptor;
+    std::function<void(int)> ready;
+    int wanted = 0;
+    bool waiting[2] = {false, false};  // a wait for reading / for writing is in flight
+    bool removed = false;
+  };
+
+  explicit AsioWatch(std::shared_ptr<State> state) : state_(std::move(state)) {}
+  ~AsioWatch() override {
+    state_->removed = true;
+    asio::error_code ignored;
+    state_->descriptor.cancel(ignored);
+    // The owner closes the descriptor; asio only lets go of it.
+    state_->descriptor.release();
+  }
+
+  void want(int events) override {
+    state_->wanted = events;
+    arm(state_);
+  }
+
+ private:
+  static void arm(const std::shared_ptr<State>& state) {
+    for (const int event : {IoWatcher::kReadable, IoWatcher::kWritable}) {
+      const int slot = event == IoWatcher::kReadable ? 0 : 1;
+      if ((state->wanted & event) == 0 || state->waiting[slot]) continue;
+      state->waiting[slot] = true;
+      state->descriptor.async_wait(
+          event == IoWatcher::kReadable ? asio::posix::stream_descriptor::wait_read
+                                        : asio::posix::stream_descriptor::wait_write,
+          [state, event, slot](const asio::error_code& ec) {
+            state->waiting[slot] = false;
+            if (state->removed || ec == asio::error::operation_aborted || (state->wanted & event) == 0) return;
+            state->ready(ec ? event | IoWatcher::kError : event);
+            // After an error the descriptor would be reported again at once: wait for
+            // the owner to say what it wants next rather than spin.
+            if (!state->removed && !ec) arm(state);
+          });
+    }
+  }
+
+  std::shared_ptr<State> state_;
+};
+
+class AsioTimer : public IoWatcher::Timer {
+ public:
+  AsioTimer(asio::io_context& io, std::function<void()> fired)
+      : state_(std::make_shared<State>(io, std::move(fired))) {}
+  ~AsioTimer() override { state_->timer.cancel(); }
+
+  void expireAt(IoWatcher::Clock::time_point at) override {
+    state_->timer.expires_at(at);
+    state_->timer.async_wait([weak = std::weak_ptr(state_)](const asio::error_code& ec) {
+      if (ec == asio::error::operation_aborted) return;
+      if (auto state = weak.lock()) state->fired();
+    });
+  }
+  void cancel() override { state_->timer.cancel(); }
+
+ private:
+  struct State {
+    State(asio::io_context& io, std::function<void()> fired) : timer(io), fired(std::move(fired)) {}
+    asio::steady_timer timer;
+    std::function<void()> fired;
+  };
+  std::shared_ptr<State> state_;
+};
+
+}  // namespace
+
+std::unique_ptr<IoWatcher::Watch> AsioMainLoop::watch(int fd, std::function<void(int events)> ready) {
+  auto state = std::make_shared<AsioWatch::State>(impl_->io, std::move(ready));
+  asio::error_code ec;
+  state->descriptor.assign(fd, ec);
+  if (ec) return nullptr;
+  return std::make_unique<AsioWatch>(std::move(state));
+}
+
+std::unique_ptr<IoWatcher::Timer> AsioMainLoop::timer(std::function<void()> fired) {
+  return std::make_unique<AsioTimer>(impl_->io, std::move(fired));
 }
 
 }  // namespace qmv

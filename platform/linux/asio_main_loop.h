@@ -1,20 +1,18 @@
 #pragma once
 // The interface thread on Linux: a standalone Asio io_context driven by run() or
 // runUntil() on the calling thread, with steady timers for delayed and repeating tasks.
+// Adapters wait on descriptors of their own on its reactor through IoWatcher.
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
 
+#include "platform/linux/io_watcher.h"
 #include "platform/main_loop.h"
-
-namespace asio {
-class io_context;
-}
 
 namespace qmv {
 
-class AsioMainLoop : public MainLoop {
+class AsioMainLoop : public MainLoop, public IoWatcher {
  public:
   AsioMainLoop();
   ~AsioMainLoop() override;
@@ -30,9 +28,11 @@ class AsioMainLoop : public MainLoop {
   void stop() override;
   std::int64_t nowMillis() const override;
 
-  // The loop's context, for adapters that wait on descriptors of their own here
-  // (the curl transport watches its sockets on it).
-  asio::io_context& context();
+  // The reactor is edge-triggered, but each wait re-arms the descriptor and the kernel
+  // then reports one that is ready already, which gives the level-triggered reports
+  // IoWatcher promises.
+  std::unique_ptr<Watch> watch(int fd, std::function<void(int events)> ready) override;
+  std::unique_ptr<Timer> timer(std::function<void()> fired) override;
 
  private:
   struct TimerState;

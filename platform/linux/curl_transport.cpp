@@ -1,16 +1,16 @@
 #include "platform/linux/curl_transport.h"
 
 #include "platform/env.h"
-#include "platform/linux/asio_main_loop.h"
 #include "platform/linux/detail/curl_driver.h"
 #include "platform/linux/detail/curl_transfer.h"
+#include "platform/linux/io_watcher.h"
 
 namespace qmv {
 
 CurlTransport::CurlTransport(std::shared_ptr<MainLoop> loop, std::shared_ptr<CookieStore> cookies, int maxConcurrent)
     : loop_(std::move(loop)), cookies_(std::move(cookies)) {
-  if (auto* asioLoop = dynamic_cast<AsioMainLoop*>(loop_.get())) {
-    driver_ = curl_detail::makeLoopDriver(asioLoop->context(), maxConcurrent);
+  if (auto* watcher = dynamic_cast<IoWatcher*>(loop_.get())) {
+    driver_ = curl_detail::makeLoopDriver(*loop_, *watcher, maxConcurrent);
   } else {
     driver_ = curl_detail::makeThreadDriver(maxConcurrent);
   }

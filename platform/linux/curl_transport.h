@@ -3,9 +3,9 @@
 // at once (the rest wait in order), timeouts, real cancellation of running transfers,
 // downloads resumed into partial files, and cookies kept in the shared cookie store.
 //
-// Given an AsioMainLoop, the loop's reactor watches curl's sockets and transfers run on
-// the loop's thread; given any other loop (or none), a worker thread of its own drives
-// them. Either way completions and progress are posted to the main loop given at
+// Given a loop that is also an IoWatcher (the Asio and GLib loops), the loop watches
+// curl's sockets and transfers run on the loop's thread; given any other loop (or none),
+// a worker thread of its own drives them. Either way completions and progress are posted to the main loop given at
 // construction, else to the one installed in Env when send() is called, and a transfer
 // sent with a main loop starts once that loop runs its next task, so that the sends of
 // one turn go out together.
@@ -31,7 +31,7 @@ class CurlTransport : public HttpTransport {
   explicit CurlTransport(std::shared_ptr<MainLoop> loop = nullptr, std::shared_ptr<CookieStore> cookies = nullptr,
                          int maxConcurrent = kMaxConcurrentTransfers);
   // Cancels every transfer (their completions are dropped).
-  // REQUIRES: with an AsioMainLoop, called on its thread or while it is not running.
+  // REQUIRES: with a watching loop, called on its thread or while it is not running.
   ~CurlTransport() override;
   CurlTransport(const CurlTransport&) = delete;
   CurlTransport& operator=(const CurlTransport&) = delete;

@@ -1,5 +1,7 @@
 #include "platform/linux/curl_transport.h"
 
+#include <glib.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +12,7 @@
 
 #include "platform/cookie_store.h"
 #include "platform/linux/asio_main_loop.h"
+#include "platform/linux/glib_main_loop.h"
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
 
@@ -18,10 +21,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-enum class Driver { workerThread, asioLoop };
+enum class Driver { workerThread, asioLoop, glibLoop };
 
 // Every case runs on both drivers: a loop that cannot watch sockets gets a worker thread,
-// an Asio loop has curl's sockets watched by its reactor.
+// the Asio and GLib loops have curl's sockets watched by the loop itself.
 class CurlTransportTest : public ::testing::TestWithParam<Driver> {
  protected:
   void SetUp() override {
@@ -65,13 +68,20 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
     server_.start();
     if (GetParam() == Driver::asioLoop) {
       loop_ = std::make_shared<AsioMainLoop>();
+    } else if (GetParam() == Driver::glibLoop) {
+      context_ = g_main_context_new();
+      loop_ = std::make_shared<GLibMainLoop>(context_);
     } else {
       loop_ = std::make_shared<ManualMainLoop>();
     }
     transport_ = std::make_unique<CurlTransport>(loop_, cookies_);
   }
 
-  void TearDown() override { transport_.reset(); }
+  void TearDown() override {
+    transport_.reset();
+    loop_.reset();
+    if (context_ != nullptr) g_main_context_unref(context_);
+  }
 
   // Runs what the loop has queued, such as progress reports.
   void drain() {
@@ -89,13 +99,19 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
   testsupport::LoopbackServer server_;
   std::atomic<int> active_{0};
   std::atomic<int> peak_{0};
+  GMainContext* context_ = nullptr;
   std::shared_ptr<MainLoop> loop_;
   std::shared_ptr<MemoryCookieStore> cookies_ = std::make_shared<MemoryCookieStore>();
   std::unique_ptr<CurlTransport> transport_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Drivers, CurlTransportTest, ::testing::Values(Driver::workerThread, Driver::asioLoop),
-                         [](const auto& info) { return info.param == Driver::asioLoop ? "AsioLoop" : "WorkerThread"; });
+INSTANTIATE_TEST_SUITE_P(Drivers, CurlTransportTest,
+                         ::testing::Values(Driver::workerThread, Driver::asioLoop, Driver::glibLoop),
+                         [](const auto& info) {
+                           return info.param == Driver::asioLoop   ? "AsioLoop"
+                                  : info.param == Driver::glibLoop ? "GLibLoop"
+                                                                   : "WorkerThread";
+                         });
 
 TEST_P(CurlTransportTest, StatusesErrorsAndTimeouts) {
   HttpRequest missing;

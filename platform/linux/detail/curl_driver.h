@@ -1,15 +1,17 @@
 #pragma once
 // What moves the transfers of the libcurl adapter: a worker thread polling its own multi
-// handle, or the reactor of an Asio main loop watching curl's sockets. The second runs
-// transfers on the loop's thread with no hand-off between threads, which is what makes
-// small requests cheap; the first serves loops that cannot watch descriptors.
+// handle, or a main loop that watches curl's sockets itself (any loop that is also an
+// IoWatcher). The second runs transfers on the loop's thread with no hand-off between
+// threads, which is what makes small requests cheap; the first serves loops that cannot
+// watch descriptors.
 #include <memory>
 
 #include "platform/http_transport.h"
 
-namespace asio {
-class io_context;
-}
+namespace qmv {
+class IoWatcher;
+class MainLoop;
+}  // namespace qmv
 
 namespace qmv::curl_detail {
 
@@ -27,6 +29,7 @@ class CurlDriver {
 
 std::unique_ptr<CurlDriver> makeThreadDriver(int maxConcurrent);
 // REQUIRES: destroyed on the loop's thread, or while the loop is not running.
-std::unique_ptr<CurlDriver> makeLoopDriver(asio::io_context& io, int maxConcurrent);
+// `watcher` is `loop` seen as an IoWatcher; both outlive the driver.
+std::unique_ptr<CurlDriver> makeLoopDriver(MainLoop& loop, IoWatcher& watcher, int maxConcurrent);
 
 }  // namespace qmv::curl_detail
