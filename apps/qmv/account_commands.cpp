@@ -1,6 +1,5 @@
 // Account commands: sign in and out, the member's profile, registration and password
 // recovery. Each drives the headless screen the way a member would and waits for it.
-#include <cstdio>
 #include <iostream>
 #include <memory>
 
@@ -11,6 +10,7 @@
 #include "core/session/global_data.h"
 #include "core/session/login_view_controller.h"
 #include "core/session/logout_flow.h"
+#include "core/session/member_texts.h"
 #include "core/session/qx_register_view_controller.h"
 #include "core/session/user_info_model.h"
 #include "platform/linux/image_file_camera.h"
@@ -37,32 +37,22 @@ struct Outcome {
   }
 };
 
-std::string formatYuan(const std::string& fen) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.2f", std::strtod(fen.c_str(), nullptr) / 100.0);
-  return text;
-}
-
 void printMember(CliApp& app, const UserInfoModel& me) {
-  char level[32], progress[64], remaining[96];
-  std::snprintf(level, sizeof level, "LV%ld", static_cast<long>(me.level));
-  std::snprintf(progress, sizeof progress, "%s/%ld", me.nowEXP.c_str(), static_cast<long>(me.currentTotal));
-  const long exp = std::strtol(me.nowEXP.c_str(), nullptr, 10);
-  std::snprintf(remaining, sizeof remaining, "距离下一等级还需要%ld经验", static_cast<long>(me.currentTotal - exp));
+  const std::string balance = member_texts::balanceYuan(me);
   CliOutput& out = app.output();
   out.line("账号: " + me.userName);
   out.line("昵称: " + me.nickName);
   out.line("手机: " + me.phone);
-  out.line("余额: ￥" + formatYuan(me.balance));
-  out.line(std::string(level) + "  " + progress);
-  out.line(remaining);
+  out.line("余额: ￥" + balance);
+  out.line(member_texts::level(me) + "  " + member_texts::progress(me));
+  out.line(member_texts::remainingExp(me));
   out.data("member", Json{{"userName", me.userName},
                           {"nickName", me.nickName},
                           {"phone", me.phone},
                           {"name", me.name},
                           {"num", me.num},
                           {"balance", me.balance},
-                          {"balanceYuan", formatYuan(me.balance)},
+                          {"balanceYuan", balance},
                           {"nowExp", me.nowEXP},
                           {"level", me.level},
                           {"currentTotal", me.currentTotal},

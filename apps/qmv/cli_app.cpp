@@ -7,31 +7,17 @@
 #include <mutex>
 #include <thread>
 
+#include "apps/launch/app_launch.h"
 #include "apps/qmv/message_stream.h"
 #include "apps/sandbox/sandbox_server.h"
 #include "core/session/auto_login.h"
-#include "platform/clock.h"
-#include "platform/cookie_store.h"
-#include "platform/file_locations.h"
-#include "platform/fixed_location_source.h"
 #include "platform/linux/asio_main_loop.h"
-#include "platform/linux/curl_transport.h"
 #include "platform/linux/headless_app_window.h"
-#include "platform/linux/http_object_storage.h"
-#include "platform/linux/interface_reachability.h"
-#include "platform/linux/logging_push_service.h"
-#include "platform/linux/logging_vendor_sdks.h"
-#include "platform/linux/loop_notification_center.h"
-#include "platform/linux/nearest_city_geocoder.h"
-#include "platform/linux/pango_text_measurer.h"
 #include "platform/linux/printing_url_opener.h"
-#include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/stack_navigator.h"
 #include "platform/linux/stream_alerts.h"
 #include "platform/linux/stream_status_overlay.h"
-#include "platform/linux/url_result_payment_channels.h"
 #include "platform/main_loop.h"
-#include "platform/payment_channels.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::cli {
@@ -60,31 +46,15 @@ CliApp::~CliApp() {
   appDelegate_.reset();
   installed_.reset();
   env_ = Env{};
-  if (sandbox_) sandbox_->stop();
+  launch_.reset();
 }
 
 std::string CliApp::boot() {
-  home_ = options_.home.empty() ? HomeFileLocations::defaultHome() : std::filesystem::path(options_.home);
-  std::error_code ec;
-  std::filesystem::create_directories(home_, ec);
-  if (ec) return "cannot create the home directory " + home_.string() + ": " + ec.message();
-
-  std::vector<std::string> warnings;
-  config_ = AppConfig::load(home_ / "qmv.conf", &warnings);
-  for (const auto& w : warnings) std::cerr << "qmv: " << w << '\n';
-  if (!options_.server.empty()) config_.serverBaseUrl = options_.server;
-  if (config_.serverBaseUrl.empty()) {
-    sandbox_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "sandbox"});
-    if (std::string error = sandbox_->start(); !error.empty()) return "cannot start the embedded sandbox: " + error;
-    config_.serverBaseUrl = sandbox_->baseUrl();
-    if (config_.webHost.empty()) config_.webHost = sandbox_->rootUrl();
-    if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
-    if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
-    if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();
-  }
+  launch_ = std::make_unique<AppLaunch>(LaunchOptions{options_.home, options_.server, options_.at});
+  if (std::string error = launch_->prepare(); !error.empty()) return error;
   if (std::string error = buildEnv(); !error.empty()) return error;
 
-  appDelegate_ = std::make_unique<AppDelegate>(config_);
+  appDelegate_ = std::make_unique<AppDelegate>(launch_->config());
   appDelegate_->didFinishLaunchingWithOptions();
 
   // The home screen signs in again with the stored phone and password at every start.
@@ -98,18 +68,7 @@ std::string CliApp::boot() {
 
 std::string CliApp::buildEnv() {
   auto loop = std::make_shared<AsioMainLoop>();
-  env_.mainLoop = loop;
-  env_.cookies = std::make_shared<MemoryCookieStore>();
-  env_.http = std::make_shared<CurlTransport>(loop, env_.cookies);
-  auto opened = SqliteSettingsStore::openInHome(home_);
-  if (!opened.store) return "cannot open the settings store: " + opened.error;
-  if (!opened.keptAside.empty()) {
-    std::cerr << "qmv: an unreadable settings file was kept aside as " << opened.keptAside << '\n';
-  }
-  env_.settings = std::move(opened.store);
-  env_.files = std::make_shared<HomeFileLocations>(home_);
-  env_.clock = std::make_shared<SystemClock>();
-  env_.notifications = std::make_shared<LoopNotificationCenter>(loop);
+  if (std::string error = launch_->buildEnv(loop, env_); !error.empty()) return error;
   env_.overlay = std::make_shared<StreamStatusOverlay>(*messageStream_);
   env_.navigator = std::make_shared<StackNavigator>();
   env_.urlOpener = std::make_shared<PrintingUrlOpener>(*messageStream_);
@@ -131,29 +90,14 @@ std::string CliApp::buildEnv() {
         return std::nullopt;
       });
   env_.alerts = alerts_;
-  env_.push = std::make_shared<LoggingPushService>();
-  env_.reachability = std::make_shared<InterfaceReachability>();
-  std::optional<Coordinate> at;
-  if (!options_.at.empty()) {
-    at = FixedLocationSource::parsePosition(options_.at);
-    if (!at) return "--at expects LAT,LON in degrees, e.g. --at 35.05,118.33";
-  }
-  env_.location = std::make_shared<FixedLocationSource>(loop, at);
-  env_.geocoder = std::make_shared<NearestCityGeocoder>(env_.files->resourceDirectory() / "area.db");
-  env_.textMeasurer = std::make_shared<PangoTextMeasurer>();
   env_.window = std::make_shared<HeadlessAppWindow>();
-  if (!config_.objectStorageHost.empty()) {
-    env_.objectStorage = std::make_shared<HttpObjectStorage>(config_.objectStorageHost, env_.http);
-  }
-  env_.crashReporter = std::make_shared<LoggingCrashReporter>();
-  env_.analytics = std::make_shared<LoggingAnalytics>();
-  env_.sharing = std::make_shared<LoggingSocialSharing>();
-  env_.payments = std::make_shared<PaymentChannels>(PaymentChannels{std::make_shared<UrlResultWeChatApi>(),
-                                                                    std::make_shared<UrlResultAlipayService>(),
-                                                                    std::make_shared<UrlResultUPPayControl>()});
   installed_ = std::make_unique<ScopedEnv>(env_);
   return {};
 }
+
+const AppConfig& CliApp::config() const { return launch_->config(); }
+const std::filesystem::path& CliApp::home() const { return launch_->home(); }
+sandbox::SandboxServer* CliApp::sandbox() { return launch_ ? launch_->sandbox() : nullptr; }
 
 std::optional<int> CliApp::answerIndex(const std::string& answer, const std::vector<std::string>& buttons) const {
   for (std::size_t i = 0; i < buttons.size(); ++i) {

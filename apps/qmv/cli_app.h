@@ -1,7 +1,7 @@
 #pragma once
-// One start of the application from the command line: the home directory, the
-// configuration, the server (given, configured, or the embedded sandbox), the Linux
-// ports, start-up through the application delegate and the automatic login. Commands
+// One start of the application from the command line: the shared launch (home,
+// configuration, server or embedded sandbox, Linux ports), the CLI's own drawing ports,
+// start-up through the application delegate and the automatic login. Commands
 // then run their flow on it, waiting on the main loop for the flow to end.
 #include <chrono>
 #include <deque>
@@ -19,6 +19,7 @@
 #include "shell/app_config.h"
 
 namespace qmv {
+class AppLaunch;
 class AppDelegate;
 class AutoLogin;
 class MainLoop;
@@ -68,10 +69,11 @@ class CliApp {
   bool interactive() const { return interactive_; }
 
   const GlobalOptions& options() const { return options_; }
-  const AppConfig& config() const { return config_; }
-  const std::filesystem::path& home() const { return home_; }
+  // REQUIRE boot() to have run.
+  const AppConfig& config() const;
+  const std::filesystem::path& home() const;
   AppDelegate& appDelegate() { return *appDelegate_; }
-  sandbox::SandboxServer* sandbox() { return sandbox_.get(); }
+  sandbox::SandboxServer* sandbox();
   std::shared_ptr<MainLoop> loop() const { return env_.mainLoop; }
   Env& env() { return env_; }
   // Answers the oldest alert still waiting (the shell's "answer" command).
@@ -90,11 +92,9 @@ class CliApp {
   std::istream& in_;
   bool interactive_ = false;
   std::unique_ptr<CliOutput> output_;
-  std::filesystem::path home_;
-  AppConfig config_;
+  std::unique_ptr<AppLaunch> launch_;
   Env env_;
   std::unique_ptr<ScopedEnv> installed_;
-  std::unique_ptr<sandbox::SandboxServer> sandbox_;
   std::unique_ptr<AppDelegate> appDelegate_;
   std::unique_ptr<AutoLogin> autoLogin_;
   std::shared_ptr<StreamAlerts> alerts_;

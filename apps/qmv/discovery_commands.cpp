@@ -9,10 +9,9 @@
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
 #include "apps/qmv/discovery_rows.h"
-#include "core/common/db_util.h"
-#include "core/common/notification_names.h"
 #include "core/session/global_data.h"
 #include "core/session/settings_keys.h"
+#include "features/discovery/area_select_view.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/location_converter.h"
 #include "features/discovery/main_view_controller.h"
@@ -365,16 +364,12 @@ int runCity(CliApp& app, const std::string& name) {
   GlobalData& session = GlobalData::sharedInstance();
   CliOutput& out = app.output();
   if (!name.empty()) {
-    if (!session.cityExist(name)) {
+    AreaSelectView picker;
+    if (!picker.selectCity(name)) {
       std::cerr << "qmv: " << name << " is not a known city (see qmv cities)\n";
       return kExitFailure;
     }
-    Env& env = Env::current();
-    env.settings->setString(name, kSelectCityKey);
-    env.settings->setString(name, kSelectCityDisKey);
-    env.settings->synchronize();
-    if (env.notifications) env.notifications->post(kCityChangedNotification);
-    app.runFor(std::chrono::milliseconds(10));  // deliver it
+    app.runFor(std::chrono::milliseconds(10));  // deliver the city change
   }
   const std::string city = session.getCurrentCityName();
   const std::string id = session.getCurrentCityId().value_or("");
@@ -387,7 +382,8 @@ int runCities(CliApp& app, const std::string& key) {
   CliOutput& out = app.output();
   Json data = Json::object();
   if (key.empty()) {
-    for (const auto& [letter, cities] : DBUtil::getAllCity()) {
+    AreaSelectView picker;
+    for (const auto& [letter, cities] : picker.sections()) {
       std::string line = letter + ":";
       Json names = Json::array();
       for (const AreaModel& city : cities) {
@@ -399,7 +395,7 @@ int runCities(CliApp& app, const std::string& key) {
     }
   } else {
     Json names = Json::array();
-    for (const AreaModel& city : DBUtil::getCitysWithKey(key)) {
+    for (const AreaModel& city : AreaSelectView::search(key)) {
       out.line(city.areaID + " " + city.areaName + " " + city.areaPY);
       names.push_back({{"id", city.areaID}, {"name", city.areaName}, {"pinyin", city.areaPY}});
     }

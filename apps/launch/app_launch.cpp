@@ -1,0 +1,86 @@
+#include "apps/launch/app_launch.h"
+
+#include <iostream>
+
+#include "apps/sandbox/sandbox_server.h"
+#include "platform/clock.h"
+#include "platform/cookie_store.h"
+#include "platform/file_locations.h"
+#include "platform/fixed_location_source.h"
+#include "platform/linux/curl_transport.h"
+#include "platform/linux/http_object_storage.h"
+#include "platform/linux/interface_reachability.h"
+#include "platform/linux/logging_push_service.h"
+#include "platform/linux/logging_vendor_sdks.h"
+#include "platform/linux/loop_notification_center.h"
+#include "platform/linux/nearest_city_geocoder.h"
+#include "platform/linux/pango_text_measurer.h"
+#include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/url_result_payment_channels.h"
+#include "platform/payment_channels.h"
+
+namespace qmv {
+
+AppLaunch::AppLaunch(LaunchOptions options) : options_(std::move(options)) {}
+
+AppLaunch::~AppLaunch() {
+  if (sandbox_) sandbox_->stop();
+}
+
+std::string AppLaunch::prepare() {
+  home_ = options_.home.empty() ? HomeFileLocations::defaultHome() : std::filesystem::path(options_.home);
+  std::error_code ec;
+  std::filesystem::create_directories(home_, ec);
+  if (ec) return "cannot create the home directory " + home_.string() + ": " + ec.message();
+
+  std::vector<std::string> warnings;
+  config_ = AppConfig::load(home_ / "qmv.conf", &warnings);
+  for (const auto& w : warnings) std::cerr << "qmv: " << w << '\n';
+  if (!options_.server.empty()) config_.serverBaseUrl = options_.server;
+  if (config_.serverBaseUrl.empty()) {
+    sandbox_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "sandbox"});
+    if (std::string error = sandbox_->start(); !error.empty()) return "cannot start the embedded sandbox: " + error;
+    config_.serverBaseUrl = sandbox_->baseUrl();
+    if (config_.webHost.empty()) config_.webHost = sandbox_->rootUrl();
+    if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
+    if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
+    if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();
+  }
+  return {};
+}
+
+std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
+  env.mainLoop = loop;
+  env.cookies = std::make_shared<MemoryCookieStore>();
+  env.http = std::make_shared<CurlTransport>(loop, env.cookies);
+  auto opened = SqliteSettingsStore::openInHome(home_);
+  if (!opened.store) return "cannot open the settings store: " + opened.error;
+  if (!opened.keptAside.empty()) {
+    std::cerr << "qmv: an unreadable settings file was kept aside as " << opened.keptAside << '\n';
+  }
+  env.settings = std::move(opened.store);
+  env.files = std::make_shared<HomeFileLocations>(home_);
+  env.clock = std::make_shared<SystemClock>();
+  env.notifications = std::make_shared<LoopNotificationCenter>(loop);
+  env.push = std::make_shared<LoggingPushService>();
+  env.reachability = std::make_shared<InterfaceReachability>();
+  if (!options_.at.empty()) {
+    at_ = FixedLocationSource::parsePosition(options_.at);
+    if (!at_) return "--at expects LAT,LON in degrees, e.g. --at 35.05,118.33";
+  }
+  env.location = std::make_shared<FixedLocationSource>(loop, at_);
+  env.geocoder = std::make_shared<NearestCityGeocoder>(env.files->resourceDirectory() / "area.db");
+  env.textMeasurer = std::make_shared<PangoTextMeasurer>();
+  if (!config_.objectStorageHost.empty()) {
+    env.objectStorage = std::make_shared<HttpObjectStorage>(config_.objectStorageHost, env.http);
+  }
+  env.crashReporter = std::make_shared<LoggingCrashReporter>();
+  env.analytics = std::make_shared<LoggingAnalytics>();
+  env.sharing = std::make_shared<LoggingSocialSharing>();
+  env.payments = std::make_shared<PaymentChannels>(PaymentChannels{std::make_shared<UrlResultWeChatApi>(),
+                                                                   std::make_shared<UrlResultAlipayService>(),
+                                                                   std::make_shared<UrlResultUPPayControl>()});
+  return {};
+}
+
+}  // namespace qmv

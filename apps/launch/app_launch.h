@@ -1,0 +1,62 @@
+#pragma once
+// What every front end does before the application starts: the home directory, the
+// configuration, the server (given, configured, or the embedded sandbox started on a
+// free loopback port with its data in the home), and the Linux ports that do not depend
+// on how the front end draws. The front end adds its own drawing ports (overlay,
+// navigator, alerts, URL opener, window), installs the Env and starts the delegate.
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/common/coordinate.h"
+#include "platform/env.h"
+#include "shell/app_config.h"
+
+namespace qmv {
+
+namespace sandbox {
+class SandboxServer;
+}
+
+struct LaunchOptions {
+  std::string home;    // empty: $XDG_DATA_HOME/qmv
+  std::string server;  // empty: the configured server, else the embedded sandbox
+  std::string at;      // "LAT,LON" (WGS-84); empty: no fixed position
+};
+
+class AppLaunch {
+ public:
+  explicit AppLaunch(LaunchOptions options);
+  // Stops the embedded sandbox. REQUIRES: the Env built here is no longer installed.
+  ~AppLaunch();
+  AppLaunch(const AppLaunch&) = delete;
+  AppLaunch& operator=(const AppLaunch&) = delete;
+
+  // Creates the home, reads its qmv.conf (warnings go to stderr), and starts the
+  // embedded sandbox when no server is given or configured. Returns an error text,
+  // empty on success.
+  std::string prepare();
+
+  // Fills the shared ports of `env` around `loop` (HTTP transfers are watched on it):
+  // cookies, HTTP, settings, files, clock, notifications, reachability, position (the
+  // --at one, else none), geocoder, text measurer, object storage, the vendor SDKs and
+  // the payment channels. REQUIRES: prepare() succeeded. Returns an error text.
+  std::string buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env);
+
+  // The parsed --at position; nullopt when none was given (an unreadable one fails
+  // buildEnv).
+  const std::optional<Coordinate>& fixedPosition() const { return at_; }
+  const AppConfig& config() const { return config_; }
+  const std::filesystem::path& home() const { return home_; }
+  sandbox::SandboxServer* sandbox() { return sandbox_.get(); }
+
+ private:
+  LaunchOptions options_;
+  std::filesystem::path home_;
+  AppConfig config_;
+  std::optional<Coordinate> at_;
+  std::unique_ptr<sandbox::SandboxServer> sandbox_;
+};
+
+}  // namespace qmv
