@@ -28,3 +28,8 @@ pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
 pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
 target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE PkgConfig::PNG)
+
+# The graphical client: gtkmm for the widgets, libadwaita's C API for the adaptive
+# pieces, libshumate for the map, GeoClue for the position. Optional, so that a machine
+# without them still builds the core, the CLI and the sandbox.
+pkg_check_modules(QMV_GTK IMPORTED_TARGET gtkmm-4.0 libadwaita-1 shumate-1.0 libgeoclue-2.0)

@@ -11,6 +11,7 @@ void TabBarViewController::selectItem(int index) {
   if (index < 0 || index >= static_cast<int>(viewControllers_.size())) return;
   selectedIndex_ = index;
   logLine("tabbar: select " + std::to_string(index) + " " + viewControllers_[index]);
+  if (onSelect) onSelect(index);
 }
 
 }  // namespace qmv

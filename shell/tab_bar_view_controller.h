@@ -1,6 +1,7 @@
 #pragma once
 // The main tab bar: home, nearby, wealth, the community page and the member screen,
 // in that order. Headless: it holds the tabs and which one is selected.
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@ class TabBarViewController {
   static constexpr int kHomeTab = 0;
   static constexpr int kNearbyTab = 1;
   static constexpr int kCirclesTab = 3;
+  // What the bar shows under each tab's icon, in the tabs' order.
+  static constexpr const char* kTabTitles[] = {"首页", "附近", "财富", "社区", "我的"};
 
   explicit TabBarViewController(std::vector<std::string> viewControllers);
 
@@ -18,6 +21,9 @@ class TabBarViewController {
   int selectedIndex() const { return selectedIndex_; }
   // Out-of-range indexes are ignored.
   void selectItem(int index);
+
+  // After each selection, with the selected index (a front end follows it).
+  std::function<void(int index)> onSelect;
 
  private:
   std::vector<std::string> viewControllers_;

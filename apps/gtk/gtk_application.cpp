@@ -1,0 +1,131 @@
+#include "apps/gtk/gtk_application.h"
+
+#include <adwaita.h>
+#include <gtkmm/init.h>
+
+#include <iostream>
+
+#include "apps/gtk/main_view.h"
+
+namespace qmv::gtk {
+
+namespace {
+
+constexpr const char* kApplicationId = "org.qmv.Client";
+
+// The platform's look with the application's own orange (the navigation bar's tint
+// that start-up configures) for accents, prices and the launch view.
+constexpr const char* kStyle = R"css(
+@define-color accent_bg_color rgb(241, 161, 72);
+@define-color accent_color rgb(200, 110, 20);
+.launch { background: linear-gradient(rgb(241, 161, 72), rgb(230, 120, 40)); color: white; }
+.banner { background: linear-gradient(135deg, rgb(241, 161, 72), rgb(236, 110, 70)); color: white;
+          border-radius: 12px; padding: 28px 18px; margin: 0 4px; }
+.price { color: rgb(230, 80, 40); font-weight: bold; font-size: 1.4em; }
+.bank-card { background: linear-gradient(135deg, rgb(60, 90, 160), rgb(40, 60, 120)); color: white;
+             border-radius: 14px; padding: 22px; }
+.pin { padding: 2px 6px; border-radius: 10px; }
+.pin-title { font-size: 0.8em; font-weight: bold; }
+)css";
+
+struct App {
+  FrontEndOptions options;
+  std::unique_ptr<GtkFrontEnd> frontEnd;
+  Gtk::Window* window = nullptr;
+  int status = 0;
+};
+
+void ensureWindow(GtkApplication* application, App& app) {
+  if (app.window != nullptr) {
+    app.window->present();
+    return;
+  }
+  Gtk::init_gtkmm_internals();
+  loadStyle();
+  app.frontEnd = std::make_unique<GtkFrontEnd>(app.options);
+  if (std::string error = app.frontEnd->start(); !error.empty()) {
+    std::cerr << "qmv-gtk: " << error << '\n';
+    app.status = 1;
+    app.frontEnd.reset();
+    g_application_quit(G_APPLICATION(application));
+    return;
+  }
+  GtkWidget* window = adw_application_window_new(application);
+  gtk_window_set_default_size(GTK_WINDOW(window), 360, 720);
+  gtk_window_set_title(GTK_WINDOW(window), "qmv");
+  app.window = Glib::wrap(GTK_WINDOW(window));
+  app.frontEnd->attach(*app.window);
+  g_signal_connect(window, "destroy", G_CALLBACK(+[](GtkWidget*, gpointer data) {
+                     auto* app = static_cast<App*>(data);
+                     app->window = nullptr;
+                     app->frontEnd.reset();
+                   }),
+                   &app);
+  gtk_window_present(GTK_WINDOW(window));
+}
+
+}  // namespace
+
+std::string takeOptions(std::vector<std::string>& args, FrontEndOptions& options) {
+  std::vector<std::string> rest;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string& arg = args[i];
+    std::string* target = arg == "--home" ? &options.launch.home
+                          : arg == "--server" ? &options.launch.server
+                          : arg == "--at" ? &options.launch.at
+                                          : nullptr;
+    if (target == nullptr) {
+      rest.push_back(arg);
+      continue;
+    }
+    if (i + 1 >= args.size()) return arg + " needs a value";
+    *target = args[++i];
+  }
+  args = std::move(rest);
+  return {};
+}
+
+void loadStyle() {
+  // A phone's title bar: only the close button beside the page's own buttons.
+  if (GtkSettings* settings = gtk_settings_get_default()) {
+    g_object_set(settings, "gtk-decoration-layout", ":close", nullptr);
+  }
+  auto provider = Gtk::CssProvider::create();
+  provider->load_from_data(kStyle);
+  Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
+                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+int runGtkApplication(int argc, char** argv) {
+  App app;
+  std::vector<std::string> args(argv, argv + argc);
+  if (std::string error = takeOptions(args, app.options); !error.empty()) {
+    std::cerr << "qmv-gtk: " << error << "\nusage: qmv-gtk [--home DIR] [--server URL] [--at LAT,LON] [URL...]\n";
+    return 2;
+  }
+  AdwApplication* application = adw_application_new(kApplicationId, G_APPLICATION_HANDLES_OPEN);
+  g_signal_connect(application, "activate", G_CALLBACK(+[](GtkApplication* application, gpointer data) {
+                     ensureWindow(application, *static_cast<App*>(data));
+                   }),
+                   &app);
+  g_signal_connect(application, "open",
+                   G_CALLBACK(+[](GtkApplication* application, GFile** files, gint count, const char*, gpointer data) {
+                     auto& app = *static_cast<App*>(data);
+                     ensureWindow(application, app);
+                     if (!app.frontEnd) return;
+                     for (gint i = 0; i < count; ++i) {
+                       char* uri = g_file_get_uri(files[i]);
+                       app.frontEnd->openURL(uri);
+                       g_free(uri);
+                     }
+                   }),
+                   &app);
+  std::vector<char*> rest;
+  for (auto& a : args) rest.push_back(a.data());
+  const int status = g_application_run(G_APPLICATION(application), static_cast<int>(rest.size()), rest.data());
+  app.frontEnd.reset();
+  g_object_unref(application);
+  return status != 0 ? status : app.status;
+}
+
+}  // namespace qmv::gtk

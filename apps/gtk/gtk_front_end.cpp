@@ -1,0 +1,93 @@
+#include "apps/gtk/gtk_front_end.h"
+
+#include <adwaita.h>
+
+#include "apps/gtk/dialog_alerts.h"
+#include "apps/gtk/geoclue_location_source.h"
+#include "apps/gtk/gtk_ports.h"
+#include "apps/gtk/main_view.h"
+#include "apps/gtk/page_navigator.h"
+#include "apps/gtk/tab_bar_page.h"
+#include "apps/gtk/toast_status_overlay.h"
+#include "core/session/auto_login.h"
+#include "features/discovery/nearby_view_controller.h"
+#include "platform/linux/glib_main_loop.h"
+#include "shell/app_delegate.h"
+
+namespace qmv::gtk {
+
+GtkFrontEnd::GtkFrontEnd(FrontEndOptions options) : options_(std::move(options)), launch_(options_.launch) {}
+
+GtkFrontEnd::~GtkFrontEnd() {
+  // Pages hold screens whose requests and observers go through the installed ports: the
+  // view goes first, then the delegate, then the ports, then (in launch_) the sandbox.
+  if (window_ != nullptr) window_->unset_child();
+  view_.reset();
+  autoLogin_.reset();
+  appDelegate_.reset();
+  nearby_.reset();
+  installed_.reset();
+  env_ = Env{};
+}
+
+std::string GtkFrontEnd::start() {
+  if (std::string error = launch_.prepare(); !error.empty()) return error;
+  loop_ = std::make_shared<GLibMainLoop>();
+  if (std::string error = launch_.buildEnv(loop_, env_); !error.empty()) return error;
+  navigator_ = std::make_shared<PageNavigator>();
+  overlay_ = std::make_shared<ToastStatusOverlay>();
+  alerts_ = std::make_shared<DialogAlerts>();
+  appWindow_ = std::make_shared<GtkAppWindow>();
+  urlOpener_ = std::make_shared<LauncherUrlOpener>();
+  env_.navigator = navigator_;
+  env_.overlay = overlay_;
+  env_.alerts = alerts_;
+  env_.window = appWindow_;
+  env_.urlOpener = urlOpener_;
+  env_.camera = std::make_shared<FileChooserCamera>([this] { return window_; });
+  if (options_.geoClue && !launch_.fixedPosition()) {
+    env_.location = std::make_shared<GeoClueLocationSource>(env_.location);
+  }
+  installed_ = std::make_unique<ScopedEnv>(env_);
+
+  nearby_ = std::make_shared<NearbyViewController>();
+  view_ = std::make_unique<MainView>(*this, nearby_);
+  overlay_->attach(view_->toastOverlay());
+  navigator_->onChange = [this] { view_->queueSync(); };
+  appWindow_->onLaunchView = [this](bool shown) { view_->showLaunchView(shown); };
+
+  auto actions = Gio::SimpleActionGroup::create();
+  actions->add_action("back", [this] { navigator_->back(); });
+  view_->insert_action_group("win", actions);
+
+  appDelegate_ = std::make_unique<AppDelegate>(launch_.config());
+  appDelegate_->setNearbyCtrl(nearby_);
+  appDelegate_->didFinishLaunchingWithOptions();
+  view_->sync();
+  return {};
+}
+
+void GtkFrontEnd::attach(Gtk::Window& window) {
+  window_ = &window;
+  alerts_->attach(window.gobj());
+  if (ADW_IS_APPLICATION_WINDOW(window.gobj())) {
+    adw_application_window_set_content(ADW_APPLICATION_WINDOW(window.gobj()), GTK_WIDGET(view_->gobj()));
+  } else {
+    window.set_child(*view_);
+  }
+}
+
+bool GtkFrontEnd::openURL(const std::string& url, const std::string& sourceApplication) {
+  return appDelegate_ && appDelegate_->openURL(url, sourceApplication);
+}
+
+void GtkFrontEnd::signInAgain() {
+  autoLogin_ = std::make_unique<AutoLogin>();
+  // The member tabs show who is signed in once the login has ended.
+  autoLogin_->onFinished = [this](bool) {
+    if (view_ && view_->tabBar()) view_->tabBar()->appeared();
+  };
+  autoLogin_->autoLoginNet();
+}
+
+}  // namespace qmv::gtk

@@ -1,0 +1,50 @@
+#include "apps/gtk/gtk_ports.h"
+
+#include <gtkmm.h>
+
+#include "platform/linux/image_file_camera.h"
+
+namespace qmv::gtk {
+
+void GtkAppWindow::showLaunchView(const std::string& placeholderImage, const std::string& imageUrl) {
+  HeadlessAppWindow::showLaunchView(placeholderImage, imageUrl);
+  if (onLaunchView) onLaunchView(true);
+}
+
+void GtkAppWindow::removeLaunchView() {
+  HeadlessAppWindow::removeLaunchView();
+  if (onLaunchView) onLaunchView(false);
+}
+
+bool LauncherUrlOpener::canOpenURL(const std::string& url) const {
+  const auto colon = url.find(':');
+  if (colon == std::string::npos || colon == 0) return false;
+  GAppInfo* info = g_app_info_get_default_for_uri_scheme(url.substr(0, colon).c_str());
+  if (info == nullptr) return false;
+  g_object_unref(info);
+  return true;
+}
+
+bool LauncherUrlOpener::openURL(const std::string& url) {
+  opened_.push_back(url);
+  GError* error = nullptr;
+  const bool opened = g_app_info_launch_default_for_uri(url.c_str(), nullptr, &error) != FALSE;
+  if (error != nullptr) g_error_free(error);
+  return opened;
+}
+
+void FileChooserCamera::scanQrCode(std::function<void(std::optional<std::string>)> completion) {
+  auto chooser = Gtk::FileChooserNative::create("", Gtk::FileChooser::Action::OPEN);
+  if (Gtk::Window* parent = window_ ? window_() : nullptr) chooser->set_transient_for(*parent);
+  auto filter = Gtk::FileFilter::create();
+  filter->add_pixbuf_formats();
+  chooser->add_filter(filter);
+  chooser->signal_response().connect([chooser, completion = std::move(completion)](int response) mutable {
+    if (response != Gtk::ResponseType::ACCEPT) return;
+    const std::string path = chooser->get_file()->get_path();
+    ImageFileCamera(path).scanQrCode(completion);
+  });
+  chooser->show();
+}
+
+}  // namespace qmv::gtk

@@ -1,0 +1,52 @@
+#pragma once
+// The smaller ports of the graphical client: the window's launch view, the URL opener
+// (the desktop's handlers; the application's own scheme comes back in through the
+// running instance), and the camera that reads a QR code from a picture the member
+// chooses.
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/camera.h"
+#include "platform/linux/headless_app_window.h"
+#include "platform/url_opener.h"
+
+namespace Gtk {
+class Window;
+}
+
+namespace qmv::gtk {
+
+class GtkAppWindow : public HeadlessAppWindow {
+ public:
+  void showLaunchView(const std::string& placeholderImage, const std::string& imageUrl) override;
+  void removeLaunchView() override;
+  // Shows (true) or hides (false) the launch view over the window.
+  std::function<void(bool shown)> onLaunchView;
+};
+
+class LauncherUrlOpener : public UrlOpener {
+ public:
+  bool canOpenURL(const std::string& url) const override;
+  bool openURL(const std::string& url) override;
+  // What was handed over, newest last.
+  const std::vector<std::string>& opened() const { return opened_; }
+
+ private:
+  std::vector<std::string> opened_;
+};
+
+class FileChooserCamera : public Camera {
+ public:
+  // `window` is where the chooser opens; null picks none.
+  explicit FileChooserCamera(std::function<Gtk::Window*()> window) : window_(std::move(window)) {}
+  bool isAvailable() const override { return true; }
+  // Lets the member choose a picture and reads the QR code in it; a cancelled choice
+  // reports nothing.
+  void scanQrCode(std::function<void(std::optional<std::string>)> completion) override;
+
+ private:
+  std::function<Gtk::Window*()> window_;
+};
+
+}  // namespace qmv::gtk

@@ -1,0 +1,3 @@
+#include "apps/gtk/gtk_application.h"
+
+int main(int argc, char** argv) { return qmv::gtk::runGtkApplication(argc, argv); }

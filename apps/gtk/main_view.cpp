@@ -1,0 +1,142 @@
+#include "apps/gtk/main_view.h"
+
+#include <adwaita.h>
+
+#include <set>
+
+#include "apps/gtk/account_pages.h"
+#include "apps/gtk/activity_page.h"
+#include "apps/gtk/city_page.h"
+#include "apps/gtk/member_pages.h"
+#include "apps/gtk/page_context.h"
+#include "apps/gtk/page_navigator.h"
+#include "apps/gtk/screen_names.h"
+#include "apps/gtk/store_map_page.h"
+#include "apps/gtk/store_page.h"
+#include "apps/gtk/tab_bar_page.h"
+#include "apps/gtk/wallet_pages.h"
+#include "core/session/account_texts.h"
+#include "features/discovery/discovery_texts.h"
+#include "features/wallet/wallet_texts.h"
+#include "shell/app_delegate.h"
+
+namespace qmv::gtk {
+
+namespace {
+
+// A screen this client does not draw: its name and the way back.
+class UndrawnPage : public ScreenPage {
+ public:
+  UndrawnPage(PageContext& context, const std::string& name) : ScreenPage(context, name, true) {}
+  void refresh() override {}
+};
+
+}  // namespace
+
+MainView::MainView(PageContext& context, std::shared_ptr<NearbyViewController> nearby)
+    : Gtk::Box(Gtk::Orientation::VERTICAL), context_(context), nearby_(std::move(nearby)),
+      toasts_(ADW_TOAST_OVERLAY(adw_toast_overlay_new())) {
+  stack_.set_transition_type(Gtk::StackTransitionType::SLIDE_LEFT_RIGHT);
+  stack_.set_vexpand(true);
+  overlay_.set_child(stack_);
+  // The launch view: the placeholder picture's colours with the application's name.
+  launch_.add_css_class("launch");
+  launch_.set_name("launch");
+  auto* name = Gtk::make_managed<Gtk::Label>("qmv");
+  name->add_css_class("title-1");
+  name->set_vexpand(true);
+  launch_.append(*name);
+  launch_.set_visible(false);
+  overlay_.add_overlay(launch_);
+  adw_toast_overlay_set_child(toasts_, GTK_WIDGET(overlay_.gobj()));
+  gtk_widget_set_vexpand(GTK_WIDGET(toasts_), TRUE);
+  append(*Glib::wrap(GTK_WIDGET(toasts_)));
+}
+
+MainView::~MainView() { pending_.disconnect(); }
+
+void MainView::showLaunchView(bool shown) { launch_.set_visible(shown); }
+
+void MainView::queueSync() {
+  if (pending_.connected()) return;
+  pending_ = Glib::signal_idle().connect([this] {
+    sync();
+    return false;
+  });
+}
+
+Gtk::Widget* MainView::topPage() {
+  auto it = pages_.find(top_);
+  return it == pages_.end() ? nullptr : it->second;
+}
+
+Gtk::Widget* MainView::makePage(const Screen& screen) {
+  const std::string& name = screen.name;
+  const Json& payload = screen.payload;
+  const auto text = [&payload](const char* key) {
+    return payload.is_object() && payload.contains(key) && payload[key].is_string() ? payload[key].get<std::string>()
+                                                                                    : std::string();
+  };
+  if (name == kTabBarScreen) {
+    TabBarViewController* tabBar = context_.appDelegate().tabBarViewCtrl();
+    if (tabBar == nullptr) return nullptr;
+    tabBar_ = Gtk::make_managed<TabBarPage>(context_, *tabBar, nearby_);
+    return tabBar_;
+  }
+  if (name == kGuideScreen) return Gtk::make_managed<GuidePage>(context_);
+  if (name == kCityScreen) return Gtk::make_managed<CityPage>(context_);
+  if (name == BaseViewController::kLoginScreen) return Gtk::make_managed<LoginPage>(context_);
+  if (name == account_texts::kRegisterScreen) return Gtk::make_managed<RegisterPage>(context_);
+  if (name == account_texts::kFindPwdScreen) return Gtk::make_managed<FindPwdPage>(context_);
+  if (name == account_texts::kFindPwdStep2Screen) return Gtk::make_managed<FindPwdStep2Page>(context_, text("phone"));
+  if (name == discovery_texts::kStoreDetailScreen) {
+    return Gtk::make_managed<StorePage>(context_, text("storeId"), text("storeName"));
+  }
+  if (name == discovery_texts::kActivityScreen) {
+    return Gtk::make_managed<ActivityPage>(context_, text("commodityId"), text("name"));
+  }
+  if (name == discovery_texts::kMapScreen) return Gtk::make_managed<StoreMapPage>(context_, StoreInfoModel(payload));
+  if (name == wallet_texts::kMyBankCardScreen) return Gtk::make_managed<BankCardPage>(context_);
+  if (name == wallet_texts::kBindScreen) return Gtk::make_managed<BindCardPage>(context_);
+  if (name == wallet_texts::kWithDrawScreen) return Gtk::make_managed<WithdrawPage>(context_);
+  return nullptr;
+}
+
+void MainView::sync() {
+  pending_.disconnect();
+  const auto layers = context_.navigator().layers();
+  std::set<ScreenId> live;
+  ScreenId top = 0;
+  for (const auto& layer : layers) {
+    for (const Screen& screen : layer) {
+      live.insert(screen.id);
+      top = screen.id;
+      if (pages_.contains(screen.id)) continue;
+      Gtk::Widget* page = makePage(screen);
+      if (page == nullptr) page = Gtk::make_managed<UndrawnPage>(context_, screen.name);
+      page->set_name(screen.name);
+      stack_.add(*page, std::to_string(screen.id));
+      pages_.emplace(screen.id, page);
+    }
+  }
+  if (top != 0 && top != top_) {
+    stack_.set_transition_type(top > top_ ? Gtk::StackTransitionType::SLIDE_LEFT
+                                          : Gtk::StackTransitionType::SLIDE_RIGHT);
+    stack_.set_visible_child(std::to_string(top));
+    top_ = top;
+    Gtk::Widget* page = pages_[top];
+    if (auto* screen = dynamic_cast<ScreenPage*>(page)) screen->appeared();
+    if (page == tabBar_) tabBar_->appeared();
+  }
+  for (auto it = pages_.begin(); it != pages_.end();) {
+    if (live.contains(it->first)) {
+      ++it;
+      continue;
+    }
+    if (it->second == tabBar_) tabBar_ = nullptr;
+    stack_.remove(*it->second);
+    it = pages_.erase(it);
+  }
+}
+
+}  // namespace qmv::gtk

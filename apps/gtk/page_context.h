@@ -1,0 +1,31 @@
+#pragma once
+// What pages reach besides their own screen: the navigator (the back action), the
+// application delegate (tab jumps, inbound URLs), the tab bar and the window (for file
+// choosers), and the home directory.
+#include <filesystem>
+
+namespace Gtk {
+class Window;
+}
+
+namespace qmv {
+class AppDelegate;
+}
+
+namespace qmv::gtk {
+
+class PageNavigator;
+
+class PageContext {
+ public:
+  virtual ~PageContext() = default;
+  virtual PageNavigator& navigator() = 0;
+  virtual AppDelegate& appDelegate() = 0;
+  // The toplevel the pages sit in; null before it exists.
+  virtual Gtk::Window* window() = 0;
+  // The home screen's start hook: signs the member in again with the stored phone and
+  // password.
+  virtual void signInAgain() = 0;
+};
+
+}  // namespace qmv::gtk

@@ -1,0 +1,53 @@
+#pragma once
+// Base of every page: a header bar with the screen's title (and a back button on pushed
+// screens), a scrolled body, and over it the three things BaseViewController tells a
+// front end about: the loading view ("努力加载中…"), the no-network picture and the
+// no-data view. A page renders its headless screen's state in refresh() and forwards
+// taps to it; it holds no flow of its own.
+#include <gtkmm.h>
+
+#include <string>
+
+namespace qmv {
+class BaseViewController;
+}
+
+namespace qmv::gtk {
+
+class PageContext;
+
+class ScreenPage : public Gtk::Box {
+ public:
+  ScreenPage(PageContext& context, const std::string& title, bool withBack);
+  ~ScreenPage() override;
+
+  // Redraws the page from its screen's state.
+  virtual void refresh() = 0;
+  // The page became the one the member sees (the screen's viewWillAppear).
+  virtual void appeared() {}
+
+  void setTitle(const std::string& title);
+
+ protected:
+  // Follows the cover and warnings of `screen` and redraws on each change. `screen`
+  // outlives the page's use of it (pages own their screens).
+  void follow(BaseViewController& screen);
+  Gtk::Box& body() { return body_; }
+  // A header bar button at the end (e.g. the map switch).
+  void addHeaderButton(Gtk::Widget& widget);
+  PageContext& context_;
+
+ private:
+  void coverChanged();
+
+  BaseViewController* screen_ = nullptr;
+  Gtk::Widget* header_ = nullptr;
+  Gtk::Widget* title_ = nullptr;
+  Gtk::Overlay overlay_;
+  Gtk::ScrolledWindow scroller_;
+  Gtk::Box body_{Gtk::Orientation::VERTICAL, 12};
+  Gtk::Box cover_{Gtk::Orientation::VERTICAL, 12};
+  Gtk::Widget* warning_ = nullptr;
+};
+
+}  // namespace qmv::gtk

@@ -1,0 +1,152 @@
+// Renders every screen of the graphical client at 360x720 to PNG files, through GTK's
+// own snapshot path, walking the screens as a member would against the embedded
+// sandbox in a fresh home. Run it under a display (scripts/screenshots uses Xvfb).
+//
+// usage: qmv-gtk-screenshots OUTDIR
+#include <unistd.h>
+
+#include <adwaita.h>
+
+#include <filesystem>
+#include <iostream>
+
+#include "apps/gtk/gtk_driver.h"
+#include "apps/gtk/home_page.h"
+#include "apps/gtk/main_view.h"
+#include "apps/gtk/nearby_page.h"
+#include "apps/gtk/page_navigator.h"
+#include "apps/gtk/screen_names.h"
+#include "apps/gtk/tab_bar_page.h"
+#include "apps/gtk/ui.h"
+#include "core/session/global_data.h"
+#include "features/discovery/nearby_view_controller.h"
+#include "features/discovery/store_screens.h"
+#include "features/wallet/wallet_texts.h"
+#include "shell/app_delegate.h"
+
+namespace {
+
+using namespace qmv;
+using namespace qmv::gtk;
+
+int run(const std::filesystem::path& out) {
+  if (!GtkDriver::initToolkit()) {
+    std::cerr << "qmv-gtk-screenshots: no display\n";
+    return 1;
+  }
+  std::filesystem::create_directories(out);
+  const auto home = std::filesystem::temp_directory_path() / ("qmv-gtk-shots-" + std::to_string(::getpid()));
+  std::filesystem::remove_all(home);
+  int failures = 0;
+  {
+    GtkDriver driver(home.string(), "35.0606,118.3425");
+    if (!driver.error().empty()) {
+      std::cerr << "qmv-gtk-screenshots: " << driver.error() << '\n';
+      return 1;
+    }
+    GtkFrontEnd& app = driver.app();
+    const auto loaded = [&] {
+      Gtk::Widget* cover = ui::findNamed(driver.top(), "loading");
+      return cover != nullptr && !cover->get_visible();
+    };
+    const auto shot = [&](const std::string& name) {
+      driver.settle(std::chrono::milliseconds(400));
+      const std::string path = (out / (name + ".png")).string();
+      if (driver.renderToPng(driver.top(), path)) {
+        std::cout << path << '\n';
+      } else {
+        std::cerr << "qmv-gtk-screenshots: could not render " << name << '\n';
+        ++failures;
+      }
+    };
+    // The first start shows the guide; the member goes on to the tabs.
+    driver.waitUntil([&] { return driver.topName() == kGuideScreen || driver.topName() == kTabBarScreen; });
+    if (driver.topName() == kGuideScreen) {
+      shot("00-guide");
+      app.appDelegate().jump2MainViewCtrl();
+    }
+    app.appDelegate().removeLun();
+    TabBarPage* tabs = nullptr;
+    driver.waitUntil([&] { return (tabs = app.view().tabBar()) != nullptr; });
+    auto& home = static_cast<HomePage&>(tabs->tab(0));
+    driver.waitUntil([&] { return !home.screen().popularStores().empty(); });
+    shot("01-home");
+
+    tabs->select(1);
+    driver.waitUntil([&] { return ui::findNamed(driver.top(), "stores") != nullptr; });
+    shot("02-nearby");
+    if (auto* filter = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "filter-category"))) filter->activate();
+    shot("03-nearby-category");
+    if (auto* filter = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "filter-category"))) filter->activate();
+    auto& nearby = static_cast<NearbyPage&>(tabs->tab(1));
+    nearby.showSearch(true);
+    shot("04-search");
+    nearby.showSearch(false);
+    if (auto* face = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "map-switch"))) face->activate();
+    driver.waitUntil([&] { return ui::findNamed(driver.top(), "pin") != nullptr; }, std::chrono::seconds(5));
+    shot("05-map");
+    if (auto* face = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "map-switch"))) face->activate();
+
+    openStoreDetail(home.screen().popularStores().front());
+    driver.waitUntil([&] { return ui::findNamed(driver.top(), "offers") != nullptr; });
+    shot("06-store");
+    if (auto* offers = ui::findNamed(driver.top(), "offers")) {
+      if (auto* row = gtk_list_box_get_row_at_index(GTK_LIST_BOX(offers->gobj()), 0)) {
+        adw_action_row_activate(ADW_ACTION_ROW(row));
+      }
+    }
+    driver.waitUntil([&] { return driver.topName() == "QXActivitiesViewController" &&
+                                  ui::findNamed(driver.top(), "call") != nullptr; });
+    shot("07-offer");
+    app.navigator().popToRoot();
+
+    app.navigator().push(kCityScreen);
+    shot("08-city");
+    app.navigator().popToRoot();
+
+    tabs->select(4);
+    shot("09-mine-signed-out");
+    app.navigator().present(BaseViewController::kLoginScreen);
+    shot("10-login");
+    app.navigator().push("QXRegisterViewController");
+    shot("11-register");
+    app.navigator().pop();
+    app.navigator().push("FindPwdViewController");
+    shot("12-recover");
+    app.navigator().dismiss();
+
+    // Signed in as the demo member for the wallet screens.
+    app.navigator().present(BaseViewController::kLoginScreen);
+    driver.settle();
+    if (auto* phone = dynamic_cast<Gtk::Entry*>(ui::findNamed(driver.top(), "phone"))) phone->set_text("13800000000");
+    if (auto* password = dynamic_cast<Gtk::Entry*>(ui::findNamed(driver.top(), "password"))) password->set_text("qmv123");
+    if (auto* login = ui::findButton(driver.top(), "登录")) login->activate();
+    driver.waitUntil([&] { return GlobalData::sharedInstance().selfInfo() != nullptr && driver.topName() == kTabBarScreen; });
+    shot("13-mine");
+    tabs->select(2);
+    shot("14-wealth");
+    app.navigator().push(wallet_texts::kMyBankCardScreen);
+    driver.settle();
+    driver.waitUntil(loaded);
+    shot("15-bank-card");
+    app.navigator().push(wallet_texts::kBindScreen);
+    shot("16-bind-card");
+    app.navigator().popToRoot();
+    app.navigator().push(wallet_texts::kWithDrawScreen);
+    driver.settle();
+    driver.waitUntil(loaded);
+    shot("17-withdraw");
+  }
+  std::filesystem::remove_all(home);
+  return failures == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: qmv-gtk-screenshots OUTDIR\n";
+    return 2;
+  }
+  return run(argv[1]);
+}

@@ -1,0 +1,81 @@
+#include "apps/gtk/tab_bar_page.h"
+
+#include <adwaita.h>
+
+#include "apps/gtk/home_page.h"
+#include "apps/gtk/member_pages.h"
+#include "apps/gtk/nearby_page.h"
+#include "shell/tab_bar_view_controller.h"
+
+namespace qmv::gtk {
+
+namespace {
+
+// The community page is a server page, drawn once the web page host is part of the core.
+class CommunityPage : public ScreenPage {
+ public:
+  explicit CommunityPage(PageContext& context) : ScreenPage(context, "", false) {}
+  void refresh() override {}
+};
+
+constexpr const char* kTabIcons[] = {"go-home-symbolic", "mark-location-symbolic", "wallet-symbolic",
+                                     "system-users-symbolic", "avatar-default-symbolic"};
+
+}  // namespace
+
+TabBarPage::TabBarPage(PageContext& context, TabBarViewController& tabBar, std::shared_ptr<NearbyViewController> nearby)
+    : Gtk::Box(Gtk::Orientation::VERTICAL), tabBar_(tabBar), stack_(ADW_VIEW_STACK(adw_view_stack_new())) {
+  // Held until the handler below is gone: the stack may be disposed with the window
+  // before this page's destructor runs.
+  g_object_ref_sink(stack_);
+  tabs_ = {Gtk::make_managed<HomePage>(context), Gtk::make_managed<NearbyPage>(context, std::move(nearby)),
+           Gtk::make_managed<WealthPage>(context), Gtk::make_managed<CommunityPage>(context),
+           Gtk::make_managed<MinePage>(context)};
+  for (std::size_t i = 0; i < tabs_.size(); ++i) {
+    const std::string name = "tab" + std::to_string(i);
+    AdwViewStackPage* page = adw_view_stack_add_titled(stack_, GTK_WIDGET(tabs_[i]->gobj()), name.c_str(),
+                                                       TabBarViewController::kTabTitles[i]);
+    adw_view_stack_page_set_icon_name(page, kTabIcons[i]);
+    tabs_[i]->setTitle(TabBarViewController::kTabTitles[i]);
+  }
+  gtk_widget_set_vexpand(GTK_WIDGET(stack_), TRUE);
+  append(*Glib::wrap(GTK_WIDGET(stack_)));
+  GtkWidget* bar = adw_view_switcher_bar_new();
+  adw_view_switcher_bar_set_stack(ADW_VIEW_SWITCHER_BAR(bar), stack_);
+  adw_view_switcher_bar_set_reveal(ADW_VIEW_SWITCHER_BAR(bar), TRUE);
+  append(*Glib::wrap(bar));
+
+  g_signal_connect(stack_, "notify::visible-child-name", G_CALLBACK(+[](GObject*, GParamSpec*, gpointer data) {
+                     auto* self = static_cast<TabBarPage*>(data);
+                     const int index = self->selected();
+                     if (index >= 0 && index != self->tabBar_.selectedIndex()) self->tabBar_.selectItem(index);
+                   }),
+                   this);
+  tabBar_.onSelect = [this](int index) { select(index); };
+  select(tabBar_.selectedIndex());
+}
+
+TabBarPage::~TabBarPage() {
+  tabBar_.onSelect = nullptr;
+  g_signal_handlers_disconnect_by_data(stack_, this);
+  g_object_unref(stack_);
+}
+
+void TabBarPage::select(int index) {
+  if (index < 0 || index >= static_cast<int>(tabs_.size())) return;
+  const std::string name = "tab" + std::to_string(index);
+  adw_view_stack_set_visible_child_name(stack_, name.c_str());
+}
+
+int TabBarPage::selected() const {
+  const char* name = adw_view_stack_get_visible_child_name(stack_);
+  if (name == nullptr || std::string_view(name).substr(0, 3) != "tab") return -1;
+  return std::atoi(name + 3);
+}
+
+void TabBarPage::appeared() {
+  const int index = selected();
+  if (index >= 0) tabs_[static_cast<std::size_t>(index)]->refresh();
+}
+
+}  // namespace qmv::gtk

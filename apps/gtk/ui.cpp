@@ -1,0 +1,140 @@
+#include "apps/gtk/ui.h"
+
+#include <adwaita.h>
+
+namespace qmv::gtk::ui {
+
+Gtk::Label* label(const std::string& text, const std::string& cssClass, bool wrap) {
+  auto* l = Gtk::make_managed<Gtk::Label>(text);
+  l->set_xalign(0);
+  l->set_wrap(wrap);
+  l->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
+  if (!cssClass.empty()) l->add_css_class(cssClass);
+  return l;
+}
+
+Gtk::Button* button(const std::string& text, std::function<void()> clicked, const std::string& cssClass) {
+  auto* b = Gtk::make_managed<Gtk::Button>(text);
+  if (!cssClass.empty()) b->add_css_class(cssClass);
+  b->signal_clicked().connect(std::move(clicked));
+  return b;
+}
+
+Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::function<void(const std::string&)> changed,
+                  bool password) {
+  auto* e = Gtk::make_managed<Gtk::Entry>();
+  e->set_placeholder_text(placeholder);
+  e->set_text(text);
+  if (password) {
+    e->set_visibility(false);
+    e->set_input_purpose(Gtk::InputPurpose::PASSWORD);
+  }
+  e->signal_changed().connect([e, changed = std::move(changed)] { changed(e->get_text()); });
+  return e;
+}
+
+Gtk::ListBox* boxedList() {
+  auto* list = Gtk::make_managed<Gtk::ListBox>();
+  list->set_selection_mode(Gtk::SelectionMode::NONE);
+  list->add_css_class("boxed-list");
+  return list;
+}
+
+void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing,
+            std::function<void()> activated) {
+  GtkWidget* r = adw_action_row_new();
+  // Row texts are data from the server: never markup.
+  adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(r), FALSE);
+  adw_preferences_row_set_title(ADW_PREFERENCES_ROW(r), title.c_str());
+  if (!subtitle.empty()) adw_action_row_set_subtitle(ADW_ACTION_ROW(r), subtitle.c_str());
+  adw_action_row_set_subtitle_lines(ADW_ACTION_ROW(r), 2);
+  if (!trailing.empty()) {
+    GtkWidget* suffix = gtk_label_new(trailing.c_str());
+    gtk_widget_add_css_class(suffix, "accent");
+    adw_action_row_add_suffix(ADW_ACTION_ROW(r), suffix);
+  }
+  if (activated) {
+    gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(r), TRUE);
+    adw_action_row_add_suffix(ADW_ACTION_ROW(r), gtk_image_new_from_icon_name("go-next-symbolic"));
+    auto* callback = new std::function<void()>(std::move(activated));
+    g_signal_connect_data(r, "activated", G_CALLBACK(+[](AdwActionRow*, gpointer data) {
+                            (*static_cast<std::function<void()>*>(data))();
+                          }),
+                          callback, [](gpointer data, GClosure*) { delete static_cast<std::function<void()>*>(data); },
+                          GConnectFlags(0));
+  }
+  gtk_list_box_append(list.gobj(), r);
+}
+
+void clear(Gtk::Box& box) {
+  while (Gtk::Widget* child = box.get_first_child()) box.remove(*child);
+}
+
+namespace {
+
+void collect(Gtk::Widget& widget, std::vector<std::string>& out) {
+  if (auto* l = dynamic_cast<Gtk::Label*>(&widget)) {
+    if (!l->get_text().empty()) out.push_back(l->get_text());
+  }
+  GtkWidget* w = widget.gobj();
+  if (ADW_IS_PREFERENCES_ROW(w)) {
+    const char* title = adw_preferences_row_get_title(ADW_PREFERENCES_ROW(w));
+    if (title != nullptr && *title != '\0') out.emplace_back(title);
+  }
+  if (ADW_IS_ACTION_ROW(w)) {
+    const char* subtitle = adw_action_row_get_subtitle(ADW_ACTION_ROW(w));
+    if (subtitle != nullptr && *subtitle != '\0') out.emplace_back(subtitle);
+  }
+  for (Gtk::Widget* child = widget.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
+    collect(*child, out);
+  }
+}
+
+template <typename Match>
+Gtk::Widget* find(Gtk::Widget& widget, const Match& match) {
+  if (match(widget)) return &widget;
+  for (Gtk::Widget* child = widget.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
+    if (Gtk::Widget* found = find(*child, match)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::vector<std::string> texts(Gtk::Widget& root) {
+  std::vector<std::string> out;
+  collect(root, out);
+  return out;
+}
+
+bool shows(Gtk::Widget& root, const std::string& text) {
+  for (const auto& t : texts(root)) {
+    if (t == text) return true;
+  }
+  return false;
+}
+
+Gtk::Button* findButton(Gtk::Widget& root, const std::string& text) {
+  return static_cast<Gtk::Button*>(find(root, [&text](Gtk::Widget& w) {
+    auto* b = dynamic_cast<Gtk::Button*>(&w);
+    return b != nullptr && b->get_label().raw() == text;
+  }));
+}
+
+bool activateRow(Gtk::Widget& root, const std::string& title) {
+  Gtk::Widget* found = find(root, [&title](Gtk::Widget& w) {
+    GtkWidget* raw = w.gobj();
+    if (!ADW_IS_ACTION_ROW(raw) || !gtk_list_box_row_get_activatable(GTK_LIST_BOX_ROW(raw))) return false;
+    const char* t = adw_preferences_row_get_title(ADW_PREFERENCES_ROW(raw));
+    return t != nullptr && title == t;
+  });
+  if (found == nullptr) return false;
+  adw_action_row_activate(ADW_ACTION_ROW(found->gobj()));
+  return true;
+}
+
+Gtk::Widget* findNamed(Gtk::Widget& root, const std::string& name) {
+  return find(root, [&name](Gtk::Widget& w) { return w.get_name().raw() == name; });
+}
+
+}  // namespace qmv::gtk::ui

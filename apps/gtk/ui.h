@@ -1,0 +1,37 @@
+#pragma once
+// Small builders the pages share, so that every page looks alike: labels with a style
+// class, buttons that run a callback, list rows, and looking widgets up by name (what
+// the tests use to read and tap what a page shows).
+#include <gtkmm.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace qmv::gtk::ui {
+
+Gtk::Label* label(const std::string& text, const std::string& cssClass = "", bool wrap = true);
+Gtk::Button* button(const std::string& text, std::function<void()> clicked, const std::string& cssClass = "");
+Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::function<void(const std::string&)> changed,
+                  bool password = false);
+// A boxed list (libadwaita's look) to put rows in.
+Gtk::ListBox* boxedList();
+// Appends a row with a title, a subtitle and an optional trailing text; `activated`
+// makes it tappable.
+void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing = "",
+            std::function<void()> activated = nullptr);
+// Removes every child of `box`.
+void clear(Gtk::Box& box);
+
+// The texts of every label (and button) below `root`, in tree order.
+std::vector<std::string> texts(Gtk::Widget& root);
+// Whether some label or button below `root` shows exactly `text`.
+bool shows(Gtk::Widget& root, const std::string& text);
+// The first button below `root` whose label is `text`; null when none.
+Gtk::Button* findButton(Gtk::Widget& root, const std::string& text);
+// Taps the first tappable row below `root` titled `title`; false when there is none.
+bool activateRow(Gtk::Widget& root, const std::string& title);
+// The first widget below `root` with that widget name; null when none.
+Gtk::Widget* findNamed(Gtk::Widget& root, const std::string& name);
+
+}  // namespace qmv::gtk::ui

@@ -1,0 +1,118 @@
+#include "apps/gtk/wallet_pages.h"
+
+#include "apps/gtk/ui.h"
+#include "features/wallet/wallet_texts.h"
+
+namespace qmv::gtk {
+
+BankCardPage::BankCardPage(PageContext& context) : ScreenPage(context, MyBankCardViewController::kTitle, true) {
+  follow(screen_);
+  screen_.onLoaded = [this](bool) { refresh(); };
+  screen_.onUnbindFinished = [this](MyBankCardViewController::UnbindOutcome) { refresh(); };
+}
+
+void BankCardPage::refresh() {
+  ui::clear(body());
+  const MyBankCardView& view = screen_.view();
+  if (view.cardShown()) {
+    auto* card = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
+    card->add_css_class("bank-card");
+    card->set_name("card");
+    card->append(*ui::label(view.nameText(), "heading"));
+    card->append(*ui::label(view.cardNumberText(), "title-2"));
+    body().append(*card);
+    auto* unbind = Gtk::make_managed<Gtk::Button>();
+    unbind->set_icon_name("user-trash-symbolic");
+    unbind->set_name("unbind");
+    unbind->add_css_class("destructive-action");
+    unbind->set_halign(Gtk::Align::CENTER);
+    unbind->signal_clicked().connect([this] { screen_.unbindAction(); });
+    body().append(*unbind);
+  } else if (!screen_.isLoadingShown()) {
+    body().append(*ui::button(MyBankCardView::kAddButtonTitle, [this] { screen_.addAction(); }, "suggested-action"));
+  }
+}
+
+BindCardPage::BindCardPage(PageContext& context) : ScreenPage(context, QXBindBankCardViewController::kTitle, true) {
+  follow(screen_);
+  screen_.viewDidLoad();
+  auto* form = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
+  const auto field = [this](const char* name, const char* icon, std::string& text) {
+    auto* e = ui::entry("", text, [this, &text](const std::string& t) {
+      text = t;
+      if (bank_ != nullptr) bank_->set_text(screen_.bankNameText());
+    });
+    e->set_name(name);
+    e->set_icon_from_icon_name(icon, Gtk::Entry::IconPosition::PRIMARY);
+    return e;
+  };
+  form->append(*field("holder", "avatar-default-symbolic", screen_.nameText));
+  form->append(*field("id-number", "contact-new-symbolic", screen_.idNumText));
+  form->append(*field("card-number", "auth-smartcard-symbolic", screen_.cardNumText));
+  bank_ = ui::label(screen_.bankNameText(), "dim-label");
+  bank_->set_name("bank-name");
+  form->append(*bank_);
+  form->append(*ui::label(screen_.phoneLabelText()));
+  auto* codeRow = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+  auto* code = field("code", "mail-unread-symbolic", screen_.codeText);
+  code->set_hexpand(true);
+  codeButton_ = ui::button(screen_.codeButtonTitle(), [this] { screen_.getCodeAction(); });
+  codeButton_->set_name("get-code");
+  codeRow->append(*code);
+  codeRow->append(*codeButton_);
+  form->append(*codeRow);
+  form->append(*ui::button(QXBindBankCardViewController::kTitle, [this] { screen_.bindAction(); }, "suggested-action"));
+  body().append(*form);
+  screen_.onCodeFinished = [this](bool) { refresh(); };
+}
+
+BindCardPage::~BindCardPage() { screen_.viewWillDisappear(); }
+
+void BindCardPage::refresh() {
+  if (codeButton_ == nullptr) return;  // still being built
+  codeButton_->set_label(screen_.codeButtonTitle());
+  codeButton_->set_sensitive(screen_.codeButtonEnabled());
+}
+
+WithdrawPage::WithdrawPage(PageContext& context) : ScreenPage(context, QXWithDrawViewController::kTitle, true) {
+  follow(screen_);
+  screen_.onRefreshed = [this] { refresh(); };
+  auto* form = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
+  balance_ = ui::label("", "title-2");
+  balance_->set_name("balance");
+  form->append(*balance_);
+  card_ = ui::label("", "dim-label");
+  form->append(*ui::label(QXWithDrawViewController::kChooseCardTitle, "heading"));
+  form->append(*card_);
+  auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+  row->append(*ui::label(QXWithDrawViewController::kAmountLabel, "", false));
+  auto* amount = ui::entry("", screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
+  amount->set_name("amount");
+  amount->set_hexpand(true);
+  amount->set_input_purpose(Gtk::InputPurpose::NUMBER);
+  // Leaving the field applies the clamp, as the phone's field does.
+  auto focus = Gtk::EventControllerFocus::create();
+  focus->signal_leave().connect([this, amount] {
+    screen_.textFieldDidEndEditing();
+    amount->set_text(screen_.amountText);
+  });
+  amount->add_controller(focus);
+  row->append(*amount);
+  form->append(*row);
+  form->append(*ui::button(QXWithDrawViewController::kTitle, [this, amount] {
+    screen_.textFieldDidEndEditing();
+    amount->set_text(screen_.amountText);
+    screen_.withDrawAction();
+  }, "suggested-action"));
+  body().append(*form);
+  refresh();
+}
+
+void WithdrawPage::refresh() {
+  if (balance_ == nullptr) return;  // still being built
+  balance_->set_text(screen_.balanceText());
+  const auto& bank = screen_.bank();
+  card_->set_text(bank ? bank->name + wallet_texts::kNameBankSeparator + bank->cardBank + "\n" + bank->cardId : "");
+}
+
+}  // namespace qmv::gtk
