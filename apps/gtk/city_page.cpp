@@ -38,7 +38,7 @@ void CityPage::refresh() {
     results_.append(*ui::label(letter, "heading"));
     auto* flow = Gtk::make_managed<Gtk::FlowBox>();
     flow->set_selection_mode(Gtk::SelectionMode::NONE);
-    flow->set_min_children_per_line(3);
+    flow->set_min_children_per_line(2);
     flow->set_max_children_per_line(4);
     for (const std::string& name : names) flow->append(*ui::button(name, [this, name] { choose(name); }));
     results_.append(*flow);

@@ -54,7 +54,7 @@ void HomePage::refresh() {
   if (!screen_.templates().empty()) {
     auto* grid = Gtk::make_managed<Gtk::FlowBox>();
     grid->set_selection_mode(Gtk::SelectionMode::NONE);
-    grid->set_min_children_per_line(4);
+    grid->set_min_children_per_line(2);
     grid->set_max_children_per_line(4);
     grid->set_homogeneous(true);
     for (const SearchTypeModel& type : screen_.templates()) {

@@ -16,6 +16,7 @@ class NearbyPage : public ScreenPage {
   NearbyPage(PageContext& context, std::shared_ptr<NearbyViewController> screen);
   ~NearbyPage() override;
   void refresh() override;
+  NearbyViewController& screen() { return *screen_; }
 
   // The keyword face: the search field with the history under it.
   void showSearch(bool shown);

@@ -1,0 +1,216 @@
+// The graphical client driven in-process as a member would, against the embedded sandbox,
+// under a display (ctest runs this binary under Xvfb). Each test is one start of the
+// application in a fresh home and walks a flow, asserting on what the widgets show.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <adwaita.h>
+
+#include <filesystem>
+
+#include "apps/gtk/dialog_alerts.h"
+#include "apps/gtk/gtk_driver.h"
+#include "apps/gtk/home_page.h"
+#include "apps/gtk/main_view.h"
+#include "apps/gtk/nearby_page.h"
+#include "apps/gtk/page_navigator.h"
+#include "apps/gtk/screen_names.h"
+#include "apps/gtk/tab_bar_page.h"
+#include "apps/gtk/toast_status_overlay.h"
+#include "apps/gtk/ui.h"
+#include "core/session/global_data.h"
+#include "shell/app_delegate.h"
+
+namespace qmv::gtk {
+namespace {
+
+constexpr const char* kAt = "35.0606,118.3425";  // in 临沂市, where the demo stores are
+
+class GtkClientTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!GtkDriver::initToolkit()) GTEST_SKIP() << "no display";
+    std::string pattern = (std::filesystem::temp_directory_path() / "qmv-gtk-test-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    home_ = pattern;
+    driver_ = std::make_unique<GtkDriver>(home_.string(), kAt);
+    ASSERT_EQ(driver_->error(), "");
+    // The first start shows the guide; the member goes on to the tabs.
+    ASSERT_TRUE(driver_->waitUntil([this] { return driver_->topName() == kGuideScreen; }));
+    Gtk::Button* go = dynamic_cast<Gtk::Button*>(ui::findNamed(driver_->top(), "guide-done"));
+    ASSERT_NE(go, nullptr);
+    go->activate();
+    ASSERT_TRUE(driver_->waitUntil([this] { return (tabs_ = driver_->app().view().tabBar()) != nullptr; }));
+  }
+  void TearDown() override {
+    driver_.reset();
+    std::error_code ec;
+    std::filesystem::remove_all(home_, ec);
+  }
+
+  Gtk::Widget& top() { return driver_->top(); }
+  // Waits until `root` (the page on top when null) shows `text`.
+  bool waitFor(const std::string& text, Gtk::Widget* root = nullptr) {
+    return driver_->waitUntil([&] { return ui::shows(root != nullptr ? *root : top(), text); });
+  }
+  bool tap(const std::string& name) {
+    driver_->settle(std::chrono::milliseconds(50));
+    auto* button = dynamic_cast<Gtk::Button*>(ui::findNamed(top(), name));
+    if (button == nullptr) button = ui::findButton(top(), name);
+    if (button == nullptr) return false;
+    button->activate();
+    return true;
+  }
+  void type(const std::string& name, const std::string& text) {
+    auto* entry = dynamic_cast<Gtk::Entry*>(ui::findNamed(top(), name));
+    ASSERT_NE(entry, nullptr) << name;
+    entry->set_text(text);
+  }
+  bool toasted(const std::string& text) {
+    return driver_->waitUntil([&] {
+      const auto& shown = driver_->app().overlay().shown();
+      return std::find(shown.begin(), shown.end(), text) != shown.end();
+    });
+  }
+
+  std::filesystem::path home_;
+  std::unique_ptr<GtkDriver> driver_;
+  TabBarPage* tabs_ = nullptr;
+};
+
+TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity) {
+  // The home tab of the selected city with its sections, the tab bar in the start-up's order.
+  EXPECT_EQ(driver_->topName(), kTabBarScreen);
+  ASSERT_TRUE(waitFor("名店推荐"));
+  EXPECT_TRUE(ui::shows(top(), "热门活动"));
+  EXPECT_TRUE(ui::shows(top(), "临沂市"));
+  for (const char* title : {"首页", "附近", "财富", "社区", "我的"}) EXPECT_TRUE(ui::shows(top(), title)) << title;
+
+  // A keyword typed on the nearby tab's search face lists what the server found and is
+  // kept in the history.
+  tabs_->select(1);
+  Gtk::Widget* nearby = &tabs_->tab(1);
+  ASSERT_TRUE(tap("search"));
+  EXPECT_TRUE(waitFor("暂无历史记录", nearby));
+  auto* field = dynamic_cast<Gtk::SearchEntry*>(ui::findNamed(top(), "keyword"));
+  ASSERT_NE(field, nullptr);
+  field->set_text("火锅");
+  g_signal_emit_by_name(field->gobj(), "activate");  // the return key
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::findNamed(*nearby, "stores") != nullptr; }));
+  EXPECT_TRUE(ui::shows(*nearby, "沂蒙小调火锅(人民广场店)"));
+  EXPECT_TRUE(ui::shows(*nearby, "火锅")) << "the keyword is the list's title";
+  // One row per store the search returned.
+  auto* stores = ui::findNamed(*nearby, "stores");
+  ASSERT_NE(stores, nullptr);
+  std::size_t rows = 0;
+  while (gtk_list_box_get_row_at_index(GTK_LIST_BOX(stores->gobj()), static_cast<int>(rows)) != nullptr) ++rows;
+  EXPECT_EQ(rows, static_cast<NearbyPage&>(tabs_->tab(1)).screen().nearbyView().storeList.size());
+  ASSERT_TRUE(tap("search"));
+  EXPECT_TRUE(waitFor("清空", nearby));
+  EXPECT_TRUE(ui::activateRow(*nearby, "火锅")) << "the word is in the history";
+
+  // A store row opens the store; an offer row the offer; back returns.
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::activateRow(*nearby, "沂蒙小调火锅(人民广场店)"); }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
+  ASSERT_TRUE(waitFor("优惠活动"));
+  EXPECT_TRUE(ui::shows(top(), "查看更多评论"));
+  auto* offers = ui::findNamed(top(), "offers");
+  ASSERT_NE(offers, nullptr);
+  GtkListBoxRow* firstOffer = gtk_list_box_get_row_at_index(GTK_LIST_BOX(offers->gobj()), 0);
+  ASSERT_NE(firstOffer, nullptr);
+  adw_action_row_activate(ADW_ACTION_ROW(firstOffer));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXActivitiesViewController"; }));
+  ASSERT_TRUE(waitFor("购买须知"));
+  EXPECT_TRUE(ui::shows(top(), "套餐"));
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; })) << driver_->topName();
+
+  // The city picker: a typed key finds the city, choosing it closes the picker and the
+  // nearby districts follow the new city.
+  driver_->app().navigator().push(kCityScreen);
+  auto* key = dynamic_cast<Gtk::SearchEntry*>(ui::findNamed(top(), "city-key"));
+  ASSERT_NE(key, nullptr);
+  key->set_text("济南");
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::activateRow(top(), "济南市"); }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  EXPECT_EQ(GlobalData::sharedInstance().getCurrentCityName(), "济南市");
+  const auto& districts = static_cast<NearbyPage&>(tabs_->tab(1)).screen().nearbyView().areaList;
+  EXPECT_TRUE(driver_->waitUntil(
+      [&] { return std::find(districts.begin(), districts.end(), "历下区") != districts.end(); }));
+
+  // A payment application returning to the running instance.
+  EXPECT_TRUE(driver_->app().openURL("qqqmmmvvv://uppayresult?code=success"));
+  EXPECT_TRUE(toasted("支付成功"));
+}
+
+TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
+  // Signed out, the member tab offers the login screen in its own layer.
+  tabs_->select(4);
+  ASSERT_TRUE(tap("登录"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "LoginViewController"; }));
+  type("phone", "13800000000");
+  type("password", "wrong1");
+  ASSERT_TRUE(tap("登录"));
+  EXPECT_TRUE(driver_->waitUntil([&] { return !driver_->app().overlay().shown().empty(); }));
+  EXPECT_EQ(driver_->topName(), "LoginViewController") << "a refused login keeps the screen";
+  type("password", "qmv123");
+  ASSERT_TRUE(tap("登录"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  ASSERT_TRUE(waitFor("演示会员"));
+  EXPECT_TRUE(ui::shows(top(), "￥500.00"));
+
+  // Binding a card from the wallet: the checks, the SMS code, then the card panel.
+  tabs_->select(2);
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::activateRow(top(), "我的银行卡"); }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::findButton(top(), "+ 添加银行卡") != nullptr; }));
+  ASSERT_TRUE(tap("+ 添加银行卡"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXBindBankCardViewController"; }));
+  EXPECT_TRUE(ui::shows(top(), "    138****0000"));
+  type("holder", "Zhang");
+  type("id-number", "37130219900101123X");
+  type("card-number", "6222020200112233446");
+  EXPECT_FALSE(dynamic_cast<Gtk::Label*>(ui::findNamed(top(), "bank-name"))->get_text().empty());
+  ASSERT_TRUE(tap("get-code"));
+  EXPECT_TRUE(toasted("验证码发送成功"));
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    auto* code = dynamic_cast<Gtk::Button*>(ui::findNamed(top(), "get-code"));
+    return code != nullptr && !code->get_sensitive();
+  })) << "the code button counts down";
+  type("code", "123456");
+  ASSERT_TRUE(tap("绑定银行卡"));
+  EXPECT_TRUE(toasted("持卡人姓名格式不正确"));
+  type("holder", "张三");
+  ASSERT_TRUE(tap("绑定银行卡"));
+  EXPECT_TRUE(toasted("绑定成功"));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return driver_->topName() == "MyBankCardViewController" && ui::findNamed(top(), "card") != nullptr;
+  }));
+  EXPECT_TRUE(ui::shows(top(), "6222020200112233446"));
+
+  // Withdrawal: refused below the minimum, then submitted.
+  driver_->app().navigator().popToRoot();
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::activateRow(top(), "提现"); }));
+  ASSERT_TRUE(waitFor("500.00元"));
+  type("amount", "9.99");
+  ASSERT_TRUE(tap("提现"));
+  EXPECT_TRUE(toasted("提现最小金额为10元"));
+  type("amount", "100");
+  ASSERT_TRUE(tap("提现"));
+  EXPECT_TRUE(toasted("您的提现申请已提交,申请将在1-3个工作日内处理完成"));
+
+  // Unbinding asks first, in a message dialog; "确定" unbinds.
+  driver_->app().navigator().popToRoot();
+  driver_->app().navigator().push("MyBankCardViewController");
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::findNamed(top(), "unbind") != nullptr; }));
+  ASSERT_TRUE(tap("unbind"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return !driver_->app().alerts().open().empty(); }));
+  EXPECT_EQ(driver_->app().alerts().open().front().message, "是否确定解除银行卡绑定？");
+  EXPECT_TRUE(driver_->app().alerts().answer("确定"));
+  EXPECT_TRUE(toasted("解绑成功"));
+  EXPECT_TRUE(driver_->waitUntil([&] { return ui::findButton(top(), "+ 添加银行卡") != nullptr; }));
+}
+
+}  // namespace
+}  // namespace qmv::gtk
