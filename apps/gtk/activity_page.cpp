@@ -8,7 +8,7 @@ namespace qmv::gtk {
 ActivityPage::ActivityPage(PageContext& context, const std::string& activityId, const std::string& name)
     : ScreenPage(context, name, true), screen_(activityId) {
   follow(screen_);
-  screen_.onLoaded = [this](bool) { refresh(); };
+  screen_.onLoaded = [this](bool) { refreshSoon(); };
   screen_.loadDetail();
   refresh();
 }

@@ -53,10 +53,14 @@ class GtkClientTest : public ::testing::Test {
   bool waitFor(const std::string& text, Gtk::Widget* root = nullptr) {
     return driver_->waitUntil([&] { return ui::shows(root != nullptr ? *root : top(), text); });
   }
+  // Taps the button named or labelled `name` once it is drawn (pages redraw on an idle turn).
   bool tap(const std::string& name) {
-    driver_->settle(std::chrono::milliseconds(50));
-    auto* button = dynamic_cast<Gtk::Button*>(ui::findNamed(top(), name));
-    if (button == nullptr) button = ui::findButton(top(), name);
+    Gtk::Button* button = nullptr;
+    driver_->waitUntil([&] {
+      button = dynamic_cast<Gtk::Button*>(ui::findNamed(top(), name));
+      if (button == nullptr) button = ui::findButton(top(), name);
+      return button != nullptr;
+    }, std::chrono::seconds(5));
     if (button == nullptr) return false;
     button->activate();
     return true;

@@ -34,15 +34,15 @@ bool LauncherUrlOpener::openURL(const std::string& url) {
 }
 
 void FileChooserCamera::scanQrCode(std::function<void(std::optional<std::string>)> completion) {
-  auto chooser = Gtk::FileChooserNative::create("", Gtk::FileChooser::Action::OPEN);
+  chooser_ = Gtk::FileChooserNative::create("", Gtk::FileChooser::Action::OPEN);
+  Gtk::FileChooserNative* chooser = chooser_.get();
   if (Gtk::Window* parent = window_ ? window_() : nullptr) chooser->set_transient_for(*parent);
   auto filter = Gtk::FileFilter::create();
   filter->add_pixbuf_formats();
   chooser->add_filter(filter);
   chooser->signal_response().connect([chooser, completion = std::move(completion)](int response) mutable {
-    if (response != Gtk::ResponseType::ACCEPT) return;
-    const std::string path = chooser->get_file()->get_path();
-    ImageFileCamera(path).scanQrCode(completion);
+    if (response != Gtk::ResponseType::ACCEPT || !chooser->get_file()) return;
+    ImageFileCamera(chooser->get_file()->get_path()).scanQrCode(completion);
   });
   chooser->show();
 }

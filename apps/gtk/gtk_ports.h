@@ -7,13 +7,16 @@
 #include <string>
 #include <vector>
 
+#include <glibmm/refptr.h>
+
 #include "platform/camera.h"
 #include "platform/linux/headless_app_window.h"
 #include "platform/url_opener.h"
 
 namespace Gtk {
+class FileChooserNative;
 class Window;
-}
+}  // namespace Gtk
 
 namespace qmv::gtk {
 
@@ -47,6 +50,7 @@ class FileChooserCamera : public Camera {
 
  private:
   std::function<Gtk::Window*()> window_;
+  Glib::RefPtr<Gtk::FileChooserNative> chooser_;  // the open chooser, if any
 };
 
 }  // namespace qmv::gtk

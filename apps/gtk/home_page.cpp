@@ -15,9 +15,9 @@ namespace qmv::gtk {
 HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   follow(screen_);
   screen_.onStart = [&context] { context.signInAgain(); };
-  screen_.onLoaded = [this] { refresh(); };
-  screen_.onPopularLoaded = [this](bool) { refresh(); };
-  screen_.onLocated = [this](MainViewController::LocateOutcome) { refresh(); };
+  screen_.onLoaded = [this] { refreshSoon(); };
+  screen_.onPopularLoaded = [this](bool) { refreshSoon(); };
+  screen_.onLocated = [this](MainViewController::LocateOutcome) { refreshSoon(); };
   auto* city = Gtk::make_managed<Gtk::Button>();
   city->set_icon_name("mark-location-symbolic");
   city->set_name("city");

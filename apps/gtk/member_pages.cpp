@@ -12,7 +12,7 @@
 namespace qmv::gtk {
 
 WealthPage::WealthPage(PageContext& context) : ScreenPage(context, "", false) {
-  signal_map().connect([this] { refresh(); });
+  signal_map().connect([this] { refreshSoon(); });
   refresh();
 }
 
@@ -35,8 +35,8 @@ void WealthPage::refresh() {
 
 MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   follow(logout_);
-  logout_.onFinished = [this](bool) { refresh(); };
-  signal_map().connect([this] { refresh(); });
+  logout_.onFinished = [this](bool) { refreshSoon(); };
+  signal_map().connect([this] { refreshSoon(); });
 }
 
 void MinePage::refresh() {

@@ -13,15 +13,15 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
   if (!screen_->isViewLoaded()) screen_->viewDidLoad();
   NearbyView& list = screen_->nearbyView();
   follow(list);
-  list.onLoaded = [this](bool) { refresh(); };
-  screen_->mapView().onLoaded = [this](bool) { refresh(); };
-  screen_->mapView().onChange = [this] { refresh(); };
+  list.onLoaded = [this](bool) { refreshSoon(); };
+  screen_->mapView().onLoaded = [this](bool) { refreshSoon(); };
+  screen_->mapView().onChange = [this] { refreshSoon(); };
   // The core wires a chosen keyword to the list; the page only leaves the keyword face.
   coreSearch_ = screen_->searchView().onSearch;
   screen_->searchView().onSearch = [this](const std::string& keyword) {
     searching_ = false;
     if (coreSearch_) coreSearch_(keyword);
-    refresh();
+    refreshSoon();
   };
 
   auto* search = Gtk::make_managed<Gtk::Button>();
@@ -38,7 +38,7 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
     } else {
       screen_->switchLeftWithAnimation();
     }
-    refresh();
+    refreshSoon();
   });
   addHeaderButton(*face);
   mapBox_.append(map_.widget());
@@ -63,7 +63,7 @@ NearbyPage::~NearbyPage() {
 void NearbyPage::showSearch(bool shown) {
   searching_ = shown;
   if (shown) screen_->searchView().reloadHistory();
-  refresh();
+  refreshSoon();
 }
 
 void NearbyPage::refresh() {
@@ -107,7 +107,7 @@ void NearbyPage::drawList() {
         if (view.openFilter != NearbyView::Filter::None) view.cancelFilter();
         view.tapFilter(filter);
       }
-      refresh();
+      refreshSoon();
     });
     return b;
   };
@@ -139,7 +139,7 @@ void NearbyPage::drawFilterDropDown() {
   const auto choose = [this](std::function<void()> chosen) {
     return [this, chosen = std::move(chosen)] {
       chosen();
-      refresh();
+      refreshSoon();
     };
   };
   if (view.openFilter == NearbyView::Filter::Category) {
@@ -195,7 +195,7 @@ void NearbyPage::drawSearch() {
   if (!search.clearText().empty()) {
     header->append(*ui::button(search.clearText(), [this, &search] {
       search.clearHistory();
-      refresh();
+      refreshSoon();
     }, "flat"));
   }
   body().append(*header);

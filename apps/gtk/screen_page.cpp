@@ -51,11 +51,20 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
 }
 
 ScreenPage::~ScreenPage() {
+  pendingRefresh_.disconnect();
   if (screen_ != nullptr) screen_->onChange = nullptr;
 }
 
 void ScreenPage::setTitle(const std::string& title) {
   adw_window_title_set_title(ADW_WINDOW_TITLE(title_->gobj()), title.c_str());
+}
+
+void ScreenPage::refreshSoon() {
+  if (pendingRefresh_.connected()) return;
+  pendingRefresh_ = Glib::signal_idle().connect([this] {
+    refresh();
+    return false;
+  });
 }
 
 void ScreenPage::addHeaderButton(Gtk::Widget& widget) {
@@ -84,7 +93,8 @@ void ScreenPage::coverChanged() {
     warning_ = Gtk::manage(Glib::wrap(status));
     overlay_.add_overlay(*warning_);
   }
-  refresh();
+  // Loading starts and ends inside taps and request callbacks alike.
+  refreshSoon();
 }
 
 }  // namespace qmv::gtk

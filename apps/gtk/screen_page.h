@@ -27,6 +27,9 @@ class ScreenPage : public Gtk::Box {
   virtual void appeared() {}
 
   void setTitle(const std::string& title);
+  // refresh() from the next idle turn: a tap's handler must not destroy the widget that
+  // is emitting it. Nothing runs once the page is gone.
+  void refreshSoon();
 
  protected:
   // Follows the cover and warnings of `screen` and redraws on each change. `screen`
@@ -48,6 +51,7 @@ class ScreenPage : public Gtk::Box {
   Gtk::Box body_{Gtk::Orientation::VERTICAL, 12};
   Gtk::Box cover_{Gtk::Orientation::VERTICAL, 12};
   Gtk::Widget* warning_ = nullptr;
+  sigc::connection pendingRefresh_;
 };
 
 }  // namespace qmv::gtk

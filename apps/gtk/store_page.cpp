@@ -8,8 +8,8 @@ namespace qmv::gtk {
 StorePage::StorePage(PageContext& context, const std::string& storeId, const std::string& storeName)
     : ScreenPage(context, storeName, true), screen_(storeId, storeName) {
   follow(screen_);
-  screen_.onLoaded = [this](bool) { refresh(); };
-  screen_.onBookmarked = [this](bool) { refresh(); };
+  screen_.onLoaded = [this](bool) { refreshSoon(); };
+  screen_.onBookmarked = [this](bool) { refreshSoon(); };
   screen_.loadDetail();
   refresh();
 }

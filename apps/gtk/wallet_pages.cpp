@@ -7,8 +7,8 @@ namespace qmv::gtk {
 
 BankCardPage::BankCardPage(PageContext& context) : ScreenPage(context, MyBankCardViewController::kTitle, true) {
   follow(screen_);
-  screen_.onLoaded = [this](bool) { refresh(); };
-  screen_.onUnbindFinished = [this](MyBankCardViewController::UnbindOutcome) { refresh(); };
+  screen_.onLoaded = [this](bool) { refreshSoon(); };
+  screen_.onUnbindFinished = [this](MyBankCardViewController::UnbindOutcome) { refreshSoon(); };
 }
 
 void BankCardPage::refresh() {
@@ -63,7 +63,7 @@ BindCardPage::BindCardPage(PageContext& context) : ScreenPage(context, QXBindBan
   form->append(*codeRow);
   form->append(*ui::button(QXBindBankCardViewController::kTitle, [this] { screen_.bindAction(); }, "suggested-action"));
   body().append(*form);
-  screen_.onCodeFinished = [this](bool) { refresh(); };
+  screen_.onCodeFinished = [this](bool) { refreshSoon(); };
 }
 
 BindCardPage::~BindCardPage() { screen_.viewWillDisappear(); }
@@ -76,7 +76,7 @@ void BindCardPage::refresh() {
 
 WithdrawPage::WithdrawPage(PageContext& context) : ScreenPage(context, QXWithDrawViewController::kTitle, true) {
   follow(screen_);
-  screen_.onRefreshed = [this] { refresh(); };
+  screen_.onRefreshed = [this] { refreshSoon(); };
   auto* form = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
   balance_ = ui::label("", "title-2");
   balance_->set_name("balance");
