@@ -32,4 +32,6 @@ target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE Pkg
 # The graphical client: gtkmm for the widgets, libadwaita's C API for the adaptive
 # pieces, libshumate for the map, GeoClue for the position. Optional, so that a machine
 # without them still builds the core, the CLI and the sandbox.
-pkg_check_modules(QMV_GTK IMPORTED_TARGET gtkmm-4.0 libadwaita-1 shumate-1.0 libgeoclue-2.0)
+if(QMV_BUILD_GTK)
+  pkg_check_modules(QMV_GTK IMPORTED_TARGET gtkmm-4.0 libadwaita-1 shumate-1.0 libgeoclue-2.0)
+endif()

@@ -3,9 +3,13 @@
 #include <adwaita.h>
 #include <gtkmm/init.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <iostream>
 
+#include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
+#include "apps/gtk/tab_bar_page.h"
 
 namespace qmv::gtk {
 
@@ -35,6 +39,36 @@ struct App {
   int status = 0;
 };
 
+// For bench/gtk_start.sh: once a frame has been painted with the home content in it,
+// prints the wall-clock time (ms since the epoch) and quits.
+void quitWhenHomeDrawn(GtkApplication* application, App& app) {
+  struct Watch {
+    GtkApplication* application;
+    App* app;
+    bool contentSeen = false;
+  };
+  gtk_widget_add_tick_callback(
+      GTK_WIDGET(app.window->gobj()),
+      +[](GtkWidget*, GdkFrameClock*, gpointer data) -> gboolean {
+        auto* watch = static_cast<Watch*>(data);
+        if (!watch->app->frontEnd) return G_SOURCE_REMOVE;
+        if (watch->contentSeen) {
+          // The frame after the one that laid the content out: it has been painted.
+          const auto now = std::chrono::system_clock::now().time_since_epoch();
+          std::cout << "home drawn at " << std::chrono::duration_cast<std::chrono::milliseconds>(now).count() << '\n'
+                    << std::flush;
+          g_application_quit(G_APPLICATION(watch->application));
+          return G_SOURCE_REMOVE;
+        }
+        TabBarPage* tabs = watch->app->frontEnd->view().tabBar();
+        if (tabs != nullptr && !static_cast<HomePage&>(tabs->tab(0)).screen().popularStores().empty()) {
+          watch->contentSeen = true;
+        }
+        return G_SOURCE_CONTINUE;
+      },
+      new Watch{application, &app}, [](gpointer data) { delete static_cast<Watch*>(data); });
+}
+
 void ensureWindow(GtkApplication* application, App& app) {
   if (app.window != nullptr) {
     app.window->present();
@@ -62,6 +96,7 @@ void ensureWindow(GtkApplication* application, App& app) {
                    }),
                    &app);
   gtk_window_present(GTK_WINDOW(window));
+  if (std::getenv("QMV_GTK_QUIT_WHEN_HOME_DRAWN") != nullptr) quitWhenHomeDrawn(application, app);
 }
 
 }  // namespace

@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# Cold start of the graphical client: time from process start to the first frame painted
+# with the home content (banners, stores) in it, and peak resident memory, against the
+# embedded sandbox with a fresh home each run. A first start shows the first-run guide
+# instead of the tabs, so each home is started once by the CLI (same home, same
+# settings) before the measured start. Runs under Xvfb when no display is set.
+#
+# usage: bench/gtk_start.sh [path/to/qmv-gtk] [runs]
+# Targets on the reference machine: 400 ms to the home drawn, 120 MB peak resident memory.
+set -euo pipefail
+
+GUI=${1:-build/release/apps/qmv-gtk}
+RUNS=${2:-7}
+CLI=$(dirname "$GUI")/qmv
+TIME=/usr/bin/time
+if [[ ! -x "$GUI" ]]; then
+  echo "no qmv-gtk binary at $GUI (build the qmv-gtk target first)" >&2
+  exit 2
+fi
+if [[ ! -x "$TIME" ]]; then
+  echo "$TIME is needed (Debian package 'time')" >&2
+  exit 2
+fi
+
+run_all() {
+  local draws=() rss=()
+  for ((i = 1; i <= RUNS; i++)); do
+    home=$(mktemp -d /tmp/qmv-gtk-cold-XXXXXX)
+    # Past the first-run guide: the member has started the application once.
+    "$CLI" --home "$home" city >/dev/null
+    report=$(mktemp /tmp/qmv-gtk-cold-time-XXXXXX)
+    start=$(date +%s%3N)
+    drawn=$(QMV_GTK_QUIT_WHEN_HOME_DRAWN=1 "$TIME" -v "$GUI" --home "$home" --at 35.0606,118.3425 2>"$report" |
+      awk '/^home drawn at/ {print $4}')
+    kb=$(awk -F': ' '/Maximum resident set size/ {print $2}' "$report")
+    if [[ -z "$drawn" ]]; then
+      echo "run $i: the home was not drawn" >&2
+      sed -n 1,20p "$report" >&2
+      exit 1
+    fi
+    ms=$((drawn - start))
+    printf 'run %d: home drawn after %d ms, %.1f MB peak RSS\n' "$i" "$ms" "$(awk -v k="$kb" 'BEGIN { print k / 1024 }')"
+    draws+=("$ms")
+    rss+=("$kb")
+    rm -rf "$home" "$report"
+  done
+  median() { printf '%s\n' "$@" | sort -n | awk '{ a[NR] = $1 } END { print (NR % 2) ? a[(NR + 1) / 2] : (a[NR / 2] + a[NR / 2 + 1]) / 2 }'; }
+  printf 'median over %d runs: %s ms to the home drawn (target 400), %.1f MB peak RSS (target 120)\n' "$RUNS" \
+    "$(median "${draws[@]}")" "$(awk -v k="$(median "${rss[@]}")" 'BEGIN { print k / 1024 }')"
+}
+
+if [[ -z "${DISPLAY:-}" && -z "${WAYLAND_DISPLAY:-}" ]]; then
+  exec xvfb-run -a -s "-screen 0 1024x768x24" bash -c "GUI='$GUI' CLI='$CLI' RUNS='$RUNS' TIME='$TIME'; $(declare -f run_all); run_all"
+fi
+run_all
