@@ -90,7 +90,6 @@ Json printPayNow(CliOutput& out, const QXPayNowViewController& screen) {
   return shown;
 }
 
-// Runs the pay-now screen pushed with `payload` to its end and prints it.
 int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
   CliOutput& out = app.output();
   PayNowRunner runner(payload);
@@ -220,6 +219,10 @@ void addPayChoices(CLI::App* command, PayChoices& choices) {
 }
 
 }  // namespace
+
+int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std::string& channel) {
+  return runPayNow(app, payload, {noBalance, channel});
+}
 
 void registerCheckoutCommands(CommandRegistry& registry) {
   {
