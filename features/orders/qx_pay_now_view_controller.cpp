@@ -186,7 +186,7 @@ void QXPayNowViewController::prepared(PreparePayNetApi& api, const std::string& 
     // The server's total when it gives one; the balance pays first when it is used.
     const double total = order->totalPrices.empty() ? total_ : std::nearbyint(doubleValueOf(order->totalPrices) * 100);
     const bool balanceUsed = yueSelected_ || code == texts::kBalanceCode;
-    const double fromBalance = balanceUsed ? std::clamp(static_cast<double>(balance_), 0.0, total) : 0;
+    const double fromBalance = balanceUsed ? std::max(0.0, std::min(static_cast<double>(balance_), total)) : 0;
     order->blance = yuanOfFen(fromBalance);
     order->money = yuanOfFen(total - fromBalance);
     order_ = std::move(order);
