@@ -42,7 +42,7 @@ TEST_F(ObjectHandlersTest, MembersWriteOnlyTheirOwnPortraitsAndReadsStayOpen) {
   EXPECT_EQ(http.Get(mine)->body, "v2");
   // Past the cap nothing is stored, and the connection goes on serving.
   EXPECT_EQ(http.Put(mine, signedIn, std::string(kMaxObjectBytes + 1, 'x'), kOctets)->status, 413);
-  EXPECT_EQ(http.Get(mine)->body, "v2");
+  EXPECT_TRUE(http.Get(mine)->body == "v2");
 
   ASSERT_EQ(code(api_->get("getUserLogout", {{"sessionId", session}})), "0");
   EXPECT_EQ(http.Put(mine, signedIn, "v3", kOctets)->status, 401);
