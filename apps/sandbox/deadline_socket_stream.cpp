@@ -13,6 +13,8 @@ namespace qmv::sandbox {
 namespace {
 
 constexpr auto kWaitSlice = std::chrono::milliseconds(50);
+// Gathered output is sent once it reaches this size.
+constexpr size_t kSendChunk = 64 * 1024;
 
 void describe(const sockaddr_storage& address, std::string& ip, int& port) {
   char text[INET6_ADDRSTRLEN] = {};
@@ -51,6 +53,8 @@ bool DeadlineSocketStream::is_writable() const { return waitFor(POLLOUT); }
 
 ssize_t DeadlineSocketStream::read(char* ptr, size_t size) {
   if (size == 0) return 0;
+  // An interim answer ("100 Continue") must be out before the body it asks for comes in.
+  if (!pending_.empty() && !flush()) return -1;
   while (!hasBufferedInput()) {
     if (!waitFor(POLLIN)) return -1;
     const ssize_t got = ::recv(sock_, buffer_, sizeof buffer_, MSG_DONTWAIT);
@@ -69,17 +73,26 @@ ssize_t DeadlineSocketStream::read(char* ptr, size_t size) {
 }
 
 ssize_t DeadlineSocketStream::write(const char* ptr, size_t size) {
+  pending_.append(ptr, size);
+  if (pending_.size() >= kSendChunk && !flush()) return -1;
+  return static_cast<ssize_t>(size);
+}
+
+bool DeadlineSocketStream::flush() {
   size_t sent = 0;
-  while (sent < size) {
-    const ssize_t n = ::send(sock_, ptr + sent, size - sent, MSG_DONTWAIT | MSG_NOSIGNAL);
+  while (sent < pending_.size()) {
+    const ssize_t n = ::send(sock_, pending_.data() + sent, pending_.size() - sent, MSG_DONTWAIT | MSG_NOSIGNAL);
     if (n > 0) {
       sent += static_cast<size_t>(n);
       continue;
     }
-    if (n < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) return -1;
-    if (!waitFor(POLLOUT)) return -1;
+    if ((n < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) || !waitFor(POLLOUT)) {
+      pending_.clear();
+      return false;
+    }
   }
-  return static_cast<ssize_t>(size);
+  pending_.clear();
+  return true;
 }
 
 void DeadlineSocketStream::get_remote_ip_and_port(std::string& ip, int& port) const {

@@ -94,7 +94,7 @@ bool GuardedHttpServer::process_and_close_socket(socket_t sock) {
     const bool last = served + 1 == limits_.requestsPerConnection || stopping();
     bool closed = false;
     closeRequested = false;
-    ok = process_request(stream, last, closed, nullptr);
+    ok = process_request(stream, last, closed, nullptr) && stream.flush();
     if (!ok || closed || closeRequested) break;
   }
   ::shutdown(sock, SHUT_RDWR);

@@ -10,6 +10,7 @@
 
 #include "apps/sandbox/demo_data.h"
 #include "apps/sandbox/endpoint_table.h"
+#include "apps/sandbox/fair_lock.h"
 #include "apps/sandbox/guarded_http_server.h"
 #include "apps/sandbox/object_handlers.h"
 #include "apps/sandbox/order_payment.h"
@@ -52,6 +53,8 @@ struct SandboxServer::Impl {
   std::unique_ptr<GuardedHttpServer> http;
   std::thread thread;
   int port = 0;
+  // Requests take the store in the order they arrive (see FairLock).
+  FairLock turns;
 
   std::string root() const { return "http://" + options.host + ":" + std::to_string(port); }
 
@@ -86,6 +89,7 @@ struct SandboxServer::Impl {
     Reply reply;
     std::vector<std::string> setCookies;
     try {
+      std::lock_guard turn(turns);
       db->transact(endpoint.writes, [&] {
         Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode, {}, {}, false};
         readArguments(req, call);
