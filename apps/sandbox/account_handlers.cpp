@@ -1,6 +1,10 @@
 // Account endpoints: login, SMS codes, registration, password recovery and change, profile,
 // portrait, messages and feedback.
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+
 #include <cstdio>
+#include <memory>
 
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/sandbox_records.h"
@@ -116,13 +120,29 @@ Reply checkCode(Call& call) {
   return Reply::ok();
 }
 
+// Whether `name` has the shape of a user name: UTF-8 (PCRE2 in UTF mode matches nothing
+// else), no control character, slash or backslash, no leading dot, at most kMaxUserNameBytes.
+bool wellFormedUserName(const std::string& name) {
+  struct Free {
+    void operator()(pcre2_code* code) const { pcre2_code_free(code); }
+  };
+  static const std::unique_ptr<pcre2_code, Free> shape([] {
+    int error = 0;
+    PCRE2_SIZE offset = 0;
+    return pcre2_compile(reinterpret_cast<PCRE2_SPTR>(R"([^\x00-\x1f\x7f/\\.][^\x00-\x1f\x7f/\\]*)"),
+                         PCRE2_ZERO_TERMINATED, PCRE2_UTF, &error, &offset, nullptr);
+  }());
+  if (!shape || name.size() > kMaxUserNameBytes) return false;
+  const std::unique_ptr<pcre2_match_data, void (*)(pcre2_match_data*)> match(
+      pcre2_match_data_create_from_pattern(shape.get(), nullptr), pcre2_match_data_free);
+  return match && pcre2_match(shape.get(), reinterpret_cast<PCRE2_SPTR>(name.data()), name.size(), 0,
+                              PCRE2_ANCHORED | PCRE2_ENDANCHORED, match.get(), nullptr) >= 0;
+}
+
 // Why `name` cannot be the user name of a new member with `phone` (null when it can):
 // the rule of README.md ("User names").
 const char* userNameProblem(SandboxStore& db, const std::string& name, const std::string& phone) {
-  if (name.size() > kMaxUserNameBytes || !isUtf8(name) || name.front() == '.') return kMsgBadUserName;
-  for (const unsigned char c : name) {
-    if (c < 0x20 || c == 0x7F || c == '/' || c == '\\') return kMsgBadUserName;
-  }
+  if (!wellFormedUserName(name)) return kMsgBadUserName;
   if (name == phone) return nullptr;  // a phone always belongs to its own registrant
   if (isPhone(name)) return kMsgBadUserName;
   if (!db.queryOne("SELECT 1 FROM members WHERE user_name = ? OR phone = ?", {name, name}).is_null()) {

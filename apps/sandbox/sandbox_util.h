@@ -43,7 +43,6 @@ std::optional<int64_t> parseInteger(const std::string& text, int64_t min, int64_
 std::optional<int64_t> parsePage(const std::string& text);
 
 bool isPhone(const std::string& text);
-bool isUtf8(const std::string& text);
 bool isMd5Hex(const std::string& text);
 bool isDigits(const std::string& text, size_t minLength, size_t maxLength);
 
