@@ -73,6 +73,14 @@ TEST(SandboxConnections, SlowAndSilentPeersNeitherStallOthersNorKeepTheirWorker)
     EXPECT_EQ(server->start(), "");
     return server;
   };
+  // Whether a client is answered, within a second.
+  const auto answeredPromptly = [](int port) {
+    const auto began = Clock::now();
+    ApiClient api(port);
+    api.raw().set_read_timeout(8, 0);
+    const bool answered = api.get("getCategoryList").value("success", "") == "0";
+    return answered && Clock::now() - began < milliseconds(1000);
+  };
   {
     // Eight peers trickling a request line a byte at a time, fifty connected and silent.
     auto server = start(ServerLimits{}.workers);
@@ -88,10 +96,7 @@ TEST(SandboxConnections, SlowAndSilentPeersNeitherStallOthersNorKeepTheirWorker)
       }
     });
     const auto began = Clock::now();
-    ApiClient api(server->port());
-    api.raw().set_read_timeout(8, 0);
-    EXPECT_EQ(api.get("getCategoryList").value("success", ""), "0");
-    EXPECT_LT(Clock::now() - began, milliseconds(1000));
+    EXPECT_TRUE(answeredPromptly(server->port()));
     // Each is cut off: the trickling ones at the end of their exchange, the silent ones
     // when their idle time is over.
     for (const int fd : slow) EXPECT_TRUE(closedBy(fd, began + milliseconds(4000)));
@@ -107,11 +112,7 @@ TEST(SandboxConnections, SlowAndSilentPeersNeitherStallOthersNorKeepTheirWorker)
     std::vector<int> silent;
     for (int i = 0; i < 10; ++i) silent.push_back(connectTo(server->port()));
     std::this_thread::sleep_for(milliseconds(100));
-    const auto began = Clock::now();
-    ApiClient api(server->port());
-    api.raw().set_read_timeout(8, 0);
-    EXPECT_EQ(api.get("getCategoryList").value("success", ""), "0");
-    EXPECT_LT(Clock::now() - began, milliseconds(1000));
+    EXPECT_TRUE(answeredPromptly(server->port()));
     for (const int fd : silent) ::close(fd);
   }
   std::filesystem::remove_all(home);
