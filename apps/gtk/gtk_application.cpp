@@ -107,14 +107,19 @@ std::string takeOptions(std::vector<std::string>& args, FrontEndOptions& options
     const std::string& arg = args[i];
     std::string* target = arg == "--home" ? &options.launch.home
                           : arg == "--server" ? &options.launch.server
-                          : arg == "--at" ? &options.launch.at
-                                          : nullptr;
+                          : arg == "--at"          ? &options.launch.at
+                          : arg == "--pay-outcome" ? &options.launch.payOutcome
+                                                   : nullptr;
     if (target == nullptr) {
       rest.push_back(arg);
       continue;
     }
     if (i + 1 >= args.size()) return arg + " needs a value";
     *target = args[++i];
+  }
+  const std::string& outcome = options.launch.payOutcome;
+  if (outcome != "success" && outcome != "cancel" && outcome != "fail") {
+    return "--pay-outcome expects success, cancel or fail";
   }
   args = std::move(rest);
   return {};
@@ -135,7 +140,7 @@ int runGtkApplication(int argc, char** argv) {
   App app;
   std::vector<std::string> args(argv, argv + argc);
   if (std::string error = takeOptions(args, app.options); !error.empty()) {
-    std::cerr << "qmv-gtk: " << error << "\nusage: qmv-gtk [--home DIR] [--server URL] [--at LAT,LON] [URL...]\n";
+    std::cerr << "qmv-gtk: " << error << "\nusage: qmv-gtk [--home DIR] [--server URL] [--at LAT,LON] [--pay-outcome success|cancel|fail] [URL...]\n";
     return 2;
   }
   AdwApplication* application = adw_application_new(kApplicationId, G_APPLICATION_HANDLES_OPEN);

@@ -16,7 +16,13 @@
 
 namespace qmv::gtk {
 
-GtkFrontEnd::GtkFrontEnd(FrontEndOptions options) : options_(std::move(options)), launch_(options_.launch) {}
+GtkFrontEnd::GtkFrontEnd(FrontEndOptions options)
+    : options_(std::move(options)), launch_([this] {
+        LaunchOptions launch = options_.launch;
+        // The sandbox's payment applications return to this instance.
+        launch.openURL = [this](const std::string& url, const std::string& source) { openURL(url, source); };
+        return launch;
+      }()) {}
 
 GtkFrontEnd::~GtkFrontEnd() {
   // Pages hold screens whose requests and observers go through the installed ports: the

@@ -15,6 +15,7 @@
 #include "platform/linux/loop_notification_center.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
+#include "platform/linux/sandbox_payment_apps.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/url_result_payment_channels.h"
 #include "platform/payment_channels.h"
@@ -45,6 +46,10 @@ std::string AppLaunch::prepare() {
     if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
     if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
     if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();
+    // The sandbox's merchant with the messaging application; real ones come from qmv.conf.
+    if (config_.wechatAppId.empty()) config_.wechatAppId = "wxqmvsandbox";
+    if (config_.wechatPartnerId.empty()) config_.wechatPartnerId = "1000000001";
+    if (config_.wechatApiKey.empty()) config_.wechatApiKey = "qmv-sandbox-merchant-api-key";
   }
   return {};
 }
@@ -77,10 +82,38 @@ std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env)
   env.crashReporter = std::make_shared<LoggingCrashReporter>();
   env.analytics = std::make_shared<LoggingAnalytics>();
   env.sharing = std::make_shared<LoggingSocialSharing>();
-  env.payments = std::make_shared<PaymentChannels>(PaymentChannels{std::make_shared<UrlResultWeChatApi>(),
-                                                                   std::make_shared<UrlResultAlipayService>(),
-                                                                   std::make_shared<UrlResultUPPayControl>()});
+  env.payments = paymentChannels(env.http);
   return {};
+}
+
+std::shared_ptr<PaymentChannels> AppLaunch::paymentChannels(const std::shared_ptr<HttpTransport>& http) const {
+  auto channels = std::make_shared<PaymentChannels>();
+  channels->scheme = config_.urlScheme;
+  channels->wechatAppId = config_.wechatAppId;
+  channels->wechatPartnerId = config_.wechatPartnerId;
+  channels->wechatApiKey = config_.wechatApiKey;
+  if (!sandbox_) {
+    // A real server's payments are completed by the vendors' applications, which return
+    // through the inbound URL.
+    channels->wechat = std::make_shared<UrlResultWeChatApi>();
+    channels->alipay = std::make_shared<UrlResultAlipayService>();
+    channels->uppay = std::make_shared<UrlResultUPPayControl>();
+    return channels;
+  }
+  SandboxPaymentSetup setup;
+  setup.http = http;
+  setup.completeUrl = sandbox_->rootUrl() + "/sandbox/pay/complete";
+  setup.outcome = options_.payOutcome == "cancel" ? PayOutcome::Cancel
+                  : options_.payOutcome == "fail" ? PayOutcome::Fail
+                                                  : PayOutcome::Success;
+  // The application is brought back by its inbound URL, as the system does on a phone.
+  setup.openURL = [open = options_.openURL](const std::string& url, const std::string& source) {
+    if (open) open(url, source);
+  };
+  channels->wechat = std::make_shared<SandboxWeChatApp>(setup, config_.wechatApiKey);
+  channels->alipay = std::make_shared<SandboxAlipayApp>(setup);
+  channels->uppay = std::make_shared<SandboxUPPayApp>(setup);
+  return channels;
 }
 
 }  // namespace qmv

@@ -5,6 +5,7 @@
 // on how the front end draws. The front end adds its own drawing ports (overlay,
 // navigator, alerts, URL opener, window), installs the Env and starts the delegate.
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,12 @@ struct LaunchOptions {
   std::string home;    // empty: $XDG_DATA_HOME/qmv
   std::string server;  // empty: the configured server, else the embedded sandbox
   std::string at;      // "LAT,LON" (WGS-84); empty: no fixed position
+  // What the embedded sandbox's payment applications do with a payment: "success",
+  // "cancel" or "fail".
+  std::string payOutcome = "success";
+  // The system handing an inbound URL to the application (the sandbox's payment
+  // applications return through it). Set by the front end before buildEnv.
+  std::function<void(const std::string& url, const std::string& sourceApplication)> openURL;
 };
 
 class AppLaunch {
@@ -41,7 +48,8 @@ class AppLaunch {
   // Fills the shared ports of `env` around `loop` (HTTP transfers are watched on it):
   // cookies, HTTP, settings, files, clock, notifications, reachability, position (the
   // --at one, else none), geocoder, text measurer, object storage, the vendor SDKs and
-  // the payment channels. REQUIRES: prepare() succeeded. Returns an error text.
+  // the payment channels (the sandbox's payment applications when the sandbox is
+  // embedded, else ones that wait for the vendors' applications to return). REQUIRES: prepare() succeeded. Returns an error text.
   std::string buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env);
 
   // The parsed --at position; nullopt when none was given (an unreadable one fails
@@ -52,6 +60,8 @@ class AppLaunch {
   sandbox::SandboxServer* sandbox() { return sandbox_.get(); }
 
  private:
+  std::shared_ptr<PaymentChannels> paymentChannels(const std::shared_ptr<HttpTransport>& http) const;
+
   LaunchOptions options_;
   std::filesystem::path home_;
   AppConfig config_;

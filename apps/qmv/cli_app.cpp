@@ -50,7 +50,11 @@ CliApp::~CliApp() {
 }
 
 std::string CliApp::boot() {
-  launch_ = std::make_unique<AppLaunch>(LaunchOptions{options_.home, options_.server, options_.at});
+  LaunchOptions launch{options_.home, options_.server, options_.at, options_.payOutcome, {}};
+  launch.openURL = [this](const std::string& url, const std::string& source) {
+    if (appDelegate_) appDelegate_->openURL(url, source);
+  };
+  launch_ = std::make_unique<AppLaunch>(std::move(launch));
   if (std::string error = launch_->prepare(); !error.empty()) return error;
   if (std::string error = buildEnv(); !error.empty()) return error;
 

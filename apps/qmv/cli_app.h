@@ -38,6 +38,8 @@ struct GlobalOptions {
   bool json = false;   // --json
   // --answer: answers for alerts, in order; a button's title or its 1-based number.
   std::vector<std::string> answers;
+  // --pay-outcome: what the sandbox's payment applications do with a payment.
+  std::string payOutcome = "success";
 };
 
 class CliApp {
