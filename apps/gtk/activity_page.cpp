@@ -2,6 +2,7 @@
 
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/orders/checkout_texts.h"
 
 namespace qmv::gtk {
 
@@ -52,6 +53,10 @@ void ActivityPage::refresh() {
   call->set_halign(Gtk::Align::START);
   call->signal_clicked().connect([this] { screen_.callStore(); });
   body().append(*call);
+  auto* buy = ui::button(checkout_texts::kBuyButton, [this] { screen_.openSubmitOrder(); }, "suggested-action");
+  buy->set_name("buy");
+  buy->add_css_class("pill");
+  body().append(*buy);
 }
 
 }  // namespace qmv::gtk

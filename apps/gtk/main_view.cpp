@@ -6,6 +6,7 @@
 
 #include "apps/gtk/account_pages.h"
 #include "apps/gtk/activity_page.h"
+#include "apps/gtk/checkout_pages.h"
 #include "apps/gtk/city_page.h"
 #include "apps/gtk/member_pages.h"
 #include "apps/gtk/page_context.h"
@@ -17,6 +18,7 @@
 #include "apps/gtk/wallet_pages.h"
 #include "core/session/account_texts.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/orders/checkout_texts.h"
 #include "features/wallet/wallet_texts.h"
 #include "shell/app_delegate.h"
 
@@ -96,6 +98,8 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
     return Gtk::make_managed<ActivityPage>(context_, text("commodityId"), text("name"));
   }
   if (name == discovery_texts::kMapScreen) return Gtk::make_managed<StoreMapPage>(context_, StoreInfoModel(payload));
+  if (name == checkout_texts::kSubmitScreen) return Gtk::make_managed<SubmitOrderPage>(context_, payload);
+  if (name == checkout_texts::kPayNowScreen) return Gtk::make_managed<PayNowPage>(context_, payload);
   if (name == wallet_texts::kMyBankCardScreen) return Gtk::make_managed<BankCardPage>(context_);
   if (name == wallet_texts::kBindScreen) return Gtk::make_managed<BindCardPage>(context_);
   if (name == wallet_texts::kWithDrawScreen) return Gtk::make_managed<WithdrawPage>(context_);

@@ -136,6 +136,20 @@ int run(const std::filesystem::path& out) {
     driver.settle();
     driver.waitUntil(loaded);
     shot("17-withdraw");
+    app.navigator().popToRoot();
+
+    // Checkout of the demo voucher: five of them, more than the balance covers.
+    app.navigator().push("QXActivitiesViewController", {{"commodityId", "2"}});
+    driver.waitUntil([&] { return ui::findNamed(driver.top(), "buy") != nullptr; });
+    if (auto* buy = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "buy"))) buy->activate();
+    driver.waitUntil([&] { return driver.topName() == "QXSubmitOderViewController"; });
+    for (int i = 0; i < 4; ++i) {
+      if (auto* plus = ui::findNamed(driver.top(), "plus")) g_signal_emit_by_name(plus->gobj(), "clicked");
+    }
+    shot("18-submit");
+    if (auto* submit = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "submit"))) submit->activate();
+    driver.waitUntil([&] { return driver.topName() == "QXPayNowViewController"; });
+    shot("19-pay-now");
   }
   std::filesystem::remove_all(home);
   return failures == 0 ? 0 : 1;

@@ -40,8 +40,10 @@ Gtk::ListBox* boxedList() {
   return list;
 }
 
-void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing,
-            std::function<void()> activated) {
+namespace {
+
+GtkWidget* newRow(const std::string& title, const std::string& subtitle, const std::string& trailing,
+                  std::function<void()> activated, bool chevron) {
   GtkWidget* r = adw_action_row_new();
   // Row texts are data from the server: never markup.
   adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(r), FALSE);
@@ -55,7 +57,7 @@ void addRow(Gtk::ListBox& list, const std::string& title, const std::string& sub
   }
   if (activated) {
     gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(r), TRUE);
-    adw_action_row_add_suffix(ADW_ACTION_ROW(r), gtk_image_new_from_icon_name("go-next-symbolic"));
+    if (chevron) adw_action_row_add_suffix(ADW_ACTION_ROW(r), gtk_image_new_from_icon_name("go-next-symbolic"));
     auto* callback = new std::function<void()>(std::move(activated));
     g_signal_connect_data(r, "activated", G_CALLBACK(+[](AdwActionRow*, gpointer data) {
                             (*static_cast<std::function<void()>*>(data))();
@@ -63,7 +65,25 @@ void addRow(Gtk::ListBox& list, const std::string& title, const std::string& sub
                           callback, [](gpointer data, GClosure*) { delete static_cast<std::function<void()>*>(data); },
                           GConnectFlags(0));
   }
-  gtk_list_box_append(list.gobj(), r);
+  return r;
+}
+
+}  // namespace
+
+void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing,
+            std::function<void()> activated) {
+  gtk_list_box_append(list.gobj(), newRow(title, subtitle, trailing, std::move(activated), true));
+}
+
+void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped) {
+  GtkWidget* row = newRow(title, "", "", std::move(tapped), false);
+  GtkWidget* check = gtk_check_button_new();
+  gtk_check_button_set_active(GTK_CHECK_BUTTON(check), checked);
+  // The row takes the tap; the check only shows the state.
+  gtk_widget_set_can_target(check, FALSE);
+  gtk_widget_set_focusable(check, FALSE);
+  adw_action_row_add_prefix(ADW_ACTION_ROW(row), check);
+  gtk_list_box_append(list.gobj(), row);
 }
 
 void clear(Gtk::Box& box) {

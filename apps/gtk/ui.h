@@ -20,6 +20,9 @@ Gtk::ListBox* boxedList();
 // makes it tappable.
 void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing = "",
             std::function<void()> activated = nullptr);
+// Appends a tappable row with a check mark in front, ticked when `checked` (a choice
+// among rows, like the pay-now screen's channels).
+void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped);
 // Removes every child of `box`.
 void clear(Gtk::Box& box);
 

@@ -9,6 +9,8 @@ inline constexpr const char* kSubmitScreen = "QXSubmitOderViewController";
 inline constexpr const char* kPayNowScreen = "QXPayNowViewController";
 
 inline constexpr const char* kSubmitTitle = "提交订单";
+// The offer screen's way on to the submit screen.
+inline constexpr const char* kBuyButton = "立即购买";
 inline constexpr const char* kPayNowTitle = "支付订单";
 
 // Submit screen: the unit price "%@元", quantities "%ld", the total "%.2f".
@@ -30,6 +32,11 @@ inline constexpr const char* kChannelUnchecked = "gouxuan_g";
 // The name of a draw product opened from a page: "一元夺宝-第%@期" with the series.
 inline constexpr const char* kDrawNamePrefix = "一元夺宝-第";
 inline constexpr const char* kDrawNameSuffix = "期";
+
+// The channels as the pay-now screen names them beside their pictures.
+inline constexpr const char* kAlipayName = "支付宝";
+inline constexpr const char* kWeChatName = "微信支付";
+inline constexpr const char* kUnionPayName = "银联支付";
 
 // Channel codes sent as "accountType".
 inline constexpr const char* kAlipayCode = "0";
