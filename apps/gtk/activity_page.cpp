@@ -30,6 +30,11 @@ void ActivityPage::refresh() {
   sold->set_xalign(1);
   prices->append(*sold);
   body().append(*prices);
+  // Within reach without scrolling, as the phone's bar under the price is.
+  auto* buy = ui::button(checkout_texts::kBuyButton, [this] { screen_.openSubmitOrder(); }, "suggested-action");
+  buy->set_name("buy");
+  buy->add_css_class("pill");
+  body().append(*buy);
 
   body().append(*ui::label(texts::kPackageSection, "heading"));
   for (const auto& package : screen_.packages()) {
@@ -53,10 +58,6 @@ void ActivityPage::refresh() {
   call->set_halign(Gtk::Align::START);
   call->signal_clicked().connect([this] { screen_.callStore(); });
   body().append(*call);
-  auto* buy = ui::button(checkout_texts::kBuyButton, [this] { screen_.openSubmitOrder(); }, "suggested-action");
-  buy->set_name("buy");
-  buy->add_css_class("pill");
-  body().append(*buy);
 }
 
 }  // namespace qmv::gtk
