@@ -9,6 +9,7 @@
 
 #include "apps/qmv/message_stream.h"
 #include "apps/sandbox/sandbox_server.h"
+#include "core/common/loop_stall_probe.h"
 #include "core/session/auto_login.h"
 #include "platform/clock.h"
 #include "platform/cookie_store.h"
@@ -99,6 +100,14 @@ std::string CliApp::boot() {
   if (autoLogin_->autoLoginNet()) waitUntil([&finished] { return finished; });
   autoLogin_->onFinished = nullptr;
   return {};
+}
+
+void CliApp::endCommand() {
+  output_->finish();
+  if (LoopStallProbe::enabled()) {
+    std::cerr << "qmv: " << LoopStallProbe::describe() << '\n';
+    LoopStallProbe::reset();
+  }
 }
 
 std::string CliApp::buildEnv() {

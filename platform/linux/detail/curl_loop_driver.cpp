@@ -22,6 +22,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "core/common/loop_stall_probe.h"
 #include "platform/linux/detail/curl_driver.h"
 #include "platform/linux/detail/curl_transfer.h"
 
@@ -84,6 +85,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
  private:
   // Lets curl act on a socket, or on its timeouts.
   void act(curl_socket_t fd, int mask) {
+    LoopStallProbe::Stretch stretch("curl");
     int running = 0;
     curl_multi_socket_action(multi_, fd, mask, &running);
     settle();
@@ -240,6 +242,7 @@ class LoopDriver : public CurlDriver {
   // and a cancel never overtakes the send it refers to.
   void send(std::unique_ptr<Transfer> transfer) override {
     asio::post(io_, [weak = std::weak_ptr(state_), transfer = std::move(transfer)]() mutable {
+      LoopStallProbe::Stretch stretch("curl send");
       if (auto state = weak.lock()) state->push(std::move(transfer));
     });
   }
