@@ -3,13 +3,13 @@
 #include <sqlite3.h>
 
 #include <atomic>
-#include <cctype>
 #include <cstdio>
 #include <mutex>
 #include <system_error>
 #include <unordered_map>
 
 #include "core/common/dictionary.h"
+#include "core/common/url_parts.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
 
@@ -28,23 +28,6 @@ struct StatementDeleter {
   void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
 };
 using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
-
-// "file:" URI of a path for the URI parameters; every byte outside the unreserved set is
-// percent-encoded so that '?', '#' or '%' in a directory name keep their meaning.
-std::string fileUri(const std::filesystem::path& path) {
-  static const char kHex[] = "0123456789ABCDEF";
-  std::string uri = "file:";
-  for (const unsigned char c : path.string()) {
-    if (std::isalnum(c) || c == '/' || c == '-' || c == '_' || c == '.' || c == '~') {
-      uri += static_cast<char>(c);
-    } else {
-      uri += '%';
-      uri += kHex[c >> 4];
-      uri += kHex[c & 15];
-    }
-  }
-  return uri;
-}
 
 int bindValue(sqlite3_stmt* s, int index, const DBValue& value) {
   if (const auto* text = std::get_if<std::string>(&value)) {
@@ -114,7 +97,8 @@ struct SQLiteDatabase::Impl {
       if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), ec);
     } else if (mode == Mode::kImmutable) {
       flags |= SQLITE_OPEN_URI;
-      name = fileUri(path) + "?immutable=1";
+      // Escaped whole, so that "?", "#" or "%" in a directory name keep their meaning.
+      name = "file:" + percentEncode(path.string()) + "?immutable=1";
     }
     sqlite3* handle = nullptr;
     const int rc = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
