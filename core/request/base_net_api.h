@@ -47,6 +47,8 @@ class BaseNetApi : public CachedRequest {
   NoNetWorkingDelegate* noNetWorkingDelegate = nullptr;  // not owned
 
  protected:
+  // The response text parsed as JSON (discarded when it is not JSON).
+  Json responseEnvelope() const { return parseJson(responseString()); }
   // "data" of the response, or null when absent or the text is not a JSON object.
   Json responseData() const;
 
