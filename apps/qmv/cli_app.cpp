@@ -10,6 +10,7 @@
 #include "apps/launch/app_launch.h"
 #include "apps/qmv/message_stream.h"
 #include "apps/sandbox/sandbox_server.h"
+#include "core/common/loop_stall_probe.h"
 #include "core/session/auto_login.h"
 #include "platform/linux/asio_main_loop.h"
 #include "platform/linux/headless_app_window.h"
@@ -68,6 +69,14 @@ std::string CliApp::boot() {
   if (autoLogin_->autoLoginNet()) waitUntil([&finished] { return finished; });
   autoLogin_->onFinished = nullptr;
   return {};
+}
+
+void CliApp::endCommand() {
+  output_->finish();
+  if (LoopStallProbe::enabled()) {
+    std::cerr << "qmv: " << LoopStallProbe::describe() << '\n';
+    LoopStallProbe::reset();
+  }
 }
 
 std::string CliApp::buildEnv() {

@@ -64,7 +64,9 @@ class CliApp {
   // Starts a fresh output for the next command (the shell runs many).
   void beginCommand(bool json);
   // Prints the --json document of the command that ends.
-  void endCommand() { output_->finish(); }
+  // Flushes the command's output; with QMV_LOOP_STALL set, also reports on stderr the
+  // longest callback the loop ran since the previous command (start-up included).
+  void endCommand();
 
   // A line typed by the user, after printing `prompt` (nullopt at end of input).
   std::optional<std::string> readLine(const std::string& prompt);

@@ -41,7 +41,9 @@ constexpr const char* kDistrictNamesSql = "Select area_name from areas where par
 constexpr const char* kDistrictIdSql = "Select area_id from areas where area_name = \"%@\" and parent_id = \"%@\"";
 constexpr const char* kCityByNameSql = "Select * from areas where area_name = \"%@\"";
 constexpr const char* kCityByIdSql = "Select * from areas where area_id = \"%@\"";
-constexpr const char* kBankBinSql = "Select * from bank_card_bin where card_bin = \"%@\"";
+// The card number has passed the digits-only rule, so binding its prefix finds exactly the
+// rows that the quoted text "%@" did; the one statement is then prepared only once.
+constexpr const char* kBankBinSql = "Select * from bank_card_bin where card_bin = ?";
 
 std::string formatStatement(std::string_view templ, std::initializer_list<std::string_view> values) {
   std::string out;
@@ -92,8 +94,9 @@ std::shared_ptr<SQLiteDatabase> makeManager(bool cache, const char* name) {
   const auto& files = Env::current().files;
   if (!files) return std::make_shared<SQLiteDatabase>(SQLiteDatabase::atPath({}, SQLiteDatabase::Mode::kReadOnly));
   if (cache) return std::make_shared<SQLiteDatabase>(SQLiteDatabase::atPath(files->cachesDirectory() / name));
+  // Shipped databases never change under a running client: no locking or change checks.
   return std::make_shared<SQLiteDatabase>(
-      SQLiteDatabase::atPath(files->resourceDirectory() / name, SQLiteDatabase::Mode::kReadOnly));
+      SQLiteDatabase::atPath(files->resourceDirectory() / name, SQLiteDatabase::Mode::kImmutable));
 }
 
 std::shared_ptr<SQLiteDatabase> manager(std::shared_ptr<SQLiteDatabase> Managers::*slot, bool cache, const char* name) {
@@ -241,7 +244,7 @@ std::string DBUtil::getBankNameWithBankNum(std::string_view cardNum) {
   if (ControlUtil::validateBankNum(cardNum) == 1) return {};
   const auto bins = bankBinManager();
   for (std::size_t length = 2; length <= 8; ++length) {
-    const Json rows = bins->getRowsForQuery(formatStatement(kBankBinSql, {cardNum.substr(0, length)}));
+    const Json rows = bins->getRowsForQuery(kBankBinSql, {std::string(cardNum.substr(0, length))});
     if (!rows.empty()) return strForKey(rows.front(), "bank_name");
   }
   return {};

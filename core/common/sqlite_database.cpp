@@ -6,8 +6,10 @@
 #include <cstdio>
 #include <mutex>
 #include <system_error>
+#include <unordered_map>
 
 #include "core/common/dictionary.h"
+#include "core/common/url_parts.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
 
@@ -26,6 +28,28 @@ struct StatementDeleter {
   void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
 };
 using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
+
+int bindValue(sqlite3_stmt* s, int index, const DBValue& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    return sqlite3_bind_text64(s, index, text->data(), text->size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+  }
+  if (const auto* integer = std::get_if<std::int64_t>(&value)) return sqlite3_bind_int64(s, index, *integer);
+  if (const auto* real = std::get_if<double>(&value)) return sqlite3_bind_double(s, index, *real);
+  if (const auto* blob = std::get_if<std::vector<std::uint8_t>>(&value)) {
+    return sqlite3_bind_blob64(s, index, blob->data(), blob->size(), SQLITE_TRANSIENT);
+  }
+  if (const auto* date = std::get_if<std::chrono::system_clock::time_point>(&value)) {
+    return sqlite3_bind_double(s, index, std::chrono::duration<double>(date->time_since_epoch()).count());
+  }
+  return sqlite3_bind_null(s, index);
+}
+
+int bindAll(sqlite3_stmt* s, const std::vector<DBValue>& params) {
+  for (std::size_t i = 0; i < params.size(); ++i) {
+    if (const int rc = bindValue(s, static_cast<int>(i) + 1, params[i]); rc != SQLITE_OK) return rc;
+  }
+  return SQLITE_OK;
+}
 
 // Writes a value of a dump line; apostrophes are doubled so the line reads back as SQL.
 std::string quoted(const Json& value) {
@@ -60,17 +84,24 @@ struct SQLiteDatabase::Impl {
   std::recursive_mutex mutex;
   std::atomic<bool> writing{false};
   std::mutex rebuildMutex;  // one replaceWith at a time
+  // Statements kept for getRowsForQuery with parameters; finalised before every close.
+  std::unordered_map<std::string, Statement> kept;
 
   std::optional<DBError> open() {
     if (db != nullptr) return std::nullopt;
     int flags = SQLITE_OPEN_READONLY;
+    std::string name = path.string();
     if (mode == Mode::kReadWrite) {
       flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
       std::error_code ec;
       if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), ec);
+    } else if (mode == Mode::kImmutable) {
+      flags |= SQLITE_OPEN_URI;
+      // Escaped whole, so that "?", "#" or "%" in a directory name keep their meaning.
+      name = "file:" + percentEncode(path.string()) + "?immutable=1";
     }
     sqlite3* handle = nullptr;
-    const int rc = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+    const int rc = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
     if (rc != SQLITE_OK) {
       std::string message = handle != nullptr ? sqlite3_errmsg(handle) : sqlite3_errstr(rc);
       sqlite3_close(handle);
@@ -83,6 +114,7 @@ struct SQLiteDatabase::Impl {
 
   std::optional<DBError> close() {
     if (db == nullptr) return std::nullopt;
+    kept.clear();
     const int rc = sqlite3_close(db);
     if (rc != SQLITE_OK) {
       return createDBErrorWithDescription(std::string("The database could not be closed: ") + sqlite3_errmsg(db), rc);
@@ -120,30 +152,51 @@ struct SQLiteDatabase::Impl {
   }
 
   Json rows(std::string_view sql) {
-    Json result = Json::array();
     Statement stmt;
-    if (prepare(sql, stmt)) return result;
-    const int columns = sqlite3_column_count(stmt.get());
+    if (prepare(sql, stmt)) return Json::array();
+    return readRows(stmt.get());
+  }
+
+  // Prepares `sql` once per connection, binds `params` and reads its rows; the kept
+  // statement is reset and its bindings cleared for the next call.
+  Json keptRows(std::string_view sql, const std::vector<DBValue>& params) {
+    if (open()) return Json::array();
+    auto found = kept.find(std::string(sql));
+    if (found == kept.end()) {
+      Statement stmt;
+      if (prepare(sql, stmt)) return Json::array();
+      found = kept.emplace(std::string(sql), std::move(stmt)).first;
+    }
+    sqlite3_stmt* s = found->second.get();
+    Json result = bindAll(s, params) == SQLITE_OK ? readRows(s) : Json::array();
+    sqlite3_reset(s);
+    sqlite3_clear_bindings(s);
+    return result;
+  }
+
+  Json readRows(sqlite3_stmt* stmt) {
+    Json result = Json::array();
+    const int columns = sqlite3_column_count(stmt);
     int rc;
-    while ((rc = sqlite3_step(stmt.get())) == SQLITE_ROW) {
+    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
       Json row = Json::object();
       for (int i = 0; i < columns; ++i) {
-        const char* name = sqlite3_column_name(stmt.get(), i);
-        switch (sqlite3_column_type(stmt.get(), i)) {
+        const char* name = sqlite3_column_name(stmt, i);
+        switch (sqlite3_column_type(stmt, i)) {
           case SQLITE_INTEGER:
-            row[name] = static_cast<std::int64_t>(sqlite3_column_int64(stmt.get(), i));
+            row[name] = static_cast<std::int64_t>(sqlite3_column_int64(stmt, i));
             break;
           case SQLITE_FLOAT:
-            row[name] = sqlite3_column_double(stmt.get(), i);
+            row[name] = sqlite3_column_double(stmt, i);
             break;
           case SQLITE_TEXT: {
-            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt.get(), i));
-            row[name] = std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(stmt.get(), i)));
+            const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, i));
+            row[name] = std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(stmt, i)));
             break;
           }
           case SQLITE_BLOB: {
-            const auto* data = static_cast<const std::uint8_t*>(sqlite3_column_blob(stmt.get(), i));
-            const auto size = static_cast<std::size_t>(sqlite3_column_bytes(stmt.get(), i));
+            const auto* data = static_cast<const std::uint8_t*>(sqlite3_column_blob(stmt, i));
+            const auto size = static_cast<std::size_t>(sqlite3_column_bytes(stmt, i));
             row[name] = Json::binary(std::vector<std::uint8_t>(data, data + size));
             break;
           }
@@ -225,32 +278,18 @@ std::optional<DBError> SQLiteDatabase::doUpdateQuery(std::string_view sql, const
   std::lock_guard lock(impl_->mutex);
   Statement stmt;
   if (auto error = impl_->prepare(sql, stmt)) return error;
-  sqlite3_stmt* s = stmt.get();
-  for (std::size_t i = 0; i < params.size(); ++i) {
-    const int index = static_cast<int>(i) + 1;
-    int rc = SQLITE_OK;
-    const DBValue& value = params[i];
-    if (const auto* text = std::get_if<std::string>(&value)) {
-      rc = sqlite3_bind_text64(s, index, text->data(), text->size(), SQLITE_TRANSIENT, SQLITE_UTF8);
-    } else if (const auto* integer = std::get_if<std::int64_t>(&value)) {
-      rc = sqlite3_bind_int64(s, index, *integer);
-    } else if (const auto* real = std::get_if<double>(&value)) {
-      rc = sqlite3_bind_double(s, index, *real);
-    } else if (const auto* blob = std::get_if<std::vector<std::uint8_t>>(&value)) {
-      rc = sqlite3_bind_blob64(s, index, blob->data(), blob->size(), SQLITE_TRANSIENT);
-    } else if (const auto* date = std::get_if<std::chrono::system_clock::time_point>(&value)) {
-      rc = sqlite3_bind_double(s, index, std::chrono::duration<double>(date->time_since_epoch()).count());
-    } else {
-      rc = sqlite3_bind_null(s, index);
-    }
-    if (rc != SQLITE_OK) return impl_->lastError();
-  }
-  return impl_->stepOnce(s);
+  if (bindAll(stmt.get(), params) != SQLITE_OK) return impl_->lastError();
+  return impl_->stepOnce(stmt.get());
 }
 
 Json SQLiteDatabase::getRowsForQuery(std::string_view sql) {
   std::lock_guard lock(impl_->mutex);
   return impl_->rows(sql);
+}
+
+Json SQLiteDatabase::getRowsForQuery(std::string_view sql, const std::vector<DBValue>& params) {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->keptRows(sql, params);
 }
 
 std::int64_t SQLiteDatabase::getLastInsertRowID() {

@@ -34,9 +34,12 @@ using DBValue = std::variant<std::monostate, std::string, std::int64_t, double, 
 
 class SQLiteDatabase {
  public:
-  enum class Mode { kReadWrite, kReadOnly };
+  // kImmutable is for shipped resources that nothing changes while the process runs:
+  // read-only, and SQLite skips file locking and change detection on every query.
+  enum class Mode { kReadWrite, kReadOnly, kImmutable };
 
-  // Resolves the path at once. kReadOnly never creates a file: opening a missing one fails.
+  // Resolves the path at once. kReadOnly and kImmutable never create a file: opening a
+  // missing one fails.
   explicit SQLiteDatabase(std::string nameOrPath, Mode mode = Mode::kReadWrite);
   // A database at exactly `path`, without resolution (safe off the interface thread).
   static SQLiteDatabase atPath(std::filesystem::path path, Mode mode = Mode::kReadWrite);
@@ -69,6 +72,10 @@ class SQLiteDatabase {
 
   // One object per row; an empty array when the statement cannot be prepared or fails.
   Json getRowsForQuery(std::string_view sql);
+  // The same with params[i] bound to placeholder i+1 (as doUpdateQuery binds them). The
+  // statement is prepared once per opened connection and reused, so repeated look-ups with
+  // one text skip SQLite's parser; a bind failure also yields an empty array.
+  Json getRowsForQuery(std::string_view sql, const std::vector<DBValue>& params);
 
   // Rowid of the last successful insert on this connection (0 when none or closed).
   std::int64_t getLastInsertRowID();

@@ -146,6 +146,37 @@ TEST(SQLiteDatabaseTest, ReplaceSwapsOnlyCompleteDatabases) {
   EXPECT_EQ(db.getRowsForQuery("select sum(n) as s from v")[0]["s"], 5);
 }
 
+// A kept statement must answer for each call's own values, survive the swap of the file
+// under it, and an immutable database (in a directory whose name needs URI escaping) reads
+// but never writes.
+TEST(SQLiteDatabaseTest, KeptStatementsAndImmutableFiles) {
+  TempHome home;
+  const auto dir = home.home() / "a?b #50%";
+  std::filesystem::create_directories(dir);
+  SQLiteDatabase db((dir / "kept.db").string());
+  ASSERT_EQ(db.doQuerys({"create table k (n integer, s text)", "insert into k values (1, 'one')",
+                         "insert into k values (2, 'two')"}),
+            std::nullopt);
+  const char* byNumber = "select s from k where n = ?";
+  EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{2}}), Json::parse(R"([{"s":"two"}])"));
+  EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{1}}), Json::parse(R"([{"s":"one"}])"));
+  EXPECT_EQ(db.getRowsForQuery(byNumber, {}), Json::array());  // unbound reads as NULL
+  EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{1}, std::int64_t{2}}), Json::array());
+  EXPECT_EQ(db.getRowsForQuery("select nonsense from", {}), Json::array());
+  ASSERT_EQ(db.replaceWith([](SQLiteDatabase& fresh) {
+    return fresh.doQuerys({"create table k (n integer, s text)", "insert into k values (1, 'uno')"});
+  }),
+            std::nullopt);
+  EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{1}}), Json::parse(R"([{"s":"uno"}])"));
+  EXPECT_EQ(db.closeDatabase(), std::nullopt);  // kept statements do not hold the handle open
+
+  auto shipped = SQLiteDatabase::atPath(dir / "kept.db", SQLiteDatabase::Mode::kImmutable);
+  EXPECT_EQ(shipped.getRowsForQuery(byNumber, {std::int64_t{1}}), Json::parse(R"([{"s":"uno"}])"));
+  EXPECT_TRUE(shipped.doUpdateQuery("insert into k values (?, ?)", {std::int64_t{3}, std::string("x")}));
+  EXPECT_TRUE(SQLiteDatabase::atPath(dir / "missing.db", SQLiteDatabase::Mode::kImmutable).openDatabase());
+  EXPECT_FALSE(std::filesystem::exists(dir / "missing.db"));
+}
+
 TEST(SQLiteDatabaseTest, WriterAndReadersShareOneObjectSafely) {
   TempHome home;
   SQLiteDatabase db("shared.db");

@@ -2,6 +2,7 @@
 
 #include "core/common/dictionary.h"
 #include "core/common/string_util.h"
+#include "core/request/request_operation.h"
 #include "core/session/global_data.h"
 #include "platform/env.h"
 #include "platform/status_overlay.h"
@@ -14,6 +15,14 @@ constexpr const char* kMessageKey = "message";
 constexpr const char* kDataKey = "data";
 constexpr const char* kCorrect = "0";
 constexpr const char* kSessionExpired = "2";
+
+// The response text as the operation parsed it, once per response: the envelope check and
+// the readers of "data" all look at it instead of each parsing the text again. Text that
+// does not parse reads as null, which no reader takes for an object.
+const Json& parsedResponse(const BaseRequest& request) {
+  static const Json kNothing;
+  return request.requestOperation ? request.requestOperation->responseObject() : kNothing;
+}
 
 void showStatus(const std::string& text) {
   if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
@@ -29,16 +38,15 @@ Json BaseNetApi::getBaseArgument() const {
 }
 
 Json BaseNetApi::responseData() const {
-  const Json root = responseEnvelope();
+  const Json& root = parsedResponse(*this);
   if (!root.is_object()) return nullptr;
   const auto it = root.find(kDataKey);
   return it == root.end() ? Json() : *it;
 }
 
 void BaseNetApi::requestCompleteFilter() {
-  const std::string& text = responseString();
-  if (text.empty()) return;
-  const Json root = parseJson(text);
+  if (responseString().empty()) return;
+  const Json& root = parsedResponse(*this);
   const std::string success = strForKey(root, kSuccessKey);
   if (success == kSessionExpired) {
     if (sessionDelegate) sessionDelegate->sessionIsExpire(*this);

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "core/common/log.h"
+#include "core/common/loop_stall_probe.h"
 #include "core/request/network_config.h"
 #include "core/request/network_util.h"
 #include "core/request/request_operation.h"
@@ -215,6 +216,7 @@ void NetworkAgent::handleRequestResult(const std::shared_ptr<RequestOperation>& 
     if (auto it = requestsRecord_.find(key); it != requestsRecord_.end()) request = it->second;
   }
   logLine("Finished Request: " + (request ? request->className() : std::string("(null)")));
+  if (request && LoopStallProbe::enabled()) LoopStallProbe::note("completion of " + request->className());
   if (request) {
     if (checkResult(*request)) {
       request->toggleAccessoriesWillStopCallBack();

@@ -40,34 +40,50 @@ bool spans(Coordinate p, Coordinate q, Coordinate target) {
          target.longitude <= std::max(p.longitude, q.longitude);
 }
 
+// The two offsets share their root term and their first wave group, which depend on x
+// alone; computing them once saves two of the twelve sines (the bulk of the cost). Each
+// value is the same expression as before, so the results do not change by a bit.
+struct XTerms {
+  explicit XTerms(double x)
+      : rootOfX(std::sqrt(std::fabs(x))),
+        firstWave(twoThirds(20.0 * std::sin(6.0 * kPi * x) + 20.0 * std::sin(2.0 * kPi * x))) {}
+  double rootOfX;
+  double firstWave;
+};
+
+double latOffset(double x, double y, const XTerms& t) {
+  double ret = -100.0 + 2.0 * x + 3.0 * y + 0.2 * y * y + 0.1 * x * y + 0.2 * t.rootOfX;
+  ret += t.firstWave;
+  ret += twoThirds(20.0 * std::sin(kPi * y) + 40.0 * std::sin(kPi * y / 3.0));
+  ret += twoThirds(160.0 * std::sin(kPi * y / 12.0) + 320.0 * std::sin(kPi * y / 30.0));
+  return ret;
+}
+
+double lonOffset(double x, double y, const XTerms& t) {
+  double ret = 300.0 + x + 2.0 * y + 0.1 * x * x + 0.1 * x * y + 0.1 * t.rootOfX;
+  ret += t.firstWave;
+  ret += twoThirds(20.0 * std::sin(kPi * x) + 40.0 * std::sin(kPi * x / 3.0));
+  ret += twoThirds(150.0 * std::sin(kPi * x / 12.0) + 300.0 * std::sin(kPi * x / 30.0));
+  return ret;
+}
+
 }  // namespace
 
 bool LocationConverter::isLocationOutOfChina(Coordinate c) {
   return c.longitude < kMinLon || c.longitude > kMaxLon || c.latitude < kMinLat || c.latitude > kMaxLat;
 }
 
-double LocationConverter::transformLatWithX(double x, double y) {
-  double ret = -100.0 + 2.0 * x + 3.0 * y + 0.2 * y * y + 0.1 * x * y + 0.2 * std::sqrt(std::fabs(x));
-  ret += twoThirds(20.0 * std::sin(6.0 * kPi * x) + 20.0 * std::sin(2.0 * kPi * x));
-  ret += twoThirds(20.0 * std::sin(kPi * y) + 40.0 * std::sin(kPi * y / 3.0));
-  ret += twoThirds(160.0 * std::sin(kPi * y / 12.0) + 320.0 * std::sin(kPi * y / 30.0));
-  return ret;
-}
+double LocationConverter::transformLatWithX(double x, double y) { return latOffset(x, y, XTerms(x)); }
 
-double LocationConverter::transformLonWithX(double x, double y) {
-  double ret = 300.0 + x + 2.0 * y + 0.1 * x * x + 0.1 * x * y + 0.1 * std::sqrt(std::fabs(x));
-  ret += twoThirds(20.0 * std::sin(6.0 * kPi * x) + 20.0 * std::sin(2.0 * kPi * x));
-  ret += twoThirds(20.0 * std::sin(kPi * x) + 40.0 * std::sin(kPi * x / 3.0));
-  ret += twoThirds(150.0 * std::sin(kPi * x / 12.0) + 300.0 * std::sin(kPi * x / 30.0));
-  return ret;
-}
+double LocationConverter::transformLonWithX(double x, double y) { return lonOffset(x, y, XTerms(x)); }
 
 Coordinate LocationConverter::transformFromWGSToGCJ(Coordinate wgs) {
   if (isLocationOutOfChina(wgs)) return wgs;
   const double x = wgs.longitude - kOriginLon;
   const double y = wgs.latitude - kOriginLat;
-  double dLat = transformLatWithX(x, y);
-  double dLon = transformLonWithX(x, y);
+  const XTerms shared(x);
+  double dLat = latOffset(x, y, shared);
+  double dLon = lonOffset(x, y, shared);
   const double radLat = wgs.latitude / 180.0 * kPi;
   const double s = std::sin(radLat);
   const double magic = 1.0 + s * (s * kNegatedEe);

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <string>
 
 namespace qmv {
@@ -80,6 +83,66 @@ TEST(LocationConverterTest, ForwardConversionsMatchIndependentReference) {
   EXPECT_NEAR(LocationConverter::transformLonWithX(-17.383152, -5.347509), 225.55099559214871, 1e-9);
   EXPECT_DOUBLE_EQ(LocationConverter::transformLatWithX(0, 0), -100.0);
   EXPECT_DOUBLE_EQ(LocationConverter::transformLonWithX(0, 0), 300.0);
+}
+
+// The formulas written out plainly, one sine per term, as the converter first had them:
+// its faster arrangement must give the very same bits.
+double plainTransform(double x, double y, bool latitude) {
+  constexpr double kPi = 3.141592653589793;
+  const double wave = (20.0 * std::sin(6.0 * kPi * x) + 20.0 * std::sin(2.0 * kPi * x)) * 2.0 / 3.0;
+  if (latitude) {
+    double ret = -100.0 + 2.0 * x + 3.0 * y + 0.2 * y * y + 0.1 * x * y + 0.2 * std::sqrt(std::fabs(x));
+    ret += wave;
+    ret += (20.0 * std::sin(kPi * y) + 40.0 * std::sin(kPi * y / 3.0)) * 2.0 / 3.0;
+    return ret + (160.0 * std::sin(kPi * y / 12.0) + 320.0 * std::sin(kPi * y / 30.0)) * 2.0 / 3.0;
+  }
+  double ret = 300.0 + x + 2.0 * y + 0.1 * x * x + 0.1 * x * y + 0.1 * std::sqrt(std::fabs(x));
+  ret += wave;
+  ret += (20.0 * std::sin(kPi * x) + 40.0 * std::sin(kPi * x / 3.0)) * 2.0 / 3.0;
+  return ret + (150.0 * std::sin(kPi * x / 12.0) + 300.0 * std::sin(kPi * x / 30.0)) * 2.0 / 3.0;
+}
+
+Coordinate plainWgsToGcj(Coordinate wgs) {
+  constexpr double kPi = 3.141592653589793;
+  if (LocationConverter::isLocationOutOfChina(wgs)) return wgs;
+  double dLat = plainTransform(wgs.longitude - 105.0, wgs.latitude - 35.0, true);
+  double dLon = plainTransform(wgs.longitude - 105.0, wgs.latitude - 35.0, false);
+  const double radLat = wgs.latitude / 180.0 * kPi;
+  const double s = std::sin(radLat);
+  const double magic = 1.0 + s * (s * -0.006693421622965943);
+  const double sqrtMagic = std::sqrt(magic);
+  dLat = (dLat * 180.0) / ((6335552.717000426 / (magic * sqrtMagic)) * kPi);
+  dLon = (dLon * 180.0) / ((6378245.0 / sqrtMagic) * std::cos(radLat) * kPi);
+  return {wgs.latitude + dLat, wgs.longitude + dLon};
+}
+
+bool sameBits(double a, double b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
+
+TEST(LocationConverterTest, ForwardTransformIsBitIdenticalToThePlainFormulas) {
+  std::size_t differing = 0;
+  std::string first;
+  const auto check = [&](Coordinate wgs) {
+    const Coordinate got = LocationConverter::transformFromWGSToGCJ(wgs);
+    const Coordinate want = plainWgsToGcj(wgs);
+    const double x = wgs.longitude - 105.0;
+    const double y = wgs.latitude - 35.0;
+    if (sameBits(got.latitude, want.latitude) && sameBits(got.longitude, want.longitude) &&
+        sameBits(LocationConverter::transformLatWithX(x, y), plainTransform(x, y, true)) &&
+        sameBits(LocationConverter::transformLonWithX(x, y), plainTransform(x, y, false))) {
+      return;
+    }
+    if (differing++ == 0) first = std::to_string(wgs.latitude) + "," + std::to_string(wgs.longitude);
+  };
+  // A 0.0137-degree step lands on no round values, so the grid samples every wave's phase.
+  for (double lat = 0.5; lat < 56.5; lat += 0.137) {
+    for (double lon = 71.5; lon < 138.5; lon += 0.0137 * 13) check({lat, lon});
+  }
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (const Coordinate odd : {Coordinate{0.8293, 72.004}, Coordinate{55.8271, 137.8347}, Coordinate{35.0, 105.0},
+                               Coordinate{nan, 116.0}, Coordinate{39.9, nan}}) {
+    check(odd);
+  }
+  EXPECT_EQ(differing, 0u) << "first at " << first;
 }
 
 TEST(LocationConverterTest, GcjToWgsRoundTripsInsideChina) {

@@ -3,6 +3,8 @@
 #include <asio.hpp>
 #include <chrono>
 
+#include "core/common/loop_stall_probe.h"
+
 namespace qmv {
 
 struct AsioMainLoop::Impl {
@@ -28,11 +30,21 @@ AsioMainLoop::~AsioMainLoop() {
   timers_.clear();
 }
 
-void AsioMainLoop::post(Task task) { asio::post(impl_->io, std::move(task)); }
+void AsioMainLoop::post(Task task) {
+  if (!LoopStallProbe::enabled()) {
+    asio::post(impl_->io, std::move(task));
+    return;
+  }
+  asio::post(impl_->io, [task = std::move(task)] {
+    LoopStallProbe::Stretch stretch("task");
+    task();
+  });
+}
 
 void AsioMainLoop::arm(const std::shared_ptr<TimerState>& state, Duration delay) {
   state->timer.expires_after(delay);
   state->timer.async_wait([this, weak = std::weak_ptr(state)](const asio::error_code& ec) {
+    LoopStallProbe::Stretch stretch("timer");
     auto state = weak.lock();
     if (ec || !state) return;
     {

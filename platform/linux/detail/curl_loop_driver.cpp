@@ -18,6 +18,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "core/common/loop_stall_probe.h"
 #include "platform/linux/detail/curl_driver.h"
 #include "platform/linux/detail/curl_transfer.h"
 #include "platform/linux/io_watcher.h"
@@ -69,6 +70,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
  private:
   // Lets curl act on a socket, or on its timeouts.
   void act(curl_socket_t fd, int mask) {
+    LoopStallProbe::Stretch stretch("curl");
     int running = 0;
     curl_multi_socket_action(multi_, fd, mask, &running);
     settle();
@@ -197,6 +199,7 @@ class LoopDriver : public CurlDriver {
     // Tasks are copyable functions; the transfer rides in a shared box.
     auto box = std::make_shared<std::unique_ptr<Transfer>>(std::move(transfer));
     loop_.post([weak = std::weak_ptr(state_), box] {
+      LoopStallProbe::Stretch stretch("curl send");
       if (auto state = weak.lock()) state->push(std::move(*box));
     });
   }
