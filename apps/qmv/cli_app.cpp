@@ -63,11 +63,22 @@ CliApp::~CliApp() {
   if (sandbox_) sandbox_->stop();
 }
 
+CliApp::SettingsWrapper& CliApp::settingsWrapperForTesting() {
+  static SettingsWrapper wrapper;
+  return wrapper;
+}
+
 std::string CliApp::boot() {
   home_ = options_.home.empty() ? HomeFileLocations::defaultHome() : std::filesystem::path(options_.home);
   std::error_code ec;
-  std::filesystem::create_directories(home_, ec);
+  // The home holds the password and the session. A directory given with --home that
+  // already existed may be shared (/tmp), so only one made here, or the default home,
+  // is narrowed.
+  const bool created = std::filesystem::create_directories(home_, ec);
   if (ec) return "cannot create the home directory " + home_.string() + ": " + ec.message();
+  if (created || options_.home.empty()) {
+    std::filesystem::permissions(home_, std::filesystem::perms::owner_all, std::filesystem::perm_options::replace, ec);
+  }
 
   std::vector<std::string> warnings;
   config_ = AppConfig::load(home_ / "qmv.conf", &warnings);
@@ -107,6 +118,7 @@ std::string CliApp::buildEnv() {
     std::cerr << "qmv: an unreadable settings file was kept aside as " << opened.keptAside << '\n';
   }
   env_.settings = std::move(opened.store);
+  if (const auto& wrap = settingsWrapperForTesting()) env_.settings = wrap(env_.settings);
   env_.files = std::make_shared<HomeFileLocations>(home_);
   env_.clock = std::make_shared<SystemClock>();
   env_.notifications = std::make_shared<LoopNotificationCenter>(loop);

@@ -1,9 +1,12 @@
 #include "apps/qmv/command_registry.h"
 
+#include <sys/stat.h>
+
 #include <iostream>
 
 #include "apps/qmv/cli_app.h"
 #include "platform/fixed_location_source.h"
+#include "platform/settings_store.h"
 #include "qmv/version.h"
 
 namespace qmv::cli {
@@ -34,6 +37,9 @@ void registerAllCommands(CommandRegistry& registry) {
 }
 
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
+  // Everything a run writes (settings, sandbox data, caches, downloads) is the member's
+  // alone.
+  ::umask(077);
   CLI::App app{"qmv: the client of a local-life services platform"};
   app.set_version_flag("--version", std::string("qmv ") + QMV_VERSION_STRING);
   GlobalOptions options;
@@ -72,8 +78,12 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
       return kExitFailure;
     }
   }
-  const int status = entry->run(cli);
+  int status = entry->run(cli);
   cli.endCommand();
+  // A setting that did not reach the disk is gone at the next start, so the flow did not
+  // end as it should; the store has said why on stderr.
+  const auto& settings = cli.env().settings;
+  if (status == kExitOk && settings && !settings->lastError().empty()) status = kExitFailure;
   return status;
 }
 
