@@ -47,6 +47,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
         kChangeBaseUrlNotification, [this](const std::string&, const Json& userInfo) { changeBaseUrl(userInfo); });
   }
   NetworkConfig::sharedInstance().setBaseUrl(config_.serverBaseUrl);
+  if (config_.maxResponseBytes > 0) NetworkConfig::sharedInstance().setMaxResponseBytes(config_.maxResponseBytes);
   if (env.window) env.window->setOverlayDefaultStyle(1);
   if (env.reachability) env.reachability->startMonitoring();
   if (env.analytics) env.analytics->start(config_.analyticsAppKey, 1, "");
