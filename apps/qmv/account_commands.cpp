@@ -2,10 +2,12 @@
 // recovery. Each drives the headless screen the way a member would and waits for it.
 #include <cstdio>
 #include <iostream>
+#include <limits>
 #include <memory>
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
+#include "core/common/string_util.h"
 #include "core/session/find_pwd_step2_view_controller.h"
 #include "core/session/find_pwd_view_controller.h"
 #include "core/session/global_data.h"
@@ -37,18 +39,31 @@ struct Outcome {
   }
 };
 
+// Fen as yuan with two decimals, exactly (the balance is decimal text of any length);
+// text that is not a number reads as 0, as the platform's number parsing does.
 std::string formatYuan(const std::string& fen) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.2f", std::strtod(fen.c_str(), nullptr) / 100.0);
-  return text;
+  std::string yuan = StringUtil::stringDividWithString(fen, "100", 2).value_or("0");
+  const auto point = yuan.find('.');
+  const std::size_t decimals = point == std::string::npos ? 0 : yuan.size() - point - 1;
+  if (point == std::string::npos) yuan += '.';
+  return yuan + std::string(2 - decimals, '0');
+}
+
+// currentTotal - nowExp, saturated: both come from the server and may be anything.
+long experienceToNextLevel(const UserInfoModel& me) {
+  const long exp = std::strtol(me.nowEXP.c_str(), nullptr, 10);
+  long remaining = 0;
+  if (__builtin_sub_overflow(static_cast<long>(me.currentTotal), exp, &remaining)) {
+    remaining = exp < 0 ? std::numeric_limits<long>::max() : std::numeric_limits<long>::min();
+  }
+  return remaining;
 }
 
 void printMember(CliApp& app, const UserInfoModel& me) {
-  char level[32], progress[64], remaining[96];
+  char level[32], remaining[96];
   std::snprintf(level, sizeof level, "LV%ld", static_cast<long>(me.level));
-  std::snprintf(progress, sizeof progress, "%s/%ld", me.nowEXP.c_str(), static_cast<long>(me.currentTotal));
-  const long exp = std::strtol(me.nowEXP.c_str(), nullptr, 10);
-  std::snprintf(remaining, sizeof remaining, "距离下一等级还需要%ld经验", static_cast<long>(me.currentTotal - exp));
+  const std::string progress = me.nowEXP + "/" + std::to_string(me.currentTotal);
+  std::snprintf(remaining, sizeof remaining, "距离下一等级还需要%ld经验", experienceToNextLevel(me));
   CliOutput& out = app.output();
   out.line("账号: " + me.userName);
   out.line("昵称: " + me.nickName);
