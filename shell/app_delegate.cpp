@@ -71,10 +71,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
     jump2MainViewCtrl();
   } else {
     if (env.navigator) env.navigator->setRoot("LaunchViewController");
-    if (env.settings) {
-      env.settings->setString(kDefaultCity, "select_city");
-      env.settings->setString(kDefaultCity, "select_city_dis");
-    }
+    if (env.settings) env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
   }
 
   if (env.window) env.window->makeKeyAndVisible();

@@ -135,10 +135,17 @@ class FaultServer {
     json(res, dumpJson(Json{{"success", "0"}, {"message", ""}, {"data", record}}));
   }
   // A member with an experience point count at the bottom of int64 and a balance of
-  // 1e300 fen; a store to route to from anywhere.
+  // 1e300 fen; store "1" to route to from anywhere, every other store off the globe.
   static void extreme(const httplib::Request& req, httplib::Response& res) {
     if (endpoint(req) == "getStoreDetailInfo") {
-      json(res, R"({"success":"0","message":"","data":{"storeName":"远店","coordinate":"118.354878,35.066057"}})");
+      const std::string where = req.get_param_value("storeId") == "1" ? "118.354878,35.066057" : "1e300,-1e300";
+      json(res, R"({"success":"0","message":"","data":{"storeName":"远店","coordinate":")" + where + "\"}}");
+      return;
+    }
+    if (endpoint(req) == "getSearchList") {
+      json(res, R"({"success":"0","message":"","data":{"count":2,"dataList":[)"
+                R"({"storeId":"7","storeName":"远店","coordinate":"1e300,-1e300"},)"
+                R"({"storeId":"8","storeName":"无店","coordinate":"nan,inf"}]}})");
       return;
     }
     Json record = memberRecord();

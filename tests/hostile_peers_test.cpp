@@ -91,13 +91,15 @@ TEST_F(HostilePeersTest, OversizedAnswersFailAsConnectionFailuresAtOnce) {
   }
 }
 
-TEST_F(HostilePeersTest, RefusedHugeKeywordIsNotRemembered) {
+TEST_F(HostilePeersTest, KeywordsThatAreNoWordsAreNotRemembered) {
   const auto login = run("too-large", {"login", FaultServer::kPhone, kPassword});
   EXPECT_EQ(login.out, std::string(kConnectionFailed) + "\n");
   const std::string keyword(1 << 20, 'k');  // the server refuses the URI (414)
-  const auto search = run("too-large", {"search", keyword});
-  EXPECT_EQ(search.status, 1);
-  EXPECT_EQ(search.out.substr(0, search.out.find('\n')), kConnectionFailed);
+  for (const std::string& word : {keyword, std::string("\xff")}) {
+    const auto search = run("too-large", {"search", word});
+    EXPECT_EQ(search.status, 1);
+    EXPECT_EQ(search.out.substr(0, search.out.find('\n')), kConnectionFailed);
+  }
   EXPECT_EQ(run("too-large", {"search", "火锅"}).status, 1);
   EXPECT_EQ(setting(kSearchKeyWordsKey), Json::array({"火锅"}));
 }
@@ -127,6 +129,12 @@ TEST_F(HostilePeersTest, ExtremeNumbersAreRangeChecked) {
   EXPECT_EQ(route.status, 1);
   EXPECT_EQ(route.out, "未获取到用户当前位置\n");
   EXPECT_TRUE(run("extreme", {"--at", "35.05,118.33", "route", "1"}).has("baidumap://map/direction?origin=35.0"));
+  // Stores off the globe have no distance and no route.
+  const auto far = run("extreme", {"--at", "35.05,118.33", "route", "2"});
+  EXPECT_EQ(far.status, 1);
+  EXPECT_TRUE(far.has("位置信息错误\n")) << far.out;
+  const auto rows = run("extreme", {"--at", "35.05,118.33", "search", "远"});
+  EXPECT_TRUE(rows.has("7 远店 |  | --km |") && rows.has("8 无店 |  | --km |")) << rows.out;
 
   // Arguments outside the globe are usage errors, not numbers to print.
   for (const char* lat : {"1e300", "nan", "inf", "90.5", "-91"}) {
