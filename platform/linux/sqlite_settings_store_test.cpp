@@ -5,10 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
+#include <thread>
 
 namespace qmv {
 namespace {
@@ -96,7 +99,8 @@ TEST(SqliteSettingsStoreTest, UnwritableLocationIsAnError) {
 }
 
 // Runs `write(i)` for i = 0, 1, ... in a forked child that reports each finished i, and
-// kills it with SIGKILL once `reports` have arrived; returns the last reported i.
+// kills it with SIGKILL at a random moment after `reports` have arrived; returns the
+// last i the child reported finished.
 template <class Write>
 std::uint32_t killWriterAfter(const fs::path& file, std::size_t reports, Write write) {
   int fds[2];
@@ -119,9 +123,12 @@ std::uint32_t killWriterAfter(const fs::path& file, std::size_t reports, Write w
     last = value;
     ++reported;
   }
+  // Not right after a report, where the child has only begun its next write.
+  std::this_thread::sleep_for(std::chrono::microseconds(std::random_device{}() % 20000));
   kill(child, SIGKILL);
   int status = 0;
   waitpid(child, &status, 0);
+  while (read(fds[0], &value, sizeof value) == sizeof value) last = value;
   close(fds[0]);
   EXPECT_TRUE(WIFSIGNALED(status)) << "writer ended on its own with " << status;
   EXPECT_GE(reported, reports);
