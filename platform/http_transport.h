@@ -5,6 +5,7 @@
 // `error` is set only when no complete response arrived. Transfers never block the
 // interface thread; completions and download progress are posted to a main loop.
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -24,6 +25,10 @@ struct BasicAuth {
 struct HttpRequest {
   using ProgressCallback = std::function<void(std::int64_t received, std::int64_t expected)>;
 
+  // Far above any answer of the application server; a peer that sends more (or never
+  // stops) must not be able to take the device's memory.
+  static constexpr std::size_t kDefaultMaxResponseBytes = std::size_t{8} << 20;
+
   std::string method = "GET";  // sent as written: GET, POST, HEAD, PUT, DELETE, PATCH, ...
   std::string url;
   HeaderFields headers;
@@ -31,6 +36,9 @@ struct HttpRequest {
   std::string contentType;  // Content-Type of `body`; empty sends none
   std::optional<BasicAuth> basicAuth;
   std::chrono::milliseconds timeout{10000};  // whole transfer; zero means none
+  // Bytes of header fields and of a body kept in memory (not one written to
+  // downloadPath) beyond which the transfer ends with TransportError::tooLarge.
+  std::size_t maxResponseBytes = kDefaultMaxResponseBytes;
 
   // Non-empty: the body of a 2xx answer is written to this file instead of the response.
   std::string downloadPath;
@@ -41,7 +49,7 @@ struct HttpRequest {
   ProgressCallback progress;
 };
 
-enum class TransportError { none, timeout, connection, cancelled, other };
+enum class TransportError { none, timeout, connection, cancelled, tooLarge, other };
 
 struct HttpResponse {
   long status = 0;  // 0 when no response arrived

@@ -47,6 +47,22 @@ void MemorySettingsStore::setObject(const Json& value, const std::string& key) {
 
 void MemorySettingsStore::removeObjectForKey(const std::string& key) { values_.erase(key); }
 
+bool MemorySettingsStore::setObjects(const Json& values) {
+  if (!values.is_object()) return false;
+  for (const auto& [key, value] : values.items()) {
+    if (value.is_null()) {
+      values_.erase(key);
+    } else {
+      values_[key] = value;
+    }
+  }
+  return true;
+}
+
+bool MemorySettingsStore::updateObject(const std::string& key, const Change& change) {
+  return setObjects(Json{{key, change(objectForKey(key))}});
+}
+
 bool MemorySettingsStore::synchronize() {
   ++synchronizeCount_;
   return true;

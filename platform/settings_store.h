@@ -2,6 +2,12 @@
 // The persistent key-value settings store (the platform's user defaults). Values are
 // JSON: text, boolean, arrays of text, and binary (JSON binary). Writers call
 // synchronize() after writing so that the value survives a kill.
+//
+// Keys that belong together (a phone and its password, a city and its display name) are
+// written with setObjects, so that a crash never leaves half of them; a value derived
+// from its old self (a history list) is changed with updateObject, so that two processes
+// sharing one store do not lose each other's change.
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,14 +18,29 @@ namespace qmv {
 
 class SettingsStore {
  public:
+  // Gets the value stored now (null when absent) and returns the one to store (null
+  // removes the key).
+  using Change = std::function<Json(Json current)>;
+
   virtual ~SettingsStore() = default;
 
   // The stored value, or null when the key is absent.
   virtual Json objectForKey(const std::string& key) const = 0;
   virtual void setObject(const Json& value, const std::string& key) = 0;
   virtual void removeObjectForKey(const std::string& key) = 0;
+  // Stores every member of the object `values` (key to value; a null value removes its
+  // key) as one write: after a crash either all of them are stored or none. Returns
+  // false when they could not be written.
+  virtual bool setObjects(const Json& values) = 0;
+  // Replaces the value under `key` by change(current), where `current` is the value as
+  // stored at this moment (by any process sharing the store, not as it was at open); no
+  // other write can come between the read and the write. Returns false when the new value
+  // could not be written.
+  virtual bool updateObject(const std::string& key, const Change& change) = 0;
   // Makes every earlier write durable. Returns false when the store could not be written.
   virtual bool synchronize() = 0;
+  // Why the last failed write of this run failed; "" while every write has landed.
+  virtual std::string lastError() const = 0;
 
   // Typed readers: a value of another kind reads as absent.
   std::optional<std::string> stringForKey(const std::string& key) const;
@@ -39,7 +60,10 @@ class MemorySettingsStore : public SettingsStore {
   Json objectForKey(const std::string& key) const override;
   void setObject(const Json& value, const std::string& key) override;
   void removeObjectForKey(const std::string& key) override;
+  bool setObjects(const Json& values) override;
+  bool updateObject(const std::string& key, const Change& change) override;
   bool synchronize() override;
+  std::string lastError() const override { return {}; }
 
   int synchronizeCount() const { return synchronizeCount_; }
 

@@ -1,10 +1,13 @@
 #include "shell/app_config.h"
 
+#include <charconv>
 #include <fstream>
 #include <map>
 
 namespace qmv {
 namespace {
+
+constexpr const char* kMaxResponseBytesKey = "max_response_bytes";
 
 std::string trim(const std::string& s) {
   const auto begin = s.find_first_not_of(" \t\r");
@@ -32,6 +35,13 @@ bool AppConfig::set(const std::string& key, const std::string& value) {
       {"share_app_key", &AppConfig::shareAppKey},
       {"url_scheme", &AppConfig::urlScheme},
   };
+  if (key == kMaxResponseBytesKey) {
+    std::size_t bytes = 0;
+    const auto [end, ec] = std::from_chars(value.data(), value.data() + value.size(), bytes);
+    if (ec != std::errc() || end != value.data() + value.size() || bytes == 0) return false;
+    maxResponseBytes = bytes;
+    return true;
+  }
   const auto it = kFields.find(key);
   if (it == kFields.end()) return false;
   this->*(it->second) = value;
@@ -55,7 +65,9 @@ AppConfig AppConfig::load(const std::filesystem::path& path, std::vector<std::st
       continue;
     }
     const std::string key = trim(text.substr(0, eq));
-    if (!config.set(key, trim(text.substr(eq + 1)))) warn(line, "unknown key \"" + key + "\"");
+    if (!config.set(key, trim(text.substr(eq + 1)))) {
+      warn(line, key == kMaxResponseBytesKey ? "expected a positive byte count" : "unknown key \"" + key + "\"");
+    }
   }
   return config;
 }

@@ -3,6 +3,7 @@
 // scheme. They come from <home>/qmv.conf and from command-line options, never from code;
 // the repository holds no real vendor value. The file is "key = value" lines; "#" starts
 // a comment. An unknown key or a malformed line is reported, not fatal.
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -25,12 +26,16 @@ struct AppConfig {
   std::string wechatApiKey;
   std::string shareAppKey;
   std::string urlScheme = "qqqmmmvvv";
+  // Bytes an answer may take before its request fails; 0 keeps the request layer's
+  // default (HttpRequest::kDefaultMaxResponseBytes).
+  std::size_t maxResponseBytes = 0;
 
   // Reads `path`; a missing file gives the defaults. Problems are appended to `warnings`
   // as "qmv.conf:LINE: what" texts.
   static AppConfig load(const std::filesystem::path& path, std::vector<std::string>* warnings = nullptr);
 
-  // Applies one "key = value" setting; false for an unknown key.
+  // Applies one "key = value" setting; false for an unknown key or, for
+  // "max_response_bytes", a value that is not a positive byte count.
   bool set(const std::string& key, const std::string& value);
 };
 

@@ -48,6 +48,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
         kChangeBaseUrlNotification, [this](const std::string&, const Json& userInfo) { changeBaseUrl(userInfo); });
   }
   NetworkConfig::sharedInstance().setBaseUrl(config_.serverBaseUrl);
+  if (config_.maxResponseBytes > 0) NetworkConfig::sharedInstance().setMaxResponseBytes(config_.maxResponseBytes);
   if (env.window) env.window->setOverlayDefaultStyle(1);
   if (env.reachability) env.reachability->startMonitoring();
   if (env.analytics) env.analytics->start(config_.analyticsAppKey, 1, "");
@@ -70,10 +71,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
     jump2MainViewCtrl();
   } else {
     if (env.navigator) env.navigator->setRoot("LaunchViewController");
-    if (env.settings) {
-      env.settings->setString(kDefaultCity, "select_city");
-      env.settings->setString(kDefaultCity, "select_city_dis");
-    }
+    if (env.settings) env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
   }
 
   if (env.window) env.window->makeKeyAndVisible();

@@ -1,5 +1,7 @@
 #include "apps/launch/app_launch.h"
 
+#include <sys/stat.h>
+
 #include <iostream>
 
 #include "apps/sandbox/sandbox_server.h"
@@ -29,10 +31,19 @@ AppLaunch::~AppLaunch() {
 }
 
 std::string AppLaunch::prepare() {
+  // Everything a run writes (settings, sandbox data, caches, downloads) is the member's
+  // alone.
+  ::umask(077);
   home_ = options_.home.empty() ? HomeFileLocations::defaultHome() : std::filesystem::path(options_.home);
   std::error_code ec;
-  std::filesystem::create_directories(home_, ec);
+  // The home holds the password and the session. A directory given with --home that
+  // already existed may be shared (/tmp), so only one made here, or the default home,
+  // is narrowed.
+  const bool created = std::filesystem::create_directories(home_, ec);
   if (ec) return "cannot create the home directory " + home_.string() + ": " + ec.message();
+  if (created || options_.home.empty()) {
+    std::filesystem::permissions(home_, std::filesystem::perms::owner_all, std::filesystem::perm_options::replace, ec);
+  }
 
   std::vector<std::string> warnings;
   config_ = AppConfig::load(home_ / "qmv.conf", &warnings);

@@ -5,6 +5,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
+#include "core/common/string_util.h"
 #include "core/session/find_pwd_step2_view_controller.h"
 #include "core/session/find_pwd_view_controller.h"
 #include "core/session/global_data.h"

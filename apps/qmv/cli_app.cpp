@@ -50,6 +50,11 @@ CliApp::~CliApp() {
   launch_.reset();
 }
 
+CliApp::SettingsWrapper& CliApp::settingsWrapperForTesting() {
+  static SettingsWrapper wrapper;
+  return wrapper;
+}
+
 std::string CliApp::boot() {
   LaunchOptions launch{options_.home, options_.server, options_.at, options_.payOutcome, {}};
   launch.openURL = [this](const std::string& url, const std::string& source) {
@@ -82,6 +87,7 @@ void CliApp::endCommand() {
 std::string CliApp::buildEnv() {
   auto loop = std::make_shared<AsioMainLoop>();
   if (std::string error = launch_->buildEnv(loop, env_); !error.empty()) return error;
+  if (const auto& wrap = settingsWrapperForTesting()) env_.settings = wrap(env_.settings);
   env_.overlay = std::make_shared<StreamStatusOverlay>(*messageStream_);
   env_.navigator = std::make_shared<StackNavigator>();
   env_.urlOpener = std::make_shared<PrintingUrlOpener>(*messageStream_);

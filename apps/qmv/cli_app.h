@@ -23,6 +23,7 @@ class AppLaunch;
 class AppDelegate;
 class AutoLogin;
 class MainLoop;
+class SettingsStore;
 class StreamAlerts;
 namespace sandbox {
 class SandboxServer;
@@ -46,12 +47,18 @@ class CliApp {
  public:
   static constexpr std::chrono::milliseconds kFlowTimeout{25000};
 
+  // Test seam: when set, every start hands its settings store through it, so that a test
+  // can put a faulty store (a full disk) in front of the real one.
+  using SettingsWrapper = std::function<std::shared_ptr<SettingsStore>(std::shared_ptr<SettingsStore>)>;
+  static SettingsWrapper& settingsWrapperForTesting();
+
   CliApp(GlobalOptions options, std::ostream& out, std::istream& in);
   ~CliApp();
   CliApp(const CliApp&) = delete;
   CliApp& operator=(const CliApp&) = delete;
 
-  // Start-up and automatic login. Returns an error text (empty on success).
+  // Start-up and automatic login. Returns an error text (empty on success). A home
+  // directory created here is the member's alone (mode 0700), as is the default home.
   std::string boot();
 
   // Runs the main loop until `done` or the timeout; false on timeout.

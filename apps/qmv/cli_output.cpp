@@ -1,16 +1,49 @@
 #include "apps/qmv/cli_output.h"
 
+#include <cstdio>
+
+#include "core/common/utf8.h"
+
 namespace qmv::cli {
+namespace {
+
+// A server's text or a link it sent could otherwise drive the terminal: retitle the
+// window, clear the screen, hide what came before with CR. C0 and C1 controls, DEL and
+// bytes that are not UTF-8 are written as visible escapes (\x1b, \u009b); tabs stay.
+std::string forTerminal(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  char escape[8];
+  for (std::size_t i = 0; i < text.size();) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const std::size_t length = utf8::sequenceLength(text, i);
+    if (length == 0 || (byte < 0x20 && byte != '\t') || byte == 0x7F) {
+      std::snprintf(escape, sizeof escape, "\\x%02x", byte);
+      out += escape;
+      ++i;
+    } else if (byte == 0xC2 && static_cast<unsigned char>(text[i + 1]) < 0xA0) {
+      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned char>(text[i + 1]));
+      out += escape;
+      i += 2;
+    } else {
+      out.append(text.substr(i, length));
+      i += length;
+    }
+  }
+  return out;
+}
+
+}  // namespace
 
 CliOutput::CliOutput(bool json, std::ostream& out) : json_(json), out_(out) {}
 
 void CliOutput::message(const std::string& text) {
   messages_.push_back(text);
-  if (!json_) out_ << text << '\n' << std::flush;
+  if (!json_) out_ << forTerminal(text) << '\n' << std::flush;
 }
 
 void CliOutput::line(const std::string& text) {
-  if (!json_) out_ << text << '\n';
+  if (!json_) out_ << forTerminal(text) << '\n';
 }
 
 void CliOutput::data(const std::string& key, Json value) {
@@ -24,7 +57,7 @@ void CliOutput::finish() {
   doc["messages"] = messages_;
   doc["data"] = data_;
   // Invalid UTF-8 from a server must not abort the document.
-  out_ << doc.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush;
+  out_ << dumpJson(doc) << '\n' << std::flush;
 }
 
 }  // namespace qmv::cli

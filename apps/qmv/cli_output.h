@@ -2,7 +2,9 @@
 // What the CLI prints. Messages the system shows (status overlay, alert title and
 // message) are printed on their own line exactly as the system says them; data is
 // printed as readable lines, or, with --json, gathered into one JSON document
-// {"messages": [...], "data": {...}} printed when the command ends.
+// {"messages": [...], "data": {...}} printed when the command ends. Text mode writes
+// control characters and stray bytes as visible escapes, so that no text from outside
+// reaches the terminal as a command; the JSON document carries them escaped already.
 #include <ostream>
 #include <string>
 

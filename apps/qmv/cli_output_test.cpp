@@ -33,6 +33,23 @@ TEST(CliOutputTest, TextModePrintsLinesJsonModePrintsOneDocument) {
   EXPECT_EQ(json.str().find('\n'), json.str().size() - 1);  // exactly one document
 }
 
+TEST(CliOutputTest, ControlCharactersReachTheTerminalOnlyAsEscapes) {
+  const std::string hostile = std::string("\x1b]0;owned\x07\x1b[2J") + '\0' + "ok\rfake\x9b\xc2\x9b" + "\x7f\t济";
+  std::ostringstream text;
+  CliOutput plain(false, text);
+  plain.message(hostile);
+  plain.line("store: " + hostile);
+  EXPECT_EQ(text.str(),
+            "\\x1b]0;owned\\x07\\x1b[2J\\x00ok\\x0dfake\\x9b\\u009b\\x7f\t济\n"
+            "store: \\x1b]0;owned\\x07\\x1b[2J\\x00ok\\x0dfake\\x9b\\u009b\\x7f\t济\n");
+
+  std::ostringstream json;
+  CliOutput doc(true, json);
+  doc.message(hostile.substr(0, 14));
+  doc.finish();
+  EXPECT_EQ(parseJson(json.str())["messages"][0], hostile.substr(0, 14)) << "--json keeps the text, escaped by JSON";
+}
+
 TEST(CommandLineSplitTest, QuotesAndEscapes) {
   EXPECT_EQ(splitCommandLine("search  火锅 --page 2"), (std::vector<std::string>{"search", "火锅", "--page", "2"}));
   EXPECT_EQ(splitCommandLine(R"(open "qmv://pay?a=1&b=2" --source 'com.tencent.xin')"),

@@ -4,6 +4,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "platform/fixed_location_source.h"
+#include "platform/settings_store.h"
 #include "qmv/version.h"
 
 namespace qmv::cli {
@@ -77,8 +78,12 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
       return kExitFailure;
     }
   }
-  const int status = entry->run(cli);
+  int status = entry->run(cli);
   cli.endCommand();
+  // A setting that did not reach the disk is gone at the next start, so the flow did not
+  // end as it should; the store has said why on stderr.
+  const auto& settings = cli.env().settings;
+  if (status == kExitOk && settings && !settings->lastError().empty()) status = kExitFailure;
   return status;
 }
 

@@ -2,6 +2,8 @@
 // store and offer screens, the city and its list, the member's position, the route
 // hand-off and the coordinate converter. Each runs the headless screen of the app and
 // prints what it shows.
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <memory>
@@ -434,6 +436,23 @@ int runLocate(CliApp& app) {
 
 // ---- convert ----
 
+// A finite angle of at most `limit` degrees either way: the converters give nothing
+// meaningful outside the globe, and "%.8f" of 1e300 is not a coordinate.
+CLI::Validator degrees(double limit) {
+  return CLI::Validator(
+      [limit](std::string& text) -> std::string {
+        double value = 0;
+        const char* end = text.data() + text.size();
+        const auto [stop, ec] = std::from_chars(text.data(), end, value);
+        if (ec != std::errc() || stop != end || !std::isfinite(value) || std::fabs(value) > limit) {
+          return "expected degrees from " + std::to_string(static_cast<int>(-limit)) + " to " +
+                 std::to_string(static_cast<int>(limit)) + ", got " + text;
+        }
+        return {};
+      },
+      "DEGREES");
+}
+
 int runConvert(CliApp& app, const std::string& direction, double latitude, double longitude) {
   const Coordinate in{latitude, longitude};
   Coordinate result;
@@ -530,8 +549,8 @@ void registerDiscoveryCommands(CommandRegistry& registry) {
     convert->add_option("DIRECTION", args->direction, "wgs-gcj, gcj-wgs, gcj-bd or bd-gcj")
         ->required()
         ->check(CLI::IsMember({"wgs-gcj", "gcj-wgs", "gcj-bd", "bd-gcj"}));
-    convert->add_option("LAT", args->latitude, "latitude in degrees")->required();
-    convert->add_option("LON", args->longitude, "longitude in degrees")->required();
+    convert->add_option("LAT", args->latitude, "latitude in degrees")->required()->check(degrees(90));
+    convert->add_option("LON", args->longitude, "longitude in degrees")->required()->check(degrees(180));
   }
 }
 

@@ -78,6 +78,12 @@ bool isSafeValue(std::string_view value) {
   return std::find(kIdentifiers.begin(), kIdentifiers.end(), lower) == kIdentifiers.end();
 }
 
+bool containsIgnoringAsciiCase(std::string_view text, std::string_view part) {
+  const auto lower = [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); };
+  return std::search(text.begin(), text.end(), part.begin(), part.end(),
+                     [&](char a, char b) { return lower(a) == lower(b); }) != text.end();
+}
+
 struct Managers {
   std::mutex mutex;
   std::shared_ptr<SQLiteDatabase> bundle;
@@ -211,7 +217,17 @@ std::map<std::string, std::vector<AreaModel>> DBUtil::getAllCity() {
 
 std::vector<AreaModel> DBUtil::getCitysWithKey(std::string_view key) {
   if (!isSafeValue(key)) return {};
-  return citiesFor(formatStatement(kCitiesWithKeySql, {key, key}));
+  std::vector<AreaModel> cities = citiesFor(formatStatement(kCitiesWithKeySql, {key, key}));
+  // The statement has no ESCAPE clause to give "%" and "_" in the key their literal
+  // meaning, and its text stays as the client has always sent it; so what the wildcards
+  // let through is taken out here, keeping exactly the rows that contain the key (LIKE
+  // compares ASCII letters without case).
+  if (key.find_first_of("%_") != std::string_view::npos) {
+    std::erase_if(cities, [key](const AreaModel& city) {
+      return !containsIgnoringAsciiCase(city.areaPY, key) && !containsIgnoringAsciiCase(city.areaName, key);
+    });
+  }
+  return cities;
 }
 
 std::vector<std::string> DBUtil::getAllDistrictWithCityId(std::string_view cityId) {
@@ -258,8 +274,12 @@ std::shared_future<std::optional<DBError>> DBUtil::applyAreaList(const Json& lis
     return done;
   }
   if (const auto& settings = Env::current().settings) {
-    if (!ver.empty()) settings->setString(ver, kAreaVersionKey);
-    settings->setString(strForKey(list.back(), "id"), kLastAreaIdKey);
+    // One write: a version stored without its marker would make the server's list look
+    // current while the cache it describes is never used.
+    Json marks = Json::object();
+    if (!ver.empty()) marks[kAreaVersionKey] = ver;
+    marks[kLastAreaIdKey] = strForKey(list.back(), "id");
+    settings->setObjects(marks);
     settings->synchronize();
   }
   // The thread owns what it needs; Env is not touched off the interface thread.

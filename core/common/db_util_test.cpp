@@ -123,6 +123,8 @@ TEST_F(DBUtilTest, CitiesGroupByInitialAndSkipTheDirectlyGovernedGroup) {
     for (const auto& city : found) EXPECT_EQ(city.areaType, "2");
   }
   EXPECT_TRUE(DBUtil::getCitysWithKey("shengzhixia").empty());
+  // "%" and "_" in a key are characters to find, not wildcards.
+  for (const char* key : {"%", "_", "lin_i", "li%yi"}) EXPECT_TRUE(DBUtil::getCitysWithKey(key).empty()) << key;
 }
 
 TEST_F(DBUtilTest, PlaceNamesKeepTheirOwnReadings) {

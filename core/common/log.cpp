@@ -18,17 +18,26 @@ LogSink& currentSink() {
   return sink;
 }
 
-}  // namespace
-
-void logLine(const std::string& line) {
-  static const bool toStderr = std::getenv("QMV_DEBUG") != nullptr;
-  if (toStderr) std::fprintf(stderr, "[qmv] %s\n", line.c_str());
+void toSink(const std::string& line) {
   LogSink sink;
   {
     std::lock_guard lock(sinkMutex());
     sink = currentSink();
   }
   if (sink) sink(line);
+}
+
+}  // namespace
+
+void logLine(const std::string& line) {
+  static const bool toStderr = std::getenv("QMV_DEBUG") != nullptr;
+  if (toStderr) std::fprintf(stderr, "[qmv] %s\n", line.c_str());
+  toSink(line);
+}
+
+void logWarning(const std::string& line) {
+  std::fprintf(stderr, "qmv: %s\n", line.c_str());
+  toSink(line);
 }
 
 ScopedLogSink::ScopedLogSink(LogSink sink) {

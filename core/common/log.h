@@ -1,6 +1,7 @@
 #pragma once
 // Debug log. Lines go to stderr when QMV_DEBUG is set in the environment, and always to
-// an installed sink (tests install one to assert that a line was written).
+// an installed sink (tests install one to assert that a line was written). Warnings go
+// to stderr always.
 #include <functional>
 #include <string>
 
@@ -9,6 +10,11 @@ namespace qmv {
 using LogSink = std::function<void(const std::string& line)>;
 
 void logLine(const std::string& line);
+
+// A fault the user should hear of although the system shows no message for it (an answer
+// that could not be read, a setting that could not be saved): always written to stderr
+// as "qmv: <line>", and to the installed sink.
+void logWarning(const std::string& line);
 
 // Installs `sink` for the lifetime of the returned guard; the previous sink comes back
 // when the guard is destroyed. Thread-safe.

@@ -1,6 +1,9 @@
 #include "core/request/base_net_api.h"
 
+#include <utility>
+
 #include "core/common/dictionary.h"
+#include "core/common/log.h"
 #include "core/common/string_util.h"
 #include "core/request/request_operation.h"
 #include "core/session/global_data.h"
@@ -41,12 +44,27 @@ Json BaseNetApi::responseData() const {
   const Json& root = parsedResponse(*this);
   if (!root.is_object()) return nullptr;
   const auto it = root.find(kDataKey);
-  return it == root.end() ? Json() : *it;
+  Json data = it == root.end() ? Json() : *it;
+  // Every payload of this server is an object. A correct envelope without one leaves the
+  // screen with nothing to show and no message from the system, so the user hears it here.
+  if (!data.is_object() && strForKey(root, kSuccessKey) == kCorrect && !std::exchange(dataWarned_, true)) {
+    logWarning("the answer of " + requestUrl() + " carried no \"data\" object");
+  }
+  return data;
 }
 
 void BaseNetApi::requestCompleteFilter() {
-  if (responseString().empty()) return;
+  dataWarned_ = false;
+  const std::string& text = responseString();
   const Json& root = parsedResponse(*this);
+  if (!root.is_object()) {
+    // No envelope, so no message to show: the answer fails without a word from the
+    // system, and the user learns why here. Refused too: nesting deeper than parseJson
+    // allows.
+    logWarning("the answer of " + requestUrl() + " could not be read (" + std::to_string(text.size()) +
+               " bytes, not a JSON object)");
+    return;
+  }
   const std::string success = strForKey(root, kSuccessKey);
   if (success == kSessionExpired) {
     if (sessionDelegate) sessionDelegate->sessionIsExpire(*this);

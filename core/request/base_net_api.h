@@ -49,11 +49,13 @@ class BaseNetApi : public CachedRequest {
  protected:
   // The response text parsed as JSON (discarded when it is not JSON).
   Json responseEnvelope() const { return parseJson(responseString()); }
-  // "data" of the response, or null when absent or the text is not a JSON object.
+  // "data" of the response, or null when absent or the text is not a JSON object. A
+  // correct answer whose "data" is not an object is reported once (logWarning).
   Json responseData() const;
 
  private:
   bool isCorrectResult_ = false;
+  mutable bool dataWarned_ = false;
 };
 
 }  // namespace qmv

@@ -69,7 +69,7 @@ std::optional<Json> readArchive(const fs::path& path, const char* format, const 
   return *payload;
 }
 
-std::string describe(const Json& value) { return value.is_null() ? "(null)" : value.dump(); }
+std::string describe(const Json& value) { return value.is_null() ? "(null)" : dumpJson(value); }
 
 fs::path libraryDirectory() {
   if (const auto& files = Env::current().files) return files->libraryDirectory();
@@ -132,9 +132,9 @@ void CachedRequest::requestCompleteFilter() {
 void CachedRequest::saveJsonResponseToCacheFile(const Json& jsonResponse) {
   if (cacheTimeInSeconds() <= 0 || dataFromCache_) return;
   const Json archive = {{"format", kCacheFormat}, {"json", jsonResponse}};
-  if (!writeFileAtomically(cacheFilePath(), archive.dump())) return;
+  if (!writeFileAtomically(cacheFilePath(), dumpJson(archive))) return;
   const Json version = {{"format", kVersionFormat}, {"version", cacheVersion()}};
-  writeFileAtomically(cacheVersionFilePath(), version.dump());
+  writeFileAtomically(cacheVersionFilePath(), dumpJson(version));
 }
 
 std::optional<Json> CachedRequest::loadCacheData() const {

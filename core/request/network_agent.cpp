@@ -98,7 +98,7 @@ void setMultipartBody(HttpRequest& http, const Json& arguments, const BaseReques
 void setBody(HttpRequest& http, const Json& arguments, RequestSerializerType serializer) {
   if (serializer == RequestSerializerType::JSON) {
     if (arguments.is_null()) return;
-    http.body = arguments.dump();
+    http.body = dumpJson(arguments);
     http.contentType = kJsonContentType;
   } else {
     http.body = formEncoded(arguments);
@@ -145,6 +145,7 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
   HttpRequest http;
   http.url = url;
   http.timeout = std::chrono::milliseconds(static_cast<long long>(request->requestTimeoutInterval() * 1000.0));
+  http.maxResponseBytes = NetworkConfig::sharedInstance().maxResponseBytes();
 
   const Json auth = request->requestAuthorizationHeaderFieldArray();
   if (auth.is_array() && !auth.empty()) {

@@ -80,7 +80,7 @@ std::string NetworkUtil::descriptionOf(const Json& value) {
   if (value.is_null()) return "<null>";
   if (value.is_number()) return textOf(value);
   if (value.is_discarded()) return {};
-  return value.dump();
+  return dumpJson(value);
 }
 
 std::string NetworkUtil::urlParametersStringFromParameters(const Json& parameters) {

@@ -20,9 +20,9 @@ void FindPwdStep2ViewController::findPwdNetWithNewPwd(const std::string& newPass
   attachRequest(*findApi_);
   findApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) {
-        const bool correct = findApi_->isCorrectResult();
+        bool correct = findApi_->isCorrectResult();
         if (correct) {
-          account_detail::storeCredentials(phone_, sentPassword_, kUserPhoneKey, kPasswordKey);
+          correct = account_detail::storeCredentials(phone_, sentPassword_);
           if (const auto& navigator = Env::current().navigator) navigator->popToRoot();
           account_detail::showStatus(account_texts::kPasswordChanged);
         }

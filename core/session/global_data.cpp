@@ -108,6 +108,12 @@ std::string GlobalData::getCurrentCityName() const {
   return city.empty() ? std::string(kDefaultCity) : city;
 }
 
+bool GlobalData::setCurrentCityName(const std::string& city) {
+  const auto& settings = Env::current().settings;
+  return settings && settings->setObjects(Json{{kSelectCityKey, city}, {kSelectCityDisKey, city}}) &&
+         settings->synchronize();
+}
+
 std::optional<std::string> GlobalData::getCurrentCityId() const {
   std::optional<AreaModel> city = DBUtil::getCityWithName(getCurrentCityName());
   if (!city) city = DBUtil::getCityWithName(kDefaultCity);

@@ -44,6 +44,10 @@ class GlobalData {
 
   // The stored "select_city", or "临沂市" when none is stored.
   std::string getCurrentCityName() const;
+  // Stores `city` as the browsed and the displayed city ("select_city",
+  // "select_city_dis") in one write, so that a crash never leaves them apart, and
+  // flushes. False when the store could not be written.
+  static bool setCurrentCityName(const std::string& city);
   // Area id of the current city, falling back to "临沂市"; nullopt when neither is in
   // the area database.
   std::optional<std::string> getCurrentCityId() const;

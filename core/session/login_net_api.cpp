@@ -19,15 +19,24 @@ Json LoginNetApi::requestArgument() const {
   return arguments;
 }
 
-std::shared_ptr<UserInfoModel> LoginNetApi::getUserInfo() const {
+Json LoginNetApi::userPhone() const {
   const Json data = responseData();
   Json phone;
   if (data.is_object() && data.contains("phone")) phone = data["phone"];
   // A number is kept as its text so that the login screen can read it back.
   if (phone.is_number()) phone = textOf(phone);
-  if (const auto& settings = Env::current().settings) settings->setObject(phone, kUserPhoneKey);
+  return phone;
+}
+
+std::shared_ptr<UserInfoModel> LoginNetApi::userInfo() const {
+  const Json data = responseData();
   if (!data.is_object()) return nullptr;
   return std::make_shared<UserInfoModel>(data);
+}
+
+std::shared_ptr<UserInfoModel> LoginNetApi::getUserInfo() const {
+  if (const auto& settings = Env::current().settings) settings->setObject(userPhone(), kUserPhoneKey);
+  return userInfo();
 }
 
 }  // namespace qmv

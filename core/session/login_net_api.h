@@ -23,6 +23,12 @@ class LoginNetApi : public BaseNetApi {
   // null.
   std::shared_ptr<UserInfoModel> getUserInfo() const;
 
+  // The two halves of getUserInfo, for a caller that stores the phone together with
+  // other keys: the value to keep under "user_phone" (null when "data" holds none; a
+  // number as its text), and the member record or null.
+  Json userPhone() const;
+  std::shared_ptr<UserInfoModel> userInfo() const;
+
   std::string userName;
   std::string userPassword;
 };

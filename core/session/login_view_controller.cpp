@@ -41,16 +41,15 @@ void LoginViewController::loginFinished(bool correct) {
     if (onFinished) onFinished(false);
     return;
   }
-  auto info = loginApi_->getUserInfo();
+  auto info = loginApi_->userInfo();
   GlobalData::sharedInstance().setSelfInfo(info);
-  if (const auto& settings = Env::current().settings) {
-    settings->setString(view_.passwordText, kPasswordKey);
-    settings->synchronize();
-  }
+  // The answer's phone and the typed password are one account: written apart, a crash
+  // between them would pair the new phone with the old password.
+  const bool stored = account_detail::storeCredentials(loginApi_->userPhone(), view_.passwordText);
   account_detail::setPushAlias(info ? info->userName : std::string(kInvalidAlias), kAliasType);
   downloadHeaderImage();
   cancel();
-  if (onFinished) onFinished(true);
+  if (onFinished) onFinished(info != nullptr && stored);
 }
 
 void LoginViewController::cancel() {

@@ -51,8 +51,10 @@ class LoginViewController : public BaseViewController {
 
   bool isLoggingIn() const { return loginApi_ && loginApi_->isExecuting(); }
 
-  // After each login attempt: true for a correct result, false for a refusal or a
-  // failed connection. Runs after the stored keys, alias and navigation have changed.
+  // After each login attempt: true when a member is signed in and the account is stored
+  // for the next start; false for a refusal, a failed connection, an answer without a
+  // member record, or an account that could not be stored (the screen said so). Runs
+  // after the stored keys, alias and navigation have changed.
   std::function<void(bool correct)> onFinished;
   // After each portrait download: whether a portrait was stored.
   std::function<void(bool stored)> onHeaderImageFinished;

@@ -83,10 +83,10 @@ void QXRegisterViewController::registerNet() {
   attachRequest(*registerApi_);
   registerApi_->startWithCompletionBlockWithSuccess(
       [this](BaseRequest&) {
-        const bool correct = registerApi_->isCorrectResult();
+        bool correct = registerApi_->isCorrectResult();
         if (correct) {
           // The fields as sent: the member may have edited them while the request ran.
-          account_detail::storeCredentials(registerApi_->phone, sentPassword_, kUserPhoneKey, kPasswordKey);
+          correct = account_detail::storeCredentials(registerApi_->phone, sentPassword_);
           if (const auto& navigator = Env::current().navigator) navigator->popToRoot();
           showStatus(account_texts::kRegistered);
         }

@@ -183,11 +183,7 @@ void MainViewController::cityLocated(const std::string& city) {
   const auto& settings = Env::current().settings;
   const std::string selected = settings ? settings->stringForKey(kSelectCityKey).value_or("") : "";
   if (selected.empty()) {
-    if (settings) {
-      settings->setString(city, kSelectCityKey);
-      settings->setString(city, kSelectCityDisKey);
-      settings->synchronize();
-    }
+    GlobalData::setCurrentCityName(city);
     lastSelectCity_ = city;
     addressButtonTitle_ = city;
     refreshNet();
@@ -212,11 +208,7 @@ void MainViewController::cityLocated(const std::string& city) {
 
 void MainViewController::chooseCity(const std::string& city) {
   Env& env = Env::current();
-  if (env.settings) {
-    env.settings->setString(city, kSelectCityKey);
-    env.settings->setString(city, kSelectCityDisKey);
-    env.settings->synchronize();
-  }
+  GlobalData::setCurrentCityName(city);
   lastSelectCity_ = city;
   addressButtonTitle_ = city;
   if (env.notifications) env.notifications->post(kCityChangedNotification);

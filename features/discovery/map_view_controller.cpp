@@ -1,5 +1,6 @@
 #include "features/discovery/map_view_controller.h"
 
+#include <cmath>
 #include <cstdio>
 
 #include "core/session/global_data.h"
@@ -65,15 +66,19 @@ std::string MapViewController::baiduRouteUrl(Coordinate originBd, Coordinate des
 
 MapViewController::RouteOutcome MapViewController::routeWithBaiduMap() {
   const auto& user = GlobalData::sharedInstance().userLocation();
-  if (!user) {
+  // South of the equator the Baidu conversion has no value (NaN): such a position is as
+  // good as none for the route.
+  const auto origin = user ? std::optional<Coordinate>(LocationConverter::transformFromGCJToBaidu(
+                                 LocationConverter::transformFromWGSToGCJ(*user)))
+                           : std::nullopt;
+  if (!origin || !std::isfinite(origin->latitude) || !std::isfinite(origin->longitude)) {
     show(discovery_texts::kNoUserLocation);
     return RouteOutcome::NoUserLocation;
   }
   const auto destination = storeCoordinate(store_);
   const auto& opener = Env::current().urlOpener;
   if (!destination || !opener) return RouteOutcome::Unavailable;
-  const Coordinate origin = LocationConverter::transformFromGCJToBaidu(LocationConverter::transformFromWGSToGCJ(*user));
-  return opener->openURL(baiduRouteUrl(origin, *destination)) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
+  return opener->openURL(baiduRouteUrl(*origin, *destination)) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
 }
 
 MapViewController::RouteOutcome MapViewController::routeWithAppleMap() {

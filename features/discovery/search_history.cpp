@@ -1,7 +1,6 @@
 #include "features/discovery/search_history.h"
 
-#include <algorithm>
-
+#include "core/common/utf8.h"
 #include "core/session/settings_keys.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
@@ -16,12 +15,17 @@ std::vector<std::string> SearchHistory::read() {
 
 void SearchHistory::save(const std::string& word) {
   const auto& settings = Env::current().settings;
-  if (word.empty() || !settings) return;
-  std::vector<std::string> words = read();
-  std::erase(words, word);
-  words.insert(words.begin(), word);
-  if (words.size() > kMaximumEntries) words.pop_back();
-  settings->setStringArray(words, kSearchKeyWordsKey);
+  if (word.empty() || word.size() > kMaximumWordBytes || !utf8::isValid(word) || !settings) return;
+  settings->updateObject(kSearchKeyWordsKey, [&word](const Json& stored) {
+    Json words = Json::array({word});
+    if (stored.is_array()) {
+      for (const auto& item : stored) {
+        if (words.size() == kMaximumEntries) break;
+        if (item.is_string() && item != words.front()) words.push_back(item);
+      }
+    }
+    return words;
+  });
   settings->synchronize();
 }
 

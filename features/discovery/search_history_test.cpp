@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/common/temp_home_for_test.h"
+#include "platform/linux/sqlite_settings_store.h"
 #include "core/session/settings_keys.h"
 #include "features/discovery/search_view.h"
 
@@ -34,6 +35,30 @@ TEST(SearchHistory, NewestFirstWithoutRepeatsAndAtMostTen) {
   EXPECT_TRUE(SearchHistory::read().empty());
   SearchHistory::save("新");
   EXPECT_EQ(SearchHistory::read(), std::vector<std::string>{"新"});
+}
+
+// Two runs of the client on one home, each with the store it opened at its start: a
+// word saved by one is kept when the other saves its own.
+TEST(SearchHistory, RunsSharingAHomeKeepEachOthersWords) {
+  TempHome home;
+  auto first = SqliteSettingsStore::openInHome(home.home());
+  auto second = SqliteSettingsStore::openInHome(home.home());
+  ASSERT_TRUE(first.store && second.store);
+  for (auto* store : {first.store.get(), second.store.get(), first.store.get()}) {
+    Env env = Env::current();
+    env.settings = std::shared_ptr<SettingsStore>(store, [](SettingsStore*) {});
+    ScopedEnv scoped(env);
+    SearchHistory::save(store == second.store.get() ? "火锅" : "KTV");
+  }
+  EXPECT_EQ(SqliteSettingsStore::openInHome(home.home()).store->stringArrayForKey(kSearchKeyWordsKey),
+            (std::vector<std::string>{"KTV", "火锅"}));
+
+  // Words that are no words to tap are searched for but not kept.
+  SearchHistory::save(std::string(SearchHistory::kMaximumWordBytes + 1, 'k'));
+  SearchHistory::save("\xff");
+  EXPECT_TRUE(SearchHistory::read().empty());
+  SearchHistory::save(std::string(SearchHistory::kMaximumWordBytes, 'k'));
+  EXPECT_EQ(SearchHistory::read().size(), 1u);
 }
 
 TEST(SearchView, ShowsHistoryOrItsEmptyTextAndHandsChoicesOver) {

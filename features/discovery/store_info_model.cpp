@@ -1,6 +1,7 @@
 #include "features/discovery/store_info_model.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 
 #include "core/common/dictionary.h"
@@ -95,6 +96,8 @@ void StoreInfoModel::setAddressHeight(const TextMeasurer& measurer) {
 std::string StoreInfoModel::distanceText(std::optional<Coordinate> userLocationWgs) const {
   if (!userLocationWgs) return discovery_texts::kNoDistance;
   const Coordinate storeBd{numericValue(latitude), numericValue(longitude)};
+  // A position off the globe from the server has no distance to print.
+  if (!(std::fabs(storeBd.latitude) <= 90 && std::fabs(storeBd.longitude) <= 180)) return discovery_texts::kNoDistance;
   const Coordinate storeWgs =
       LocationConverter::transformFromGCJToWGS(LocationConverter::transformFromBaiduToGCJ(storeBd));
   const double d = LocationConverter::distanceInMeters(*userLocationWgs, storeWgs);

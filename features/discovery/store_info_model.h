@@ -55,7 +55,8 @@ class StoreInfoModel : public BaseModel {
   // Distance from the member to the store for a row: "--km" without a member position;
   // else the store's position taken BD-09 -> GCJ-02 -> WGS-84 and the great-circle
   // distance d as "%.2fm" below 1000 m, "%.2fkm" of d/1000 from there. Unset or
-  // unreadable coordinate texts count as 0, as a numeric reading of text gives.
+  // unreadable coordinate texts count as 0, as a numeric reading of text gives; a
+  // position off the globe (or not a number) gives "--km" too.
   std::string distanceText(std::optional<Coordinate> userLocationWgs) const;
 
   // "￥" + price.

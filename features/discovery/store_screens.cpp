@@ -32,7 +32,8 @@ Json storePayload(const StoreInfoModel& store) {
 std::optional<Coordinate> storeCoordinate(const StoreInfoModel& store) {
   const auto latitude = number(store.latitude);
   const auto longitude = number(store.longitude);
-  if (!latitude || !longitude) return std::nullopt;
+  // A position off the globe is as unplaceable as none, and would print as no coordinate.
+  if (!latitude || !longitude || std::fabs(*latitude) > 90 || std::fabs(*longitude) > 180) return std::nullopt;
   return Coordinate{*latitude, *longitude};
 }
 

@@ -15,8 +15,8 @@ namespace qmv {
 // form of the fields the store screens need; StoreInfoModel(payload) reads it back.
 Json storePayload(const StoreInfoModel& store);
 
-// The store's BD-09 position when both coordinate texts are set and read as finite
-// numbers; nullopt otherwise.
+// The store's BD-09 position when both coordinate texts are set and read as numbers on
+// the globe (latitude within 90 degrees, longitude within 180); nullopt otherwise.
 std::optional<Coordinate> storeCoordinate(const StoreInfoModel& store);
 
 // Pushes the store screen with the store's id and name.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -64,6 +65,16 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
     s.Get("/close", [](const httplib::Request& req, httplib::Response& res) {
       res.set_header("Connection", "close");
       res.set_content(req.get_param_value("n"), "text/plain");
+    });
+    s.Get("/endless", [this](const httplib::Request&, httplib::Response& res) {
+      res.set_chunked_content_provider("text/plain", [this](std::size_t, httplib::DataSink& sink) {
+        static const std::string chunk(4096, 'x');
+        return !server_.stopping() && sink.write(chunk.data(), chunk.size());
+      });
+    });
+    s.Get("/headers", [](const httplib::Request&, httplib::Response& res) {
+      for (int i = 0; i < 1000; ++i) res.set_header("X-Filler-" + std::to_string(i), std::string(100, 'h'));
+      res.set_content("ok", "text/plain");
     });
     server_.start();
     if (GetParam() == Driver::asioLoop) {
@@ -140,6 +151,23 @@ TEST_P(CurlTransportTest, StatusesErrorsAndTimeouts) {
   r = sendAndWait(refused);
   EXPECT_EQ(r.error, TransportError::connection);
   EXPECT_FALSE(r.errorMessage.empty());
+}
+
+TEST_P(CurlTransportTest, AnswersBeyondTheLimitFailWithoutBeingKept) {
+  HttpRequest fits;
+  fits.url = server_.url("/file");
+  fits.maxResponseBytes = 4096;
+  EXPECT_EQ(sendAndWait(fits).body, kFile);
+  // A length announced above the limit, a body that never ends, endless header fields.
+  for (const char* path : {"/file", "/endless", "/headers"}) {
+    HttpRequest request;
+    request.url = server_.url(path);
+    request.maxResponseBytes = path == std::string("/file") ? std::strlen(kFile) - 1 : 64 * 1024;
+    const HttpResponse r = sendAndWait(request);
+    EXPECT_EQ(r.error, TransportError::tooLarge) << path << ": " << r.errorMessage;
+    EXPECT_EQ(r.status, 0) << path;
+    EXPECT_TRUE(r.body.empty()) << path;
+  }
 }
 
 TEST_P(CurlTransportTest, CancelStopsARunningTransferAtOnce) {

@@ -1,6 +1,9 @@
 #include "platform/linux/sqlite_settings_store.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <system_error>
@@ -29,8 +32,9 @@ Encoded encode(const Json& value) {
     const auto& bin = value.get_binary();
     return {"binary", std::string(bin.begin(), bin.end())};
   }
-  if (value.is_array()) return {"array", value.dump()};
-  return {"json", value.dump()};
+  // A typed word that is not UTF-8 is kept with U+FFFD rather than aborting the write.
+  if (value.is_array()) return {"array", dumpJson(value)};
+  return {"json", dumpJson(value)};
 }
 
 // A row of an unknown kind or with undecodable content reads as absent; the row stays.
@@ -56,6 +60,23 @@ bool isCorruption(int code) {
   return primary == SQLITE_NOTADB || primary == SQLITE_CORRUPT;
 }
 
+// Creates the file owner-only when missing and narrows an older, wider one; SQLite
+// gives its journals the mode of the database file.
+void makePrivate(const std::filesystem::path& file) {
+  const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+  if (fd >= 0) ::close(fd);
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+    std::filesystem::path path = file;
+    path += suffix;
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) ::chmod(path.c_str(), 0600);
+  }
+}
+
+std::string lastMessage(sqlite3* db) { return sqlite3_errmsg(db); }
+
+bool exec(sqlite3* db, const char* sql) { return sqlite3_exec(db, sql, nullptr, nullptr, nullptr) == SQLITE_OK; }
+
 struct Attempt {
   sqlite3* db = nullptr;
   Json values = Json::object();
@@ -65,6 +86,7 @@ struct Attempt {
 
 Attempt tryOpen(const std::filesystem::path& file) {
   Attempt a;
+  makePrivate(file);
   a.code =
       sqlite3_open_v2(file.c_str(), &a.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr);
   auto fail = [&a](int code) {
@@ -160,43 +182,88 @@ Json SqliteSettingsStore::objectForKey(const std::string& key) const {
 }
 
 void SqliteSettingsStore::setObject(const Json& value, const std::string& key) {
-  if (value.is_null() || value.is_discarded()) {
-    removeObjectForKey(key);
-    return;
-  }
-  const Encoded encoded = encode(value);
-  std::lock_guard lock(mutex_);
-  values_[key] = value;
-  sqlite3_stmt* stmt = nullptr;
-  int rc = sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1, &stmt,
-                              nullptr);
-  if (rc == SQLITE_OK) {
-    sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
-    sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()), SQLITE_TRANSIENT);
-    sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()), SQLITE_TRANSIENT);
-    rc = sqlite3_step(stmt);
-  }
-  sqlite3_finalize(stmt);
-  if (rc != SQLITE_DONE) {
-    writeFailed_ = true;
-    logLine("settings write of " + key + " failed: " + sqlite3_errmsg(db_));
-  }
+  setObjects(Json{{key, value.is_discarded() ? Json() : value}});
 }
 
-void SqliteSettingsStore::removeObjectForKey(const std::string& key) {
+void SqliteSettingsStore::removeObjectForKey(const std::string& key) { setObjects(Json{{key, nullptr}}); }
+
+bool SqliteSettingsStore::setObjects(const Json& values) {
+  if (!values.is_object()) return false;
   std::lock_guard lock(mutex_);
-  values_.erase(key);
-  sqlite3_stmt* stmt = nullptr;
-  int rc = sqlite3_prepare_v2(db_, "DELETE FROM settings WHERE key = ?1", -1, &stmt, nullptr);
-  if (rc == SQLITE_OK) {
-    sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
-    rc = sqlite3_step(stmt);
+  return inTransaction("write of " + (values.empty() ? std::string("nothing") : values.begin().key()),
+                       [&] { return writeRows(values); });
+}
+
+bool SqliteSettingsStore::updateObject(const std::string& key, const Change& change) {
+  std::lock_guard lock(mutex_);
+  return inTransaction("update of " + key, [&] {
+    sqlite3_stmt* stmt = nullptr;
+    Json current;
+    int rc = sqlite3_prepare_v2(db_, "SELECT kind, value FROM settings WHERE key = ?1", -1, &stmt, nullptr);
+    if (rc == SQLITE_OK) {
+      sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
+      rc = sqlite3_step(stmt);
+      if (rc == SQLITE_ROW) current = decode(columnBytes(stmt, 0), columnBytes(stmt, 1));
+    }
+    sqlite3_finalize(stmt);
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE) return false;
+    Json next = change(std::move(current));
+    return writeRows(Json{{key, next.is_discarded() ? Json() : std::move(next)}});
+  });
+}
+
+bool SqliteSettingsStore::writeRows(const Json& values) {
+  bool ok = true;
+  for (const auto& [key, value] : values.items()) {
+    if (value.is_null()) {
+      values_.erase(key);
+    } else {
+      values_[key] = value;
+    }
+    if (!ok) continue;  // the rest still reach memory, as a failed single write does
+    sqlite3_stmt* stmt = nullptr;
+    int rc = SQLITE_OK;
+    if (value.is_null()) {
+      rc = sqlite3_prepare_v2(db_, "DELETE FROM settings WHERE key = ?1", -1, &stmt, nullptr);
+    } else {
+      rc = sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1, &stmt,
+                              nullptr);
+    }
+    if (rc == SQLITE_OK) {
+      sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
+      if (!value.is_null()) {
+        const Encoded encoded = encode(value);
+        sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()), SQLITE_TRANSIENT);
+        sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()), SQLITE_TRANSIENT);
+      }
+      rc = sqlite3_step(stmt);
+    }
+    sqlite3_finalize(stmt);
+    ok = rc == SQLITE_DONE;
   }
-  sqlite3_finalize(stmt);
-  if (rc != SQLITE_DONE) {
-    writeFailed_ = true;
-    logLine("settings removal of " + key + " failed: " + sqlite3_errmsg(db_));
+  return ok;
+}
+
+bool SqliteSettingsStore::inTransaction(const std::string& what, const std::function<bool()>& body) {
+  if (!exec(db_, "BEGIN IMMEDIATE")) {
+    recordFailure(what);
+    return false;
   }
+  if (body() && exec(db_, "COMMIT")) return true;
+  recordFailure(what);
+  exec(db_, "ROLLBACK");
+  return false;
+}
+
+void SqliteSettingsStore::recordFailure(const std::string& what) {
+  writeFailed_ = true;
+  lastError_ = lastMessage(db_);
+  logWarning("settings " + what + " failed: " + lastError_);
+}
+
+std::string SqliteSettingsStore::lastError() const {
+  std::lock_guard lock(mutex_);
+  return lastError_;
 }
 
 bool SqliteSettingsStore::synchronize() {

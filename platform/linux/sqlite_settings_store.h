@@ -1,13 +1,16 @@
 #pragma once
 // The settings store of the Linux client: one SQLite file (<home>/settings.db) holding
 // one row per key, with the value's kind (text, bool, array, binary, other JSON). Every
-// write is its own committed transaction in WAL mode with synchronous=FULL, so a
-// process killed at any moment loses at most the write in progress. A file that SQLite
+// write (one key, or a group of keys written together) is its own committed transaction
+// in WAL mode with synchronous=FULL, so a process killed at any moment loses at most the
+// write in progress, and never half of a group. The file and its journals are readable
+// by their owner only: they hold the password and the session. A file that SQLite
 // cannot read as a database is renamed aside (settings.db.corrupt-<time>) and a fresh
 // store is started; it is never deleted or overwritten.
 //
-// Reads come from an in-memory copy loaded at open; the store is meant for the
-// interface thread, and a mutex makes stray calls from other threads safe.
+// Reads come from an in-memory copy loaded at open (updateObject alone reads the file,
+// so that processes sharing the store do not undo each other's changes); the store is
+// meant for the interface thread, and a mutex makes stray calls from other threads safe.
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -37,24 +40,38 @@ class SqliteSettingsStore : public SettingsStore {
   SqliteSettingsStore& operator=(const SqliteSettingsStore&) = delete;
 
   Json objectForKey(const std::string& key) const override;
-  // Commits at once. A null value removes the key. A failed write keeps the new value in
-  // memory for this run and makes the next synchronize() report false.
+  // Each commits at once. A null value removes the key. A failed write keeps the new
+  // values in memory for this run, makes the next synchronize() report false and is
+  // remembered in lastError().
   void setObject(const Json& value, const std::string& key) override;
   void removeObjectForKey(const std::string& key) override;
+  bool setObjects(const Json& values) override;
+  // Runs in one immediate (write-locked) transaction, waiting up to five seconds for
+  // another process's write to end. `change` must not call the store.
+  bool updateObject(const std::string& key, const Change& change) override;
   // Writes are already durable when they return; this checkpoints the journal and
   // reports whether every write since the last call reached the file.
   bool synchronize() override;
+
+  std::string lastError() const override;
 
   const std::filesystem::path& path() const { return path_; }
 
  private:
   SqliteSettingsStore(sqlite3* db, std::filesystem::path path, Json values);
+  // REQUIRES: mutex_ held. Writes `values` inside the open transaction.
+  bool writeRows(const Json& values);
+  // REQUIRES: mutex_ held. Runs `body` in one immediate transaction, rolled back when it
+  // fails; the failure is recorded.
+  bool inTransaction(const std::string& what, const std::function<bool()>& body);
+  void recordFailure(const std::string& what);
 
   mutable std::mutex mutex_;
   sqlite3* db_;
   std::filesystem::path path_;
   Json values_;
   bool writeFailed_ = false;
+  std::string lastError_;
 };
 
 }  // namespace qmv

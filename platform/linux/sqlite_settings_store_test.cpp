@@ -5,10 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
+#include <thread>
 
 namespace qmv {
 namespace {
@@ -95,49 +98,62 @@ TEST(SqliteSettingsStoreTest, UnwritableLocationIsAnError) {
   EXPECT_FALSE(opened.error.empty());
 }
 
-// A writer is killed with SIGKILL in the middle of its writes; every write it had
-// finished before must be readable afterwards, with its exact value.
-TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
-  TempHome home;
-  const fs::path file = home.path() / "settings.db";
+// Runs `write(i)` for i = 0, 1, ... in a forked child that reports each finished i, and
+// kills it with SIGKILL at a random moment after `reports` have arrived; returns the
+// last i the child reported finished.
+template <class Write>
+std::uint32_t killWriterAfter(const fs::path& file, std::size_t reports, Write write) {
   int fds[2];
-  ASSERT_EQ(pipe(fds), 0);
+  if (pipe(fds) != 0) return 0;
   const pid_t child = fork();
-  ASSERT_GE(child, 0);
   if (child == 0) {
     close(fds[0]);
     auto opened = SqliteSettingsStore::open(file);
     if (!opened.store) _exit(3);
     for (std::uint32_t i = 0;; ++i) {
-      const std::string key = "k" + std::to_string(i % 500);
-      // Cycle the kinds, and rewrite keys so later writes replace earlier rows.
-      switch (i % 3) {
-        case 0:
-          opened.store->setString("v" + std::to_string(i), key);
-          break;
-        case 1:
-          opened.store->setStringArray({"a" + std::to_string(i), "b"}, key);
-          break;
-        default:
-          opened.store->setData(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)), key);
-      }
-      if (write(fds[1], &i, sizeof i) != sizeof i) _exit(4);
+      write(*opened.store, i);
+      if (::write(fds[1], &i, sizeof i) != sizeof i) _exit(4);
     }
   }
   close(fds[1]);
   std::uint32_t last = 0;
   std::uint32_t value = 0;
   std::size_t reported = 0;
-  while (reported < 700 && read(fds[0], &value, sizeof value) == sizeof value) {
+  while (reported < reports && read(fds[0], &value, sizeof value) == sizeof value) {
     last = value;
     ++reported;
   }
+  // Not right after a report, where the child has only begun its next write.
+  std::this_thread::sleep_for(std::chrono::microseconds(std::random_device{}() % 20000));
   kill(child, SIGKILL);
   int status = 0;
   waitpid(child, &status, 0);
+  while (read(fds[0], &value, sizeof value) == sizeof value) last = value;
   close(fds[0]);
-  ASSERT_TRUE(WIFSIGNALED(status)) << "writer ended on its own with " << status;
-  ASSERT_GE(reported, 700u);
+  EXPECT_TRUE(WIFSIGNALED(status)) << "writer ended on its own with " << status;
+  EXPECT_GE(reported, reports);
+  return last;
+}
+
+// A writer is killed with SIGKILL in the middle of its writes; every write it had
+// finished before must be readable afterwards, with its exact value.
+TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
+  TempHome home;
+  const fs::path file = home.path() / "settings.db";
+  const std::uint32_t last = killWriterAfter(file, 700, [](SqliteSettingsStore& store, std::uint32_t i) {
+    const std::string key = "k" + std::to_string(i % 500);
+    // Cycle the kinds, and rewrite keys so later writes replace earlier rows.
+    switch (i % 3) {
+      case 0:
+        store.setString("v" + std::to_string(i), key);
+        break;
+      case 1:
+        store.setStringArray({"a" + std::to_string(i), "b"}, key);
+        break;
+      default:
+        store.setData(std::vector<std::uint8_t>(i % 64 + 1, static_cast<std::uint8_t>(i)), key);
+    }
+  });
 
   auto opened = SqliteSettingsStore::open(file);
   ASSERT_TRUE(opened.store) << opened.error;
@@ -162,6 +178,65 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
     };
     EXPECT_TRUE(matches(newest) || matches(newest + 500)) << key << " lost its write " << newest;
   }
+}
+
+// Keys written together (an account's phone and password) survive a kill together: all
+// from the last finished group, or all from the one in progress.
+TEST(SqliteSettingsStoreTest, GroupSurvivesKillWhole) {
+  TempHome home;
+  const fs::path file = home.path() / "settings.db";
+  const auto group = [](std::uint32_t i) {
+    Json values = {{"user_phone", "1380000" + std::to_string(i)}, {"password", "pw" + std::to_string(i)}};
+    for (int k = 0; k < 14; ++k) values["filler" + std::to_string(k)] = i;
+    return values;
+  };
+  const std::uint32_t last = killWriterAfter(
+      file, 60, [&group](SqliteSettingsStore& store, std::uint32_t i) {
+        if (!store.setObjects(group(i))) _exit(5);
+      });
+
+  auto opened = SqliteSettingsStore::open(file);
+  ASSERT_TRUE(opened.store) << opened.error;
+  Json stored = Json::object();
+  const Json keys = group(0);
+  for (const auto& [key, value] : keys.items()) stored[key] = opened.store->objectForKey(key);
+  EXPECT_TRUE(stored == group(last) || stored == group(last + 1)) << stored.dump();
+}
+
+// Read-modify-write from several processes at once: no update is lost or refused.
+TEST(SqliteSettingsStoreTest, ConcurrentUpdatesFromProcessesAllLand) {
+  TempHome home;
+  const fs::path file = home.path() / "settings.db";
+  ASSERT_TRUE(SqliteSettingsStore::open(file).store);
+  constexpr int kProcesses = 6;
+  constexpr int kUpdates = 25;
+  std::vector<pid_t> children;
+  for (int p = 0; p < kProcesses; ++p) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      auto opened = SqliteSettingsStore::open(file);
+      if (!opened.store) _exit(3);
+      for (int u = 0; u < kUpdates; ++u) {
+        const bool ok = opened.store->updateObject("list", [p](Json list) {
+          if (!list.is_array()) list = Json::array();
+          list.push_back(p);
+          return list;
+        });
+        if (!ok) _exit(4);
+      }
+      _exit(0);
+    }
+    children.push_back(child);
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  }
+  const Json list = SqliteSettingsStore::open(file).store->objectForKey("list");
+  ASSERT_TRUE(list.is_array());
+  EXPECT_EQ(list.size(), static_cast<std::size_t>(kProcesses * kUpdates));
 }
 
 }  // namespace

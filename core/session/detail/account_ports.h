@@ -10,6 +10,7 @@
 #include "core/session/account_texts.h"
 #include "core/session/base_view_controller.h"
 #include "core/session/mobile_code_net_api.h"
+#include "core/session/settings_keys.h"
 #include "platform/env.h"
 #include "platform/push_service.h"
 #include "platform/settings_store.h"
@@ -26,15 +27,18 @@ inline void setPushAlias(const std::string& alias, const std::string& type) {
   if (const auto& push = Env::current().push) push->setAlias(alias, type);
 }
 
-// Stores the account's phone and typed password and flushes, as every successful
-// account change does.
-inline void storeCredentials(const std::string& phone, const std::string& password, const char* phoneKey,
-                             const char* passwordKey) {
+// Stores the account's phone (null removes it) and typed password as one write and
+// flushes, as every successful account change does. When they cannot be stored the
+// member is told, since the next start would sign in with the old account; returns
+// whether they were stored.
+inline bool storeCredentials(const Json& phone, const std::string& password) {
   const auto& settings = Env::current().settings;
-  if (!settings) return;
-  settings->setString(phone, phoneKey);
-  settings->setString(password, passwordKey);
-  settings->synchronize();
+  if (!settings) return true;
+  if (settings->setObjects(Json{{kUserPhoneKey, phone}, {kPasswordKey, password}}) && settings->synchronize()) {
+    return true;
+  }
+  showStatus(account_texts::kAccountNotSaved);
+  return false;
 }
 
 // Asks for a type-0 SMS code for `phone` on behalf of `screen`, stopping the code

@@ -40,6 +40,8 @@ TransportError errorOf(CURLcode code) {
     case CURLE_GOT_NOTHING:
     case CURLE_SSL_CONNECT_ERROR:
       return TransportError::connection;
+    case CURLE_FILESIZE_EXCEEDED:
+      return TransportError::tooLarge;
     default:
       return TransportError::other;
   }
@@ -162,9 +164,18 @@ void Transfer::storeCookie(const std::string& value) {
   }
 }
 
+bool Transfer::exceedsLimit(std::size_t held, std::size_t bytes) {
+  if (bytes <= request.maxResponseBytes && held <= request.maxResponseBytes - bytes) return false;
+  tooLarge_ = true;
+  return true;
+}
+
 size_t Transfer::onHeader(char* data, size_t size, size_t count, void* self) {
   auto* t = static_cast<Transfer*>(self);
   const std::string_view line(data, size * count);
+  // Returning short of the count makes curl end the transfer.
+  if (t->exceedsLimit(t->headerBytes_, line.size())) return 0;
+  t->headerBytes_ += line.size();
   if (line.starts_with("HTTP/")) {
     // A new response (after 100-continue or a redirect): only the last one's fields count.
     t->response_.headers.clear();
@@ -197,6 +208,7 @@ size_t Transfer::onBody(char* data, size_t size, size_t count, void* self) {
     if (!t->fileDecided_ && !t->openDownload()) return CURL_WRITEFUNC_ERROR;
     if (t->file_ != nullptr) return std::fwrite(data, 1, bytes, t->file_);
   }
+  if (t->exceedsLimit(t->response_.body.size(), bytes)) return 0;
   t->response_.body.append(data, bytes);
   return bytes;
 }
@@ -235,6 +247,10 @@ bool Transfer::setUp(std::vector<CURL*>* spares) {
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
   curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
   if (r.timeout.count() > 0) curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(r.timeout.count()));
+  // An announced length above the limit is refused before any of the body arrives.
+  if (r.downloadPath.empty()) {
+    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(r.maxResponseBytes));
+  }
 
   if (r.method == "GET") {
     curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
@@ -292,8 +308,13 @@ void Transfer::finish(CURLcode code, Outbox& outbox) {
   }
   response_.status = currentStatus();
   if (code != CURLE_OK) {
-    response_.error = errorOf(code);
+    response_.error = tooLarge_ ? TransportError::tooLarge : errorOf(code);
     response_.errorMessage = errorBuffer_[0] != '\0' ? errorBuffer_ : curl_easy_strerror(code);
+    if (response_.error == TransportError::tooLarge) {
+      response_.errorMessage = "answer larger than " + std::to_string(request.maxResponseBytes) + " bytes";
+      response_.body.clear();
+      response_.body.shrink_to_fit();
+    }
     response_.status = 0;
   }
   deliver(std::move(response_), outbox);

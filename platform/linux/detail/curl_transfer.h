@@ -58,6 +58,9 @@ struct Transfer {
   void locate();
   void storeCookie(const std::string& value);
   bool openDownload();
+  // Whether `bytes` more of headers or in-memory body would pass the request's limit;
+  // marks the transfer too large when they would.
+  bool exceedsLimit(std::size_t held, std::size_t bytes);
   static size_t onHeader(char* data, size_t size, size_t count, void* self);
   static size_t onBody(char* data, size_t size, size_t count, void* self);
   static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
@@ -74,6 +77,8 @@ struct Transfer {
   std::int64_t existingBytes_ = 0;  // size of the partial file when the transfer began
   std::int64_t fileBase_ = 0;       // bytes of the file before this answer's body
   std::int64_t lastReported_ = -1;
+  std::size_t headerBytes_ = 0;
+  bool tooLarge_ = false;
   char errorBuffer_[CURL_ERROR_SIZE] = {};
 };
 

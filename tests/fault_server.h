@@ -1,0 +1,160 @@
+#pragma once
+// A hostile application server for end-to-end tests: every endpoint of the application
+// path answers with one named fault, chosen by the first path segment, so that a client
+// started with --server <url("garbage")> meets only garbage. Each fault is one named
+// handler below; "member" is a well-behaved login for the tests that need a signed-in
+// member in front of a fault of their own.
+#include <httplib.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
+
+#include "core/common/json.h"
+#include "platform/testing/loopback_server.h"
+
+namespace qmv::testsupport {
+
+class FaultServer {
+ public:
+  static constexpr const char* kPhone = "13800000000";
+  // Bytes of the oversized answers: well above the client's default limit.
+  static constexpr std::size_t kHugeBytes = std::size_t{24} << 20;
+  static constexpr std::size_t kDeep = 60000;
+  // A text that would retitle the terminal window, clear the screen and overwrite the
+  // line, if it reached a terminal as is.
+  static std::string hostileText() { return std::string("\x1b]0;owned\x07\x1b[2J\rfake") + '\0' + "\xc2\x9b" "1m"; }
+
+  FaultServer() {
+    const std::map<std::string, httplib::Server::Handler> handlers = {
+        {"member", [](const auto& req, auto& res) { member(req, res); }},
+        {"deep-data", [](const auto& req, auto& res) { deepData(req, res); }},
+        {"deep-message", [](const auto& req, auto& res) { deepMessage(req, res); }},
+        {"garbage", [](const auto& req, auto& res) { garbage(req, res); }},
+        {"truncated", [](const auto& req, auto& res) { truncated(req, res); }},
+        {"not-utf8", [](const auto& req, auto& res) { notUtf8(req, res); }},
+        {"wrong-data", [](const auto& req, auto& res) { wrongData(req, res); }},
+        {"huge", [](const auto& req, auto& res) { huge(req, res); }},
+        {"endless", [this](const auto& req, auto& res) { endless(req, res); }},
+        {"too-large", [](const auto& req, auto& res) { tooLarge(req, res); }},
+        {"escapes", [](const auto& req, auto& res) { escapes(req, res); }},
+        {"extreme", [](const auto& req, auto& res) { extreme(req, res); }},
+    };
+    const auto route = [handlers](const httplib::Request& req, httplib::Response& res) {
+      const auto it = handlers.find(req.matches[1]);
+      if (it == handlers.end()) {
+        res.status = 404;
+        return;
+      }
+      it->second(req, res);
+    };
+    const std::string pattern = R"(/([a-z0-9-]+)/qmv/app/v3/(\w+))";
+    loopback_.server().Get(pattern, route);
+    loopback_.server().Post(pattern, route);
+    loopback_.start();
+  }
+
+  // The application base URL whose every endpoint answers with `fault`.
+  std::string url(const std::string& fault) const { return loopback_.url("/" + fault + "/qmv/app/v3/"); }
+
+ private:
+  static std::string endpoint(const httplib::Request& req) { return req.matches[2]; }
+  static void json(httplib::Response& res, const std::string& body) { res.set_content(body, "application/json"); }
+  static std::string nested(std::size_t depth, const std::string& open, const std::string& close) {
+    std::string text;
+    for (std::size_t i = 0; i < depth; ++i) text += open;
+    text += "1";
+    for (std::size_t i = 0; i < depth; ++i) text += close;
+    return text;
+  }
+  static Json memberRecord() {
+    return Json{{"sessionId", "s-1"}, {"phone", kPhone},   {"userName", "hostile"}, {"nickName", "Hostile"},
+                {"balance", "500"},   {"nowExp", "150"}, {"inviterID", "1"}};
+  }
+
+  static void member(const httplib::Request& req, httplib::Response& res) {
+    if (endpoint(req) == "getUserLogin") {
+      json(res, dumpJson(Json{{"success", "0"}, {"message", ""}, {"data", memberRecord()}}));
+    } else {
+      json(res, R"({"success":"1","message":"not here"})");
+    }
+  }
+  static void deepData(const httplib::Request&, httplib::Response& res) {
+    json(res, R"({"success":"0","message":"","data":)" + nested(kDeep, "[", "]") + "}");
+  }
+  static void deepMessage(const httplib::Request&, httplib::Response& res) {
+    json(res, R"({"success":"1","message":)" + nested(kDeep, R"({"m":)", "}") + "}");
+  }
+  static void garbage(const httplib::Request&, httplib::Response& res) {
+    json(res, std::string("\x89PNG\r\n\x1a\n\0\0garbage", 17));
+  }
+  static void truncated(const httplib::Request&, httplib::Response& res) {
+    json(res, R"({"success":"0","message":"","data":{"sessionId":"s-1","phone":"138)");
+  }
+  static void notUtf8(const httplib::Request&, httplib::Response& res) {
+    json(res, "{\"success\":\"1\",\"message\":\"\xff\xfe\xe5\xaf\x86\xe7\xa0\x81\xe9\x94\x99\xe8\xaf\xaf\"}");
+  }
+  // "success" "0" with a "data" of the wrong type for every endpoint.
+  static void wrongData(const httplib::Request&, httplib::Response& res) {
+    json(res, R"({"success":"0","message":"","data":"oops"})");
+  }
+  // A failure envelope whose message is one long run of letters.
+  static void huge(const httplib::Request&, httplib::Response& res) {
+    res.set_content_provider(
+        kHugeBytes, "application/json", [](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+          static const std::string head = R"({"success":"1","message":")";
+          static const std::string tail = R"("})";
+          std::string piece(std::min<std::size_t>(length, 64 * 1024), 'x');
+          for (std::size_t i = 0; i < piece.size(); ++i) {
+            const std::size_t at = offset + i;
+            if (at < head.size()) piece[i] = head[at];
+            if (at >= kHugeBytes - tail.size()) piece[i] = tail[at - (kHugeBytes - tail.size())];
+          }
+          return sink.write(piece.data(), piece.size());
+        });
+  }
+  void endless(const httplib::Request&, httplib::Response& res) {
+    res.set_chunked_content_provider("application/json", [this](std::size_t, httplib::DataSink& sink) {
+      static const std::string chunk(64 * 1024, ' ');
+      return !loopback_.stopping() && sink.write(chunk.data(), chunk.size());
+    });
+  }
+  static void tooLarge(const httplib::Request&, httplib::Response& res) {
+    res.status = 413;
+    json(res, R"({"success":"1","message":"too large"})");
+  }
+  // A login refused (any phone but kPhone) with a message, and a member whose texts,
+  // carrying terminal controls.
+  static void escapes(const httplib::Request& req, httplib::Response& res) {
+    if (req.get_param_value("userName") != kPhone) {
+      json(res, dumpJson(Json{{"success", "1"}, {"message", "密码错误" + hostileText()}}));
+      return;
+    }
+    Json record = memberRecord();
+    record["nickName"] = hostileText();
+    json(res, dumpJson(Json{{"success", "0"}, {"message", ""}, {"data", record}}));
+  }
+  // A member with an experience point count at the bottom of int64 and a balance of
+  // 1e300 fen; store "1" to route to from anywhere, every other store off the globe.
+  static void extreme(const httplib::Request& req, httplib::Response& res) {
+    if (endpoint(req) == "getStoreDetailInfo") {
+      const std::string where = req.get_param_value("storeId") == "1" ? "118.354878,35.066057" : "1e300,-1e300";
+      json(res, R"({"success":"0","message":"","data":{"storeName":"远店","coordinate":")" + where + "\"}}");
+      return;
+    }
+    if (endpoint(req) == "getSearchList") {
+      json(res, R"({"success":"0","message":"","data":{"count":2,"dataList":[)"
+                R"({"storeId":"7","storeName":"远店","coordinate":"1e300,-1e300"},)"
+                R"({"storeId":"8","storeName":"无店","coordinate":"nan,inf"}]}})");
+      return;
+    }
+    Json record = memberRecord();
+    record["nowExp"] = "-9223372036854775808";
+    record["balance"] = "1e300";
+    json(res, dumpJson(Json{{"success", "0"}, {"message", ""}, {"data", record}}));
+  }
+
+  LoopbackServer loopback_;
+};
+
+}  // namespace qmv::testsupport
