@@ -30,7 +30,9 @@ struct HttpRequest {
   std::string body;         // bytes; sent when non-empty
   std::string contentType;  // Content-Type of `body`; empty sends none
   std::optional<BasicAuth> basicAuth;
-  std::chrono::milliseconds timeout{10000};  // whole transfer; zero means none
+  // Idle limit: the transfer fails once no byte has moved (connecting, sending or
+  // receiving) for this long; a slow transfer that keeps moving is never cut. Zero: none.
+  std::chrono::milliseconds timeout{10000};
 
   // Non-empty: the body of a 2xx answer is written to this file instead of the response.
   std::string downloadPath;

@@ -5,6 +5,7 @@
 // platform/linux includes this.
 #include <curl/curl.h>
 
+#include <chrono>
 #include <cstdio>
 #include <deque>
 #include <functional>
@@ -58,6 +59,8 @@ struct Transfer {
   void locate();
   void storeCookie(const std::string& value);
   bool openDownload();
+  // True once the transfer has moved no byte for the request's timeout.
+  bool idleTooLong(curl_off_t moved);
   static size_t onHeader(char* data, size_t size, size_t count, void* self);
   static size_t onBody(char* data, size_t size, size_t count, void* self);
   static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
@@ -74,6 +77,9 @@ struct Transfer {
   std::int64_t existingBytes_ = 0;  // size of the partial file when the transfer began
   std::int64_t fileBase_ = 0;       // bytes of the file before this answer's body
   std::int64_t lastReported_ = -1;
+  curl_off_t lastMoved_ = 0;  // bytes sent plus received at the last activity
+  std::chrono::steady_clock::time_point lastActivity_;
+  bool idleTimedOut_ = false;
   char errorBuffer_[CURL_ERROR_SIZE] = {};
 };
 
