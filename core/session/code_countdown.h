@@ -31,6 +31,8 @@ class CodeCountdown {
 
   int count() const { return count_; }
   bool isCounting() const { return count_ > 0; }
+  // The button is usable again: no count left and "获取验证码" shown.
+  bool isIdle() const { return count_ == 0 && title_ == kIdleTitle; }
   const std::string& title() const { return title_; }
 
   // "%.2d:%.2d" of minutes and seconds.
