@@ -80,7 +80,7 @@ int runLogin(CliApp& app, const std::string& phone, const std::string& password)
   Outcome outcome;
   login.onFinished = outcome.callback();
   // The portrait download starts inside a correct login; wait for it too so the portrait
-  // is stored before the run ends.
+  // is stored before the run ends. (The screen stops telling once it is gone.)
   bool portraitDone = false;
   login.onHeaderImageFinished = [&portraitDone](bool) { portraitDone = true; };
   login.loginNet();
@@ -135,9 +135,10 @@ int runRegister(CliApp& app, const RegisterArgs& args) {
     const std::string before = screen.inviteText;
     screen.QRCodeAction();
     Env::current().camera = nullptr;
-    app.runFor(std::chrono::milliseconds(0));
     if (screen.inviteText == before && screen.inviteText.empty()) return kExitFailure;
   }
+  // The whole form is known before the code is asked for: refuse it as submitting would.
+  if (!screen.checkBeforeCode()) return kExitFailure;
   Outcome code;
   screen.onCodeFinished = code.callback();
   if (!screen.getCodeAction() || !code.wait(app)) return kExitFailure;

@@ -15,12 +15,12 @@
 #include <vector>
 
 #include "apps/qmv/cli_output.h"
+#include "platform/alerts.h"
 #include "platform/env.h"
 #include "shell/app_config.h"
 
 namespace qmv {
 class AppDelegate;
-class AutoLogin;
 class MainLoop;
 class StreamAlerts;
 namespace sandbox {
@@ -63,8 +63,9 @@ class CliApp {
   // Prints the --json document of the command that ends.
   void endCommand() { output_->finish(); }
 
-  // A line typed by the user, after printing `prompt` (nullopt at end of input).
-  std::optional<std::string> readLine(const std::string& prompt);
+  // A line typed by the user, after printing `prompt` (nullopt at end of input). With
+  // `remember`, the shell's editor keeps the line in its history.
+  std::optional<std::string> readLine(const std::string& prompt, bool remember = false);
   bool interactive() const { return interactive_; }
 
   const GlobalOptions& options() const { return options_; }
@@ -76,12 +77,17 @@ class CliApp {
   Env& env() { return env_; }
   // Answers the oldest alert still waiting (the shell's "answer" command).
   bool answerAlert(const std::string& answer);
+  std::size_t pendingAlerts() const;
 
   // Runs the shell's line reader: lines are read on a thread and handed out here while
-  // the main loop keeps running (timers and countdowns live on between commands).
-  void startLineReader();
+  // the main loop keeps running (timers and countdowns live on between commands). On a
+  // terminal the lines are edited with history (kept in <home>/shell_history) and
+  // completion of `commandWords`.
+  void startLineReader(std::vector<std::string> commandWords);
 
  private:
+  // The answer to an alert from --answer, or asked on the terminal; nullopt leaves it waiting.
+  std::optional<AlertAnswer> answerFor(const AlertSpec& alert);
   std::optional<int> answerIndex(const std::string& answer, const std::vector<std::string>& buttons) const;
   std::string buildEnv();
 
@@ -96,7 +102,6 @@ class CliApp {
   std::unique_ptr<ScopedEnv> installed_;
   std::unique_ptr<sandbox::SandboxServer> sandbox_;
   std::unique_ptr<AppDelegate> appDelegate_;
-  std::unique_ptr<AutoLogin> autoLogin_;
   std::shared_ptr<StreamAlerts> alerts_;
   std::deque<std::string> answers_;
 

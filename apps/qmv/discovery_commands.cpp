@@ -27,6 +27,7 @@
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/settings_store.h"
+#include "shell/app_delegate.h"
 
 namespace qmv::cli {
 namespace {
@@ -69,7 +70,20 @@ void locateQuietly(CliApp& app) {
 // ---- home ----
 
 int runHome(CliApp& app, long pages) {
-  MainViewController home;
+  AppDelegate& delegate = app.appDelegate();
+  // Asking for the home page leaves the first-run guide for the main tabs.
+  if (delegate.mainCtrl() == nullptr) delegate.jump2MainViewCtrl();
+  MainViewController& home = *delegate.mainCtrl();
+  // The screen outlives this command in the shell: its callbacks must not outlive our frame.
+  struct Unhook {
+    MainViewController& home;
+    ~Unhook() {
+      home.onLoaded = nullptr;
+      home.onAreaRefreshed = nullptr;
+      home.onLocated = nullptr;
+      home.onPopularLoaded = nullptr;
+    }
+  } unhook{home};
   bool loaded = false;
   bool areaDone = false;
   std::optional<MainViewController::LocateOutcome> located;
@@ -81,15 +95,21 @@ int runHome(CliApp& app, long pages) {
     using enum MainViewController::LocateOutcome;
     if (outcome == Selected || outcome == Switched) loaded = false;
   };
-  home.viewDidLoad();
-  if (!app.waitUntil([&] { return loaded && areaDone && (located || alertWaiting()); })) return timedOut("home");
+  if (home.isViewLoaded()) {
+    // Shown again in the same run (the shell): pulled down to refresh.
+    home.refreshNet();
+    if (!app.waitUntil([&] { return loaded; })) return timedOut("home");
+  } else {
+    home.viewDidLoad();
+    if (!app.waitUntil([&] { return loaded && areaDone && (located || alertWaiting()); })) return timedOut("home");
+  }
   // The area cache is written off the interface thread; the run ends once it is whole.
   if (home.areaRebuild().valid()) home.areaRebuild().wait_for(std::chrono::seconds(5));
   bool pageFailed = false;
-  while (home.popularPage() < pages) {
+  while (home.popularPage() < pages && !home.popularFooterHidden()) {
     std::optional<bool> page;
     home.onPopularLoaded = [&](bool ok) { page = ok; };
-    home.loadMorePopular();
+    if (!home.loadMorePopular()) break;
     if (!app.waitUntil([&] { return page.has_value(); })) return timedOut("home");
     if (!*page) {
       pageFailed = true;
@@ -374,7 +394,6 @@ int runCity(CliApp& app, const std::string& name) {
     env.settings->setString(name, kSelectCityDisKey);
     env.settings->synchronize();
     if (env.notifications) env.notifications->post(kCityChangedNotification);
-    app.runFor(std::chrono::milliseconds(10));  // deliver it
   }
   const std::string city = session.getCurrentCityName();
   const std::string id = session.getCurrentCityId().value_or("");
