@@ -188,7 +188,6 @@ TEST_F(NearbySearchTest, CityChangeRebuildsDistrictsAndRowsOpenTheirScreens) {
 
   home_.settings().setString("济南市", kSelectCityKey);
   Env::current().notifications->post("city_changed_noti");
-  drain();
   EXPECT_EQ(view.areaButton.title, "全部");
   EXPECT_EQ(view.areaSelectedIndex, 0);
   EXPECT_NE(std::find(view.areaList.begin(), view.areaList.end(), "历下区"), view.areaList.end());

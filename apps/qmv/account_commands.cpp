@@ -80,7 +80,7 @@ int runLogin(CliApp& app, const std::string& phone, const std::string& password)
   Outcome outcome;
   login.onFinished = outcome.callback();
   // The portrait download starts inside a correct login; wait for it too so the portrait
-  // is stored before the run ends. (The screen stops telling once it is gone.)
+  // is stored before the run ends.
   bool portraitDone = false;
   login.onHeaderImageFinished = [&portraitDone](bool) { portraitDone = true; };
   login.loginNet();

@@ -77,6 +77,7 @@ class CliApp {
   Env& env() { return env_; }
   // Answers the oldest alert still waiting (the shell's "answer" command).
   bool answerAlert(const std::string& answer);
+  // Alerts waiting for an answer nobody gave (a flow waiting on one will not go on).
   std::size_t pendingAlerts() const;
 
   // Runs the shell's line reader: lines are read on a thread and handed out here while

@@ -23,7 +23,6 @@
 #include "features/discovery/qxr_store_detail_view_controller.h"
 #include "features/discovery/search_type_net_api.h"
 #include "features/discovery/search_view.h"
-#include "platform/linux/stream_alerts.h"
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/settings_store.h"
@@ -43,12 +42,6 @@ std::string coordinateText(Coordinate c) {
   char text[64];
   std::snprintf(text, sizeof text, "%.8f,%.8f", c.latitude, c.longitude);
   return text;
-}
-
-// Whether an alert waits for an answer nobody gave (the flow will not go on by itself).
-bool alertWaiting() {
-  const auto alerts = std::dynamic_pointer_cast<StreamAlerts>(Env::current().alerts);
-  return alerts && alerts->pendingCount() > 0;
 }
 
 // The home screen locates the member at every start; commands other than home and
@@ -101,7 +94,7 @@ int runHome(CliApp& app, long pages) {
     if (!app.waitUntil([&] { return loaded; })) return timedOut("home");
   } else {
     home.viewDidLoad();
-    if (!app.waitUntil([&] { return loaded && areaDone && (located || alertWaiting()); })) return timedOut("home");
+    if (!app.waitUntil([&] { return loaded && areaDone && (located || app.pendingAlerts() > 0); })) return timedOut("home");
   }
   // The area cache is written off the interface thread; the run ends once it is whole.
   if (home.areaRebuild().valid()) home.areaRebuild().wait_for(std::chrono::seconds(5));
@@ -433,7 +426,7 @@ int runLocate(CliApp& app) {
   std::optional<MainViewController::LocateOutcome> located;
   home.onLocated = [&](MainViewController::LocateOutcome outcome) { located = outcome; };
   home.startLocate();
-  if (!app.waitUntil([&] { return located || alertWaiting(); }, std::chrono::milliseconds(5000))) {
+  if (!app.waitUntil([&] { return located || app.pendingAlerts() > 0; }, std::chrono::milliseconds(5000))) {
     return timedOut("locate");
   }
   using enum MainViewController::LocateOutcome;
