@@ -8,6 +8,7 @@
 #include "core/request/network_config.h"
 #include "features/discovery/main_view_controller.h"
 #include "features/discovery/nearby_view_controller.h"
+#include "features/orders/payment_failure_watch.h"
 #include "features/orders/payment_results.h"
 #include "platform/app_window.h"
 #include "platform/env.h"
@@ -193,6 +194,7 @@ void AppDelegate::onResp(int errCode) {
     show("支付成功");
   } else {
     show("支付失败");
+    PaymentFailureWatch::report();
   }
 }
 

@@ -26,7 +26,7 @@ class FindPwdView {
   std::string codeText;
 
   const std::string& codeButtonTitle() const { return countdown_.title(); }
-  bool codeButtonEnabled() const { return countdown_.isIdle(); }
+  bool codeButtonEnabled() const { return countdown_.buttonEnabled(); }
   const CodeCountdown& countdown() const { return countdown_; }
 
   // Code button: refused without a word while the countdown runs; with a valid phone
