@@ -22,7 +22,7 @@
 #include "platform/env.h"
 #include "platform/linux/asio_main_loop.h"
 #include "platform/linux/curl_transport.h"
-#include "platform/linux/loop_notification_center.h"
+#include "platform/synchronous_notification_center.h"
 #include "platform/testing/loopback_server.h"
 #include "platform/testing/recording_status_overlay.h"
 
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
   env.mainLoop = loop;
   env.cookies = std::make_shared<MemoryCookieStore>();
   env.http = std::make_shared<CurlTransport>(loop, env.cookies);
-  env.notifications = std::make_shared<LoopNotificationCenter>(loop);
+  env.notifications = std::make_shared<SynchronousNotificationCenter>();
   env.overlay = std::make_shared<RecordingStatusOverlay>();
   ScopedEnv scoped(std::move(env));
   GlobalData::resetSharedInstance();

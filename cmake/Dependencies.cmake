@@ -10,6 +10,8 @@ find_package(GTest REQUIRED)
 find_package(benchmark QUIET)
 pkg_check_modules(PCRE2 REQUIRED IMPORTED_TARGET libpcre2-8)
 pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+# Line editing of the interactive shell (the CLI only).
+pkg_check_modules(LIBEDIT REQUIRED IMPORTED_TARGET libedit)
 # Text measurement: Pango over FreeType and fontconfig, no drawing surface needed.
 pkg_check_modules(PANGOFT2 REQUIRED IMPORTED_TARGET pangoft2)
 # GLib's main context: the interface thread of the graphical client.

@@ -35,7 +35,9 @@ struct HttpRequest {
   std::string body;         // bytes; sent when non-empty
   std::string contentType;  // Content-Type of `body`; empty sends none
   std::optional<BasicAuth> basicAuth;
-  std::chrono::milliseconds timeout{10000};  // whole transfer; zero means none
+  // Idle limit: the transfer fails once no byte has moved (connecting, sending or
+  // receiving) for this long; a slow transfer that keeps moving is never cut. Zero: none.
+  std::chrono::milliseconds timeout{10000};
   // Bytes of header fields and of a body kept in memory (not one written to
   // downloadPath) beyond which the transfer ends with TransportError::tooLarge.
   std::size_t maxResponseBytes = kDefaultMaxResponseBytes;

@@ -1,7 +1,8 @@
 #pragma once
 // App-wide notifications ("changeBaseUrl", "pay_success_noti", "city_changed_noti").
-// Posting never calls an observer directly: delivery happens later on the interface
-// thread, so a poster never re-enters its own observers.
+// Delivery is synchronous, as the platform has it: post() calls the observers before it
+// returns, so whatever the poster does next (a request right after "changeBaseUrl")
+// already sees what the observers changed.
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -17,15 +18,17 @@ class NotificationCenter {
 
   virtual ~NotificationCenter() = default;
 
-  // Thread-safe. Every observer registered for `name` when the delivery runs is called
-  // with `userInfo` (null when there is no payload).
+  // Calls, on the posting thread and before returning, every observer registered for
+  // `name` when the post began, with `userInfo` (null when there is no payload). An
+  // observer removed meanwhile (by an earlier observer) is skipped; one added meanwhile
+  // waits for the next post. Observers may post, add and remove.
   virtual void post(const std::string& name, const Json& userInfo = nullptr) = 0;
 
   // Thread-safe. The token stays valid until removeObserver; tokens are never reused.
   virtual ObserverToken addObserver(const std::string& name, Callback callback) = 0;
 
-  // Thread-safe. After it returns, the observer is not called again, not even for
-  // notifications posted earlier and not yet delivered. Unknown tokens are ignored.
+  // Thread-safe. After it returns, the observer is not called again. Unknown tokens are
+  // ignored.
   virtual void removeObserver(ObserverToken token) = 0;
 };
 

@@ -48,6 +48,13 @@ bool AppConfig::set(const std::string& key, const std::string& value) {
   return true;
 }
 
+std::string AppConfig::welcomeImage() const {
+  if (!welcomeImageUrl.empty() || objectStorageHost.empty()) return welcomeImageUrl;
+  std::string host = objectStorageHost;
+  while (!host.empty() && host.back() == '/') host.pop_back();
+  return host + "/welcome.png";
+}
+
 AppConfig AppConfig::load(const std::filesystem::path& path, std::vector<std::string>* warnings) {
   AppConfig config;
   std::ifstream in(path);

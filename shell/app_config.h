@@ -16,7 +16,7 @@ struct AppConfig {
   std::string productionServer;  // behind "正式环境" of the server switch
   std::string testServer;        // behind "测试环境"
   std::string objectStorageHost;
-  std::string welcomeImageUrl;  // the remote "welcome.png"
+  std::string welcomeImageUrl;  // the remote "welcome.png"; see welcomeImage()
   std::string webHost;          // root of the server-hosted pages
   std::string crashReporterAppId;
   std::string pushAppKey;
@@ -37,6 +37,10 @@ struct AppConfig {
   // Applies one "key = value" setting; false for an unknown key or, for
   // "max_response_bytes", a value that is not a positive byte count.
   bool set(const std::string& key, const std::string& value);
+
+  // The launch image's URL: welcomeImageUrl when configured, else "welcome.png" on the
+  // object-storage host; empty when neither is known.
+  std::string welcomeImage() const;
 };
 
 }  // namespace qmv

@@ -1,9 +1,13 @@
 #include "shell/app_delegate.h"
 
+#include <cctype>
+
 #include "core/common/dictionary.h"
 #include "core/common/notification_names.h"
 #include "core/common/url_parts.h"
 #include "core/request/network_config.h"
+#include "features/discovery/main_view_controller.h"
+#include "features/discovery/nearby_view_controller.h"
 #include "features/orders/payment_failure_watch.h"
 #include "features/orders/payment_results.h"
 #include "platform/app_window.h"
@@ -21,6 +25,11 @@ namespace {
 
 const std::vector<std::string> kSharePlatforms = {"wechat_session", "wechat_timeline", "sina_weibo"};
 
+std::string lower(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
 void show(const std::string& text) {
   if (auto overlay = Env::current().overlay) overlay->showImage("", text);
 }
@@ -32,7 +41,10 @@ AppDelegate::AppDelegate(AppConfig config) : config_(std::move(config)) {}
 AppDelegate::~AppDelegate() {
   const Env& env = Env::current();
   if (changeBaseUrlToken_ != 0 && env.notifications) env.notifications->removeObserver(changeBaseUrlToken_);
-  if (launchTimer_ != 0 && env.mainLoop) env.mainLoop->cancelTimer(launchTimer_);
+  if (env.mainLoop) {
+    if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
+    for (const MainLoop::TimerId timer : handOffTimers_) env.mainLoop->cancelTimer(timer);
+  }
 }
 
 bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
@@ -100,6 +112,10 @@ void AppDelegate::jump2MainViewCtrl() {
   std::vector<std::string> tabs = {"MainViewController", "NearbyViewController", "WealthViewController",
                                    "QXH5ViewController", "ZDMyViewController"};
   tabBarViewCtrl_.emplace(tabs);
+  // The screens behind the first two tabs exist from here on, whichever front end draws
+  // them: the home screen for its start, the nearby screen for the home's hand-offs.
+  mainCtrl_ = std::make_unique<MainViewController>();
+  nearbyCtrl_ = std::make_shared<NearbyViewController>();
   const Env& env = Env::current();
   if (env.navigator) {
     // The community page is the H5 tab, opened with its page type.
@@ -112,8 +128,9 @@ void AppDelegate::setLunchImage() {
   const Env& env = Env::current();
   if (!env.window) return;
   // Dropping the cached copy first shows the newest server image on every start.
-  env.window->removeCachedImage(config_.welcomeImageUrl);
-  env.window->showLaunchView("welcome_first", config_.welcomeImageUrl);
+  const std::string welcome = config_.welcomeImage();
+  env.window->removeCachedImage(welcome);
+  env.window->showLaunchView("welcome_first", welcome);
   if (env.mainLoop) {
     if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
     launchTimer_ = env.mainLoop->postAfter(kLaunchImageDuration, [this] {
@@ -145,20 +162,21 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
     if (!payments || !payments->wechat) return false;
     return payments->wechat->handleOpenURL(url, [this](int errCode) { onResp(errCode); });
   }
-  const std::string host = urlHost(url);
-  const auto onAlipayResult = [](const Json& result) {
-    handleAlipayResult(result, [] {
-      if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
-    });
-  };
+  // Anything from outside may knock: only our own scheme and an exact host pass.
+  if (urlScheme(url) != lower(config_.urlScheme) || url.find('#') != std::string::npos) return false;
+  const std::string host = urlAuthority(url);
   if (host == "safepay") {
     if (!payments || !payments->alipay) return false;
-    payments->alipay->processOrderWithPaymentResult(url, onAlipayResult);
+    payments->alipay->processOrderWithPaymentResult(url, [](const Json& result) {
+      handleAlipayResult(result, [] {
+        if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
+      });
+    });
     return true;
   }
   if (host == "platformapi") {
     if (!payments || !payments->alipay) return false;
-    payments->alipay->processAuthResult(url, onAlipayResult);
+    payments->alipay->processAuthResult(url, handleAlipayAuthResult);
     return true;
   }
   if (host == "uppayresult") {
@@ -198,7 +216,7 @@ void AppDelegate::changeToNearWithType(const std::string& typeId) {
   }
   // The nearby view is being created by the tab switch; hand over once it exists.
   currentType_ = typeId;
-  if (auto loop = Env::current().mainLoop) loop->postAfter(kNearbyHandoffDelay, [this] { jump2nearByTypeThread(); });
+  handOffLater(&AppDelegate::jump2nearByTypeThread);
 }
 
 void AppDelegate::changeToNearWithKey(const std::string& keyword) {
@@ -208,7 +226,18 @@ void AppDelegate::changeToNearWithKey(const std::string& keyword) {
     return;
   }
   currentKey_ = keyword;
-  if (auto loop = Env::current().mainLoop) loop->postAfter(kNearbyHandoffDelay, [this] { jump2nearByKeyThread(); });
+  handOffLater(&AppDelegate::jump2nearByKeyThread);
+}
+
+void AppDelegate::handOffLater(void (AppDelegate::*jump)()) {
+  const auto& loop = Env::current().mainLoop;
+  if (!loop) return;
+  const auto timer = std::make_shared<MainLoop::TimerId>(0);
+  *timer = loop->postAfter(kNearbyHandoffDelay, [this, jump, timer] {
+    std::erase(handOffTimers_, *timer);
+    (this->*jump)();
+  });
+  handOffTimers_.push_back(*timer);
 }
 
 void AppDelegate::jump2nearByTypeThread() {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/common/json.h"
 #include "platform/main_loop.h"
@@ -16,6 +17,8 @@
 #include "shell/tab_bar_view_controller.h"
 
 namespace qmv {
+
+class MainViewController;
 
 class AppDelegate {
  public:
@@ -41,26 +44,34 @@ class AppDelegate {
   void changeBaseUrl(const Json& userInfo);
   void applicationWillEnterForeground();
 
-  // Inbound URL, first match wins: the messaging application's source, then the hosts
-  // "safepay", "platformapi", "uppayresult". Returns whether a handler took it.
+  // Inbound URL, first match wins: the messaging application's source (whose library
+  // reads the URL itself), then the application's own scheme with exactly the host
+  // "safepay" (payment result), "platformapi" (authorisation result) or "uppayresult"
+  // (bank-card result): no user information, port or fragment. Returns whether a
+  // handler took it.
   bool openURL(const std::string& url, const std::string& sourceApplication);
   // The messaging application's payment response.
   void onResp(int errCode);
   void postPaySuccessNotiDelay();
 
-  // Jumps requested by the home screen.
+  // Jumps requested by the home screen. A jump to a nearby screen whose view does not
+  // exist yet is delivered 0.1 s later, unless the delegate has gone by then.
   void changeToCirecles();
   void changeToNearWithType(const std::string& typeId);
   void changeToNearWithKey(const std::string& keyword);
   void jump2nearByTypeThread();
   void jump2nearByKeyThread();
 
-  // The nearby screen, once the main tabs exist (not owned beyond this pointer).
+  // Replaces the nearby screen that jump2MainViewCtrl built (tests hand in a fake).
   void setNearbyCtrl(std::shared_ptr<NearbyHandoff> nearby) { nearbyCtrl_ = std::move(nearby); }
 
   const AppConfig& config() const { return config_; }
   // Null until the main tabs are shown.
   TabBarViewController* tabBarViewCtrl() { return tabBarViewCtrl_ ? &*tabBarViewCtrl_ : nullptr; }
+  // The home and nearby screens of the main tabs; null until the tabs are shown. A front
+  // end loads a screen's view when it shows its tab.
+  MainViewController* mainCtrl() { return mainCtrl_.get(); }
+  NearbyHandoff* nearbyCtrl() { return nearbyCtrl_.get(); }
   // The order whose payment just succeeded.
   std::string successOrderID;
 
@@ -68,13 +79,18 @@ class AppDelegate {
   void initPush(const Json& launchOptions);
   void initShare();
 
+  // Runs `jump` after the hand-off delay; the timer dies with the delegate.
+  void handOffLater(void (AppDelegate::*jump)());
+
   AppConfig config_;
   std::optional<TabBarViewController> tabBarViewCtrl_;
+  std::unique_ptr<MainViewController> mainCtrl_;
   std::shared_ptr<NearbyHandoff> nearbyCtrl_;
   std::string currentType_;
   std::string currentKey_;
   NotificationCenter::ObserverToken changeBaseUrlToken_ = 0;
   MainLoop::TimerId launchTimer_ = 0;
+  std::vector<MainLoop::TimerId> handOffTimers_;
 };
 
 }  // namespace qmv

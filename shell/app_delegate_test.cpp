@@ -6,14 +6,17 @@
 #include <string>
 #include <vector>
 
+#include "core/request/network_agent.h"
 #include "core/request/network_config.h"
+#include "core/session/login_net_api.h"
+#include "features/discovery/main_view_controller.h"
 #include "platform/env.h"
 #include "platform/linux/headless_app_window.h"
-#include "platform/linux/loop_notification_center.h"
 #include "platform/linux/stack_navigator.h"
 #include "platform/manual_main_loop.h"
 #include "platform/push_service.h"
 #include "platform/settings_store.h"
+#include "platform/synchronous_notification_center.h"
 #include "platform/testing/fixed_reachability.h"
 #include "platform/testing/recording_payment_channels.h"
 #include "platform/testing/recording_status_overlay.h"
@@ -117,7 +120,7 @@ struct ShellFixture : ::testing::Test {
   std::shared_ptr<LoggedWeChat> wechat = std::make_shared<LoggedWeChat>();
   std::shared_ptr<RecordingAlipayService> alipay = std::make_shared<RecordingAlipayService>();
   std::shared_ptr<RecordingUPPayControl> uppay = std::make_shared<RecordingUPPayControl>();
-  std::shared_ptr<LoopNotificationCenter> notifications = std::make_shared<LoopNotificationCenter>(loop);
+  std::shared_ptr<SynchronousNotificationCenter> notifications = std::make_shared<SynchronousNotificationCenter>();
   std::vector<std::string> posted;
   std::unique_ptr<ScopedEnv> scope;
   AppConfig config;
@@ -157,7 +160,7 @@ struct ShellFixture : ::testing::Test {
     config.analyticsAppKey = "analytics-key";
     config.shareAppKey = "share-key";
     config.wechatAppId = "wx-id";
-    config.welcomeImageUrl = "http://oss.test/welcome.png";
+    config.objectStorageHost = "http://oss.test/";
   }
   void TearDown() override { NetworkConfig::sharedInstance().setBaseUrl(""); }
 };
@@ -185,6 +188,17 @@ TEST_F(ShellFixture, FirstRunStartsInOrderWithTheGuideAndLaterRunsGoToTheTabs) {
         "visible",
         "launch welcome_first"};
     EXPECT_EQ(*log, expected);
+    // The looks themselves; the welcome image lives on the object-storage host.
+    const std::vector<std::string> looks = {"background 255,255,255,1",
+                                            "keyboard toolbar=off enabled=on resignOnTouchOutside=on",
+                                            "overlayStyle 1",
+                                            "statusBar shown style=1",
+                                            "navigationBar barTint=241,161,72,1 font=18 backTitleOffset=0,-60",
+                                            "create",
+                                            "makeKeyAndVisible",
+                                            "imageCache remove http://oss.test/welcome.png",
+                                            "launchView placeholder=welcome_first url=http://oss.test/welcome.png"};
+    EXPECT_EQ(window->events(), looks);
     EXPECT_EQ(NetworkConfig::sharedInstance().baseUrl(), config.serverBaseUrl);
     EXPECT_EQ(navigator->topScreen()->name, "LaunchViewController");
     EXPECT_EQ(settings->stringForKey("select_city"), "临沂市");
@@ -205,38 +219,45 @@ TEST_F(ShellFixture, FirstRunStartsInOrderWithTheGuideAndLaterRunsGoToTheTabs) {
   AppDelegate again(config);
   again.didFinishLaunchingWithOptions();
   ASSERT_NE(again.tabBarViewCtrl(), nullptr);
+  ASSERT_NE(again.mainCtrl(), nullptr);
+  EXPECT_FALSE(again.mainCtrl()->isViewLoaded()) << "the front end loads it when it shows the tab";
+  EXPECT_NE(again.nearbyCtrl(), nullptr) << "the home's hand-offs have a receiver";
   EXPECT_EQ(navigator->topScreen()->name, "TabBarViewController");
   EXPECT_EQ(again.tabBarViewCtrl()->viewControllers().at(3), "QXH5ViewController");
   EXPECT_EQ(settings->stringForKey("select_city"), "济南市");  // the guide's default city is first-run only
 }
 
-TEST_F(ShellFixture, ChangeBaseUrlNotificationWithAndWithoutType) {
+TEST_F(ShellFixture, ChangeBaseUrlTakesEffectBeforeThePostReturns) {
   AppDelegate app(config);
   app.didFinishLaunchingWithOptions();
+  LoginNetApi login("13800000000", "x");
   notifications->post("changeBaseUrl", Json{{"type", "http://10.1.2.3/qmv/app/v3/"}});
-  loop->runPending();
-  EXPECT_EQ(NetworkConfig::sharedInstance().baseUrl(), "http://10.1.2.3/qmv/app/v3/");
+  // A request built right after the post already goes to the new server.
+  EXPECT_EQ(NetworkAgent::sharedInstance().buildRequestUrl(login), "http://10.1.2.3/qmv/app/v3/getUserLogin");
   notifications->post("changeBaseUrl");
-  loop->runPending();
-  EXPECT_EQ(NetworkConfig::sharedInstance().baseUrl(), "");
+  EXPECT_EQ(NetworkAgent::sharedInstance().buildRequestUrl(login), "getUserLogin") << "no type: no host";
 
   // The server switch posts what the sheet or the typed host names.
   config.productionServer = "http://prod.test/qmv/app/v3/";
   ServerSwitch serverSwitch(config);
-  serverSwitch.showAlert();
+  std::vector<std::string> switched;
+  const auto onSwitched = [&](const std::string& base) {
+    switched.push_back(NetworkAgent::sharedInstance().buildRequestUrl(login));
+    EXPECT_EQ(base + "getUserLogin", switched.back());
+  };
+  serverSwitch.showAlert(onSwitched);
   ASSERT_EQ(alerts->shown().back().buttons, (std::vector<std::string>{"正式环境", "测试环境", "手动输入"}));
   alerts->script({0, {}});
   alerts->flush();
-  loop->runPending();
-  EXPECT_EQ(NetworkConfig::sharedInstance().baseUrl(), "http://prod.test/qmv/app/v3/");
-  serverSwitch.showAlert();
+  serverSwitch.showAlert(onSwitched);
   alerts->script({2, {}});
   alerts->script({0, {"192.168.1.9:8080"}});
   alerts->flush();
   alerts->flush();
   EXPECT_EQ(alerts->shown().back().textFields, std::vector<std::string>{"IP:"});
-  loop->runPending();
-  EXPECT_EQ(NetworkConfig::sharedInstance().baseUrl(), "http://192.168.1.9:8080/qmv/app/v3/");
+  EXPECT_EQ(switched, (std::vector<std::string>{"http://prod.test/qmv/app/v3/getUserLogin",
+                                                "http://192.168.1.9:8080/qmv/app/v3/getUserLogin"}));
+  EXPECT_EQ(posted, (std::vector<std::string>{"changeBaseUrl", "changeBaseUrl", "changeBaseUrl", "changeBaseUrl"}));
 }
 
 TEST_F(ShellFixture, InboundUrlsRouteBySourceFirstThenHost) {
@@ -245,7 +266,6 @@ TEST_F(ShellFixture, InboundUrlsRouteBySourceFirstThenHost) {
   EXPECT_TRUE(app.openURL("qqqmmmvvv://safepay/?x=1", "com.tencent.xin"));
   EXPECT_EQ(wechat->handledUrls.size(), 1u);
   EXPECT_TRUE(alipay->paymentUrls.empty());
-  loop->runPending();
   EXPECT_EQ(posted, std::vector<std::string>{"pay_success_noti"});
   EXPECT_EQ(overlay->statuses().back(), "支付成功");
 
@@ -255,11 +275,13 @@ TEST_F(ShellFixture, InboundUrlsRouteBySourceFirstThenHost) {
 
   EXPECT_TRUE(app.openURL("qqqmmmvvv://safepay/?resultStatus=9000", "com.alipay.iphoneclient"));
   EXPECT_EQ(alipay->paymentUrls.size(), 1u);
-  loop->runPending();
   EXPECT_EQ(posted, (std::vector<std::string>{"pay_success_noti", "pay_success_noti"}));  // "9000" succeeded
-  alipay->nextResult = Json{{"resultStatus", "6001"}, {"memo", "\\u7528\\u6237\\u53d6\\u6d88"}};
+  // An authorisation is not a payment, granted or not.
   EXPECT_TRUE(app.openURL("qqqmmmvvv://platformapi/auth", ""));
   EXPECT_EQ(alipay->authUrls.size(), 1u);
+  EXPECT_EQ(posted.size(), 2u) << "a granted authorisation posts no payment success";
+  alipay->nextResult = Json{{"resultStatus", "6001"}, {"memo", "\\u7528\\u6237\\u53d6\\u6d88"}};
+  EXPECT_TRUE(app.openURL("QQQMMMVVV://platformapi/auth", ""));
   EXPECT_EQ(overlay->statuses().back(), "用户取消");
 
   uppay->nextCode = "cancel";
@@ -272,10 +294,22 @@ TEST_F(ShellFixture, InboundUrlsRouteBySourceFirstThenHost) {
   loop->advance(AppDelegate::kPaySuccessDelay);
   EXPECT_EQ(posted, std::vector<std::string>{"pay_success_noti"});
 
+  // Only our scheme with an exact host: no other scheme, user information, port,
+  // look-alike host or fragment reaches a payment library.
   const auto before = overlay->statuses().size();
   EXPECT_FALSE(app.openURL("qqqmmmvvv://unknownhost/x", "com.example.other"));
   EXPECT_FALSE(app.openURL("not a url", ""));
+  for (const char* url : {"http://uppayresult?code=success", "qqqmmmvvv://evil.test@uppayresult?code=success",
+                          "qqqmmmvvv://uppayresult:80?code=success", "qqqmmmvvv://uppayresult.evil.test?code=success",
+                          "qqqmmmvvv://uppayresult#?code=success", "qqqmmmvvv://x#@uppayresult?code=success",
+                          "qqqmmmvvvx://safepay/?resultStatus=9000", "qqqmmmvvv:/safepay/?resultStatus=9000"}) {
+    EXPECT_FALSE(app.openURL(url, "")) << url;
+  }
   EXPECT_EQ(overlay->statuses().size(), before);
+  EXPECT_EQ(alipay->paymentUrls.size(), 1u);
+  EXPECT_EQ(uppay->handledUrls.size(), 2u);
+  loop->advance(AppDelegate::kPaySuccessDelay);
+  EXPECT_EQ(posted, std::vector<std::string>{"pay_success_noti"});
 }
 
 TEST_F(ShellFixture, HomeJumpsToNearbyDeliverAtOnceOrAfterTheTabLoads) {
@@ -303,6 +337,18 @@ TEST_F(ShellFixture, HomeJumpsToNearbyDeliverAtOnceOrAfterTheTabLoads) {
   app.applicationWillEnterForeground();
   EXPECT_EQ(window->badgeNumber(), 0);
   EXPECT_EQ(window->events().back(), "cancelAllLocalNotifications");
+
+  // A jump still waiting when the delegate goes away never runs.
+  nearby->loaded = false;
+  const auto received = nearby->received.size();
+  {
+    AppDelegate leaving(config);
+    leaving.didFinishLaunchingWithOptions();
+    leaving.setNearbyCtrl(nearby);
+    leaving.changeToNearWithKey("烧烤");
+  }
+  loop->advance(AppDelegate::kNearbyHandoffDelay);
+  EXPECT_EQ(nearby->received.size(), received);
 }
 
 }  // namespace

@@ -8,36 +8,38 @@
 namespace qmv {
 namespace {
 
-void postBaseUrl(const std::string& baseUrl) {
+void postBaseUrl(const std::string& baseUrl, const ServerSwitch::Switched& onSwitched) {
   if (auto center = Env::current().notifications) center->post(kChangeBaseUrlNotification, Json{{"type", baseUrl}});
+  if (onSwitched) onSwitched(baseUrl);
+}
+
+void askForHost(ServerSwitch::Switched onSwitched) {
+  const auto alerts = Env::current().alerts;
+  if (!alerts) return;
+  alerts->show(AlertSpec{"", "", {ServerSwitch::kOk}, {ServerSwitch::kHostField}},
+               [onSwitched = std::move(onSwitched)](const AlertAnswer& answer) {
+                 const std::string host = answer.fieldTexts.empty() ? std::string() : answer.fieldTexts.front();
+                 postBaseUrl(ServerSwitch::manualBaseUrl(host), onSwitched);
+               });
 }
 
 }  // namespace
 
 std::string ServerSwitch::manualBaseUrl(const std::string& host) { return "http://" + host + "/qmv/app/v3/"; }
 
-void ServerSwitch::showAlert() {
+void ServerSwitch::showAlert(Switched onSwitched) const {
   const auto alerts = Env::current().alerts;
   if (!alerts) return;
-  alerts->show(AlertSpec{"", "", {"正式环境", "测试环境", "手动输入"}, {}},
-               [production = production_, test = test_](const AlertAnswer& answer) {
+  alerts->show(AlertSpec{"", "", {kProduction, kTest, kManual}, {}},
+               [production = production_, test = test_, onSwitched = std::move(onSwitched)](const AlertAnswer& answer) {
                  if (answer.buttonIndex == 0) {
-                   postBaseUrl(production);
+                   postBaseUrl(production, onSwitched);
                  } else if (answer.buttonIndex == 1) {
-                   postBaseUrl(test);
+                   postBaseUrl(test, onSwitched);
                  } else if (answer.buttonIndex == 2) {
-                   askForHost();
+                   askForHost(onSwitched);
                  }
                });
-}
-
-void ServerSwitch::askForHost() {
-  const auto alerts = Env::current().alerts;
-  if (!alerts) return;
-  alerts->show(AlertSpec{"", "", {"OK"}, {"IP:"}}, [](const AlertAnswer& answer) {
-    const std::string host = answer.fieldTexts.empty() ? std::string() : answer.fieldTexts.front();
-    postBaseUrl(manualBaseUrl(host));
-  });
 }
 
 }  // namespace qmv

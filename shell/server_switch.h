@@ -3,6 +3,7 @@
 // Every choice posts "changeBaseUrl" with user info "type" = the chosen base URL; manual
 // entry asks for a host in an alert with one field ("IP:") and forms
 // "http://%@/qmv/app/v3/" from it.
+#include <functional>
 #include <string>
 
 #include "shell/app_config.h"
@@ -11,15 +12,28 @@ namespace qmv {
 
 class ServerSwitch {
  public:
+  static constexpr const char* kProduction = "正式环境";
+  static constexpr const char* kTest = "测试环境";
+  static constexpr const char* kManual = "手动输入";
+  static constexpr const char* kHostField = "IP:";
+  static constexpr const char* kOk = "OK";
+
+  using Switched = std::function<void(const std::string& baseUrl)>;
+
   explicit ServerSwitch(const AppConfig& config) : production_(config.productionServer), test_(config.testServer) {}
-  // showAlert: REQUIRES the interface thread and the Alerts and NotificationCenter ports.
-  void showAlert();
+
+  // showAlert: the sheet, then for manual entry the host alert. `onSwitched`, when
+  // given, runs after "changeBaseUrl" was posted (so the new base is in place); it does
+  // not run when the sheet is dismissed. The object may go away before the answer.
+  // REQUIRES: the interface thread; without an Alerts port nothing is shown.
+  void showAlert(Switched onSwitched = {}) const;
+
+  const std::string& production() const { return production_; }
+  const std::string& test() const { return test_; }
 
   static std::string manualBaseUrl(const std::string& host);
 
  private:
-  static void askForHost();
-
   std::string production_;
   std::string test_;
 };

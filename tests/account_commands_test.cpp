@@ -70,6 +70,7 @@ TEST_F(AccountCommandsTest, RegistrationAndRecoveryAskForTheCodeOnStandardInput)
           "123456\n");
   EXPECT_EQ(refused.status, 1);
   EXPECT_TRUE(refused.has("两次输入密码不一致")) << refused.out;
+  EXPECT_FALSE(refused.has("验证码发送成功")) << "no SMS for a form that cannot be submitted: " << refused.out;
 
   auto badPhone =
       run({"register", "--phone", "12912345678", "--name", "newbie01", "--password", "abc123", "--confirm", "abc123"});
@@ -109,9 +110,38 @@ TEST_F(AccountCommandsTest, InboundUrlsAndUsageErrors) {
   auto unknown = run({"--json", "open", "qqqmmmvvv://elsewhere/x"});
   EXPECT_EQ(parseJson(unknown.out)["data"]["handled"], false) << unknown.out;
 
+  for (const char* forged : {"http://uppayresult?code=success", "qqqmmmvvv://evil.test@uppayresult?code=success"}) {
+    auto refused = run({"--json", "open", forged});
+    EXPECT_EQ(parseJson(refused.out)["data"]["handled"], false) << forged << ": " << refused.out;
+  }
+
   EXPECT_EQ(run({"login", "13800000000"}).status, 2);
   EXPECT_EQ(run({"--at", "north", "me"}).status, 2);
   EXPECT_EQ(run({"no-such-command"}).status, 2);
+}
+
+TEST_F(AccountCommandsTest, TheShellListsAndRunsEveryCommandAndTheServerSwitchHolds) {
+  // One-shot: the server is shown; switching needs an answer for the sheet.
+  auto shown = run({"server"});
+  ASSERT_EQ(shown.status, 0) << shown.out;
+  EXPECT_TRUE(shown.has("server: http://127.0.0.1:")) << shown.out;
+  EXPECT_TRUE(shown.has("正式环境: http://127.0.0.1:")) << shown.out;
+  EXPECT_EQ(run({"server", "switch"}).status, 1) << "nobody answered the sheet";
+  EXPECT_EQ(run({"server", "elsewhere"}).status, 2);
+
+  // In the shell: help lists the commands, convert runs, and a manual server stays in
+  // place for the commands that follow.
+  auto shell = run({"--answer", "手动输入", "--answer", "10.9.8.7:8080", "shell"},
+                   "help\nfrobnicate\nconvert gcj-bd 35 118\nserver switch\nserver\nexit\n");
+  EXPECT_EQ(shell.status, 0);
+  EXPECT_TRUE(shell.has("  login ")) << shell.out;
+  EXPECT_TRUE(shell.has("  convert ")) << shell.out;
+  EXPECT_FALSE(shell.has("A subcommand is required")) << shell.out;
+  EXPECT_TRUE(shell.has("35.00641364,118.00659606")) << "convert ran: " << shell.out;
+  const auto switched = shell.out.find("server: http://10.9.8.7:8080/qmv/app/v3/");
+  ASSERT_NE(switched, std::string::npos) << shell.out;
+  EXPECT_NE(shell.out.find("server: http://10.9.8.7:8080/qmv/app/v3/", switched + 1), std::string::npos)
+      << "the next command still talks to the chosen server: " << shell.out;
 }
 
 }  // namespace

@@ -89,6 +89,22 @@ TEST_F(AccountLoginTest, CorrectLoginSignsInKeepsPasswordNamesAliasFetchesPortra
 
   ASSERT_EQ(await(portrait), std::optional<bool>(true));
   EXPECT_EQ(settings_->dataForKey(kHeaderImageNowKey), kJpegPortrait);
+
+  // A screen that goes away before its portrait arrives is not told of it (its front end
+  // may be gone too); the portrait is stored all the same.
+  settings_->removeObjectForKey(kHeaderImageNowKey);
+  bool told = false;
+  {
+    LoginViewController leaving;
+    leaving.onFinished = finished.callback();
+    leaving.onHeaderImageFinished = [&told](bool) { told = true; };
+    leaving.view().phoneText = kDemoPhone;
+    leaving.view().passwordText = kDemoPassword;
+    leaving.loginNet();
+    ASSERT_EQ(await(finished), std::optional<bool>(true));
+  }
+  ASSERT_TRUE(waitFor([&] { return settings_->dataForKey(kHeaderImageNowKey).has_value(); }));
+  EXPECT_FALSE(told);
 }
 
 TEST_F(AccountLoginTest, RefusedOrFailedLoginChangesNoStoredKeyAndMarksAliasInvalid) {

@@ -55,6 +55,7 @@ TEST_F(AccountRegisterTest, CodeCountsDownThenRegistrationStoresCredentialsAndRe
   // The button counts on the loop's clock: decrement before display, idle one tick after 0.
   EXPECT_EQ(screen.codeButtonTitle(), "获取验证码");
   EXPECT_FALSE(screen.codeButtonEnabled());
+  EXPECT_FALSE(screen.getCodeAction()) << "the code button refuses while it counts";
   loop_->advance(1s);
   EXPECT_EQ(screen.codeButtonTitle(), "00:59");
   loop_->advance(58s);
@@ -114,6 +115,7 @@ TEST_F(AccountRegisterTest, RecoveryChecksTheCodeThenSetsTheNewPassword) {
   loop_->advance(1s);
   EXPECT_EQ(form.codeButtonTitle(), "00:59");
   EXPECT_FALSE(form.codeButtonEnabled());
+  EXPECT_FALSE(form.getVerifyMsg()) << "the code button refuses while it counts";
 
   form.codeText = "999999";
   ASSERT_TRUE(form.nextAction());

@@ -1,39 +1,16 @@
 // The checkout screens against the sandbox: the submit screen's totals and a payment whose
-// success reaches the pay-now screen twice (the wallet's own callback and its return URL),
-// with notifications delivered through the loop and delivered at once.
-#include <map>
-
+// success reaches the pay-now screen twice (the wallet's own callback and its return URL).
 #include "features/orders/checkout_texts.h"
 #include "features/orders/pay_now_runner.h"
 #include "features/orders/qx_submit_oder_view_controller.h"
-#include "platform/linux/loop_notification_center.h"
 #include "platform/linux/stack_navigator.h"
+#include "platform/synchronous_notification_center.h"
 #include "platform/testing/recording_payment_channels.h"
 #include "shell/app_delegate.h"
 #include "tests/sandbox_fixture.h"
 
 namespace qmv::contract {
 namespace {
-
-// Delivers every post before post() returns.
-class ImmediateNotificationCenter : public NotificationCenter {
- public:
-  void post(const std::string& name, const Json& userInfo) override {
-    const auto snapshot = observers_;
-    for (const auto& [token, observer] : snapshot) {
-      if (observer.first == name && observers_.contains(token)) observer.second(name, userInfo);
-    }
-  }
-  ObserverToken addObserver(const std::string& name, Callback callback) override {
-    observers_[next_] = {name, std::move(callback)};
-    return next_++;
-  }
-  void removeObserver(ObserverToken token) override { observers_.erase(token); }
-
- private:
-  std::map<ObserverToken, std::pair<std::string, Callback>> observers_;
-  ObserverToken next_ = 1;
-};
 
 class CheckoutScreensTest : public SandboxContractTest {};
 
@@ -76,10 +53,8 @@ TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
   auto alipay = std::make_shared<RecordingAlipayService>();
   Env::current().payments = std::make_shared<PaymentChannels>(PaymentChannels{nullptr, alipay, nullptr});
   AppDelegate delegate{AppConfig{}};
-  const std::vector<std::shared_ptr<NotificationCenter>> centres = {std::make_shared<LoopNotificationCenter>(loop_),
-                                                                     std::make_shared<ImmediateNotificationCenter>()};
-  for (const auto& centre : centres) {
-    Env::current().notifications = centre;
+  Env::current().notifications = std::make_shared<SynchronousNotificationCenter>();
+  {
     auto navigator = std::make_shared<StackNavigator>();
     Env::current().navigator = navigator;
     navigator->setRoot("TabBarViewController");
@@ -111,7 +86,6 @@ TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
     const auto all = shown();
     const std::vector<std::string> said(all.begin() + static_cast<long>(shownBefore), all.end());
     EXPECT_EQ(said, std::vector<std::string>{"支付成功"});
-    alipay->orders.clear();
   }
 }
 

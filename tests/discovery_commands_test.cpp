@@ -54,5 +54,16 @@ TEST_F(DiscoveryCommandsTest, RouteNeedsAPositionAndConvertNeedsNoStart) {
   EXPECT_EQ(run({"convert", "wgs-bd", "1", "2"}).status, 2);
 }
 
+TEST_F(DiscoveryCommandsTest, HomePagingEndsAtTheFirstEmptyPage) {
+  const auto home = run({"--json", "home", "--page", "50"});
+  ASSERT_EQ(home.status, 0) << home.out;
+  const Json doc = parseJson(home.out);
+  ASSERT_TRUE(doc.is_object()) << home.out;
+  const long total = doc["data"]["total"];
+  ASSERT_GT(total, 10);
+  EXPECT_EQ(doc["data"]["page"], (total + 9) / 10 + 1) << "asking stops at the page that came back empty";
+  EXPECT_EQ(doc["data"]["popular"].size(), static_cast<std::size_t>(total));
+}
+
 }  // namespace
 }  // namespace qmv

@@ -21,10 +21,10 @@
 #include "platform/env.h"
 #include "platform/fake_location_source.h"
 #include "platform/linux/curl_transport.h"
-#include "platform/linux/loop_notification_center.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/stack_navigator.h"
 #include "platform/manual_main_loop.h"
+#include "platform/synchronous_notification_center.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/recording_url_opener.h"
 #include "platform/testing/scripted_alerts.h"
@@ -44,7 +44,7 @@ class DiscoverySandboxTest : public ::testing::Test {
     env.mainLoop = loop_;
     env.cookies = std::make_shared<MemoryCookieStore>();
     env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
-    env.notifications = std::make_shared<LoopNotificationCenter>(loop_);
+    env.notifications = std::make_shared<SynchronousNotificationCenter>();
     env.overlay = overlay_;
     env.alerts = alerts_;
     env.navigator = navigator_;
@@ -67,8 +67,6 @@ class DiscoverySandboxTest : public ::testing::Test {
 
   // Runs the loop until `done` (true) or ten seconds pass (false).
   bool runUntil(const std::function<bool()>& done) { return loop_->runUntil(done, std::chrono::milliseconds(10000)); }
-  // Runs whatever is queued now (deliveries of posted notifications).
-  void drain() { loop_->runPending(); }
 
   // The member's position in the demo city (WGS-84, near the People's Square of Linyi).
   static constexpr Coordinate kLinyi{35.0610, 118.3430};

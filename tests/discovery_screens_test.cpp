@@ -9,6 +9,7 @@
 #include "features/discovery/nearby_view_controller.h"
 #include "features/discovery/qx_activities_view_controller.h"
 #include "features/discovery/qxr_store_detail_view_controller.h"
+#include "platform/reverse_geocoder.h"
 #include "tests/discovery_sandbox_fixture.h"
 
 namespace qmv {
@@ -194,12 +195,15 @@ TEST_F(DiscoveryScreensTest, HomeRefreshLoadsTheCurrentCityAndPagesPopularStores
   EXPECT_EQ(home.popularPage(), 2);
   EXPECT_GT(home.popularStores().size(), 10u);
 
-  // A city change restarts at page 1 with the other city's stores.
+  // A city change restarts at page 1 with the other city's stores. A load-more while
+  // that refresh runs is refused: no later page of the new city lands on the old list.
   home_.settings().setString("济南市", kSelectCityKey);
   loaded = false;
   home.refreshNet();
+  home.loadMorePopular();
   ASSERT_TRUE(runUntil([&] { return loaded; }));
   EXPECT_EQ(home.popularPage(), 1);
+  EXPECT_LE(home.popularStores().size(), 10u);
   ASSERT_FALSE(home.popularStores().empty());
   for (const auto& store : home.popularStores()) {
     EXPECT_FALSE(store.address.starts_with("兰山区")) << store.address;
@@ -298,6 +302,35 @@ TEST_F(DiscoveryScreensTest, LocatingOffersToSwitchToTheLocatedCity) {
     EXPECT_EQ(alerts_->shown()[i].message, "定位失败,请手动选择当前城市");
     EXPECT_EQ(alerts_->shown()[i].buttons, std::vector<std::string>{"确认"});
   }
+}
+
+// A geocoder that answers what the test says.
+struct ScriptedGeocoder : ReverseGeocoder {
+  std::optional<Placemark> next;
+  std::optional<Placemark> reverseGeocode(Coordinate) override { return next; }
+};
+
+TEST_F(DiscoveryScreensTest, TheLocatedCityIsTheLocalityElseTheAreaElseTheFallbackCity) {
+  auto geocoder = std::make_shared<ScriptedGeocoder>();
+  Env::current().geocoder = geocoder;
+  const auto locate = [&](std::optional<Placemark> placemark) {
+    geocoder->next = std::move(placemark);
+    home_.settings().removeObjectForKey(kSelectCityKey);
+    MainViewController home;
+    std::optional<Outcome> outcome;
+    home.onLocated = [&](Outcome o) { outcome = o; };
+    home.startLocate();
+    location_->deliver(kJinan);
+    EXPECT_TRUE(outcome);
+    return outcome == Outcome::Selected ? home_.settings().stringForKey(kSelectCityKey).value_or("?") : "none";
+  };
+  EXPECT_EQ(locate(Placemark{"济南市", "山东省"}), "济南市");
+  EXPECT_EQ(locate(Placemark{"", "北京市"}), "北京市") << "a municipality has no locality";
+  EXPECT_EQ(locate(Placemark{"亚特兰蒂斯市", "海底省"}), "临沂市") << "a city the area list does not know";
+  EXPECT_EQ(locate(Placemark{"", ""}), "临沂市");
+  EXPECT_EQ(GlobalData::sharedInstance().locationCity(), "临沂市");
+  EXPECT_EQ(locate(std::nullopt), "none") << "no placemark, no city change";
+  EXPECT_FALSE(home_.settings().stringForKey(kSelectCityKey));
 }
 
 TEST_F(DiscoveryScreensTest, AreaRefreshFillsTheCacheWhichIsUsedOnlyOnceComplete) {

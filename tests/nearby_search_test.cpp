@@ -7,6 +7,7 @@
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/nearby_view.h"
 #include "features/discovery/nearby_view_controller.h"
+#include "shell/app_delegate.h"
 #include "tests/discovery_sandbox_fixture.h"
 
 namespace qmv {
@@ -153,6 +154,30 @@ TEST_F(NearbySearchTest, KeywordSearchSavesHistoryAndAStaleAnswerIsIgnored) {
   EXPECT_EQ(view.categoryScreen.getSelectedTypeId(), "30");
 }
 
+TEST_F(NearbySearchTest, AHomeKeywordReachesTheNearbyTabOfTheMainTabsOnceItLoads) {
+  home_.settings().setBool(true, kIsLaunchedKey);
+  AppConfig config;
+  config.serverBaseUrl = server_->baseUrl();
+  AppDelegate app(config);
+  app.didFinishLaunchingWithOptions();
+  auto* nearby = dynamic_cast<NearbyViewController*>(app.nearbyCtrl());
+  ASSERT_NE(nearby, nullptr) << "the main tabs build the nearby screen";
+  app.changeToNearWithKey("火锅");
+  EXPECT_EQ(app.tabBarViewCtrl()->selectedIndex(), 1);
+  EXPECT_FALSE(nearby->isViewLoaded()) << "handed over once the tab has had 0.1 s to load";
+  loop_->advance(AppDelegate::kNearbyHandoffDelay);
+  ASSERT_TRUE(nearby->isViewLoaded());
+  NearbyView& view = nearby->nearbyView();
+  EXPECT_EQ(view.searchFieldText, "火锅");
+  ASSERT_TRUE(search(view, [] {}));
+  ASSERT_FALSE(view.storeList.empty());
+  EXPECT_EQ(home_.settings().stringArrayForKey(kSearchKeyWordsKey), std::vector<std::string>{"火锅"});
+
+  // Loaded now: a category goes over at once.
+  ASSERT_TRUE(search(view, [&] { app.changeToNearWithType("40"); }));
+  EXPECT_EQ(view.categoryButton.title, "丽人");
+}
+
 TEST_F(NearbySearchTest, CityChangeRebuildsDistrictsAndRowsOpenTheirScreens) {
   NearbyView view;
   ASSERT_TRUE(search(view, [&] { view.startSearchNet(); }));
@@ -163,7 +188,6 @@ TEST_F(NearbySearchTest, CityChangeRebuildsDistrictsAndRowsOpenTheirScreens) {
 
   home_.settings().setString("济南市", kSelectCityKey);
   Env::current().notifications->post("city_changed_noti");
-  drain();
   EXPECT_EQ(view.areaButton.title, "全部");
   EXPECT_EQ(view.areaSelectedIndex, 0);
   EXPECT_NE(std::find(view.areaList.begin(), view.areaList.end(), "历下区"), view.areaList.end());

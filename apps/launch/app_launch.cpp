@@ -14,7 +14,7 @@
 #include "platform/linux/interface_reachability.h"
 #include "platform/linux/logging_push_service.h"
 #include "platform/linux/logging_vendor_sdks.h"
-#include "platform/linux/loop_notification_center.h"
+#include "platform/synchronous_notification_center.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
 #include "platform/linux/sandbox_payment_apps.h"
@@ -77,7 +77,7 @@ std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env)
   env.settings = std::move(opened.store);
   env.files = std::make_shared<HomeFileLocations>(home_);
   env.clock = std::make_shared<SystemClock>();
-  env.notifications = std::make_shared<LoopNotificationCenter>(loop);
+  env.notifications = std::make_shared<SynchronousNotificationCenter>();
   env.push = std::make_shared<LoggingPushService>();
   env.reachability = std::make_shared<InterfaceReachability>();
   if (!options_.at.empty()) {

@@ -126,9 +126,10 @@ int runRegister(CliApp& app, const RegisterArgs& args) {
     const std::string before = screen.inviteText;
     screen.QRCodeAction();
     Env::current().camera = nullptr;
-    app.runFor(std::chrono::milliseconds(0));
     if (screen.inviteText == before && screen.inviteText.empty()) return kExitFailure;
   }
+  // The whole form is known before the code is asked for: refuse it as submitting would.
+  if (!screen.checkBeforeCode()) return kExitFailure;
   Outcome code;
   screen.onCodeFinished = code.callback();
   if (!screen.getCodeAction() || !code.wait(app)) return kExitFailure;

@@ -8,10 +8,11 @@
 #include <thread>
 
 #include "apps/launch/app_launch.h"
+#include "apps/qmv/line_editor.h"
 #include "apps/qmv/message_stream.h"
 #include "apps/sandbox/sandbox_server.h"
 #include "core/common/loop_stall_probe.h"
-#include "core/session/auto_login.h"
+#include "features/discovery/main_view_controller.h"
 #include "platform/linux/asio_main_loop.h"
 #include "platform/linux/headless_app_window.h"
 #include "platform/linux/printing_url_opener.h"
@@ -23,11 +24,16 @@
 
 namespace qmv::cli {
 
+// Lines handed from the reading thread to the interface thread. On a terminal the
+// thread edits a line only when one is asked for, so that its prompt follows what the
+// last command printed; otherwise it reads ahead.
 struct CliApp::LineReader {
   std::mutex mutex;
-  std::condition_variable ready;
+  std::condition_variable asked;
+  std::optional<std::pair<std::string, bool>> request;  // prompt, remember
   std::deque<std::string> lines;
   bool eof = false;
+  bool closing = false;
 };
 
 CliApp::CliApp(GlobalOptions options, std::ostream& out, std::istream& in)
@@ -41,9 +47,13 @@ CliApp::CliApp(GlobalOptions options, std::ostream& out, std::istream& in)
 }
 
 CliApp::~CliApp() {
+  if (lineReader_) {
+    std::lock_guard lock(lineReader_->mutex);
+    lineReader_->closing = true;
+    lineReader_->asked.notify_all();
+  }
   // The delegate removes its observers through the installed ports, so it goes first;
   // the ports go before the sandbox that their last transfers may still be talking to.
-  autoLogin_.reset();
   appDelegate_.reset();
   installed_.reset();
   env_ = Env{};
@@ -67,12 +77,14 @@ std::string CliApp::boot() {
   appDelegate_ = std::make_unique<AppDelegate>(launch_->config());
   appDelegate_->didFinishLaunchingWithOptions();
 
-  // The home screen signs in again with the stored phone and password at every start.
-  autoLogin_ = std::make_unique<AutoLogin>();
-  bool finished = false;
-  autoLogin_->onFinished = [&finished](bool) { finished = true; };
-  if (autoLogin_->autoLoginNet()) waitUntil([&finished] { return finished; });
-  autoLogin_->onFinished = nullptr;
+  // Every later start shows the main tabs, whose home screen signs the member in again.
+  // Only "home" draws that screen; for every other command its sign-in is all that runs.
+  if (MainViewController* home = appDelegate_->mainCtrl()) {
+    bool finished = false;
+    home->onAutoLoginFinished = [&finished](bool) { finished = true; };
+    if (home->autoLoginNet()) waitUntil([&finished] { return finished; });
+    home->onAutoLoginFinished = nullptr;
+  }
   return {};
 }
 
@@ -91,23 +103,8 @@ std::string CliApp::buildEnv() {
   env_.overlay = std::make_shared<StreamStatusOverlay>(*messageStream_);
   env_.navigator = std::make_shared<StackNavigator>();
   env_.urlOpener = std::make_shared<PrintingUrlOpener>(*messageStream_);
-  alerts_ = std::make_shared<StreamAlerts>(
-      *messageStream_, loop, [this](const AlertSpec& alert) -> std::optional<AlertAnswer> {
-        if (!answers_.empty()) {
-          const std::string given = answers_.front();
-          answers_.pop_front();
-          if (auto index = answerIndex(given, alert.buttons)) return AlertAnswer{*index, {}};
-          std::cerr << "qmv: \"" << given << "\" is not one of this alert's buttons\n";
-          return std::nullopt;
-        }
-        if (!interactive_ || lineReader_ || alert.buttons.size() < 2) return std::nullopt;
-        for (std::size_t i = 0; i < alert.buttons.size(); ++i)
-          out_ << "  [" << i + 1 << "] " << alert.buttons[i] << '\n';
-        while (auto line = readLine("> ")) {
-          if (auto index = answerIndex(*line, alert.buttons)) return AlertAnswer{*index, {}};
-        }
-        return std::nullopt;
-      });
+  alerts_ = std::make_shared<StreamAlerts>(*messageStream_, loop,
+                                           [this](const AlertSpec& alert) { return answerFor(alert); });
   env_.alerts = alerts_;
   env_.window = std::make_shared<HeadlessAppWindow>();
   installed_ = std::make_unique<ScopedEnv>(env_);
@@ -117,6 +114,43 @@ std::string CliApp::buildEnv() {
 const AppConfig& CliApp::config() const { return launch_->config(); }
 const std::filesystem::path& CliApp::home() const { return launch_->home(); }
 sandbox::SandboxServer* CliApp::sandbox() { return launch_ ? launch_->sandbox() : nullptr; }
+
+std::optional<AlertAnswer> CliApp::answerFor(const AlertSpec& alert) {
+  const bool canAsk = interactive_ && !lineReader_;
+  AlertAnswer answer;
+  // A text field takes one answer; an alert whose fields are filled and that has one
+  // button is answered by that button.
+  for (const std::string& placeholder : alert.textFields) {
+    if (!answers_.empty()) {
+      answer.fieldTexts.push_back(answers_.front());
+      answers_.pop_front();
+    } else if (auto line = canAsk ? readLine(placeholder + " ") : std::nullopt) {
+      answer.fieldTexts.push_back(*line);
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (!alert.textFields.empty() && alert.buttons.size() == 1) return answer;
+  if (!answers_.empty()) {
+    const std::string given = answers_.front();
+    answers_.pop_front();
+    if (auto index = answerIndex(given, alert.buttons)) {
+      answer.buttonIndex = *index;
+      return answer;
+    }
+    std::cerr << "qmv: \"" << given << "\" is not one of this alert's buttons\n";
+    return std::nullopt;
+  }
+  if (!canAsk || alert.buttons.size() < 2) return std::nullopt;
+  for (std::size_t i = 0; i < alert.buttons.size(); ++i) out_ << "  [" << i + 1 << "] " << alert.buttons[i] << '\n';
+  while (auto line = readLine("> ")) {
+    if (auto index = answerIndex(*line, alert.buttons)) {
+      answer.buttonIndex = *index;
+      return answer;
+    }
+  }
+  return std::nullopt;
+}
 
 std::optional<int> CliApp::answerIndex(const std::string& answer, const std::vector<std::string>& buttons) const {
   for (std::size_t i = 0; i < buttons.size(); ++i) {
@@ -131,10 +165,14 @@ std::optional<int> CliApp::answerIndex(const std::string& answer, const std::vec
 
 bool CliApp::answerAlert(const std::string& answer) {
   if (!alerts_ || alerts_->pendingCount() == 0) return false;
+  // An alert with one text field takes the text and its first button.
+  if (alerts_->pendingAlert()->textFields.size() == 1) return alerts_->answer(AlertAnswer{0, {answer}});
   if (answer.empty() || answer.size() > 3 || answer.find_first_not_of("0123456789") != std::string::npos) return false;
   const int number = std::stoi(answer);
   return number >= 1 && alerts_->answer(AlertAnswer{number - 1, {}});
 }
+
+std::size_t CliApp::pendingAlerts() const { return alerts_ ? alerts_->pendingCount() : 0; }
 
 bool CliApp::waitUntil(const std::function<bool()>& done, std::chrono::milliseconds timeout) {
   if (done()) return true;
@@ -147,28 +185,60 @@ void CliApp::runFor(std::chrono::milliseconds duration) {
 
 void CliApp::beginCommand(bool json) { output_ = std::make_unique<CliOutput>(json, out_); }
 
-void CliApp::startLineReader() {
+void CliApp::startLineReader(std::vector<std::string> commandWords) {
   if (lineReader_) return;
   lineReader_ = std::make_shared<LineReader>();
-  std::thread([reader = lineReader_, &in = in_] {
-    std::string line;
-    while (std::getline(in, line)) {
+  if (!interactive_) {
+    std::thread([reader = lineReader_, &in = in_] {
+      std::string line;
+      while (std::getline(in, line)) {
+        std::lock_guard lock(reader->mutex);
+        reader->lines.push_back(line);
+      }
       std::lock_guard lock(reader->mutex);
-      reader->lines.push_back(line);
+      reader->eof = true;
+    }).detach();
+    return;
+  }
+  auto editor = std::make_shared<LineEditor>(home() / "shell_history", std::move(commandWords));
+  // Detached: at exit it may still wait inside the editor for a key.
+  std::thread([reader = lineReader_, editor] {
+    for (;;) {
+      std::pair<std::string, bool> request;
+      {
+        std::unique_lock lock(reader->mutex);
+        reader->asked.wait(lock, [&] { return reader->request.has_value() || reader->closing; });
+        if (reader->closing) return;
+        request = std::move(*reader->request);
+        reader->request.reset();
+      }
+      auto line = editor->readLine(request.first, request.second);
+      std::lock_guard lock(reader->mutex);
+      if (!line) {
+        reader->eof = true;
+        return;
+      }
+      reader->lines.push_back(std::move(*line));
     }
-    std::lock_guard lock(reader->mutex);
-    reader->eof = true;
   }).detach();
 }
 
-std::optional<std::string> CliApp::readLine(const std::string& prompt) {
-  if (interactive_ && !prompt.empty()) out_ << prompt << std::flush;
+std::optional<std::string> CliApp::readLine(const std::string& prompt, bool remember) {
   if (!lineReader_) {
+    if (interactive_ && !prompt.empty()) out_ << prompt << std::flush;
     std::string line;
     if (!std::getline(in_, line)) return std::nullopt;
     return line;
   }
   auto reader = lineReader_;
+  if (interactive_) {
+    out_ << std::flush;
+    std::lock_guard lock(reader->mutex);
+    if (reader->lines.empty() && !reader->eof && !reader->request) {
+      reader->request.emplace(prompt, remember);
+      reader->asked.notify_one();
+    }
+  }
   const auto available = [&] {
     std::lock_guard lock(reader->mutex);
     return !reader->lines.empty() || reader->eof;

@@ -15,13 +15,13 @@
 #include <vector>
 
 #include "apps/qmv/cli_output.h"
+#include "platform/alerts.h"
 #include "platform/env.h"
 #include "shell/app_config.h"
 
 namespace qmv {
 class AppLaunch;
 class AppDelegate;
-class AutoLogin;
 class MainLoop;
 class SettingsStore;
 class StreamAlerts;
@@ -75,8 +75,9 @@ class CliApp {
   // longest callback the loop ran since the previous command (start-up included).
   void endCommand();
 
-  // A line typed by the user, after printing `prompt` (nullopt at end of input).
-  std::optional<std::string> readLine(const std::string& prompt);
+  // A line typed by the user, after printing `prompt` (nullopt at end of input). With
+  // `remember`, the shell's editor keeps the line in its history.
+  std::optional<std::string> readLine(const std::string& prompt, bool remember = false);
   bool interactive() const { return interactive_; }
 
   const GlobalOptions& options() const { return options_; }
@@ -89,12 +90,18 @@ class CliApp {
   Env& env() { return env_; }
   // Answers the oldest alert still waiting (the shell's "answer" command).
   bool answerAlert(const std::string& answer);
+  // Alerts waiting for an answer nobody gave (a flow waiting on one will not go on).
+  std::size_t pendingAlerts() const;
 
   // Runs the shell's line reader: lines are read on a thread and handed out here while
-  // the main loop keeps running (timers and countdowns live on between commands).
-  void startLineReader();
+  // the main loop keeps running (timers and countdowns live on between commands). On a
+  // terminal the lines are edited with history (kept in <home>/shell_history) and
+  // completion of `commandWords`.
+  void startLineReader(std::vector<std::string> commandWords);
 
  private:
+  // The answer to an alert from --answer, or asked on the terminal; nullopt leaves it waiting.
+  std::optional<AlertAnswer> answerFor(const AlertSpec& alert);
   std::optional<int> answerIndex(const std::string& answer, const std::vector<std::string>& buttons) const;
   std::string buildEnv();
 
@@ -107,7 +114,6 @@ class CliApp {
   Env env_;
   std::unique_ptr<ScopedEnv> installed_;
   std::unique_ptr<AppDelegate> appDelegate_;
-  std::unique_ptr<AutoLogin> autoLogin_;
   std::shared_ptr<StreamAlerts> alerts_;
   std::deque<std::string> answers_;
 

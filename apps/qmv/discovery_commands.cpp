@@ -24,10 +24,10 @@
 #include "features/discovery/qxr_store_detail_view_controller.h"
 #include "features/discovery/search_type_net_api.h"
 #include "features/discovery/search_view.h"
-#include "platform/linux/stream_alerts.h"
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "platform/settings_store.h"
+#include "shell/app_delegate.h"
 
 namespace qmv::cli {
 namespace {
@@ -43,12 +43,6 @@ std::string coordinateText(Coordinate c) {
   char text[64];
   std::snprintf(text, sizeof text, "%.8f,%.8f", c.latitude, c.longitude);
   return text;
-}
-
-// Whether an alert waits for an answer nobody gave (the flow will not go on by itself).
-bool alertWaiting() {
-  const auto alerts = std::dynamic_pointer_cast<StreamAlerts>(Env::current().alerts);
-  return alerts && alerts->pendingCount() > 0;
 }
 
 // The home screen locates the member at every start; commands other than home and
@@ -70,7 +64,20 @@ void locateQuietly(CliApp& app) {
 // ---- home ----
 
 int runHome(CliApp& app, long pages) {
-  MainViewController home;
+  AppDelegate& delegate = app.appDelegate();
+  // Asking for the home page leaves the first-run guide for the main tabs.
+  if (delegate.mainCtrl() == nullptr) delegate.jump2MainViewCtrl();
+  MainViewController& home = *delegate.mainCtrl();
+  // The screen outlives this command in the shell: its callbacks must not outlive our frame.
+  struct Unhook {
+    MainViewController& home;
+    ~Unhook() {
+      home.onLoaded = nullptr;
+      home.onAreaRefreshed = nullptr;
+      home.onLocated = nullptr;
+      home.onPopularLoaded = nullptr;
+    }
+  } unhook{home};
   bool loaded = false;
   bool areaDone = false;
   std::optional<MainViewController::LocateOutcome> located;
@@ -82,15 +89,21 @@ int runHome(CliApp& app, long pages) {
     using enum MainViewController::LocateOutcome;
     if (outcome == Selected || outcome == Switched) loaded = false;
   };
-  home.viewDidLoad();
-  if (!app.waitUntil([&] { return loaded && areaDone && (located || alertWaiting()); })) return timedOut("home");
+  if (home.isViewLoaded()) {
+    // Shown again in the same run (the shell): pulled down to refresh.
+    home.refreshNet();
+    if (!app.waitUntil([&] { return loaded; })) return timedOut("home");
+  } else {
+    home.viewDidLoad();
+    if (!app.waitUntil([&] { return loaded && areaDone && (located || app.pendingAlerts() > 0); })) return timedOut("home");
+  }
   // The area cache is written off the interface thread; the run ends once it is whole.
   if (home.areaRebuild().valid()) home.areaRebuild().wait_for(std::chrono::seconds(5));
   bool pageFailed = false;
-  while (home.popularPage() < pages) {
+  while (home.popularPage() < pages && !home.popularFooterHidden()) {
     std::optional<bool> page;
     home.onPopularLoaded = [&](bool ok) { page = ok; };
-    home.loadMorePopular();
+    if (!home.loadMorePopular()) break;
     if (!app.waitUntil([&] { return page.has_value(); })) return timedOut("home");
     if (!*page) {
       pageFailed = true;
@@ -371,7 +384,6 @@ int runCity(CliApp& app, const std::string& name) {
       std::cerr << "qmv: " << name << " is not a known city (see qmv cities)\n";
       return kExitFailure;
     }
-    app.runFor(std::chrono::milliseconds(10));  // deliver the city change
   }
   const std::string city = session.getCurrentCityName();
   const std::string id = session.getCurrentCityId().value_or("");
@@ -412,7 +424,7 @@ int runLocate(CliApp& app) {
   std::optional<MainViewController::LocateOutcome> located;
   home.onLocated = [&](MainViewController::LocateOutcome outcome) { located = outcome; };
   home.startLocate();
-  if (!app.waitUntil([&] { return located || alertWaiting(); }, std::chrono::milliseconds(5000))) {
+  if (!app.waitUntil([&] { return located || app.pendingAlerts() > 0; }, std::chrono::milliseconds(5000))) {
     return timedOut("locate");
   }
   using enum MainViewController::LocateOutcome;

@@ -1,15 +1,19 @@
-// Commands of the application shell: inbound URLs, the standalone sandbox and the
-// interactive shell.
+// Commands of the application shell: inbound URLs, the server switch, the standalone
+// sandbox and the interactive shell.
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_line_split.h"
 #include "apps/qmv/command_registry.h"
 #include "apps/sandbox/sandbox_server.h"
+#include "core/request/network_config.h"
 #include "platform/file_locations.h"
 #include "shell/app_delegate.h"
+#include "shell/server_switch.h"
 
 namespace qmv::cli {
 namespace {
@@ -48,18 +52,59 @@ int runSandbox(CliApp& app, int port) {
   return kExitOk;
 }
 
+// The shell's own words, beside the commands.
+constexpr const char* kShellWords[] = {"help", "answer", "exit", "quit"};
+
+// Every command the shell can run, registered on `parser` as the shell registers them.
+std::vector<CLI::App*> shellCommands(CLI::App& parser) {
+  return parser.get_subcommands([](CLI::App*) { return true; });
+}
+
+std::vector<std::string> completionWords() {
+  CLI::App parser;
+  CommandRegistry registry(parser, true);
+  registerAllCommands(registry);
+  std::vector<std::string> words(std::begin(kShellWords), std::end(kShellWords));
+  for (CLI::App* command : shellCommands(parser)) words.push_back(command->get_name());
+  return words;
+}
+
+void printHelp(CliApp& app, CLI::App& parser, const std::vector<std::string>& args) {
+  CliOutput& out = app.output();
+  if (args.size() > 1) {
+    for (CLI::App* command : shellCommands(parser)) {
+      if (command->get_name() == args[1]) {
+        std::istringstream help(command->help());
+        for (std::string line; std::getline(help, line);) out.line(line);
+        return;
+      }
+    }
+    std::cerr << "qmv: unknown command \"" << args[1] << "\"\n";
+    return;
+  }
+  out.line("commands (\"help COMMAND\" or \"COMMAND --help\" tells its options):");
+  for (CLI::App* command : shellCommands(parser)) {
+    std::string name = command->get_name();
+    name.resize(std::max<std::size_t>(name.size(), 12), ' ');
+    out.line("  " + name + command->get_description());
+  }
+  out.line("  answer N    answer the alert that waits (its button's number, or the text of its field)");
+  out.line("  exit        leave the shell");
+}
+
 int runShell(CliApp& app) {
-  app.startLineReader();
-  app.output().line("qmv shell: type a command (e.g. \"me\", \"search 火锅\"), \"exit\" to leave");
-  while (auto line = app.readLine("qmv> ")) {
+  app.startLineReader(completionWords());
+  app.output().line("qmv shell: type a command (\"help\" lists them), \"exit\" to leave");
+  while (auto line = app.readLine("qmv> ", /*remember=*/true)) {
     auto args = splitCommandLine(*line);
     if (!args) {
       std::cerr << "qmv: unterminated quote\n";
       continue;
     }
     if (args->empty()) continue;
-    if ((*args)[0] == "exit" || (*args)[0] == "quit") break;
-    if ((*args)[0] == "answer") {
+    const std::string& word = (*args)[0];
+    if (word == "exit" || word == "quit") break;
+    if (word == "answer") {
       if (args->size() != 2 || !app.answerAlert((*args)[1])) std::cerr << "qmv: no alert waits for that answer\n";
       continue;
     }
@@ -69,22 +114,57 @@ int runShell(CliApp& app) {
     parser.require_subcommand(1, 1);
     CommandRegistry registry(parser, true);
     registerAllCommands(registry);
+    if (word == "help") {
+      printHelp(app, parser, *args);
+      continue;
+    }
+    const auto known = shellCommands(parser);
+    if (!word.starts_with("-") &&
+        std::none_of(known.begin(), known.end(), [&](CLI::App* c) { return c->get_name() == word; })) {
+      std::cerr << "qmv: unknown command \"" << word << "\" (\"help\" lists the commands)\n";
+      continue;
+    }
     std::vector<std::string> reversed(args->rbegin(), args->rend());
     try {
       parser.parse(reversed);
     } catch (const CLI::ParseError& e) {
-      parser.exit(e, std::cout, std::cerr);
+      std::ostringstream help;
+      parser.exit(e, help, std::cerr);
+      std::istringstream lines(help.str());
+      for (std::string text; std::getline(lines, text);) app.output().line(text);
       continue;
     }
     const CommandRegistry::Entry* entry = registry.chosen();
-    if (entry == nullptr || !entry->needsStart) {
-      std::cerr << "qmv: that command cannot run inside the shell\n";
-      continue;
-    }
+    if (entry == nullptr) continue;
     app.beginCommand(json || app.options().json);
     entry->run(app);
     app.endCommand();
   }
+  return kExitOk;
+}
+
+// ---- server ----
+
+int runServer(CliApp& app, bool choose) {
+  const ServerSwitch serverSwitch(app.config());
+  CliOutput& out = app.output();
+  if (choose) {
+    // Whatever the member chooses is in place once the choice has run.
+    auto chosen = std::make_shared<std::optional<std::string>>();
+    serverSwitch.showAlert([chosen](const std::string& baseUrl) { *chosen = baseUrl; });
+    if (!app.waitUntil([&] { return chosen->has_value() || app.pendingAlerts() > 0; }) || !chosen->has_value()) {
+      std::cerr << "qmv: choose " << ServerSwitch::kProduction << ", " << ServerSwitch::kTest << " or "
+                << ServerSwitch::kManual << " with --answer (then --answer HOST for " << ServerSwitch::kManual << ")\n";
+      return kExitFailure;
+    }
+  }
+  const std::string current = NetworkConfig::sharedInstance().baseUrl();
+  out.line("server: " + current);
+  out.line(std::string(ServerSwitch::kProduction) + ": " + serverSwitch.production());
+  out.line(std::string(ServerSwitch::kTest) + ": " + serverSwitch.test());
+  out.data("server", current);
+  out.data("production", serverSwitch.production());
+  out.data("test", serverSwitch.test());
   return kExitOk;
 }
 
@@ -105,6 +185,13 @@ void registerShellCommands(CommandRegistry& registry) {
                                                  [port](CliApp& app) { return runSandbox(app, *port); });
     sandbox->add_option("--port", *port, "port to listen on (0: a free port)")->check(CLI::Range(0, 65535));
     registry.add("shell", "run commands one per line in one process", [](CliApp& app) { return runShell(app); });
+  }
+  {
+    auto choose = std::make_shared<std::string>();
+    CLI::App* server = registry.add("server", "the application server in use, or switch it for this run",
+                                    [choose](CliApp& app) { return runServer(app, !choose->empty()); });
+    server->add_option("ACTION", *choose, "\"switch\": the server sheet (answered with --answer)")
+        ->check(CLI::IsMember({"switch"}));
   }
 }
 

@@ -1,3 +1,4 @@
+#include <map>
 #include <set>
 
 #include "apps/sandbox/sandbox_test_support.h"
@@ -20,6 +21,24 @@ TEST_F(SandboxTest, CatalogueTemplatesAndAreaListWithVersion) {
   const Json templates = api_->get("getCategorTemplates1")["data"]["dataList"];
   ASSERT_EQ(templates.size(), 5u);
   EXPECT_EQ(templates[4]["list"][1]["name"], "一元夺宝");
+  // A home entry opens the catalogue's sub-category of its id: the names must agree
+  // ("美体" is the home's short name of "美容美体"; a "全部" entry is its main category).
+  std::map<std::string, std::string> catalogueNames;
+  for (const Json& group : categories) {
+    for (const Json& sub : group["list"])
+      catalogueNames[sub["id"]] = sub["name"] == "全部" ? group["name"] : sub["name"];
+  }
+  int checked = 0;
+  for (const Json& group : templates) {
+    for (const Json& entry : group["list"]) {
+      const auto found = catalogueNames.find(entry["id"]);
+      if (found == catalogueNames.end()) continue;  // special entries (旅游, 幸运抽奖, ...)
+      const std::string name = entry["name"];
+      EXPECT_NE(found->second.find(name), std::string::npos) << name << " opens " << found->second;
+      ++checked;
+    }
+  }
+  EXPECT_EQ(checked, 21);
 
   const Json full = api_->get("getAreaList", {{"ver", "0"}})["data"];
   const std::string ver = full["ver"];

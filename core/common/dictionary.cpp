@@ -7,6 +7,8 @@ namespace qmv {
 
 std::string textOf(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
+  // The platform's JSON reader gives true and false as the numbers 1 and 0.
+  if (value.is_boolean()) return value.get<bool>() ? "1" : "0";
   if (value.is_number_integer()) return value.dump();
   if (value.is_number_float()) {
     const double d = value.get<double>();
@@ -29,7 +31,9 @@ std::string strForKey(const Json& dict, std::string_view key) {
 std::optional<Json> numForKey(const Json& dict, std::string_view key) {
   if (!dict.is_object()) return std::nullopt;
   const auto it = dict.find(key);
-  if (it == dict.end() || !it->is_number()) return std::nullopt;
+  if (it == dict.end()) return std::nullopt;
+  if (it->is_boolean()) return Json(it->get<bool>() ? 1 : 0);
+  if (!it->is_number()) return std::nullopt;
   return *it;
 }
 

@@ -11,11 +11,13 @@ namespace qmv {
 
 // Never fails: a non-empty string is returned as is, a number as its decimal text
 // (integers without a fraction, other numbers in the shortest form that reads back
-// the same); missing keys, null, empty strings, arrays, objects and a `dict` that is
+// the same), true and false as "1" and "0" (they are numbers to the platform's JSON
+// reader); missing keys, null, empty strings, arrays, objects and a `dict` that is
 // not an object give "".
 std::string strForKey(const Json& dict, std::string_view key);
 
-// The number under `key`, or nullopt when it is missing or not a number.
+// The number under `key` (true and false as 1 and 0), or nullopt when it is missing or
+// not a number.
 std::optional<Json> numForKey(const Json& dict, std::string_view key);
 
 // Stores `value` under `key` only when it is usable: a null value or an empty string

@@ -7,7 +7,7 @@ namespace {
 
 TEST(DictionaryTest, StrForKeyReadsEveryJsonKind) {
   const Json dict = parseJson(R"({"s":"abc","empty":"","i":42,"neg":-7,"f":3.5,"whole":3.0,
-    "big":12345678901234,"null":null,"arr":[1],"obj":{"a":1},"t":true})");
+    "big":12345678901234,"null":null,"arr":[1],"obj":{"a":1},"t":true,"no":false})");
   EXPECT_EQ(strForKey(dict, "s"), "abc");
   EXPECT_EQ(strForKey(dict, "empty"), "");
   EXPECT_EQ(strForKey(dict, "i"), "42");
@@ -18,7 +18,8 @@ TEST(DictionaryTest, StrForKeyReadsEveryJsonKind) {
   EXPECT_EQ(strForKey(dict, "null"), "");
   EXPECT_EQ(strForKey(dict, "arr"), "");
   EXPECT_EQ(strForKey(dict, "obj"), "");
-  EXPECT_EQ(strForKey(dict, "t"), "");
+  EXPECT_EQ(strForKey(dict, "t"), "1");
+  EXPECT_EQ(strForKey(dict, "no"), "0");
   EXPECT_EQ(strForKey(dict, "missing"), "");
   EXPECT_EQ(strForKey(Json::array({1}), "s"), "");
   EXPECT_EQ(strForKey(parseJson("not json"), "s"), "");
@@ -26,7 +27,9 @@ TEST(DictionaryTest, StrForKeyReadsEveryJsonKind) {
 }
 
 TEST(DictionaryTest, NumForKeyOnlyGivesNumbers) {
-  const Json dict = parseJson(R"({"i":1,"f":2.5,"s":"3","null":null})");
+  const Json dict = parseJson(R"({"i":1,"f":2.5,"s":"3","null":null,"t":true,"no":false})");
+  EXPECT_EQ(numForKey(dict, "t"), Json(1));
+  EXPECT_EQ(numForKey(dict, "no"), Json(0));
   EXPECT_EQ(numForKey(dict, "i"), Json(1));
   EXPECT_EQ(numForKey(dict, "f"), Json(2.5));
   EXPECT_FALSE(numForKey(dict, "s"));

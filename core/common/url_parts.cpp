@@ -58,11 +58,16 @@ std::string urlScheme(std::string_view url) {
   return scheme;
 }
 
-std::string urlHost(std::string_view url) {
+std::string urlAuthority(std::string_view url) {
   const auto sep = url.find("://");
   if (sep == std::string_view::npos) return {};
-  std::string_view rest = url.substr(sep + 3);
-  rest = rest.substr(0, rest.find_first_of("/?#"));
+  const std::string_view rest = url.substr(sep + 3);
+  return std::string(rest.substr(0, rest.find_first_of("/?#")));
+}
+
+std::string urlHost(std::string_view url) {
+  const std::string authority = urlAuthority(url);
+  std::string_view rest = authority;
   if (const auto at = rest.rfind('@'); at != std::string_view::npos) rest = rest.substr(at + 1);
   if (const auto colon = rest.find(':'); colon != std::string_view::npos) rest = rest.substr(0, colon);
   return std::string(rest);

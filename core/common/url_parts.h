@@ -17,6 +17,10 @@ int hexDigitValue(char c);
 // "qqqmmmvvv://safepay/?x=1" -> "safepay". Empty when the text has no "scheme://".
 std::string urlHost(std::string_view url);
 
+// Everything between "://" and the first "/", "?" or "#", as written: user information
+// and port included ("a://u@h:1/p" -> "u@h:1"). Empty when the text has no "scheme://".
+std::string urlAuthority(std::string_view url);
+
 // "scheme" of "scheme://...", lower-cased; empty when absent.
 std::string urlScheme(std::string_view url);
 

@@ -76,9 +76,8 @@ bool NetworkUtil::checkJson(const Json& json, const Json& validator) {
 
 std::string NetworkUtil::descriptionOf(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
-  if (value.is_boolean()) return value.get<bool>() ? "1" : "0";
   if (value.is_null()) return "<null>";
-  if (value.is_number()) return textOf(value);
+  if (value.is_number() || value.is_boolean()) return textOf(value);
   if (value.is_discarded()) return {};
   return dumpJson(value);
 }

@@ -11,6 +11,7 @@ FindPwdView::FindPwdView(std::function<void()> onTitleChange)
       }) {}
 
 bool FindPwdView::getVerifyMsg() {
+  if (!codeButtonEnabled()) return false;
   if (!ControlUtil::validatePhone(phoneText)) {
     account_detail::showStatus(account_texts::kBadPhoneFormat);
     return false;

@@ -29,8 +29,8 @@ class FindPwdView {
   bool codeButtonEnabled() const { return countdown_.buttonEnabled(); }
   const CodeCountdown& countdown() const { return countdown_; }
 
-  // Code button: with a valid phone calls onGetCode, else shows "手机号码格式错误".
-  // Returns whether the phone was handed on.
+  // Code button: refused without a word while the countdown runs; with a valid phone
+  // calls onGetCode, else shows "手机号码格式错误". Returns whether the phone was handed on.
   bool getVerifyMsg();
   // "下一步": phone rule, then a non-empty code; hands both to onNext.
   bool nextAction();

@@ -64,7 +64,10 @@ void LoginViewController::downloadHeaderImage() {
     return;
   }
   const std::string object = info->userName + ".png";
-  storage->download(object, [object, done = onHeaderImageFinished](std::optional<ObjectStorage::Bytes> bytes) {
+  // The portrait is stored even when the screen has gone by then; only telling the
+  // screen's front end waits for a screen that is still there.
+  storage->download(object, [object, done = onHeaderImageFinished,
+                             alive = std::weak_ptr<int>(alive_)](std::optional<ObjectStorage::Bytes> bytes) {
     bool stored = false;
     const auto& settings = Env::current().settings;
     if (bytes && !bytes->empty() && settings) {
@@ -73,7 +76,7 @@ void LoginViewController::downloadHeaderImage() {
       settings->synchronize();
       stored = true;
     }
-    if (done) done(stored);
+    if (done && alive.lock()) done(stored);
   });
 }
 

@@ -42,7 +42,8 @@ class LoginViewController : public BaseViewController {
   void cancel();
   // Fetches "<userName>.png" from object storage and stores it under "headerImage_now".
   // Does nothing when no member is signed in or the platform has no object storage.
-  // The completion does not refer to this screen, which may be gone by then.
+  // The portrait is stored even if this screen has gone by then; onHeaderImageFinished
+  // is called only while the screen lives.
   void downloadHeaderImage();
 
   // "新用户注册" and "忘记密码": open the registration and recovery screens.
@@ -64,6 +65,7 @@ class LoginViewController : public BaseViewController {
 
   LoginView view_;
   std::shared_ptr<LoginNetApi> loginApi_;
+  std::shared_ptr<int> alive_ = std::make_shared<int>(0);
 };
 
 }  // namespace qmv

@@ -33,6 +33,7 @@ void QXRegisterViewController::viewDidLoad() {
 }
 
 bool QXRegisterViewController::getCodeAction() {
+  if (!codeButtonEnabled()) return false;
   if (!ControlUtil::validatePhone(phoneText)) {
     showStatus(account_texts::kBadPhone);
     return false;
@@ -54,21 +55,26 @@ void QXRegisterViewController::codeNetSucess() {
   notifyChange();
 }
 
-bool QXRegisterViewController::submitAction() {
-  const char* refusal = nullptr;
-  if (!ControlUtil::validatePhone(phoneText)) {
-    refusal = account_texts::kBadPhone;
-  } else if (passwordText.empty()) {
-    refusal = account_texts::kNoPassword;
-  } else if (!ControlUtil::validatePWD(passwordText)) {
-    refusal = account_texts::kBadPassword;
-  } else if (confirmText != passwordText) {
-    refusal = account_texts::kPasswordsDiffer;
-  } else if (codeText.empty()) {
-    refusal = account_texts::kNoCode;
+const char* QXRegisterViewController::refusal(bool withCode) const {
+  if (!ControlUtil::validatePhone(phoneText)) return account_texts::kBadPhone;
+  if (passwordText.empty()) return account_texts::kNoPassword;
+  if (!ControlUtil::validatePWD(passwordText)) return account_texts::kBadPassword;
+  if (confirmText != passwordText) return account_texts::kPasswordsDiffer;
+  if (withCode && codeText.empty()) return account_texts::kNoCode;
+  return nullptr;
+}
+
+bool QXRegisterViewController::checkBeforeCode() {
+  if (const char* text = refusal(/*withCode=*/false)) {
+    showStatus(text);
+    return false;
   }
-  if (refusal != nullptr) {
-    showStatus(refusal);
+  return true;
+}
+
+bool QXRegisterViewController::submitAction() {
+  if (const char* text = refusal(/*withCode=*/true)) {
+    showStatus(text);
     return false;
   }
   registerNet();
@@ -124,7 +130,9 @@ void QXRegisterViewController::didFinshedScanning(const std::optional<std::strin
     showStatus(account_texts::kBadQrCode);
     return;
   }
-  inviteText = lower.substr(at + marker.size());
+  // Only the search ignores case; the code is kept as written (ASCII lower-casing keeps
+  // every byte where it was).
+  inviteText = text->substr(at + marker.size());
   notifyChange();
 }
 

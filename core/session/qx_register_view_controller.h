@@ -53,16 +53,20 @@ class QXRegisterViewController : public BaseViewController {
   // One timer tick (also driven by the timer itself).
   void intervalTimerCallback() { countdown_.intervalTimerCallback(); }
 
-  // Code button: checks the phone ("请输入正确的手机号"), then getPhoneCodeNet. Returns
-  // whether a request was sent.
+  // Code button: refused without a word while the countdown runs; then checks the phone
+  // ("请输入正确的手机号") and calls getPhoneCodeNet. Returns whether a request was sent.
   bool getCodeAction();
   // Stops a code request still running and asks for a type-0 code for `phone`.
   void getPhoneCodeNet(const std::string& phone);
   // A correct code answer: the countdown starts from 60.
   void codeNetSucess();
 
-  // Submit: runs the checks in order, then registerNet. Returns whether it was sent.
+  // Submit: runs the checks in order (phone, password, its rule, the confirmation, the
+  // code), then registerNet. Returns whether it was sent.
   bool submitAction();
+  // For a front end that takes the whole form before the code is asked for: the submit
+  // checks that come before the code, in their order, the first failure shown.
+  bool checkBeforeCode();
   void registerNet();
 
   // QR button: without a usable camera shows the alert "您的设备无法拍照，请至设置中打开
@@ -78,6 +82,8 @@ class QXRegisterViewController : public BaseViewController {
 
  private:
   void notifyChange();
+  // The message of the first failing submit check, or null.
+  const char* refusal(bool withCode) const;
 
   CodeCountdown countdown_;
   std::string codeSessionId_;

@@ -94,7 +94,26 @@ TEST_F(DiscoveryEndpointsTest, TemplatesAreSavedWholeAndMergedIntoTheHomeCategor
 }
 
 TEST_F(DiscoveryEndpointsTest, SavedCatalogueWinsOverTheBuiltInOne) {
-  EXPECT_EQ(SearchTypeNetApi::getSearchTypes().size(), 9u);
+  // The built-in catalogue, whole: ids, names and the order of every sub-category list.
+  std::vector<std::string> rows;
+  for (const SearchTypeModel& type : SearchTypeNetApi::getSearchTypes()) {
+    std::string row = type.typeId + " " + type.name + ":";
+    for (const SearchSubTypeModel& sub : type.list) row += " " + sub.typeId + " " + sub.name;
+    rows.push_back(row);
+  }
+  EXPECT_EQ(
+      rows,
+      (std::vector<std::string>{
+          "0 全部分类:",
+          "10 美食: 10 全部 11 火锅 12 自助餐 13 小吃快餐 14 甜品饮品 15 生日蛋糕 16 聚餐宴请 18 烧烤烤肉 17 其他",
+          "20 健康: 20 全部 21 足疗按摩 22 运动健身 24 洗浴汗蒸 23 其他",
+          "30 休闲娱乐: 30 全部 31 电影 32 KTV 33 酒吧咖啡 35 桌游电玩 34 其他",
+          "40 丽人: 40 全部 41 舞蹈 42 美发 43 美甲 44 美容美体 45 其他",
+          "50 生活服务: 50 全部 51 鲜花 52 汽车服务 53 培训课程 54 母婴亲子 55 摄影写真 56 其他",
+          "60 酒店: 60 全部 61 其他",
+          "70 特产: 70 全部 71 其他",
+          "80 其他: 80 全部 81 其他",
+      }));
   settings_->setString(R"({"success":"0","data":{"dataList":[{"id":"7","name":"新分类","list":[]}]}})", "SearchTypes");
   const auto saved = SearchTypeNetApi::getSearchTypes();
   ASSERT_EQ(saved.size(), 1u);

@@ -47,10 +47,20 @@ MainViewController::~MainViewController() {
 }
 
 void MainViewController::viewDidLoad() {
-  if (onStart) onStart();
+  viewLoaded_ = true;
+  // A front end that signs in at start without drawing the home (the CLI) has sent it.
+  if (!autoLoginSent_) autoLoginNet();
   startLocate();
   refreshNet();
   getAreaListNet();
+}
+
+bool MainViewController::autoLoginNet() {
+  autoLogin_.onFinished = [this](bool signedIn) {
+    if (onAutoLoginFinished) onAutoLoginFinished(signedIn);
+  };
+  autoLoginSent_ = autoLogin_.autoLoginNet();
+  return autoLoginSent_;
 }
 
 bool MainViewController::isPlaceholderRow(const StoreInfoModel& store) {
@@ -96,9 +106,13 @@ void MainViewController::refreshNet() {
                                    });
 }
 
-void MainViewController::loadMorePopular() {
+bool MainViewController::loadMorePopular() {
+  // A page still loading would be stopped by the next one, and a refresh's first page
+  // must not be followed by a later page of whatever list it replaces.
+  if (popularRequest_ && popularRequest_->isExecuting()) return false;
   ++popularPage_;
   sendPopular();
+  return true;
 }
 
 void MainViewController::sendPopular() {
@@ -110,6 +124,7 @@ void MainViewController::sendPopular() {
     if (correct) {
       std::vector<StoreInfoModel> stores = api.getPopularStores();
       popularTotal_ = api.getTotleCount();
+      popularFooterHidden_ = stores.empty();
       if (popularPage_ <= 1) {
         popularStores_ = std::move(stores);
         if (popularStores_.empty()) popularStores_.push_back(placeholderRow());

@@ -4,9 +4,9 @@
 // reverse-geocoded to a city with the offer to switch to it; and the refresh of the
 // cached area database from the server.
 //
-// viewDidLoad runs, in order: the start hook (where the application signs the member in
-// again), startLocate, refreshNet and the area refresh. Outcome callbacks tell a front
-// end (or a command waiting for the flow to end) when each part is done.
+// viewDidLoad runs, in order: the automatic login with the stored phone and password,
+// startLocate, refreshNet and the area refresh. Outcome callbacks tell a front end (or a
+// command waiting for the flow to end) when each part is done.
 #include <cstdint>
 #include <functional>
 #include <future>
@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "core/common/db_error.h"
+#include "core/session/auto_login.h"
 #include "core/session/base_view_controller.h"
 #include "features/discovery/resource_model.h"
 #include "features/discovery/search_type_model.h"
@@ -46,15 +47,24 @@ class MainViewController : public BaseViewController {
   MainViewController(const MainViewController&) = delete;
   MainViewController& operator=(const MainViewController&) = delete;
 
-  // Runs the start hook, startLocate, refreshNet and getAreaListNet.
+  // Runs autoLoginNet (unless this screen has sent it already), startLocate, refreshNet
+  // and getAreaListNet.
   void viewDidLoad();
+  bool isViewLoaded() const { return viewLoaded_; }
+
+  // The silent sign-in of every start: see AutoLogin. Returns whether a login was sent;
+  // onAutoLoginFinished follows once it ends.
+  bool autoLoginNet();
 
   // Restarts the popular list at page 1 and asks for the banners, the recommended
   // stores, popular page 1 and the templates of the current city; onLoaded runs when
-  // all four have ended.
+  // all four have ended. A popular page still loading is stopped: the refresh wins.
   void refreshNet();
-  // Asks for the next popular page; a failed page is asked for again next time.
-  void loadMorePopular();
+  // Asks for the next popular page; a failed page is asked for again next time. Refused
+  // (false) while a popular page, the refresh's first among them, is still loading.
+  bool loadMorePopular();
+  // Hidden once a page arrived without stores: there is nothing more to load.
+  bool popularFooterHidden() const { return popularFooterHidden_; }
 
   // Starts locating the member; see LocateOutcome for the ends, told through onLocated.
   void startLocate();
@@ -82,8 +92,8 @@ class MainViewController : public BaseViewController {
 
   bool hasData() const override { return !popularStores_.empty() || !recommendStores_.empty(); }
 
-  // Where the application signs the member in again before the home content loads.
-  std::function<void()> onStart;
+  // true when the automatic login signed the member in.
+  std::function<void(bool signedIn)> onAutoLoginFinished;
   std::function<void()> onLoaded;
   std::function<void(bool correct)> onPopularLoaded;
   std::function<void(LocateOutcome)> onLocated;
@@ -107,6 +117,9 @@ class MainViewController : public BaseViewController {
   std::vector<SearchTypeModel> templates_;
   long popularPage_ = 1;
   long popularTotal_ = 0;
+  bool popularFooterHidden_ = false;
+  bool viewLoaded_ = false;
+  bool autoLoginSent_ = false;
   int pendingHomeRequests_ = 0;
   std::string addressButtonTitle_;
   std::string lastSelectCity_;
@@ -118,6 +131,7 @@ class MainViewController : public BaseViewController {
   std::shared_ptr<PopularStoreNetApi> popularRequest_;
   std::shared_ptr<TemplatesNetApi> templatesRequest_;
   std::shared_ptr<AreaNetApi> areaRequest_;
+  AutoLogin autoLogin_;
   std::shared_future<std::optional<DBError>> areaRebuild_;
   // Cleared on destruction so that late position or alert callbacks do nothing.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

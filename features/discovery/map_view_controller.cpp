@@ -24,11 +24,11 @@ void show(const char* text) {
 MapViewController::MapViewController(StoreInfoModel store) : store_(std::move(store)) {}
 
 void MapViewController::viewDidLoad() {
-  if (!storeCoordinate(store_)) show(discovery_texts::kLocationError);
+  if (!store_.coordinate()) show(discovery_texts::kLocationError);
 }
 
 std::optional<Coordinate> MapViewController::storeCoordinateGcj() const {
-  const auto bd = storeCoordinate(store_);
+  const auto bd = store_.coordinate();
   if (!bd) return std::nullopt;
   return LocationConverter::transformFromBaiduToGCJ(*bd);
 }
@@ -75,7 +75,7 @@ MapViewController::RouteOutcome MapViewController::routeWithBaiduMap() {
     show(discovery_texts::kNoUserLocation);
     return RouteOutcome::NoUserLocation;
   }
-  const auto destination = storeCoordinate(store_);
+  const auto destination = store_.coordinate();
   const auto& opener = Env::current().urlOpener;
   if (!destination || !opener) return RouteOutcome::Unavailable;
   return opener->openURL(baiduRouteUrl(*origin, *destination)) ? RouteOutcome::Opened : RouteOutcome::Unavailable;

@@ -48,7 +48,7 @@ void NearByMapView::getMapListNet() {
       storeList = api.getMapList();
       pins.clear();
       for (const StoreInfoModel& store : storeList) {
-        const auto bd = storeCoordinate(store);
+        const auto bd = store.coordinate();
         if (!bd) continue;  // accepted by the request but not a number: cannot be placed
         pins.push_back({LocationConverter::transformFromBaiduToGCJ(*bd), store.storeId, store.storeName,
                         calloutLine(store), store.imgURLList.empty() ? "" : store.imgURLList.front(), store.star});

@@ -30,16 +30,20 @@ std::vector<std::string> split(const std::string& text, char separator) {
   }
 }
 
-// The leading number of `text` (after blanks), 0 when there is none.
-double numericValue(const std::optional<std::string>& text) {
-  if (!text) return 0;
-  const char* begin = text->data();
-  const char* end = begin + text->size();
-  while (begin != end && (*begin == ' ' || *begin == '\t' || *begin == '\n')) ++begin;
-  if (begin != end && *begin == '+') ++begin;
+// `text` as a finite number, blanks around it allowed; nullopt for anything else.
+std::optional<double> numberIn(const std::optional<std::string>& text) {
+  if (!text) return std::nullopt;
+  constexpr const char* kBlanks = " \t\r\n";
+  const auto first = text->find_first_not_of(kBlanks);
+  if (first == std::string::npos) return std::nullopt;
+  const auto last = text->find_last_not_of(kBlanks);
+  const char* begin = text->data() + first;
+  const char* end = text->data() + last + 1;
+  if (*begin == '+') ++begin;
   double value = 0;
   const auto result = std::from_chars(begin, end, value);
-  return result.ec == std::errc() ? value : 0;
+  if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) return std::nullopt;
+  return value;
 }
 
 }  // namespace
@@ -93,11 +97,21 @@ void StoreInfoModel::setAddressHeight(const TextMeasurer& measurer) {
   addressHeight = measured < kMinimumAddressHeight ? kMinimumAddressHeight : measured + kAddressPadding;
 }
 
+std::optional<Coordinate> StoreInfoModel::coordinate() const {
+  const auto lat = numberIn(latitude);
+  const auto lon = numberIn(longitude);
+  // A position off the globe is as unplaceable as none.
+  if (!lat || !lon || std::fabs(*lat) > 90 || std::fabs(*lon) > 180) return std::nullopt;
+  return Coordinate{*lat, *lon};
+}
+
 std::string StoreInfoModel::distanceText(std::optional<Coordinate> userLocationWgs) const {
   if (!userLocationWgs) return discovery_texts::kNoDistance;
-  const Coordinate storeBd{numericValue(latitude), numericValue(longitude)};
+  const auto lat = numberIn(latitude);
+  const auto lon = numberIn(longitude);
   // A position off the globe from the server has no distance to print.
-  if (!(std::fabs(storeBd.latitude) <= 90 && std::fabs(storeBd.longitude) <= 180)) return discovery_texts::kNoDistance;
+  if ((lat && std::fabs(*lat) > 90) || (lon && std::fabs(*lon) > 180)) return discovery_texts::kNoDistance;
+  const Coordinate storeBd = coordinate().value_or(Coordinate{0, 0});
   const Coordinate storeWgs =
       LocationConverter::transformFromGCJToWGS(LocationConverter::transformFromBaiduToGCJ(storeBd));
   const double d = LocationConverter::distanceInMeters(*userLocationWgs, storeWgs);

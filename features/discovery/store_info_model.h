@@ -52,11 +52,16 @@ class StoreInfoModel : public BaseModel {
   // otherwise padded by 10.
   void setAddressHeight(const TextMeasurer& measurer);
 
+  // The one reading of the position for every screen (distance, map pins, the store's
+  // map, the route): both texts set and each a finite number once surrounding blanks
+  // are dropped ("118.35, 35.06" counts) and on the globe; BD-09. nullopt otherwise.
+  std::optional<Coordinate> coordinate() const;
+
   // Distance from the member to the store for a row: "--km" without a member position;
   // else the store's position taken BD-09 -> GCJ-02 -> WGS-84 and the great-circle
-  // distance d as "%.2fm" below 1000 m, "%.2fkm" of d/1000 from there. Unset or
-  // unreadable coordinate texts count as 0, as a numeric reading of text gives; a
-  // position off the globe (or not a number) gives "--km" too.
+  // distance d as "%.2fm" below 1000 m, "%.2fkm" of d/1000 from there. A store without
+  // a coordinate() is measured from 0,0, as a numeric reading of no text gives; a
+  // position off the globe gives "--km".
   std::string distanceText(std::optional<Coordinate> userLocationWgs) const;
 
   // "￥" + price.

@@ -50,6 +50,21 @@ TEST(StoreInfoModelTest, CoordinateIsLongitudeFirstOnlyWithExactlyTwoParts) {
   const StoreInfoModel blank = storeWith(R"({"coordinate":","})");
   EXPECT_EQ(blank.longitude, "");
   EXPECT_EQ(blank.latitude, "");
+  EXPECT_FALSE(blank.coordinate());
+
+  // One reading for every screen: blanks around a number are fine, anything else is not
+  // a position (and the distance measures it from 0,0).
+  const StoreInfoModel spaced = storeWith(R"({"coordinate":" 118.35 , 35.06\n"})");
+  ASSERT_TRUE(spaced.coordinate());
+  EXPECT_DOUBLE_EQ(spaced.coordinate()->latitude, 35.06);
+  EXPECT_DOUBLE_EQ(spaced.coordinate()->longitude, 118.35);
+  EXPECT_NE(spaced.distanceText(Coordinate{35.1, 118.3}), "12546.25km");
+  for (const char* json : {R"({"coordinate":"118.35x,35.06"})", R"({"coordinate":"118.35,nan"})",
+                           R"({"coordinate":"118.35,1e999"})", R"({"coordinate":"118.35, "})"}) {
+    const StoreInfoModel bad = storeWith(json);
+    EXPECT_FALSE(bad.coordinate()) << json;
+    EXPECT_EQ(bad.distanceText(Coordinate{35.1, 118.3}), "12546.25km") << json;
+  }
 }
 
 TEST(StoreInfoModelTest, ImageUrlsSplitAtEveryBar) {

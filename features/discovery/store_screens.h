@@ -3,9 +3,6 @@
 // shows stores. Screens are opened through the Env's navigator by name, with a payload
 // holding the store in the server's own keys so that the opened screen can rebuild the
 // record from it.
-#include <optional>
-
-#include "core/common/coordinate.h"
 #include "core/common/json.h"
 #include "features/discovery/store_info_model.h"
 
@@ -14,10 +11,6 @@ namespace qmv {
 // {"storeId", "storeName", "coordinate" (longitude first, when known), ...}: the wire
 // form of the fields the store screens need; StoreInfoModel(payload) reads it back.
 Json storePayload(const StoreInfoModel& store);
-
-// The store's BD-09 position when both coordinate texts are set and read as numbers on
-// the globe (latitude within 90 degrees, longitude within 180); nullopt otherwise.
-std::optional<Coordinate> storeCoordinate(const StoreInfoModel& store);
 
 // Pushes the store screen with the store's id and name.
 void openStoreDetail(const StoreInfoModel& store);

@@ -1,6 +1,7 @@
 #include "features/orders/payment_results.h"
 
 #include "core/common/dictionary.h"
+#include "core/common/log.h"
 #include "core/common/string_util.h"
 #include "features/orders/payment_failure_watch.h"
 #include "platform/env.h"
@@ -48,6 +49,10 @@ void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSu
   const std::string memo = strForKey(resultDic, "memo");
   if (!memo.empty()) show("error", StringUtil::convertUnicodeToString(memo));
   PaymentFailureWatch::report();
+}
+
+void handleAlipayAuthResult(const Json& resultDic) {
+  handleAlipayResult(resultDic, [] { logLine("alipay: authorisation granted"); });
 }
 
 }  // namespace qmv

@@ -20,4 +20,8 @@ class UPPayUtil {
 // other status shows the unescaped "memo" as an error, when there is one.
 void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSuccess);
 
+// The external wallet's authorisation result ("platformapi"): it is never a payment, so
+// a granted authorisation is only logged; a refusal shows its "memo" as above.
+void handleAlipayAuthResult(const Json& resultDic);
+
 }  // namespace qmv

@@ -49,6 +49,7 @@ void QXBindBankCardViewController::viewWillDisappear() {
 }
 
 void QXBindBankCardViewController::getCodeAction() {
+  if (!codeButtonEnabled()) return;
   const auto& self = GlobalData::sharedInstance().selfInfo();
   account_detail::sendCodeRequest(
       codeNet_, *this, self ? self->phone : std::string(), codeSessionId_,

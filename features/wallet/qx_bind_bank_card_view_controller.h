@@ -57,9 +57,9 @@ class QXBindBankCardViewController : public BaseViewController {
   // One timer tick (also driven by the timer itself).
   void intervalTimerCallback() { countdown_.intervalTimerCallback(); }
 
-  // The code button: stops a code request still running and asks for a type-0 code for
-  // the member's own phone. A correct answer shows "验证码发送成功" and starts the
-  // countdown from 60.
+  // The code button: refused without a word while the countdown runs; else stops a code
+  // request still running and asks for a type-0 code for the member's own phone. A
+  // correct answer shows "验证码发送成功" and starts the countdown from 60.
   void getCodeAction();
   // The bind button: the checks in order, then bindNet. Returns whether it was sent.
   bool bindAction();

@@ -69,6 +69,10 @@ TEST_F(WalletScreensTest, BindScreenSendsTheCodeChecksInOrderAndBindsTheFieldsAs
   screen.intervalTimerCallback();
   EXPECT_EQ(screen.codeButtonTitle(), "00:59");
   EXPECT_FALSE(screen.codeButtonEnabled());
+  sent.reset();
+  screen.getCodeAction();
+  EXPECT_FALSE(loop_->runUntil([&] { return sent.has_value(); }, std::chrono::milliseconds(500)))
+      << "the code button refuses while counting down";
 
   using Field = QXBindBankCardViewController::Field;
   EXPECT_EQ(screen.textFieldShouldReturn(Field::Name), Field::IdNumber);

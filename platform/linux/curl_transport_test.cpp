@@ -38,6 +38,23 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
       server_.sleepUnlessStopping(milliseconds(3000));
       res.set_content("late", "text/plain");
     });
+    // Twelve bytes, one every 100 ms; or one chunk and then silence.
+    s.Get("/dribble", [this](const httplib::Request&, httplib::Response& res) {
+      res.set_chunked_content_provider("text/plain", [this](size_t offset, httplib::DataSink& sink) {
+        if (offset >= 12 || server_.stopping()) {
+          sink.done();
+          return true;
+        }
+        server_.sleepUnlessStopping(milliseconds(100));
+        return sink.write("x", 1);
+      });
+    });
+    s.Get("/stall", [this](const httplib::Request&, httplib::Response& res) {
+      res.set_chunked_content_provider("text/plain", [this](size_t offset, httplib::DataSink& sink) {
+        if (offset > 0) server_.sleepUnlessStopping(milliseconds(5000));
+        return sink.write("x", 1);
+      });
+    });
     s.Get("/moved", [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
     s.Get("/login", [](const httplib::Request&, httplib::Response& res) {
       res.set_header("Set-Cookie", "sessionId=abc; Path=/");
@@ -168,6 +185,27 @@ TEST_P(CurlTransportTest, AnswersBeyondTheLimitFailWithoutBeingKept) {
     EXPECT_EQ(r.status, 0) << path;
     EXPECT_TRUE(r.body.empty()) << path;
   }
+}
+
+TEST_P(CurlTransportTest, TheTimeoutLimitsSilenceNotTheWholeTransfer) {
+  using Clock = std::chrono::steady_clock;
+  HttpRequest moving;
+  moving.url = server_.url("/dribble");
+  moving.timeout = milliseconds(300);
+  auto start = Clock::now();
+  HttpResponse r = sendAndWait(moving);
+  EXPECT_EQ(r.error, TransportError::none) << r.errorMessage;
+  EXPECT_EQ(r.body, std::string(12, 'x'));
+  EXPECT_GE(Clock::now() - start, milliseconds(1000)) << "the transfer outlasted its limit";
+
+  HttpRequest stalled;
+  stalled.url = server_.url("/stall");
+  stalled.timeout = milliseconds(300);
+  start = Clock::now();
+  r = sendAndWait(stalled);
+  EXPECT_EQ(r.error, TransportError::timeout);
+  EXPECT_EQ(r.status, 0);
+  EXPECT_LT(Clock::now() - start, milliseconds(2500)) << "not held for the server's five seconds";
 }
 
 TEST_P(CurlTransportTest, CancelStopsARunningTransferAtOnce) {

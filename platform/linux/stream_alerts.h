@@ -26,6 +26,8 @@ class StreamAlerts : public Alerts {
   // the calling (interface) thread.
   bool answer(const AlertAnswer& answer);
   std::size_t pendingCount() const { return pending_.size(); }
+  // The oldest alert still waiting, or null.
+  const AlertSpec* pendingAlert() const { return pending_.empty() ? nullptr : &pending_.front().first; }
 
  private:
   std::ostream& out_;

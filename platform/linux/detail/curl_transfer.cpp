@@ -12,6 +12,7 @@ namespace qmv::curl_detail {
 namespace {
 
 constexpr std::size_t kMaxSpareHandles = 8;
+constexpr long kLowSpeedBackstopSeconds = 24L * 60 * 60;
 
 std::string trim(std::string_view text) {
   const auto first = text.find_first_not_of(" \t\r\n");
@@ -213,8 +214,21 @@ size_t Transfer::onBody(char* data, size_t size, size_t count, void* self) {
   return bytes;
 }
 
-int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t) {
+bool Transfer::idleTooLong(curl_off_t moved) {
+  if (request.timeout.count() <= 0) return false;
+  const auto now = std::chrono::steady_clock::now();
+  if (moved != lastMoved_) {
+    lastMoved_ = moved;
+    lastActivity_ = now;
+    return false;
+  }
+  idleTimedOut_ = now - lastActivity_ >= request.timeout;
+  return idleTimedOut_;
+}
+
+int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t ulnow) {
   auto* t = static_cast<Transfer*>(self);
+  if (t->idleTooLong(dlnow + ulnow)) return 1;  // curl ends the transfer as aborted
   if (t->file_ == nullptr || !t->request.progress || !t->loop) return 0;
   const std::int64_t received = t->fileBase_ + dlnow;
   if (received == t->lastReported_) return 0;
@@ -246,7 +260,17 @@ bool Transfer::setUp(std::vector<CURL*>* spares) {
   curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
   curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-  if (r.timeout.count() > 0) curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(r.timeout.count()));
+  if (r.timeout.count() > 0) {
+    // The timeout is an idle limit, as the platforms' URL loaders have it: a slow upload
+    // or download that keeps moving runs on, a silent peer fails. The progress callback
+    // measures the silence; a low-speed limit makes curl call it at least every second
+    // while nothing moves, and only backs it up (a transfer under one byte a second for
+    // a whole day).
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(r.timeout.count()));
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, kLowSpeedBackstopSeconds);
+    lastActivity_ = std::chrono::steady_clock::now();
+  }
   // An announced length above the limit is refused before any of the body arrives.
   if (r.downloadPath.empty()) {
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(r.maxResponseBytes));
@@ -294,6 +318,8 @@ bool Transfer::setUp(std::vector<CURL*>* spares) {
     const auto size = std::filesystem::file_size(r.downloadPath, ec);
     existingBytes_ = (r.resume && !ec) ? static_cast<std::int64_t>(size) : 0;
     if (existingBytes_ > 0) curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
+  }
+  if (!r.downloadPath.empty() || r.timeout.count() > 0) {
     curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
@@ -308,8 +334,10 @@ void Transfer::finish(CURLcode code, Outbox& outbox) {
   }
   response_.status = currentStatus();
   if (code != CURLE_OK) {
-    response_.error = tooLarge_ ? TransportError::tooLarge : errorOf(code);
-    response_.errorMessage = errorBuffer_[0] != '\0' ? errorBuffer_ : curl_easy_strerror(code);
+    response_.error = tooLarge_ ? TransportError::tooLarge : idleTimedOut_ ? TransportError::timeout : errorOf(code);
+    response_.errorMessage = idleTimedOut_              ? "no data for " + std::to_string(request.timeout.count()) + " ms"
+                             : errorBuffer_[0] != '\0' ? errorBuffer_
+                                                       : curl_easy_strerror(code);
     if (response_.error == TransportError::tooLarge) {
       response_.errorMessage = "answer larger than " + std::to_string(request.maxResponseBytes) + " bytes";
       response_.body.clear();

@@ -5,6 +5,7 @@
 // platform/linux includes this.
 #include <curl/curl.h>
 
+#include <chrono>
 #include <cstdio>
 #include <deque>
 #include <functional>
@@ -61,6 +62,8 @@ struct Transfer {
   // Whether `bytes` more of headers or in-memory body would pass the request's limit;
   // marks the transfer too large when they would.
   bool exceedsLimit(std::size_t held, std::size_t bytes);
+  // True once the transfer has moved no byte for the request's timeout.
+  bool idleTooLong(curl_off_t moved);
   static size_t onHeader(char* data, size_t size, size_t count, void* self);
   static size_t onBody(char* data, size_t size, size_t count, void* self);
   static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
@@ -79,6 +82,9 @@ struct Transfer {
   std::int64_t lastReported_ = -1;
   std::size_t headerBytes_ = 0;
   bool tooLarge_ = false;
+  curl_off_t lastMoved_ = 0;  // bytes sent plus received at the last activity
+  std::chrono::steady_clock::time_point lastActivity_;
+  bool idleTimedOut_ = false;
   char errorBuffer_[CURL_ERROR_SIZE] = {};
 };
 
