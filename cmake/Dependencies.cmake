@@ -26,3 +26,7 @@ pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
 pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
 target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE PkgConfig::PNG)
+
+# HTML: libxml2's forgiving HTML parser reads the server pages of the headless web view.
+pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
+target_link_libraries(qmv_deps INTERFACE PkgConfig::LIBXML2)

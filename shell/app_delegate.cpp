@@ -14,6 +14,7 @@
 #include "platform/settings_store.h"
 #include "platform/status_overlay.h"
 #include "platform/vendor_sdks.h"
+#include "shell/h5_texts.h"
 
 namespace qmv {
 namespace {
@@ -47,6 +48,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
         kChangeBaseUrlNotification, [this](const std::string&, const Json& userInfo) { changeBaseUrl(userInfo); });
   }
   NetworkConfig::sharedInstance().setBaseUrl(config_.serverBaseUrl);
+  NetworkConfig::sharedInstance().setWebHost(config_.webHost);
   if (env.window) env.window->setOverlayDefaultStyle(1);
   if (env.reachability) env.reachability->startMonitoring();
   if (env.analytics) env.analytics->start(config_.analyticsAppKey, 1, "");
@@ -104,7 +106,8 @@ void AppDelegate::jump2MainViewCtrl() {
   const Env& env = Env::current();
   if (env.navigator) {
     // The community page is the H5 tab, opened with its page type.
-    env.navigator->setRoot("TabBarViewController", Json{{"viewControllers", tabs}, {"h5Type", 1}});
+    env.navigator->setRoot("TabBarViewController",
+                           Json{{"viewControllers", tabs}, {"h5Type", h5_texts::kCommunityType}});
   }
   if (env.window) env.window->makeKeyAndVisible();
 }

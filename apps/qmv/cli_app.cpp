@@ -29,6 +29,7 @@
 #include "platform/linux/stack_navigator.h"
 #include "platform/linux/stream_alerts.h"
 #include "platform/linux/stream_status_overlay.h"
+#include "platform/linux/transport_web_view.h"
 #include "platform/linux/url_result_payment_channels.h"
 #include "platform/main_loop.h"
 #include "platform/payment_channels.h"
@@ -142,6 +143,7 @@ std::string CliApp::buildEnv() {
   env_.geocoder = std::make_shared<NearestCityGeocoder>(env_.files->resourceDirectory() / "area.db");
   env_.textMeasurer = std::make_shared<PangoTextMeasurer>();
   env_.window = std::make_shared<HeadlessAppWindow>();
+  env_.webViews = std::make_shared<TransportWebViewFactory>(env_.http);
   if (!config_.objectStorageHost.empty()) {
     env_.objectStorage = std::make_shared<HttpObjectStorage>(config_.objectStorageHost, env_.http);
   }

@@ -30,6 +30,9 @@ const CommandRegistry::Entry* CommandRegistry::chosen() const {
 void registerAllCommands(CommandRegistry& registry) {
   registerAccountCommands(registry);
   registerDiscoveryCommands(registry);
+  registerReferralCommands(registry);
+  registerWheelCommands(registry);
+  registerPageCommands(registry);
   registerShellCommands(registry);
 }
 

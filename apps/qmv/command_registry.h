@@ -3,6 +3,7 @@
 // registry is rebuilt for every line of the shell, so registration must be repeatable.
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,18 @@ void registerAllCommands(CommandRegistry& registry);
 void registerShellCommands(CommandRegistry& registry);
 void registerAccountCommands(CommandRegistry& registry);
 void registerDiscoveryCommands(CommandRegistry& registry);
+void registerReferralCommands(CommandRegistry& registry);
+void registerWheelCommands(CommandRegistry& registry);
+void registerPageCommands(CommandRegistry& registry);
+
+// Whether a member is signed in; when not, says on stderr how to sign in.
+bool memberSignedIn();
+
+// Signs in on the login screen already presented: its fields hold the stored phone and
+// password, replaced by `phone` and `password` when given. Prints the member on success.
+// Exit status of the flow.
+int signInOnLoginScreen(CliApp& app, const std::optional<std::string>& phone,
+                        const std::optional<std::string>& password);
 
 // Runs one command line; returns the exit status.
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in);

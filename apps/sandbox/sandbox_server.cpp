@@ -41,6 +41,31 @@ void readArguments(const httplib::Request& req, Call& call) {
   }
 }
 
+// The member a live session belongs to, or null.
+Json memberOfSession(SandboxStore& db, const std::string& sessionId) {
+  if (sessionId.empty()) return Json();
+  const Json session = db.queryOne("SELECT member_id, created FROM sessions WHERE id = ?", {sessionId});
+  if (!session.is_object() || nowSeconds() - session["created"].get<int64_t>() >= kSessionLifetimeSeconds)
+    return Json();
+  return memberById(db, session["member_id"].get<int64_t>());
+}
+
+// The value of cookie `name` in a Cookie header ("a=1; b=2"), or "".
+std::string cookieValue(const std::string& header, const std::string& name) {
+  size_t start = 0;
+  while (start < header.size()) {
+    size_t end = header.find(';', start);
+    if (end == std::string::npos) end = header.size();
+    std::string pair = header.substr(start, end - start);
+    pair.erase(0, pair.find_first_not_of(' '));
+    if (pair.size() > name.size() && pair.compare(0, name.size(), name) == 0 && pair[name.size()] == '=') {
+      return pair.substr(name.size() + 1);
+    }
+    start = end + 1;
+  }
+  return {};
+}
+
 }  // namespace
 
 struct SandboxServer::Impl {
@@ -61,12 +86,7 @@ struct SandboxServer::Impl {
         Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode};
         readArguments(req, call);
         call.sessionId = call.arg("sessionId");
-        if (endpoint.session != SessionRule::kNone && !call.sessionId.empty()) {
-          const Json session = db->queryOne("SELECT member_id, created FROM sessions WHERE id = ?", {call.sessionId});
-          if (session.is_object() && nowSeconds() - session["created"].get<int64_t>() < kSessionLifetimeSeconds) {
-            call.member = memberById(*db, session["member_id"].get<int64_t>());
-          }
-        }
+        if (endpoint.session != SessionRule::kNone) call.member = memberOfSession(*db, call.sessionId);
         if (endpoint.session == SessionRule::kRequired && !call.member.is_object()) {
           reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json()};
           return false;
@@ -103,8 +123,19 @@ struct SandboxServer::Impl {
     http->Post("/sandbox/pay/complete",
                [this](const httplib::Request& req, httplib::Response& res) { serve(req, res, kComplete); });
 
+    // Pages greet the member whose session came in the "sessionId" cookie, so that a
+    // client can see that its page host handed the session over.
     http->Get(R"(/static/(.+))", [this](const httplib::Request& req, httplib::Response& res) {
-      const auto html = pageHtml(req.path, root());
+      Json member;
+      try {
+        db->transact(false, [&] {
+          member = memberOfSession(*db, cookieValue(req.get_header_value("Cookie"), "sessionId"));
+          return true;
+        });
+      } catch (const std::exception&) {
+        member = Json();
+      }
+      const auto html = pageHtml(req.path, root(), member);
       if (!html) {
         res.status = 404;
         return;

@@ -19,6 +19,9 @@ class NetworkConfig {
   void setBaseUrl(std::string url) { baseUrl_ = std::move(url); }
   const std::string& cdnUrl() const { return cdnUrl_; }
   void setCdnUrl(std::string url) { cdnUrl_ = std::move(url); }
+  // Root of the server-hosted pages (scheme and host, no trailing path).
+  const std::string& webHost() const { return webHost_; }
+  void setWebHost(std::string url) { webHost_ = std::move(url); }
 
   const std::vector<std::shared_ptr<UrlFilter>>& urlFilters() const { return urlFilters_; }
   const std::vector<std::shared_ptr<CacheDirPathFilter>>& cacheDirPathFilters() const { return cacheDirPathFilters_; }
@@ -33,6 +36,7 @@ class NetworkConfig {
   NetworkConfig() = default;
   std::string baseUrl_;
   std::string cdnUrl_;
+  std::string webHost_;
   std::vector<std::shared_ptr<UrlFilter>> urlFilters_;
   std::vector<std::shared_ptr<CacheDirPathFilter>> cacheDirPathFilters_;
 };
