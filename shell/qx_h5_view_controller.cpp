@@ -158,8 +158,13 @@ void QXH5ViewController::openPayNow(const std::string& url) {
 }
 
 void QXH5ViewController::takeDocumentTitle() {
-  // A page without a title of its own keeps the one shown.
-  if (webView() && !webView()->documentTitle().empty()) title_ = webView()->documentTitle();
+  // A page without a title of its own (or none yet) shows the type's.
+  const std::string& own = webView() ? webView()->documentTitle() : title_;
+  if (!own.empty()) {
+    title_ = own;
+  } else if (const auto* page = pageOf(h5Type_)) {
+    title_ = page->title;
+  }
 }
 
 void QXH5ViewController::webViewDidStartLoad() { takeDocumentTitle(); }

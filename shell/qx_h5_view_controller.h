@@ -1,10 +1,11 @@
 #pragma once
 // The page host, headless: shows one of the server's six pages by type with the
-// member's session and the device's identity as cookies, takes the page's own title at
-// the start and end of every load, goes back in the page's history before leaving, and
-// turns two application links into native screens: "qmv://login" presents the login
-// screen; "qmv://pay?productId=..&series=..&acount=.." opens the pay-now screen for that
-// draw (the login screen when nobody is signed in). Interface thread only.
+// member's session and the device's identity as cookies, takes the shown page's own
+// title at the start and end of every load (the type's title when it has none), goes
+// back in the page's history before leaving, and turns two application links into
+// native screens: "qmv://login" presents the login screen; "qmv://pay?productId=..&
+// series=..&acount=.." opens the pay-now screen for that draw (the login screen when
+// nobody is signed in). Interface thread only.
 #include <optional>
 #include <string>
 #include <vector>
