@@ -115,6 +115,12 @@ TEST_F(QXH5ViewControllerTest, PagesGetTheSessionAndDeviceAsCookiesAndTheirOwnTi
   settle(*screen);
   EXPECT_EQ(screen->webView()->page().url, kCoin);
   EXPECT_EQ(screen->title(), "一元夺宝");
+  // A new page after going back replaces what lay ahead.
+  ASSERT_TRUE(screen->webView()->tapLink(0));
+  settle(*screen);
+  screen->goBack();
+  settle(*screen);
+  EXPECT_EQ(screen->webView()->page().url, kCoin);
   screen->goBack();  // no history left: the screen goes
   EXPECT_EQ(navigator_->history().back(), "pop QXH5ViewController");
 

@@ -148,13 +148,9 @@ WebPage readHtmlPage(std::string_view html, const std::string& url, const std::s
   page.url = url;
   if (html.empty() || html.size() > kMaxHtmlPageBytes) return page;
   constexpr int kOptions = HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET;
-  const auto parse = [&](const char* encoding) {
-    return std::unique_ptr<xmlDoc, DocFree>(
-        htmlReadMemory(html.data(), static_cast<int>(html.size()), url.c_str(), encoding, kOptions));
-  };
-  // A charset libxml2 does not know is read as UTF-8 rather than not at all.
-  auto doc = parse(charset.empty() ? "UTF-8" : charset.c_str());
-  if (!doc && !charset.empty()) doc = parse("UTF-8");
+  // libxml2 reads a charset it does not know as its default rather than refusing the page.
+  const std::unique_ptr<xmlDoc, DocFree> doc(htmlReadMemory(html.data(), static_cast<int>(html.size()), url.c_str(),
+                                                            charset.empty() ? "UTF-8" : charset.c_str(), kOptions));
   if (!doc) return page;
   const xmlNode* root = xmlDocGetRootElement(doc.get());
   std::string base = baseOf(root, url);
