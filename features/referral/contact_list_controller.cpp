@@ -1,7 +1,6 @@
 #include "features/referral/contact_list_controller.h"
 
-#include <iterator>
-
+#include "core/common/paged_list.h"
 #include "features/referral/my_contacts_net_api.h"
 
 namespace qmv {
@@ -35,19 +34,9 @@ void ContactListController::sendPage() {
 
 void ContactListController::finished(MyContactsNetApi& request, bool correct) {
   if (&request != request_.get()) return;
-  if (correct) {
-    answered(request);
-    std::vector<UserInfoModel> contacts = request.getMyContacts();
-    loadMoreFooterHidden = contacts.empty();
-    if (pageNum <= 1) {
-      contactList = std::move(contacts);
-    } else {
-      contactList.insert(contactList.end(), std::make_move_iterator(contacts.begin()),
-                         std::make_move_iterator(contacts.end()));
-    }
-  } else if (pageNum >= 2) {
-    --pageNum;
-  }
+  if (correct) answered(request);
+  applyPage(contactList, pageNum, loadMoreFooterHidden, correct,
+            correct ? request.getMyContacts() : std::vector<UserInfoModel>{});
   if (onChange) onChange();
   if (onLoaded) onLoaded(correct);
 }
