@@ -38,12 +38,11 @@ bool HistoryWebView::navigate(const std::string& url, WebNavigationType type, st
   stopLoading();
   const std::uint64_t id = nextLoad_++;
   pending_ = Pending{id, type, target};
-  if (delegate_) {
-    delegate_->webViewDidStartLoad();
-    if (alive.expired() || !pending_ || pending_->id != id) return !alive.expired();
-    delegate_->updateProgress(0.1);
-    if (alive.expired() || !pending_ || pending_->id != id) return !alive.expired();
-  }
+  // The delegate may stop this load, start another or drop the view while it is told.
+  const auto current = [&] { return !alive.expired() && pending_ && pending_->id == id; };
+  if (delegate_) delegate_->webViewDidStartLoad();
+  if (current() && delegate_) delegate_->updateProgress(0.1);
+  if (!current()) return !alive.expired();
   fetch(url, [this, alive, id](std::optional<WebPage> page, std::string error) {
     if (!alive.expired()) finished(id, std::move(page), error);
   });

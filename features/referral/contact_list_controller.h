@@ -1,9 +1,8 @@
 #pragma once
-// The paged list both contacts screens share, paged like every list of the client: the
-// page counter starts at 1; page 1 replaces the list and later pages append; a page that
-// fails (connection or a failing answer) keeps the list and is asked for again by the
-// next loadMore; an empty page hides the load-more footer (the end of the list). A new
-// request stops the one still running, whose answer is then ignored.
+// The paged list both contacts screens share, paged like every list of the client
+// (applyPage): the counter starts at 1, an empty page ends the list, a failed page is
+// asked for again by the next loadMore. A new request stops the one still running, whose
+// answer is then ignored.
 #include <functional>
 #include <memory>
 #include <string>

@@ -31,9 +31,11 @@ class FakeWebView : public HistoryWebView {
  protected:
   void fetch(const std::string& url, FetchCompletion done) override {
     const Env& env = Env::current();
-    std::string path = url.substr(std::min(url.size(), url.find("://") == std::string::npos ? 0 : url.find("://") + 3));
-    path = path.find('/') == std::string::npos ? "/" : path.substr(path.find('/'));
-    path = path.substr(0, path.find_first_of("?#"));
+    // The path after "scheme://host", without its query.
+    const auto authority = url.find("://");
+    const auto slash = url.find('/', authority == std::string::npos ? 0 : authority + 3);
+    const std::string path =
+        slash == std::string::npos ? "/" : url.substr(slash, url.find_first_of("?#", slash) - slash);
     site_->fetches.push_back({url, env.cookies ? env.cookies->cookiesFor(urlHost(url), path) : std::vector<Cookie>{}});
     const auto found = site_->pages.find(url);
     std::optional<WebPage> page;
