@@ -30,6 +30,8 @@ const CommandRegistry::Entry* CommandRegistry::chosen() const {
 void registerAllCommands(CommandRegistry& registry) {
   registerAccountCommands(registry);
   registerDiscoveryCommands(registry);
+  registerWalletCommands(registry);
+  registerCheckoutCommands(registry);
   registerReferralCommands(registry);
   registerWheelCommands(registry);
   registerPageCommands(registry);
@@ -52,6 +54,9 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
           "LAT,LON"));
   app.add_flag("--json", options.json, "print one JSON document");
   app.add_option("--answer", options.answers, "answers for alerts, in order (a button's title or number)");
+  app.add_option("--pay-outcome", options.payOutcome,
+                 "what the embedded sandbox's payment applications do with a payment (default success)")
+      ->check(CLI::IsMember({"success", "cancel", "fail"}));
   app.require_subcommand(0, 1);
   // Global options may also follow the command: qmv sandbox --home DIR.
   app.fallthrough();

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "core/common/json.h"
+
 namespace qmv::cli {
 
 class CliApp;
@@ -49,9 +51,16 @@ void registerAllCommands(CommandRegistry& registry);
 void registerShellCommands(CommandRegistry& registry);
 void registerAccountCommands(CommandRegistry& registry);
 void registerDiscoveryCommands(CommandRegistry& registry);
+void registerWalletCommands(CommandRegistry& registry);
+void registerCheckoutCommands(CommandRegistry& registry);
 void registerReferralCommands(CommandRegistry& registry);
 void registerWheelCommands(CommandRegistry& registry);
 void registerPageCommands(CommandRegistry& registry);
+
+// Runs the pay-now screen that was pushed with `payload` (taps: the balance off with
+// `noBalance`, then `channel` when not empty), prints what it shows and waits for the
+// payment's end; 0 only when it was paid. Shared by every command that reaches that screen.
+int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std::string& channel);
 
 // Whether a member is signed in; when not, says on stderr how to sign in.
 bool memberSignedIn();
