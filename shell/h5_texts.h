@@ -35,11 +35,6 @@ inline constexpr const char* kDeviceType = "linux";
 inline constexpr const char* kAppScheme = "qmv";
 inline constexpr const char* kLoginHost = "login";
 inline constexpr const char* kPayHost = "pay";
-inline constexpr const char* kPayKeys[] = {"productId", "series", "acount"};
-inline constexpr const char* kPayNowScreen = "QXPayNowViewController";
-// "一元夺宝-第%@期" with the series.
-inline constexpr const char* kDrawNamePrefix = "一元夺宝-第";
-inline constexpr const char* kDrawNameSuffix = "期";
 
 // Share panel: picture, title and text of the coin page and of the community page.
 inline constexpr const char* kCoinShareImage = "一元夺宝_03";

@@ -7,6 +7,8 @@
 #include "core/request/network_config.h"
 #include "core/request/network_util.h"
 #include "core/session/global_data.h"
+#include "features/orders/checkout_texts.h"
+#include "features/orders/qx_pay_now_view_controller.h"
 #include "platform/env.h"
 #include "platform/navigator.h"
 #include "platform/vendor_sdks.h"
@@ -146,15 +148,15 @@ bool QXH5ViewController::shouldStartLoadWithRequest(const std::string& url, WebN
 
 void QXH5ViewController::openPayNow(const std::string& url) {
   if (currentSessionId().empty()) return presentLoginCtrl();
+  // A key the link repeats counts with its last value; a missing one stays unset.
   const auto pairs = urlQueryPairs(url);
-  Json payload = Json::object();
-  for (const char* key : texts::kPayKeys) {
-    if (const auto found = pairs.find(key); found != pairs.end()) setCustomString(payload, found->second, key);
-  }
-  const auto series = pairs.find("series");
-  payload["name"] =
-      std::string(texts::kDrawNamePrefix) + (series == pairs.end() ? "" : series->second) + texts::kDrawNameSuffix;
-  if (const auto& navigator = Env::current().navigator) navigator->push(texts::kPayNowScreen, payload);
+  const auto value = [&pairs](const char* key) {
+    const auto found = pairs.find(key);
+    return found == pairs.end() ? std::string() : found->second;
+  };
+  const Json payload =
+      QXPayNowViewController::drawProductPayload(value("productId"), value("series"), value("acount"));
+  if (const auto& navigator = Env::current().navigator) navigator->push(checkout_texts::kPayNowScreen, payload);
 }
 
 void QXH5ViewController::takeDocumentTitle() {

@@ -3,6 +3,7 @@
 // sandbox records.
 #include <gtest/gtest.h>
 
+#include "core/common/json.h"
 #include "core/common/temp_home_for_test.h"
 #include "features/orders/top_up_record_net_api.h"
 #include "features/wheel/wheel_view_controller.h"
@@ -36,7 +37,14 @@ TEST(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesThe
   EXPECT_TRUE(wheel.has(" of 6\nprize: ")) << wheel.out;
   EXPECT_TRUE(wheel.has("剩余抽奖次数: 2")) << wheel.out;
 
-  // The page received the session: the sandbox names the member of its cookie.
+  // The page received the session: the sandbox names the member of its cookie. Its draw
+  // link opens the pay-now screen, where the balance pays the five shares as the server
+  // prices them (1.00 each).
+  const auto balance = [&run] {
+    const Json doc = parseJson(run({"--json", "me"}).out);
+    return doc.is_object() ? std::stoll(doc["data"]["member"].value("balance", "-1")) : -1LL;
+  };
+  const long long before = balance();
   const auto coin = run({"page", "0", "--follow", "2"});
   ASSERT_EQ(coin.status, 0) << coin.out;
   EXPECT_TRUE(coin.has("title: 一元夺宝\n")) << coin.out;
@@ -44,8 +52,10 @@ TEST(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesThe
   EXPECT_TRUE(coin.has("[2] 5元夺宝 -> qmv://pay?productId=1&series=12&acount=5\n")) << coin.out;
   EXPECT_TRUE(
       coin.has("opened QXPayNowViewController\n  productId: 1\n  series: 12\n  acount: 5\n"
-               "  name: 一元夺宝-第12期\n"))
+               "  name: 一元夺宝-第12期\n支付订单\n一元夺宝-第12期\n"))
       << coin.out;
+  EXPECT_TRUE(coin.has("支付成功\noutcome: paid\n")) << coin.out;
+  EXPECT_EQ(balance(), before - 500);
   const auto community = run({"page", "1", "--follow", "1"});
   ASSERT_EQ(community.status, 0) << community.out;
   EXPECT_TRUE(community.has("title: 我的帖子\n")) << "a page link loads in place: " << community.out;

@@ -61,6 +61,8 @@ void registerPageCommands(CommandRegistry& registry);
 // `noBalance`, then `channel` when not empty), prints what it shows and waits for the
 // payment's end; 0 only when it was paid. Shared by every command that reaches that screen.
 int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std::string& channel);
+// The options of those taps, --no-balance and --channel, for a command that reaches the screen.
+void addPayNowOptions(CLI::App* command, bool& noBalance, std::string& channel);
 
 // Whether a member is signed in; when not, says on stderr how to sign in.
 bool memberSignedIn();

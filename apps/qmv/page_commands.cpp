@@ -1,6 +1,6 @@
 // Commands of the server pages: the page host of one page type (with its cookies, and a
-// tap on one of its links, which may lead to a native screen), and the plain page
-// screen for any URL.
+// tap on one of its links, which may lead to a native screen: the login, or the pay-now
+// screen and its payment), and the plain page screen for any URL.
 #include <iostream>
 #include <memory>
 
@@ -8,8 +8,8 @@
 #include "apps/qmv/command_registry.h"
 #include "core/common/dictionary.h"
 #include "core/session/base_view_controller.h"
+#include "features/orders/checkout_texts.h"
 #include "platform/navigator.h"
-#include "shell/h5_texts.h"
 #include "shell/qx_h5_view_controller.h"
 #include "shell/web_view_controller.h"
 
@@ -21,6 +21,9 @@ struct PageOptions {
   long follow = 0;  // 0: no link is followed
   std::optional<std::string> phone;
   std::optional<std::string> password;
+  // Taps on a pay-now screen the link opens.
+  bool noBalance = false;
+  std::string channel;
 };
 
 // Runs the loop until the screen's load has ended; false (said why) when it failed.
@@ -71,8 +74,9 @@ int followNative(CliApp& app, const PageOptions& options, const std::optional<Sc
   out.line("opened " + shown->name);
   out.data("opened", {{"screen", shown->name}, {"payload", shown->payload}});
   if (shown->name == BaseViewController::kLoginScreen) return signInOnLoginScreen(app, options.phone, options.password);
-  if (shown->name == h5_texts::kPayNowScreen) {
+  if (shown->name == checkout_texts::kPayNowScreen) {
     for (const auto& [key, value] : shown->payload.items()) out.line("  " + key + ": " + textOf(value));
+    return runPayNowScreen(app, shown->payload, options.noBalance, options.channel);
   }
   return kExitOk;
 }
@@ -130,6 +134,7 @@ void registerPageCommands(CommandRegistry& registry) {
         ->check(CLI::Range(1L, 100000L));
     page->add_option("--phone", options->phone, "phone typed on a login screen the link opens");
     page->add_option("--password", options->password, "password typed on a login screen the link opens");
+    addPayNowOptions(page, options->noBalance, options->channel);
   }
   {
     auto url = std::make_shared<std::string>();
