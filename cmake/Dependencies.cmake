@@ -31,6 +31,10 @@ pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
 target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE PkgConfig::PNG)
 
+# HTML: libxml2's forgiving HTML parser reads the server pages of the headless web view.
+pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
+target_link_libraries(qmv_deps INTERFACE PkgConfig::LIBXML2)
+
 # The graphical client: gtkmm for the widgets, libadwaita's C API for the adaptive
 # pieces, libshumate for the map, GeoClue for the position. Optional, so that a machine
 # without them still builds the core, the CLI and the sandbox.

@@ -23,7 +23,7 @@ class LocationSource;
 class ReverseGeocoder;
 class TextMeasurer;
 class UrlOpener;
-class WebView;
+class WebViewFactory;
 class PaymentChannels;
 class CrashReporter;
 class Analytics;
@@ -49,7 +49,7 @@ struct Env {
   std::shared_ptr<ReverseGeocoder> geocoder;
   std::shared_ptr<TextMeasurer> textMeasurer;
   std::shared_ptr<UrlOpener> urlOpener;
-  std::shared_ptr<WebView> webView;
+  std::shared_ptr<WebViewFactory> webViews;  // one web view per screen
   std::shared_ptr<PaymentChannels> payments;
   std::shared_ptr<CrashReporter> crashReporter;
   std::shared_ptr<Analytics> analytics;

@@ -19,6 +19,7 @@
 #include "platform/settings_store.h"
 #include "platform/status_overlay.h"
 #include "platform/vendor_sdks.h"
+#include "shell/h5_texts.h"
 
 namespace qmv {
 namespace {
@@ -61,6 +62,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
   }
   NetworkConfig::sharedInstance().setBaseUrl(config_.serverBaseUrl);
   if (config_.maxResponseBytes > 0) NetworkConfig::sharedInstance().setMaxResponseBytes(config_.maxResponseBytes);
+  NetworkConfig::sharedInstance().setWebHost(config_.webHost);
   if (env.window) env.window->setOverlayDefaultStyle(1);
   if (env.reachability) env.reachability->startMonitoring();
   if (env.analytics) env.analytics->start(config_.analyticsAppKey, 1, "");
@@ -119,7 +121,8 @@ void AppDelegate::jump2MainViewCtrl() {
   const Env& env = Env::current();
   if (env.navigator) {
     // The community page is the H5 tab, opened with its page type.
-    env.navigator->setRoot("TabBarViewController", Json{{"viewControllers", tabs}, {"h5Type", 1}});
+    env.navigator->setRoot("TabBarViewController",
+                           Json{{"viewControllers", tabs}, {"h5Type", h5_texts::kCommunityType}});
   }
   if (env.window) env.window->makeKeyAndVisible();
 }

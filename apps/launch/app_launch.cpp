@@ -19,6 +19,7 @@
 #include "platform/linux/pango_text_measurer.h"
 #include "platform/linux/sandbox_payment_apps.h"
 #include "platform/linux/sqlite_settings_store.h"
+#include "platform/linux/transport_web_view.h"
 #include "platform/linux/url_result_payment_channels.h"
 #include "platform/payment_channels.h"
 
@@ -94,6 +95,7 @@ std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env)
   env.analytics = std::make_shared<LoggingAnalytics>();
   env.sharing = std::make_shared<LoggingSocialSharing>();
   env.payments = paymentChannels(env.http);
+  env.webViews = std::make_shared<TransportWebViewFactory>(env.http);
   return {};
 }
 

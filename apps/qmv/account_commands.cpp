@@ -64,21 +64,7 @@ void printMember(CliApp& app, const UserInfoModel& me) {
 int runLogin(CliApp& app, const std::string& phone, const std::string& password) {
   // The login screen is presented over whatever shows, as the app does.
   if (auto navigator = Env::current().navigator) navigator->present(BaseViewController::kLoginScreen);
-  LoginViewController login;
-  login.viewWillAppear();
-  login.view().phoneText = phone;
-  login.view().passwordText = password;
-  Outcome outcome;
-  login.onFinished = outcome.callback();
-  // The portrait download starts inside a correct login; wait for it too so the portrait
-  // is stored before the run ends.
-  bool portraitDone = false;
-  login.onHeaderImageFinished = [&portraitDone](bool) { portraitDone = true; };
-  login.loginNet();
-  if (!outcome.wait(app)) return kExitFailure;
-  app.waitUntil([&portraitDone] { return portraitDone; }, std::chrono::milliseconds(3000));
-  if (const auto& me = GlobalData::sharedInstance().selfInfo()) printMember(app, *me);
-  return kExitOk;
+  return signInOnLoginScreen(app, phone, password);
 }
 
 int runLogout(CliApp& app) {
@@ -176,6 +162,31 @@ int runRecover(CliApp& app, const RecoverArgs& args) {
 }
 
 }  // namespace
+
+bool memberSignedIn() {
+  if (GlobalData::sharedInstance().selfInfo()) return true;
+  std::cerr << "qmv: " << kNotLoggedIn << '\n';
+  return false;
+}
+
+int signInOnLoginScreen(CliApp& app, const std::optional<std::string>& phone,
+                        const std::optional<std::string>& password) {
+  LoginViewController login;
+  login.viewWillAppear();
+  if (phone) login.view().phoneText = *phone;
+  if (password) login.view().passwordText = *password;
+  Outcome outcome;
+  login.onFinished = outcome.callback();
+  // The portrait download starts inside a correct login; wait for it too so the portrait
+  // is stored before the run ends.
+  bool portraitDone = false;
+  login.onHeaderImageFinished = [&portraitDone](bool) { portraitDone = true; };
+  login.loginNet();
+  if (!outcome.wait(app)) return kExitFailure;
+  app.waitUntil([&portraitDone] { return portraitDone; }, std::chrono::milliseconds(3000));
+  if (const auto& me = GlobalData::sharedInstance().selfInfo()) printMember(app, *me);
+  return kExitOk;
+}
 
 void registerAccountCommands(CommandRegistry& registry) {
   {

@@ -213,12 +213,16 @@ int runPay(CliApp& app, const PayArgs& args) {
 }
 
 void addPayChoices(CLI::App* command, PayChoices& choices) {
-  command->add_flag("--no-balance", choices.noBalance, "tap the balance off (pay it all through a channel)");
-  command->add_option("--channel", choices.channel, "tap this payment channel")
-      ->check(CLI::IsMember({"alipay", "wechat", "unionpay"}));
+  addPayNowOptions(command, choices.noBalance, choices.channel);
 }
 
 }  // namespace
+
+void addPayNowOptions(CLI::App* command, bool& noBalance, std::string& channel) {
+  command->add_flag("--no-balance", noBalance, "tap the balance off (pay it all through a channel)");
+  command->add_option("--channel", channel, "tap this payment channel")
+      ->check(CLI::IsMember({"alipay", "wechat", "unionpay"}));
+}
 
 int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std::string& channel) {
   return runPayNow(app, payload, {noBalance, channel});

@@ -33,6 +33,9 @@ void registerAllCommands(CommandRegistry& registry) {
   registerDiscoveryCommands(registry);
   registerWalletCommands(registry);
   registerCheckoutCommands(registry);
+  registerReferralCommands(registry);
+  registerWheelCommands(registry);
+  registerPageCommands(registry);
   registerShellCommands(registry);
 }
 

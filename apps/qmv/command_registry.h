@@ -3,6 +3,7 @@
 // registry is rebuilt for every line of the shell, so registration must be repeatable.
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -52,11 +53,25 @@ void registerAccountCommands(CommandRegistry& registry);
 void registerDiscoveryCommands(CommandRegistry& registry);
 void registerWalletCommands(CommandRegistry& registry);
 void registerCheckoutCommands(CommandRegistry& registry);
+void registerReferralCommands(CommandRegistry& registry);
+void registerWheelCommands(CommandRegistry& registry);
+void registerPageCommands(CommandRegistry& registry);
 
 // Runs the pay-now screen that was pushed with `payload` (taps: the balance off with
 // `noBalance`, then `channel` when not empty), prints what it shows and waits for the
 // payment's end; 0 only when it was paid. Shared by every command that reaches that screen.
 int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std::string& channel);
+// The options of those taps, --no-balance and --channel, for a command that reaches the screen.
+void addPayNowOptions(CLI::App* command, bool& noBalance, std::string& channel);
+
+// Whether a member is signed in; when not, says on stderr how to sign in.
+bool memberSignedIn();
+
+// Signs in on the login screen already presented: its fields hold the stored phone and
+// password, replaced by `phone` and `password` when given. Prints the member on success.
+// Exit status of the flow.
+int signInOnLoginScreen(CliApp& app, const std::optional<std::string>& phone,
+                        const std::optional<std::string>& password);
 
 // Runs one command line; returns the exit status.
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in);

@@ -29,15 +29,44 @@ const Page kPages[] = {
     {"/static/lebbs/myTopic.html", "我的帖子", "<p>暂无帖子。</p>\n<p><a href=\"index.html\">返回圈子</a></p>\n"},
 };
 
+std::string escaped(const std::string& text) {
+  std::string out;
+  for (const char c : text) {
+    switch (c) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
+    }
+  }
+  return out;
+}
+
+std::string memberLine(const Json& member) {
+  if (!member.is_object()) return "<p class=\"member\">未登录</p>\n";
+  return "<p class=\"member\">会员: " + escaped(member.value("nick_name", std::string())) + " " +
+         escaped(member.value("phone", std::string())) + "</p>\n";
+}
+
 }  // namespace
 
-std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl) {
+std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl, const Json& member) {
   for (const Page& page : kPages) {
     if (path != page.path) continue;
     std::string html = "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n";
     html += "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n";
     html += std::string("<title>") + page.title + "</title>\n</head>\n<body>\n";
-    html += std::string("<h1>") + page.title + "</h1>\n" + page.body;
+    html += std::string("<h1>") + page.title + "</h1>\n" + memberLine(member) + page.body;
     html += "<p><a href=\"qmv://login\">登录</a> · <a href=\"" + rootUrl +
             "/static/coinone/index.html\">一元夺宝</a></p>\n";
     html += "</body>\n</html>\n";

@@ -4,10 +4,13 @@
 #include <optional>
 #include <string>
 
+#include "core/common/json.h"
+
 namespace qmv::sandbox {
 
-// The HTML of a known page path (e.g. "/static/dial/index.html"), or nothing.
-std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl);
+// The HTML of a known page path (e.g. "/static/dial/index.html"), or nothing. The page
+// names `member` (a members row; null when the visitor brought no live session).
+std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl, const Json& member);
 
 // A small valid PNG used for every demo picture.
 const std::string& placeholderPng();

@@ -136,8 +136,22 @@ struct SandboxServer::Impl {
     http->Post("/sandbox/pay/complete",
                [this](const httplib::Request& req, httplib::Response& res) { serve(req, res, kComplete); });
 
+    // Pages greet the member whose session came in the "sessionId" cookie, so that a
+    // client can see that its page host handed the session over.
     http->Get(R"(/static/(.+))", [this](const httplib::Request& req, httplib::Response& res) {
-      const auto html = pageHtml(req.path, root());
+      Json member;
+      try {
+        const auto cookies = parseCookies(req.get_header_value("Cookie"));
+        const auto session = cookies.find("sessionId");
+        std::lock_guard turn(turns);
+        db->transact(false, [&] {
+          member = memberOfSession(session == cookies.end() ? std::string() : session->second);
+          return true;
+        });
+      } catch (const std::exception&) {
+        member = Json();
+      }
+      const auto html = pageHtml(req.path, root(), member);
       if (!html) {
         res.status = 404;
         return;

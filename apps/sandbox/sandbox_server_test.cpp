@@ -150,6 +150,13 @@ TEST_F(SandboxTest, ServesTheSixPagesWithTheirTitlesAndAppLinks) {
   EXPECT_NE(coin->body.find("qmv://pay?productId=1&series=12&acount=1"), std::string::npos);
   auto missing = api_->raw().Get("/static/nothing.html");
   EXPECT_EQ(missing->status, 404);
+
+  // The page names the member of the "sessionId" cookie, and nobody for a dead session.
+  const std::string session = api_->login();
+  auto member = api_->raw().Get("/static/dial/index.html", {{"Cookie", "appVersion=1; sessionId=" + session}});
+  EXPECT_NE(member->body.find("会员: 演示会员 13800000000"), std::string::npos) << member->body;
+  auto stranger = api_->raw().Get("/static/dial/index.html", {{"Cookie", "sessionID=" + session + "; sessionId=x"}});
+  EXPECT_NE(stranger->body.find("未登录"), std::string::npos) << stranger->body;
 }
 
 TEST(SandboxServerLifecycle, ReportsABusyPortAndAnUnusableHome) {

@@ -22,6 +22,9 @@ class NetworkConfig {
   void setBaseUrl(std::string url) { baseUrl_ = std::move(url); }
   const std::string& cdnUrl() const { return cdnUrl_; }
   void setCdnUrl(std::string url) { cdnUrl_ = std::move(url); }
+  // Root of the server-hosted pages (scheme and host, no trailing path).
+  const std::string& webHost() const { return webHost_; }
+  void setWebHost(std::string url) { webHost_ = std::move(url); }
 
   // Header and body bytes an answer may take before its request fails as a connection
   // failure; applies to requests sent afterwards (not to buildCustomUrlRequest ones).
@@ -42,6 +45,7 @@ class NetworkConfig {
   std::string baseUrl_;
   std::string cdnUrl_;
   std::size_t maxResponseBytes_ = HttpRequest::kDefaultMaxResponseBytes;
+  std::string webHost_;
   std::vector<std::shared_ptr<UrlFilter>> urlFilters_;
   std::vector<std::shared_ptr<CacheDirPathFilter>> cacheDirPathFilters_;
 };

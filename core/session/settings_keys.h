@@ -15,6 +15,7 @@ inline constexpr const char* kSearchKeyWordsKey = "searchKeyWords";   // array: 
 inline constexpr const char* kAreaVersionKey = "area_version";        // text: area data version
 inline constexpr const char* kLastAreaIdKey = "last_area_id";         // text: area cache marker
 inline constexpr const char* kHeaderImageNowKey = "headerImage_now";  // binary: portrait JPEG
+inline constexpr const char* kDeviceIdKey = "device_id";              // text: device identity (UUID)
 
 // The city used when none was chosen or the chosen one is unknown.
 inline constexpr const char* kDefaultCity = "临沂市";

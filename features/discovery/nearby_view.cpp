@@ -4,6 +4,7 @@
 
 #include "core/common/db_util.h"
 #include "core/common/notification_names.h"
+#include "core/common/paged_list.h"
 #include "core/session/global_data.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
@@ -115,17 +116,8 @@ void NearbyView::send(SearchConditionModel condition) {
 
 void NearbyView::finished(SearchStoreNetApi& request, bool correct) {
   if (&request != request_.get()) return;
-  if (correct) {
-    std::vector<StoreInfoModel> stores = request.getSearchStores();
-    loadMoreFooterHidden = stores.empty();
-    if (pageNum <= 1) {
-      storeList = std::move(stores);
-    } else {
-      storeList.insert(storeList.end(), std::make_move_iterator(stores.begin()), std::make_move_iterator(stores.end()));
-    }
-  } else if (pageNum >= 2) {
-    --pageNum;
-  }
+  applyPage(storeList, pageNum, loadMoreFooterHidden, correct,
+            correct ? request.getSearchStores() : std::vector<StoreInfoModel>{});
   if (onChange) onChange();
   if (onLoaded) onLoaded(correct);
 }

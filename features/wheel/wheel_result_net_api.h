@@ -1,8 +1,10 @@
 #pragma once
 // Draws one spin of the wheel `wheelId`; an empty id sends no "id".
+#include <optional>
 #include <string>
 
 #include "core/request/base_net_api.h"
+#include "features/wheel/wheel_model.h"
 
 namespace qmv {
 
@@ -14,6 +16,9 @@ class WheelResultNetApi : public BaseNetApi {
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
   std::string className() const override { return "WheelResultNetApi"; }
+
+  // The record of the answer's "data" when it is a JSON object, else none.
+  std::optional<WheelModel> getWheel() const { return WheelModel::fromData(responseData()); }
 
   std::string wheelId;
 };

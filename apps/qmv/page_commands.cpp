@@ -1,0 +1,149 @@
+// Commands of the server pages: the page host of one page type (with its cookies, and a
+// tap on one of its links, which may lead to a native screen: the login, or the pay-now
+// screen and its payment), and the plain page screen for any URL.
+#include <iostream>
+#include <memory>
+
+#include "apps/qmv/cli_app.h"
+#include "apps/qmv/command_registry.h"
+#include "core/common/dictionary.h"
+#include "core/session/base_view_controller.h"
+#include "features/orders/checkout_texts.h"
+#include "platform/navigator.h"
+#include "shell/qx_h5_view_controller.h"
+#include "shell/web_view_controller.h"
+
+namespace qmv::cli {
+namespace {
+
+struct PageOptions {
+  long type = 0;
+  long follow = 0;  // 0: no link is followed
+  std::optional<std::string> phone;
+  std::optional<std::string> password;
+  // Taps on a pay-now screen the link opens.
+  bool noBalance = false;
+  std::string channel;
+};
+
+// Runs the loop until the screen's load has ended; false (said why) when it failed.
+bool awaitLoad(CliApp& app, WebPageScreen& screen) {
+  bool ended = false;
+  screen.onLoadEnded = [&ended] { ended = true; };
+  const bool inTime = app.waitUntil([&ended] { return ended; });
+  screen.onLoadEnded = nullptr;
+  if (!inTime) {
+    std::cerr << "qmv: the page did not load in time\n";
+    return false;
+  }
+  if (!screen.loadError().empty()) {
+    std::cerr << "qmv: " << screen.loadError() << '\n';
+    return false;
+  }
+  return true;
+}
+
+Json printPage(CliOutput& out, const std::string& title, const WebPage& page) {
+  out.line("title: " + title);
+  out.line("url: " + page.url);
+  if (!page.text.empty()) {
+    std::size_t start = 0;
+    while (start < page.text.size()) {
+      const std::size_t end = std::min(page.text.find('\n', start), page.text.size());
+      out.line("  " + page.text.substr(start, end - start));
+      start = end + 1;
+    }
+  }
+  Json links = Json::array();
+  for (std::size_t i = 0; i < page.links.size(); ++i) {
+    out.line("[" + std::to_string(i + 1) + "] " + page.links[i].text + " -> " + page.links[i].url);
+    links.push_back({{"text", page.links[i].text}, {"url", page.links[i].url}});
+  }
+  return {{"title", title}, {"url", page.url}, {"documentTitle", page.title}, {"text", page.text}, {"links", links}};
+}
+
+// What a tapped application link opened: the login screen or the pay-now screen.
+int followNative(CliApp& app, const PageOptions& options, const std::optional<Screen>& before) {
+  const auto navigator = Env::current().navigator;
+  const auto shown = navigator ? navigator->topScreen() : std::nullopt;
+  if (!shown || (before && shown->id == before->id)) {
+    std::cerr << "qmv: the link opened nothing\n";
+    return kExitFailure;
+  }
+  CliOutput& out = app.output();
+  out.line("opened " + shown->name);
+  out.data("opened", {{"screen", shown->name}, {"payload", shown->payload}});
+  if (shown->name == BaseViewController::kLoginScreen) return signInOnLoginScreen(app, options.phone, options.password);
+  if (shown->name == checkout_texts::kPayNowScreen) {
+    for (const auto& [key, value] : shown->payload.items()) out.line("  " + key + ": " + textOf(value));
+    return runPayNowScreen(app, shown->payload, options.noBalance, options.channel);
+  }
+  return kExitOk;
+}
+
+int runPage(CliApp& app, const PageOptions& options) {
+  QXH5ViewController screen(options.type);
+  if (const auto navigator = Env::current().navigator)
+    navigator->push("QXH5ViewController", {{"h5Type", options.type}});
+  screen.viewDidLoad();
+  if (!awaitLoad(app, screen)) return kExitFailure;
+  CliOutput& out = app.output();
+  Json cookies = Json::object();
+  for (const Cookie& cookie : screen.cookies()) {
+    out.line("cookie: " + cookie.name + "=" + cookie.value);
+    cookies[cookie.name] = cookie.value;
+  }
+  out.data("cookies", cookies);
+  out.data("page", printPage(out, screen.title(), screen.webView()->page()));
+  if (options.follow == 0) return kExitOk;
+
+  const auto& links = screen.webView()->page().links;
+  if (options.follow > static_cast<long>(links.size())) {
+    std::cerr << "qmv: the page has " << links.size() << " links\n";
+    return kExitUsage;
+  }
+  const auto navigator = Env::current().navigator;
+  const auto before = navigator ? navigator->topScreen() : std::nullopt;
+  out.line("follow [" + std::to_string(options.follow) + "] " + links[options.follow - 1].url);
+  if (!screen.webView()->tapLink(static_cast<std::size_t>(options.follow - 1))) {
+    return followNative(app, options, before);
+  }
+  if (!awaitLoad(app, screen)) return kExitFailure;
+  out.data("followed", printPage(out, screen.title(), screen.webView()->page()));
+  return kExitOk;
+}
+
+int runWeb(CliApp& app, const std::string& url, const std::string& title) {
+  WebViewController screen(title, url);
+  screen.viewDidLoad();
+  if (!awaitLoad(app, screen)) return kExitFailure;
+  app.output().data("page", printPage(app.output(), screen.title(), screen.webView()->page()));
+  return kExitOk;
+}
+
+}  // namespace
+
+void registerPageCommands(CommandRegistry& registry) {
+  {
+    auto options = std::make_shared<PageOptions>();
+    CLI::App* page = registry.add(
+        "page", "a server page by type (0 一元夺宝, 1 圈子, 2 幸运大转盘, 3 绑定地址, 4 个人等级, 5 我的帖子)",
+        [options](CliApp& app) { return runPage(app, *options); });
+    page->add_option("TYPE", options->type, "page type")->required()->check(CLI::Range(0L, 5L));
+    page->add_option("--follow", options->follow, "tap link N of the page (numbered from 1)")
+        ->check(CLI::Range(1L, 100000L));
+    page->add_option("--phone", options->phone, "phone typed on a login screen the link opens");
+    page->add_option("--password", options->password, "password typed on a login screen the link opens");
+    addPayNowOptions(page, options->noBalance, options->channel);
+  }
+  {
+    auto url = std::make_shared<std::string>();
+    auto title = std::make_shared<std::string>();
+    CLI::App* web = registry.add("web", "the plain page screen: any URL, no cookies given, every link loads",
+                                 [url, title](CliApp& app) { return runWeb(app, *url, *title); });
+    web->add_option("URL", *url, "the page")->required();
+    web->add_option("--title", *title, "the screen's title");
+  }
+}
+
+}  // namespace qmv::cli

@@ -1,0 +1,74 @@
+// Commands of the prize wheel: the current wheel as its screen shows it, and one spin
+// on it through the screen's spin button.
+#include <iostream>
+#include <memory>
+
+#include "apps/qmv/cli_app.h"
+#include "apps/qmv/command_registry.h"
+#include "features/wheel/wheel_view_controller.h"
+
+namespace qmv::cli {
+namespace {
+
+int timedOut() {
+  std::cerr << "qmv: the wheel did not answer in time\n";
+  return kExitFailure;
+}
+
+void printWheel(CliOutput& out, const WheelViewController& screen) {
+  const WheelModel& wheel = *screen.wheel();
+  out.line(screen.title());
+  out.line(screen.periodText());
+  out.line(screen.leftCountText());
+  out.line("rule: " + wheel.rule);
+  out.line("sectors: " + std::to_string(screen.sectorCount()) + ", pointer at " + std::to_string(screen.restSector()));
+  out.data("wheel", {{"id", wheel.wheelId},
+                     {"leftCount", wheel.leftCount},
+                     {"timeStart", wheel.timeStart.value_or("")},
+                     {"timeEnd", wheel.timeEnd.value_or("")},
+                     {"rule", wheel.rule},
+                     {"imgURL", wheel.imgURL},
+                     {"sectors", screen.sectorCount()},
+                     {"restSector", screen.restSector()}});
+}
+
+int runWheel(CliApp& app, bool spin) {
+  if (!memberSignedIn()) return kExitFailure;
+  WheelViewController screen;
+  std::optional<bool> loaded;
+  screen.onLoaded = [&loaded](bool ok) { loaded = ok; };
+  screen.wheelNet();
+  if (!app.waitUntil([&loaded] { return loaded.has_value(); })) return timedOut();
+  if (!*loaded) return kExitFailure;
+  CliOutput& out = app.output();
+  if (!spin) {
+    printWheel(out, screen);
+    return kExitOk;
+  }
+  std::optional<bool> spun;
+  screen.onSpun = [&spun](bool ok) { spun = ok; };
+  if (!screen.spinAction()) return kExitFailure;
+  if (!app.waitUntil([&spun] { return spun.has_value(); })) return timedOut();
+  if (!*spun) return kExitFailure;
+  const auto stop = screen.stopSector();
+  out.line("stopped on sector " + (stop ? std::to_string(*stop) : std::string("?")) + " of " +
+           std::to_string(screen.sectorCount()));
+  out.line("prize: " + screen.prize());
+  out.line(screen.leftCountText());
+  out.data("spin", {{"stopSector", stop ? Json(*stop) : Json()},
+                    {"sectors", screen.sectorCount()},
+                    {"prize", screen.prize()},
+                    {"leftCount", screen.wheel()->leftCount}});
+  return kExitOk;
+}
+
+}  // namespace
+
+void registerWheelCommands(CommandRegistry& registry) {
+  auto action = std::make_shared<std::string>();
+  CLI::App* wheel = registry.add("wheel", "the prize wheel; \"wheel spin\" draws one spin",
+                                 [action](CliApp& app) { return runWheel(app, *action == "spin"); });
+  wheel->add_option("ACTION", *action, "spin: draw one spin")->check(CLI::IsMember({"spin"}));
+}
+
+}  // namespace qmv::cli

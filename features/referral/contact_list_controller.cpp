@@ -1,0 +1,44 @@
+#include "features/referral/contact_list_controller.h"
+
+#include "core/common/paged_list.h"
+#include "features/referral/my_contacts_net_api.h"
+
+namespace qmv {
+
+ContactListController::~ContactListController() { detachRequest(request_); }
+
+void ContactListController::refresh() {
+  pageNum = 1;
+  sendPage();
+}
+
+void ContactListController::loadMore() {
+  ++pageNum;
+  sendPage();
+}
+
+bool ContactListController::isLoading() const { return request_ && request_->isExecuting(); }
+
+void ContactListController::sendPage() {
+  detachRequest(request_);
+  auto request = std::make_shared<MyContactsNetApi>(std::to_string(pageNum), phone_);
+  attachRequest(*request);
+  request_ = request;
+  request->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest& done) {
+        auto& api = static_cast<MyContactsNetApi&>(done);
+        finished(api, api.isCorrectResult());
+      },
+      [this](BaseRequest& done) { finished(static_cast<MyContactsNetApi&>(done), false); });
+}
+
+void ContactListController::finished(MyContactsNetApi& request, bool correct) {
+  if (&request != request_.get()) return;
+  if (correct) answered(request);
+  applyPage(contactList, pageNum, loadMoreFooterHidden, correct,
+            correct ? request.getMyContacts() : std::vector<UserInfoModel>{});
+  if (onChange) onChange();
+  if (onLoaded) onLoaded(correct);
+}
+
+}  // namespace qmv
