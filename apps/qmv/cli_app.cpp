@@ -25,6 +25,7 @@
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
 #include "platform/linux/printing_url_opener.h"
+#include "platform/linux/qrencode_generator.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/stack_navigator.h"
 #include "platform/linux/stream_alerts.h"
@@ -141,6 +142,7 @@ std::string CliApp::buildEnv() {
   env_.location = std::make_shared<FixedLocationSource>(loop, at);
   env_.geocoder = std::make_shared<NearestCityGeocoder>(env_.files->resourceDirectory() / "area.db");
   env_.textMeasurer = std::make_shared<PangoTextMeasurer>();
+  env_.qrGenerator = std::make_shared<QrencodeGenerator>();
   env_.window = std::make_shared<HeadlessAppWindow>();
   if (!config_.objectStorageHost.empty()) {
     env_.objectStorage = std::make_shared<HttpObjectStorage>(config_.objectStorageHost, env_.http);

@@ -30,6 +30,7 @@ const CommandRegistry::Entry* CommandRegistry::chosen() const {
 void registerAllCommands(CommandRegistry& registry) {
   registerAccountCommands(registry);
   registerDiscoveryCommands(registry);
+  registerOrderCommands(registry);
   registerShellCommands(registry);
 }
 

@@ -48,6 +48,7 @@ void registerAllCommands(CommandRegistry& registry);
 void registerShellCommands(CommandRegistry& registry);
 void registerAccountCommands(CommandRegistry& registry);
 void registerDiscoveryCommands(CommandRegistry& registry);
+void registerOrderCommands(CommandRegistry& registry);
 
 // Runs one command line; returns the exit status.
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in);

@@ -25,9 +25,9 @@ class OrderInfoModel : public BaseModel {
   std::string time;       // payment time
   std::string isComment;  // "1" once rated
   std::string orderId;
-  std::string price;   // unit price; the list labels it as the total
-  std::string blance;  // balance used; filled by whoever knows it, never from JSON
-  std::string money;   // filled by whoever knows it, never from JSON
+  std::string price;      // unit price; the list labels it as the total
+  std::string blance;     // balance used; filled by whoever knows it, never from JSON
+  std::string money;      // filled by whoever knows it, never from JSON
   std::string name;       // product / activity name (detail screens)
   std::string orderName;  // product name of the list row
   std::string commodityId;
