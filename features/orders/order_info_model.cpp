@@ -26,10 +26,7 @@ OrderInfoModel::OrderInfoModel(const Json& dic)
       orderType(strForKey(dic, "orderType")) {}
 
 std::vector<OrderInfoModel> OrderInfoModel::listWithArray(const Json& array) {
-  std::vector<OrderInfoModel> orders;
-  if (!array.is_array()) return orders;
-  for (const Json& element : array) orders.emplace_back(element);
-  return orders;
+  return modelsWithArray<OrderInfoModel>(array);
 }
 
 }  // namespace qmv
