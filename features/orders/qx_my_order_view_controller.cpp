@@ -143,7 +143,7 @@ void QXMyOrderViewController::continueFind(bool correct) {
   std::optional<std::size_t> row;
   if (!findId_.empty() && at != orderList.end()) {
     row = static_cast<std::size_t>(at - orderList.begin());
-  } else if (correct && !footerHidden && !findId_.empty()) {
+  } else if (correct && !footerHidden && !findId_.empty() && pageNum < kFindPageLimit) {
     footerRefresh();
     return;
   }

@@ -27,6 +27,8 @@ class RefundNetApi;
 class QXMyOrderViewController : public BaseViewController {
  public:
   static constexpr long kTabCount = 4;  // 0 all, 1 to use, 2 to rate, 3 done
+  // findOrder pulls up no further than this page, whatever the server keeps sending.
+  static constexpr long kFindPageLimit = 200;
 
   struct TabButton {
     std::string image;
@@ -68,9 +70,9 @@ class QXMyOrderViewController : public BaseViewController {
   // Opens the detail screen of the row's order (store or activity by orderType).
   void didSelectRow(std::size_t row);
 
-  // Pulls up page after page until the order `orderId` is listed, the footer hides or a
-  // page fails, then calls `found` with its row (nullopt when it is not listed). Waits for
-  // a load that is still running first.
+  // Pulls up page after page until the order `orderId` is listed, the footer hides, a
+  // page fails or kFindPageLimit is reached, then calls `found` with its row (nullopt when
+  // it is not listed). Waits for a load that is still running first.
   void findOrder(const std::string& orderId, std::function<void(std::optional<std::size_t>)> found);
 
   bool isLoading() const;
