@@ -59,6 +59,16 @@ struct PaymentChannels {
   std::shared_ptr<WeChatApi> wechat;
   std::shared_ptr<AlipayService> alipay;
   std::shared_ptr<UPPayControl> uppay;
+
+  // Deployment values handed to the libraries: the application's URL scheme, through
+  // which the external wallet and the bank-card plug-in return, and the merchant's
+  // identity with the messaging application (its app id, partner id and the API key
+  // that signs payment requests).
+  // (Each has an initialiser, so the three libraries alone still initialise the struct.)
+  std::string scheme = "qqqmmmvvv";
+  std::string wechatAppId = {};
+  std::string wechatPartnerId = {};
+  std::string wechatApiKey = {};
 };
 
 }  // namespace qmv

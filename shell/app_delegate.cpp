@@ -4,6 +4,7 @@
 #include "core/common/notification_names.h"
 #include "core/common/url_parts.h"
 #include "core/request/network_config.h"
+#include "features/orders/payment_failure_watch.h"
 #include "features/orders/payment_results.h"
 #include "platform/app_window.h"
 #include "platform/env.h"
@@ -175,6 +176,7 @@ void AppDelegate::onResp(int errCode) {
     show("支付成功");
   } else {
     show("支付失败");
+    PaymentFailureWatch::report();
   }
 }
 

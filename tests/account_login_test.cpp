@@ -19,11 +19,21 @@ const ObjectStorage::Bytes kJpegPortrait = {0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10, 
 
 class AccountLoginTest : public AccountE2ETest {
  protected:
-  // Puts `bytes` into the sandbox's object store under `name`.
-  void uploadObject(const std::string& name, const ObjectStorage::Bytes& bytes) {
+  // The demo member's portrait as uploaded earlier, from another session.
+  void storeEarlierPortrait(const ObjectStorage::Bytes& bytes) {
+    sandbox::testing::ApiClient api(server_->port());
+    const std::string session = api.login();
+    auto put = api.raw().Put("/oss/" + std::string(kDemoPhone) + ".png?sessionId=" + session,
+                             std::string(bytes.begin(), bytes.end()), "application/octet-stream");
+    ASSERT_TRUE(put);
+    ASSERT_EQ(put->status, 200);
+  }
+
+  // Whether the client's object storage takes `bytes` as the demo member's portrait.
+  std::optional<bool> uploadPortrait(const ObjectStorage::Bytes& bytes) {
     Outcome uploaded;
-    Env::current().objectStorage->upload(name, bytes, uploaded.callback());
-    ASSERT_EQ(await(uploaded), std::optional<bool>(true));
+    Env::current().objectStorage->upload(std::string(kDemoPhone) + ".png", bytes, uploaded.callback());
+    return await(uploaded);
   }
 
   // The application's main screen with the login screen presented over it.
@@ -46,7 +56,7 @@ class AccountLoginTest : public AccountE2ETest {
 };
 
 TEST_F(AccountLoginTest, CorrectLoginSignsInKeepsPasswordNamesAliasFetchesPortraitAndCloses) {
-  uploadObject(std::string(kDemoPhone) + ".png", kJpegPortrait);
+  storeEarlierPortrait(kJpegPortrait);
   presentLogin();
   settings_->setString(kDemoPhone, kUserPhoneKey);
   settings_->setString(kDemoPassword, kPasswordKey);
@@ -162,7 +172,7 @@ TEST_F(AccountLoginTest, AutomaticLoginNeedsAStoredPhoneAndPassword) {
 
 TEST_F(AccountLoginTest, LogoutEndsTheServerSessionAndForgetsMemberAndPortraitButNotCredentials) {
   presentLogin();
-  uploadObject(std::string(kDemoPhone) + ".png", kJpegPortrait);
+  EXPECT_EQ(uploadPortrait(kJpegPortrait), std::optional<bool>(false));  // nobody signed in
   LoginViewController login;
   Outcome finished, portrait;
   login.onFinished = finished.callback();
@@ -171,6 +181,11 @@ TEST_F(AccountLoginTest, LogoutEndsTheServerSessionAndForgetsMemberAndPortraitBu
   login.view().passwordText = kDemoPassword;
   login.loginNet();
   ASSERT_EQ(await(finished), std::optional<bool>(true));
+  ASSERT_EQ(await(portrait), std::optional<bool>(false));  // none uploaded yet
+  // Signed in, the member's own portrait goes up (the login's session cookie goes along).
+  ASSERT_EQ(uploadPortrait(kJpegPortrait), std::optional<bool>(true));
+  login.onHeaderImageFinished = portrait.callback();
+  login.downloadHeaderImage();
   ASSERT_EQ(await(portrait), std::optional<bool>(true));
   const std::string session = GlobalData::sharedInstance().selfInfo()->sessionId;
 
@@ -185,9 +200,10 @@ TEST_F(AccountLoginTest, LogoutEndsTheServerSessionAndForgetsMemberAndPortraitBu
   EXPECT_EQ(stored(kPasswordKey), kDemoPassword);
   EXPECT_FALSE(logout.logout());  // nobody left to sign out
 
-  // The server no longer knows the session.
+  // The server no longer knows the session, nor lets it write.
   sandbox::testing::ApiClient api(server_->port());
   EXPECT_EQ(api.get("getUserInfo", {{"sessionId", session}}).value("success", ""), "2");
+  EXPECT_EQ(uploadPortrait({0xFF, 0xD8, 0xFF, 0xD9}), std::optional<bool>(false));
 }
 
 }  // namespace

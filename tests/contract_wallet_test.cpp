@@ -37,6 +37,16 @@ std::string luhnCard(std::string prefix, std::size_t length) {
   return {};
 }
 
+std::shared_ptr<BindBankNetApi> bindRequest(const char* name, const std::string& cardId, const char* certifId,
+                                            const char* code) {
+  BankModel bank;
+  bank.name = name;
+  bank.cardId = cardId;
+  bank.certifId = certifId;
+  bank.identifying = code;
+  return std::make_shared<BindBankNetApi>(bank);
+}
+
 class WalletContractTest : public SandboxContractTest {
  protected:
   void SetUp() override {
@@ -62,16 +72,16 @@ TEST_F(WalletContractTest, ACardIsBoundReadAndUnboundOnce) {
   ASSERT_TRUE(askCode());
   std::string failing = card;
   failing.back() = static_cast<char>('0' + (failing.back() - '0' + 1) % 10);
-  auto badCard = std::make_shared<BindBankNetApi>("张三", failing, kCertificate, sandbox::kDemoSmsCode);
+  auto badCard = bindRequest("张三", failing, kCertificate, sandbox::kDemoSmsCode);
   ASSERT_EQ(send(badCard), "success");
   EXPECT_FALSE(badCard->isCorrectResult());
-  auto badCode = std::make_shared<BindBankNetApi>("张三", card, kCertificate, "000000");
+  auto badCode = bindRequest("张三", card, kCertificate, "000000");
   ASSERT_EQ(send(badCode), "success");
   EXPECT_FALSE(badCode->isCorrectResult());
   EXPECT_EQ(shown().size(), 2u) << "each refusal shows its message";
   EXPECT_EQ(boundCardId(), "");
 
-  auto bind = std::make_shared<BindBankNetApi>("张三", card, kCertificate, sandbox::kDemoSmsCode);
+  auto bind = bindRequest("张三", card, kCertificate, sandbox::kDemoSmsCode);
   ASSERT_TRUE(sendCorrect(bind));
   auto read = std::make_shared<MyBankNetApi>();
   ASSERT_TRUE(sendCorrect(read));
@@ -84,7 +94,7 @@ TEST_F(WalletContractTest, ACardIsBoundReadAndUnboundOnce) {
   EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "1");
 
   ASSERT_TRUE(askCode());
-  auto second = std::make_shared<BindBankNetApi>("张三", luhnCard("621700", 19), kCertificate, sandbox::kDemoSmsCode);
+  auto second = bindRequest("张三", luhnCard("621700", 19), kCertificate, sandbox::kDemoSmsCode);
   ASSERT_EQ(send(second), "success");
   EXPECT_FALSE(second->isCorrectResult()) << "one card per member";
   EXPECT_EQ(boundCardId(), card);
@@ -107,7 +117,7 @@ TEST_F(WalletContractTest, WithdrawalIsRefusedBeyondTheBalanceAndTakenWithinIt) 
 
   ASSERT_TRUE(askCode());
   ASSERT_TRUE(sendCorrect(
-      std::make_shared<BindBankNetApi>("张三", luhnCard("622588", 16), kCertificate, sandbox::kDemoSmsCode)));
+      bindRequest("张三", luhnCard("622588", 16), kCertificate, sandbox::kDemoSmsCode)));
   auto over = std::make_shared<WithDrawNetApi>(std::to_string(*before + 1));
   ASSERT_EQ(send(over), "success");
   EXPECT_FALSE(over->isCorrectResult());

@@ -24,6 +24,7 @@
 #include "platform/linux/loop_notification_center.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
+#include "platform/linux/sandbox_payment_apps.h"
 #include "platform/linux/printing_url_opener.h"
 #include "platform/linux/qrencode_generator.h"
 #include "platform/linux/sqlite_settings_store.h"
@@ -82,6 +83,10 @@ std::string CliApp::boot() {
     if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
     if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
     if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();
+    // The sandbox's merchant with the messaging application; real ones come from qmv.conf.
+    if (config_.wechatAppId.empty()) config_.wechatAppId = "wxqmvsandbox";
+    if (config_.wechatPartnerId.empty()) config_.wechatPartnerId = "1000000001";
+    if (config_.wechatApiKey.empty()) config_.wechatApiKey = "qmv-sandbox-merchant-api-key";
   }
   if (std::string error = buildEnv(); !error.empty()) return error;
 
@@ -150,11 +155,39 @@ std::string CliApp::buildEnv() {
   env_.crashReporter = std::make_shared<LoggingCrashReporter>();
   env_.analytics = std::make_shared<LoggingAnalytics>();
   env_.sharing = std::make_shared<LoggingSocialSharing>();
-  env_.payments = std::make_shared<PaymentChannels>(PaymentChannels{std::make_shared<UrlResultWeChatApi>(),
-                                                                    std::make_shared<UrlResultAlipayService>(),
-                                                                    std::make_shared<UrlResultUPPayControl>()});
+  env_.payments = paymentChannels();
   installed_ = std::make_unique<ScopedEnv>(env_);
   return {};
+}
+
+std::shared_ptr<PaymentChannels> CliApp::paymentChannels() {
+  auto channels = std::make_shared<PaymentChannels>();
+  channels->scheme = config_.urlScheme;
+  channels->wechatAppId = config_.wechatAppId;
+  channels->wechatPartnerId = config_.wechatPartnerId;
+  channels->wechatApiKey = config_.wechatApiKey;
+  if (!sandbox_) {
+    // A real server's payments are completed by the vendors' applications, which return
+    // through "qmv open".
+    channels->wechat = std::make_shared<UrlResultWeChatApi>();
+    channels->alipay = std::make_shared<UrlResultAlipayService>();
+    channels->uppay = std::make_shared<UrlResultUPPayControl>();
+    return channels;
+  }
+  SandboxPaymentSetup setup;
+  setup.http = env_.http;
+  setup.completeUrl = sandbox_->rootUrl() + "/sandbox/pay/complete";
+  setup.outcome = options_.payOutcome == "cancel" ? PayOutcome::Cancel
+                  : options_.payOutcome == "fail" ? PayOutcome::Fail
+                                                  : PayOutcome::Success;
+  // The application is brought back by its inbound URL, as the system does on a phone.
+  setup.openURL = [this](const std::string& url, const std::string& source) {
+    if (appDelegate_) appDelegate_->openURL(url, source);
+  };
+  channels->wechat = std::make_shared<SandboxWeChatApp>(setup, config_.wechatApiKey);
+  channels->alipay = std::make_shared<SandboxAlipayApp>(setup);
+  channels->uppay = std::make_shared<SandboxUPPayApp>(setup);
+  return channels;
 }
 
 std::optional<int> CliApp::answerIndex(const std::string& answer, const std::vector<std::string>& buttons) const {

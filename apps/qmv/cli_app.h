@@ -37,6 +37,8 @@ struct GlobalOptions {
   bool json = false;   // --json
   // --answer: answers for alerts, in order; a button's title or its 1-based number.
   std::vector<std::string> answers;
+  // --pay-outcome: what the sandbox's payment applications do with a payment.
+  std::string payOutcome = "success";
 };
 
 class CliApp {
@@ -84,6 +86,9 @@ class CliApp {
  private:
   std::optional<int> answerIndex(const std::string& answer, const std::vector<std::string>& buttons) const;
   std::string buildEnv();
+  // The payment libraries: the sandbox's payment applications when the sandbox is
+  // embedded, else the logging adapters.
+  std::shared_ptr<PaymentChannels> paymentChannels();
 
   GlobalOptions options_;
   std::ostream& out_;

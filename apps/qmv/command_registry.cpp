@@ -31,6 +31,8 @@ void registerAllCommands(CommandRegistry& registry) {
   registerAccountCommands(registry);
   registerDiscoveryCommands(registry);
   registerOrderCommands(registry);
+  registerWalletCommands(registry);
+  registerCheckoutCommands(registry);
   registerShellCommands(registry);
 }
 
@@ -50,6 +52,9 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
           "LAT,LON"));
   app.add_flag("--json", options.json, "print one JSON document");
   app.add_option("--answer", options.answers, "answers for alerts, in order (a button's title or number)");
+  app.add_option("--pay-outcome", options.payOutcome,
+                 "what the embedded sandbox's payment applications do with a payment (default success)")
+      ->check(CLI::IsMember({"success", "cancel", "fail"}));
   app.require_subcommand(0, 1);
   // Global options may also follow the command: qmv sandbox --home DIR.
   app.fallthrough();

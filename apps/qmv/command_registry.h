@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "core/common/json.h"
+
 namespace qmv::cli {
 
 class CliApp;
@@ -49,6 +51,13 @@ void registerShellCommands(CommandRegistry& registry);
 void registerAccountCommands(CommandRegistry& registry);
 void registerDiscoveryCommands(CommandRegistry& registry);
 void registerOrderCommands(CommandRegistry& registry);
+void registerWalletCommands(CommandRegistry& registry);
+void registerCheckoutCommands(CommandRegistry& registry);
+
+// Runs the pay-now screen that was pushed with `payload` (taps: the balance off with
+// `noBalance`, then `channel` when not empty), prints what it shows and waits for the
+// payment's end; 0 only when it was paid. Shared by every command that reaches that screen.
+int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std::string& channel);
 
 // Runs one command line; returns the exit status.
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in);

@@ -1,6 +1,10 @@
 // Account endpoints: login, SMS codes, registration, password recovery and change, profile,
 // portrait, messages and feedback.
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+
 #include <cstdio>
+#include <memory>
 
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/sandbox_records.h"
@@ -20,7 +24,23 @@ constexpr const char* kMsgNotVerified = "请先验证手机号";
 constexpr const char* kMsgNothingToChange = "没有可修改的资料";
 constexpr const char* kMsgNoImage = "请选择图片";
 constexpr const char* kMsgEmptyFeedback = "请输入反馈内容";
+constexpr const char* kMsgBadUserName = "用户名格式不正确";
+constexpr const char* kMsgUserNameTaken = "该用户名已被使用";
+constexpr const char* kMsgTooManyCodes = "验证码发送过于频繁，请稍后再试";
 constexpr size_t kMaxPortraitBytes = 2 * 1024 * 1024;
+constexpr size_t kMaxUserNameBytes = 32;
+// Wrong guesses a code survives; six digits would otherwise fall to a loop of requests
+// well within a code's ten minutes.
+constexpr int64_t kMaxCodeAttempts = 5;
+// Codes one phone may be sent within a code's lifetime.
+constexpr int64_t kMaxCodesPerPhone = 5;
+// Carries the code session that getCheckCode verified back to postFindPassword, whose
+// arguments name only the phone: the reset belongs to whoever verified the code.
+constexpr const char* kCodeCookie = "codeSessionId";
+
+std::string cookie(const std::string& name, const std::string& value, const char* path, int64_t maxAge) {
+  return name + "=" + value + "; Path=" + path + "; Max-Age=" + std::to_string(maxAge) + "; HttpOnly; SameSite=Strict";
+}
 
 // Profile fields a member may change with "postChangeSelf": request key -> column.
 constexpr std::pair<const char*, const char*> kEditableFields[] = {
@@ -35,9 +55,13 @@ constexpr std::pair<const char*, const char*> kEditableFields[] = {
     {"name", "name"},
 };
 
-std::string newSession(SandboxStore& db, int64_t memberId) {
+// Opens a session for the member (dropping expired ones) and sets its cookie.
+std::string newSession(Call& call, int64_t memberId) {
+  const int64_t now = nowSeconds();
+  call.db.execute("DELETE FROM sessions WHERE created <= ?", {now - kSessionLifetimeSeconds});
   const std::string id = randomHex(32);
-  db.execute("INSERT INTO sessions(id, member_id, created) VALUES(?,?,?)", {id, memberId, nowSeconds()});
+  call.db.execute("INSERT INTO sessions(id, member_id, created) VALUES(?,?,?)", {id, memberId, now});
+  call.setCookies.push_back(cookie(kSessionCookie, id, "/", kSessionLifetimeSeconds));
   return id;
 }
 
@@ -45,10 +69,11 @@ Reply login(Call& call) {
   const std::string user = call.arg("userName");
   const std::string password = call.arg("userPassword");
   if (user.empty() || password.empty()) return Reply::refuse(kMsgLoginFailed);
-  const Json member =
-      call.db.queryOne("SELECT * FROM members WHERE phone = ? OR user_name = ? ORDER BY id LIMIT 1", {user, user});
+  // A phone number signs in its own member even where an older account took it as a name.
+  const Json member = call.db.queryOne(
+      "SELECT * FROM members WHERE phone = ? OR user_name = ? ORDER BY phone = ? DESC, id LIMIT 1", {user, user, user});
   if (!member.is_object() || member["password"].get<std::string>() != password) return Reply::refuse(kMsgLoginFailed);
-  const std::string session = newSession(call.db, member["id"].get<int64_t>());
+  const std::string session = newSession(call, member["id"].get<int64_t>());
   call.member = member;
   return Reply::ok(memberRecord(call, member, session));
 }
@@ -56,26 +81,74 @@ Reply login(Call& call) {
 Reply mobileCode(Call& call) {
   const std::string phone = call.arg("mobile");
   if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
+  const int64_t now = nowSeconds();
+  call.db.execute("DELETE FROM sms_codes WHERE created <= ?", {now - kSmsCodeLifetimeSeconds});
+  if (call.db.queryOne("SELECT COUNT(*) AS n FROM sms_codes WHERE phone = ?", {phone})["n"].get<int64_t>() >=
+      kMaxCodesPerPhone) {
+    return Reply::refuse(kMsgTooManyCodes);
+  }
   const std::string code = call.demoSmsCode ? std::string(kDemoSmsCode) : randomDigits(6);
   const std::string id = randomHex(32);
-  call.db.execute("INSERT INTO sms_codes(id, phone, code, created) VALUES(?,?,?,?)", {id, phone, code, nowSeconds()});
+  call.db.execute("INSERT INTO sms_codes(id, phone, code, created) VALUES(?,?,?,?)", {id, phone, code, now});
   std::fprintf(stderr, "[sandbox] SMS code for %s: %s\n", phone.c_str(), code.c_str());
   return Reply::ok({{"sessionId", id}});
 }
 
-// The unexpired, unused code record of `sessionId` for `phone` holding `code`, or null.
-Json findCode(SandboxStore& db, const std::string& sessionId, const std::string& phone, const std::string& code) {
-  if (sessionId.empty() || code.empty()) return Json();
-  return db.queryOne("SELECT * FROM sms_codes WHERE id = ? AND phone = ? AND code = ? AND used = 0 AND created > ?",
-                     {sessionId, phone, code, nowSeconds() - kSmsCodeLifetimeSeconds});
+// Whether the request's "code" is the one of the unexpired, unused code record `sessionId`
+// for `phone`. A wrong code counts against the record, which dies after kMaxCodeAttempts;
+// the count is kept although the request is then refused.
+bool codeMatches(Call& call, const std::string& sessionId, const std::string& phone) {
+  const std::string code = call.arg("code");
+  if (sessionId.empty() || code.empty()) return false;
+  const Json record =
+      call.db.queryOne("SELECT code, attempts FROM sms_codes WHERE id = ? AND phone = ? AND used = 0 AND created > ?",
+                       {sessionId, phone, nowSeconds() - kSmsCodeLifetimeSeconds});
+  if (!record.is_object() || record["attempts"].get<int64_t>() >= kMaxCodeAttempts) return false;
+  if (record["code"].get<std::string>() == code) return true;
+  call.db.execute("UPDATE sms_codes SET attempts = attempts + 1 WHERE id = ?", {sessionId});
+  call.keepWritesOnRefusal = true;
+  return false;
 }
 
 Reply checkCode(Call& call) {
   const std::string phone = call.arg("mobile");
+  const std::string codeSession = call.arg("sessionId");
   if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
-  if (findCode(call.db, call.arg("sessionId"), phone, call.arg("code")).is_null()) return Reply::refuse(kMsgBadCode);
-  call.db.execute("UPDATE sms_codes SET verified = 1 WHERE id = ?", {call.arg("sessionId")});
+  if (!codeMatches(call, codeSession, phone)) return Reply::refuse(kMsgBadCode);
+  call.db.execute("UPDATE sms_codes SET verified = 1 WHERE id = ?", {codeSession});
+  call.setCookies.push_back(cookie(kCodeCookie, codeSession, "/qmv/app/v3/", kSmsCodeLifetimeSeconds));
   return Reply::ok();
+}
+
+// Whether `name` has the shape of a user name: UTF-8 (PCRE2 in UTF mode matches nothing
+// else), no control character, slash or backslash, no leading dot, at most kMaxUserNameBytes.
+bool wellFormedUserName(const std::string& name) {
+  struct Free {
+    void operator()(pcre2_code* code) const { pcre2_code_free(code); }
+  };
+  static const std::unique_ptr<pcre2_code, Free> shape([] {
+    int error = 0;
+    PCRE2_SIZE offset = 0;
+    return pcre2_compile(reinterpret_cast<PCRE2_SPTR>(R"([^\x00-\x1f\x7f/\\.][^\x00-\x1f\x7f/\\]*)"),
+                         PCRE2_ZERO_TERMINATED, PCRE2_UTF, &error, &offset, nullptr);
+  }());
+  if (!shape || name.size() > kMaxUserNameBytes) return false;
+  const std::unique_ptr<pcre2_match_data, void (*)(pcre2_match_data*)> match(
+      pcre2_match_data_create_from_pattern(shape.get(), nullptr), pcre2_match_data_free);
+  return match && pcre2_match(shape.get(), reinterpret_cast<PCRE2_SPTR>(name.data()), name.size(), 0,
+                              PCRE2_ANCHORED | PCRE2_ENDANCHORED, match.get(), nullptr) >= 0;
+}
+
+// Why `name` cannot be the user name of a new member with `phone` (null when it can):
+// the rule of README.md ("User names").
+const char* userNameProblem(SandboxStore& db, const std::string& name, const std::string& phone) {
+  if (!wellFormedUserName(name)) return kMsgBadUserName;
+  if (name == phone) return nullptr;  // a phone always belongs to its own registrant
+  if (isPhone(name)) return kMsgBadUserName;
+  if (!db.queryOne("SELECT 1 FROM members WHERE user_name = ? OR phone = ?", {name, name}).is_null()) {
+    return kMsgUserNameTaken;
+  }
+  return nullptr;
 }
 
 Reply registerMember(Call& call) {
@@ -83,9 +156,11 @@ Reply registerMember(Call& call) {
   const std::string password = call.arg("password");
   if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
   if (!isMd5Hex(password)) return Reply::refuse(kMsgBadPassword);
-  if (findCode(call.db, call.arg("sessionId"), phone, call.arg("code")).is_null()) return Reply::refuse(kMsgBadCode);
+  if (!codeMatches(call, call.arg("sessionId"), phone)) return Reply::refuse(kMsgBadCode);
   if (!call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null())
     return Reply::refuse(kMsgPhoneTaken);
+  const std::string userName = call.hasArg("userName") ? call.arg("userName") : phone;
+  if (const char* problem = userNameProblem(call.db, userName, phone)) return Reply::refuse(problem);
   Json inviter;
   const std::string invite = call.arg("inviteId");
   if (!invite.empty()) {
@@ -95,7 +170,6 @@ Reply registerMember(Call& call) {
   }
   const Json last = call.db.queryOne("SELECT MAX(CAST(num AS INTEGER)) AS n FROM members");
   const int64_t number = last["n"].is_number_integer() ? last["n"].get<int64_t>() + 1 : 100001;
-  const std::string userName = call.hasArg("userName") ? call.arg("userName") : phone;
   call.db.execute(
       "INSERT INTO members(num, phone, user_name, password, nick_name, inviter_id, created) VALUES(?,?,?,?,?,?,?)",
       {std::to_string(number), phone, userName, password, userName, inviter, nowSeconds()});
@@ -108,20 +182,29 @@ Reply findPassword(Call& call) {
   const std::string password = call.arg("newPassword");
   if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
   if (!isMd5Hex(password)) return Reply::refuse(kMsgBadPassword);
-  if (call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null())
-    return Reply::refuse(kMsgNoSuchPhone);
-  // The reset is allowed once per code verified by getCheckCode for this phone.
+  // One reset per code that the caller itself verified for this phone: its code session
+  // comes back in the cookie getCheckCode set, or as "sessionId" from a client without cookies.
+  const auto fromCookie = call.cookies.find(kCodeCookie);
+  const std::string codeSession = call.hasArg("sessionId")       ? call.arg("sessionId")
+                                  : fromCookie != call.cookies.end() ? fromCookie->second
+                                                                     : std::string();
   const Json verified = call.db.queryOne(
-      "SELECT id FROM sms_codes WHERE phone = ? AND verified = 1 AND used = 0 AND created > ? ORDER BY created DESC",
-      {phone, nowSeconds() - kSmsCodeLifetimeSeconds});
-  if (!verified.is_object()) return Reply::refuse(kMsgNotVerified);
-  call.db.execute("UPDATE sms_codes SET used = 1 WHERE id = ?", {verified["id"]});
-  call.db.execute("UPDATE members SET password = ? WHERE phone = ?", {password, phone});
+      "SELECT id FROM sms_codes WHERE id = ? AND phone = ? AND verified = 1 AND used = 0 AND created > ?",
+      {codeSession, phone, nowSeconds() - kSmsCodeLifetimeSeconds});
+  if (codeSession.empty() || !verified.is_object()) return Reply::refuse(kMsgNotVerified);
+  const Json member = call.db.queryOne("SELECT id FROM members WHERE phone = ?", {phone});
+  if (!member.is_object()) return Reply::refuse(kMsgNoSuchPhone);
+  call.db.execute("UPDATE sms_codes SET used = 1 WHERE id = ?", {codeSession});
+  call.db.execute("UPDATE members SET password = ? WHERE id = ?", {password, member["id"]});
+  // Whoever held the old password may hold a session too.
+  call.db.execute("DELETE FROM sessions WHERE member_id = ?", {member["id"]});
+  call.setCookies.push_back(cookie(kCodeCookie, "", "/qmv/app/v3/", 0));
   return Reply::ok();
 }
 
 Reply logout(Call& call) {
   call.db.execute("DELETE FROM sessions WHERE id = ?", {call.sessionId});
+  call.setCookies.push_back(cookie(kSessionCookie, "", "/", 0));
   return Reply::ok();
 }
 
@@ -131,6 +214,8 @@ Reply changePassword(Call& call) {
   if (!isMd5Hex(newPassword)) return Reply::refuse(kMsgBadPassword);
   if (call.member["password"].get<std::string>() != oldPassword) return Reply::refuse(kMsgOldPassword);
   call.db.execute("UPDATE members SET password = ? WHERE id = ?", {newPassword, call.memberId()});
+  // The session that changed the password stays; every other one ends with the old password.
+  call.db.execute("DELETE FROM sessions WHERE member_id = ? AND id != ?", {call.memberId(), call.sessionId});
   return Reply::ok();
 }
 

@@ -1,3 +1,6 @@
+#include <optional>
+
+#include "apps/sandbox/sandbox_store.h"
 #include "apps/sandbox/sandbox_test_support.h"
 
 namespace qmv::sandbox::testing {
@@ -71,6 +74,41 @@ TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) 
   EXPECT_EQ(api_->get("getMyContacts", {{"sessionId", api_->login()}})["data"]["twoContact"], "4");
 }
 
+TEST_F(SandboxTest, UserNamesAreUniqueAndAPhoneNumberSignsInItsOwnMember) {
+  // The refusal message of a registration ("" when it succeeds).
+  const auto registerAs = [&](const std::string& phone, const std::optional<std::string>& userName) {
+    const std::string session = api_->get("getMobileCode", {{"mobile", phone}})["data"]["sessionId"];
+    Args form = {{"password", md5Hex("abc123")}, {"phone", phone}, {"code", kDemoSmsCode}, {"sessionId", session}};
+    if (userName) form["userName"] = *userName;
+    return api_->post("postUserRegisterWeb", form).value("message", "<none>");
+  };
+  const std::string a = "13912340001", b = "13912340002", c = "13912340004";
+  EXPECT_EQ(registerAs(a, b), "用户名格式不正确");  // another's phone is his alone
+  ASSERT_EQ(registerAs(a, "小明"), "");
+  EXPECT_EQ(registerAs("13912340003", "小明"), "该用户名已被使用");
+  EXPECT_EQ(registerAs("13912340003", kDemoPhone), "用户名格式不正确");
+  int other = 10;
+  for (const std::string& bad : std::vector<std::string>{"../up", ".hidden", "a\nb", "\xff\xfe", std::string(33, 'a')}) {
+    EXPECT_EQ(registerAs("139123400" + std::to_string(other++), bad), "用户名格式不正确") << bad;
+  }
+  ASSERT_EQ(registerAs(b, std::nullopt), "");
+  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", api_->login(b, "abc123")}})["data"]["userName"], b);
+  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", api_->login("小明", "abc123")}})["data"]["phone"], a);
+
+  // A home from before the rule: an older member holds c's number as his name. c still
+  // registers and signs in with it.
+  std::string error;
+  auto db = SandboxStore::open(home_ / "sandbox.db", &error);
+  ASSERT_TRUE(db) << error;
+  db->transact(true, [&] {
+    db->execute("INSERT INTO members(num, phone, user_name, password, nick_name, created) VALUES(?,?,?,?,?,0)",
+                {"900001", "13700000009", c, md5Hex("other1"), "old"});
+    return true;
+  });
+  ASSERT_EQ(registerAs(c, std::nullopt), "");
+  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", api_->login(c, "abc123")}})["data"]["phone"], c);
+}
+
 TEST(SandboxCodes, OutsideDemoModeTheCodeIsNotTheDemoOne) {
   const auto home = freshHome();
   SandboxServer server(SandboxOptions{home, 0, "127.0.0.1", false});
@@ -88,30 +126,48 @@ TEST(SandboxCodes, OutsideDemoModeTheCodeIsNotTheDemoOne) {
   std::filesystem::remove_all(home);
 }
 
-TEST_F(SandboxTest, PasswordRecoveryNeedsAVerifiedCodeAndChangesTheLogin) {
+TEST_F(SandboxTest, PasswordResetBelongsToWhoeverVerifiedTheCodeAndEndsEverySession) {
   const std::string fresh = md5Hex("newpass1");
+  const std::string before = api_->login();
+  const auto check = [&](const std::string& phone, const std::string& code, const std::string& session) {
+    return api_->raw().Get("/qmv/app/v3/getCheckCode?mobile=" + phone + "&code=" + code + "&sessionId=" + session);
+  };
+  // Five wrong guesses kill a code, the right one included.
+  const std::string guessed = api_->get("getMobileCode", {{"mobile", kDemoPhone}})["data"]["sessionId"];
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(code(parseJson(check(kDemoPhone, "00000" + std::to_string(i), guessed)->body)), "1");
+  EXPECT_EQ(code(parseJson(check(kDemoPhone, kDemoSmsCode, guessed)->body)), "1");
+
+  const std::string codeSession = api_->get("getMobileCode", {{"mobile", kDemoPhone}})["data"]["sessionId"];
+  EXPECT_EQ(code(parseJson(check("13800000001", kDemoSmsCode, codeSession)->body)), "1");
+  auto verified = check(kDemoPhone, kDemoSmsCode, codeSession);
+  ASSERT_EQ(code(parseJson(verified->body)), "0");
+  EXPECT_EQ(verified->get_header_value("Set-Cookie").rfind("codeSessionId=" + codeSession + ";", 0), 0u);
+
+  // Someone else cannot ride on the owner's verification: not without its code session,
+  // and not with a code session he verified for his own phone.
   EXPECT_EQ(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", fresh}})["message"],
             "请先验证手机号");
-  const std::string codeSession = api_->get("getMobileCode", {{"mobile", kDemoPhone}})["data"]["sessionId"];
-  EXPECT_EQ(code(api_->get("getCheckCode", {{"mobile", kDemoPhone}, {"code", "000000"}, {"sessionId", codeSession}})),
+  const std::string own = api_->get("getMobileCode", {{"mobile", "13800000001"}})["data"]["sessionId"];
+  ASSERT_EQ(code(parseJson(check("13800000001", kDemoSmsCode, own)->body)), "0");
+  EXPECT_EQ(code(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", fresh}, {"sessionId", own}})),
             "1");
-  EXPECT_EQ(
-      code(api_->get("getCheckCode", {{"mobile", "13800000001"}, {"code", kDemoSmsCode}, {"sessionId", codeSession}})),
-      "1");
-  ASSERT_EQ(
-      code(api_->get("getCheckCode", {{"mobile", kDemoPhone}, {"code", kDemoSmsCode}, {"sessionId", codeSession}})),
-      "0");
-  EXPECT_EQ(api_->post("postFindPassword", {{"phone", "13999999999"}, {"newPassword", fresh}})["message"],
-            "该手机号未注册");
-  ASSERT_EQ(code(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", fresh}})), "0");
+
+  // The verifier resets, with the cookie its check set.
+  auto reset = api_->raw().Post("/qmv/app/v3/postFindPassword", {{"Cookie", "codeSessionId=" + codeSession}},
+                                httplib::Params{{"phone", kDemoPhone}, {"newPassword", fresh}});
+  ASSERT_EQ(code(parseJson(reset->body)), "0");
   EXPECT_EQ(api_->login(), "");
   EXPECT_FALSE(api_->login(kDemoPhone, "newpass1").empty());
+  EXPECT_EQ(code(api_->get("getUserInfo", {{"sessionId", before}})), "2");
   // One verification allows one reset.
-  EXPECT_EQ(code(api_->post("postFindPassword", {{"phone", kDemoPhone}, {"newPassword", md5Hex(kDemoPassword)}})), "1");
+  EXPECT_EQ(code(api_->post("postFindPassword",
+                            {{"phone", kDemoPhone}, {"newPassword", md5Hex(kDemoPassword)}, {"sessionId", codeSession}})),
+            "1");
 }
 
 TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
   const std::string session = api_->login();
+  const std::string elsewhere = api_->login();
   EXPECT_EQ(api_->post("postChangePassword", {{"sessionId", session},
                                               {"oldPassword", md5Hex("nope")},
                                               {"newPassword", md5Hex("second2")}})["message"],
@@ -121,6 +177,9 @@ TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
                 {{"sessionId", session}, {"oldPassword", md5Hex(kDemoPassword)}, {"newPassword", md5Hex("second2")}})),
             "0");
   EXPECT_FALSE(api_->login(kDemoPhone, "second2").empty());
+  // The session that changed it stays; the others end with the old password.
+  EXPECT_EQ(code(api_->get("getUserInfo", {{"sessionId", elsewhere}})), "2");
+  EXPECT_EQ(code(api_->get("getUserInfo", {{"sessionId", session}})), "0");
 
   EXPECT_EQ(code(api_->post("postChangeSelf", {{"sessionId", session}, {"unknownKey", "x"}})), "1");
   const Json changed = api_->post("postChangeSelf", {{"sessionId", session}, {"nickName", "小明"}, {"sex", "2"}});

@@ -22,7 +22,8 @@ CREATE TABLE IF NOT EXISTS members(id INTEGER PRIMARY KEY, num TEXT NOT NULL UNI
 CREATE TABLE IF NOT EXISTS sessions(id TEXT PRIMARY KEY, member_id INTEGER NOT NULL REFERENCES members(id),
   created INTEGER NOT NULL);
 CREATE TABLE IF NOT EXISTS sms_codes(id TEXT PRIMARY KEY, phone TEXT NOT NULL, code TEXT NOT NULL,
-  created INTEGER NOT NULL, verified INTEGER NOT NULL DEFAULT 0, used INTEGER NOT NULL DEFAULT 0);
+  created INTEGER NOT NULL, verified INTEGER NOT NULL DEFAULT 0, used INTEGER NOT NULL DEFAULT 0,
+  attempts INTEGER NOT NULL DEFAULT 0);
 CREATE TABLE IF NOT EXISTS stores(id INTEGER PRIMARY KEY, district_id INTEGER NOT NULL, category INTEGER NOT NULL,
   name TEXT NOT NULL, title TEXT NOT NULL, content TEXT NOT NULL, address TEXT NOT NULL, phone TEXT NOT NULL,
   hours TEXT NOT NULL, images TEXT NOT NULL, price_fen INTEGER NOT NULL, shop_price_fen INTEGER NOT NULL,
@@ -364,6 +365,10 @@ void seedContent(SandboxStore& db, int64_t now) {
 void prepareDatabase(SandboxStore& db) {
   db.transact(true, [&] {
     db.executeScript(kSchema);
+    // Homes made before codes counted their wrong attempts.
+    if (db.queryOne("SELECT 1 FROM pragma_table_info('sms_codes') WHERE name = 'attempts'").is_null()) {
+      db.executeScript("ALTER TABLE sms_codes ADD COLUMN attempts INTEGER NOT NULL DEFAULT 0");
+    }
     if (!db.queryOne("SELECT value FROM meta WHERE key = 'seeded'").is_null()) return true;
     const int64_t now = nowSeconds();
     seedAreas(db);

@@ -3,14 +3,20 @@
 #include <httplib.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <string>
+
+#include "apps/sandbox/guarded_http_server.h"
+#include "apps/sandbox/sandbox_util.h"
 
 namespace qmv::sandbox {
 namespace {
 
 constexpr size_t kMaxNameBytes = 200;
+constexpr const char* kPortraitExtensions[] = {".png", ".jpg", ".jpeg"};
 
 bool validName(const std::string& name) {
   if (name.empty() || name.size() > kMaxNameBytes || name.front() == '.') return false;
@@ -20,9 +26,62 @@ bool validName(const std::string& name) {
   return true;
 }
 
+bool ownsObject(const std::string& userName, const std::string& name) {
+  for (const char* extension : kPortraitExtensions) {
+    if (name == userName + extension) return true;
+  }
+  return false;
+}
+
+std::string sessionOf(const httplib::Request& req) {
+  if (req.has_param("sessionId")) return req.get_param_value("sessionId");
+  const auto cookies = parseCookies(req.get_header_value("Cookie"));
+  const auto it = cookies.find(kSessionCookie);
+  return it == cookies.end() ? std::string() : it->second;
+}
+
+// A refused body up to this size is read and dropped so the connection can serve on;
+// a larger one closes the connection instead.
+constexpr size_t kMaxDrainBytes = 2 * kMaxObjectBytes;
+
+// The declared body length; nothing when absent or malformed.
+std::optional<int64_t> declaredLength(const httplib::Request& req) {
+  if (!req.has_header("Content-Length")) return std::nullopt;
+  return parseInteger(req.get_header_value("Content-Length"), 0, INT64_MAX / 2);
+}
+
+// Answers `status` to a PUT whose body has not been read. The body must not be taken for
+// the next request on the connection: it is drained when small, else the connection closes.
+void refuse(const httplib::Request& req, httplib::Response& res, const httplib::ContentReader& readBody,
+            int status) {
+  const auto length = declaredLength(req);
+  bool drained = false;
+  if (length && static_cast<uint64_t>(*length) <= kMaxDrainBytes) {
+    drained = readBody([](const char*, size_t) { return true; });
+  }
+  res.status = status;
+  if (!drained) GuardedHttpServer::closeAfterAnswer(res);
+}
+
+// Writes `bytes` aside and renames, so that a reader never sees half an object.
+bool store(const std::filesystem::path& directory, const std::string& name, const std::string& bytes) {
+  std::error_code ec;
+  std::filesystem::create_directories(directory, ec);
+  const auto partial = directory / (".partial-" + std::to_string(::getpid()) + "-" + randomHex(8) + "-" + name);
+  {
+    std::ofstream out(partial, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!out) ec = std::make_error_code(std::errc::io_error);
+  }
+  if (!ec) std::filesystem::rename(partial, directory / name, ec);
+  if (ec) std::filesystem::remove(partial, ec);
+  return !ec;
+}
+
 }  // namespace
 
-void registerObjectRoutes(httplib::Server& server, const std::filesystem::path& directory) {
+void registerObjectRoutes(httplib::Server& server, const std::filesystem::path& directory,
+                          SessionUserName userNameOf) {
   server.Get(R"(/oss/([^/]+))", [directory](const httplib::Request& req, httplib::Response& res) {
     const std::string name = req.matches[1].str();
     if (!validName(name)) {
@@ -38,29 +97,28 @@ void registerObjectRoutes(httplib::Server& server, const std::filesystem::path& 
     bytes << in.rdbuf();
     res.set_content(bytes.str(), "application/octet-stream");
   });
-  server.Put(R"(/oss/([^/]+))", [directory](const httplib::Request& req, httplib::Response& res) {
+  server.Put(R"(/oss/([^/]+))", [directory, userNameOf](const httplib::Request& req, httplib::Response& res,
+                                                         const httplib::ContentReader& readBody) {
     const std::string name = req.matches[1].str();
-    if (!validName(name)) {
-      res.status = 400;
+    if (!validName(name)) return refuse(req, res, readBody, 400);
+    const auto userName = userNameOf(sessionOf(req));
+    if (!userName) return refuse(req, res, readBody, 401);
+    if (!ownsObject(*userName, name)) return refuse(req, res, readBody, 403);
+    const auto length = declaredLength(req);
+    if (length && static_cast<uint64_t>(*length) > kMaxObjectBytes) return refuse(req, res, readBody, 413);
+    std::string bytes;
+    bool tooLarge = false;
+    const bool read = readBody([&](const char* data, size_t size) {
+      tooLarge = bytes.size() + size > kMaxObjectBytes;
+      if (!tooLarge) bytes.append(data, size);
+      return !tooLarge;
+    });
+    if (tooLarge || !read) {
+      res.status = tooLarge ? 413 : 400;
+      GuardedHttpServer::closeAfterAnswer(res);  // the rest of the body is still on its way
       return;
     }
-    std::error_code ec;
-    std::filesystem::create_directories(directory, ec);
-    // Written aside and renamed, so a reader never sees half an object.
-    const auto target = directory / name;
-    const auto partial = directory / (".partial-" + std::to_string(::getpid()) + "-" + name);
-    {
-      std::ofstream out(partial, std::ios::binary | std::ios::trunc);
-      out.write(req.body.data(), static_cast<std::streamsize>(req.body.size()));
-      if (!out) ec = std::make_error_code(std::errc::io_error);
-    }
-    if (!ec) std::filesystem::rename(partial, target, ec);
-    if (ec) {
-      std::filesystem::remove(partial, ec);
-      res.status = 500;
-      return;
-    }
-    res.status = 200;
+    res.status = store(directory, name, bytes) ? 200 : 500;
   });
 }
 

@@ -1,5 +1,9 @@
 #include "apps/sandbox/object_handlers.h"
 
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include "apps/sandbox/sandbox_test_support.h"
 
 namespace qmv::sandbox::testing {
@@ -7,27 +11,65 @@ namespace {
 
 using ObjectHandlersTest = SandboxTest;
 
-TEST_F(ObjectHandlersTest, StoresObjectsAsFilesAndRefusesNamesOutsideItsDirectory) {
+constexpr const char* kOctets = "application/octet-stream";
+
+TEST_F(ObjectHandlersTest, MembersWriteOnlyTheirOwnPortraitsAndReadsStayOpen) {
   httplib::Client& http = api_->raw();
   const std::string bytes("\xFF\xD8\x00jpeg\xFF\xD9", 9);
-  auto put = http.Put("/oss/13800000000.png", bytes, "application/octet-stream");
-  ASSERT_TRUE(put);
-  EXPECT_EQ(put->status, 200);
-  auto got = http.Get("/oss/13800000000.png");
+  const std::string mine = "/oss/" + std::string(kDemoPhone) + ".png";
+  EXPECT_EQ(http.Put(mine, bytes, kOctets)->status, 401);
+  EXPECT_EQ(http.Put(mine + "?sessionId=0123456789abcdef0123456789abcdef", bytes, kOctets)->status, 401);
+  EXPECT_FALSE(std::filesystem::exists(home_ / "oss" / (std::string(kDemoPhone) + ".png")));
+
+  const std::string session = api_->login();
+  const httplib::Headers signedIn = {{"Cookie", "theme=dark; sessionId=" + session}};
+  ASSERT_EQ(http.Put(mine, signedIn, bytes, kOctets)->status, 200);
+  auto got = http.Get(mine);  // anyone may read
   ASSERT_TRUE(got);
   EXPECT_EQ(got->status, 200);
   EXPECT_EQ(got->body, bytes);
-  EXPECT_TRUE(std::filesystem::exists(home_ / "oss" / "13800000000.png"));
-
-  // Replacing keeps one object with the new bytes.
-  ASSERT_TRUE(http.Put("/oss/13800000000.png", "v2", "application/octet-stream"));
-  EXPECT_EQ(http.Get("/oss/13800000000.png")->body, "v2");
-
-  EXPECT_EQ(http.Get("/oss/absent.png")->status, 404);
-  EXPECT_EQ(http.Put("/oss/.hidden", "x", "text/plain")->status, 400);
-  EXPECT_EQ(http.Get("/oss/..%2Fsandbox.db")->status, 404);
-  EXPECT_EQ(http.Put("/oss/..%2Fescape", "x", "text/plain")->status, 404);
+  // Another member's portrait, or any other name, is not his to write.
+  EXPECT_EQ(http.Put("/oss/13800000001.png", signedIn, "x", kOctets)->status, 403);
+  EXPECT_EQ(http.Put(mine + ".sh", signedIn, "x", kOctets)->status, 403);
+  EXPECT_EQ(http.Put("/oss/.hidden", signedIn, "x", kOctets)->status, 400);
+  EXPECT_EQ(http.Put("/oss/..%2Fescape", signedIn, "x", kOctets)->status, 404);
   EXPECT_FALSE(std::filesystem::exists(home_ / "escape"));
+  EXPECT_EQ(http.Get("/oss/..%2Fsandbox.db")->status, 404);
+  EXPECT_EQ(http.Get("/oss/absent.png")->status, 404);
+
+  // A client without cookies names the session in the query; replacing keeps one object.
+  ASSERT_EQ(http.Put(mine + "?sessionId=" + session, "v2", kOctets)->status, 200);
+  EXPECT_EQ(http.Get(mine)->body, "v2");
+  // Past the cap nothing is stored, and the connection goes on serving.
+  EXPECT_EQ(http.Put(mine, signedIn, std::string(kMaxObjectBytes + 1, 'x'), kOctets)->status, 413);
+  EXPECT_TRUE(http.Get(mine)->body == "v2");
+
+  ASSERT_EQ(code(api_->get("getUserLogout", {{"sessionId", session}})), "0");
+  EXPECT_EQ(http.Put(mine, signedIn, "v3", kOctets)->status, 401);
+  EXPECT_EQ(http.Get(mine)->body, "v2");
+}
+
+TEST_F(ObjectHandlersTest, AHugeDeclaredBodyIsRefusedUnreadAndItsConnectionClosed) {
+  const std::string session = api_->login();
+  const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<uint16_t>(server_->port()));
+  ::inet_pton(AF_INET, "127.0.0.1", &address.sin_addr);
+  ASSERT_EQ(::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  const std::string head = "PUT /oss/" + std::string(kDemoPhone) + ".png HTTP/1.1\r\nHost: x\r\nCookie: sessionId=" +
+                           session + "\r\nContent-Length: 1000000000\r\n\r\nGET / HTTP/1.1\r\n\r\n";
+  ASSERT_EQ(::send(fd, head.data(), head.size(), MSG_NOSIGNAL), static_cast<ssize_t>(head.size()));
+  timeval timeout{5, 0};
+  ::setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+  std::string answer;
+  char buffer[4096];
+  for (ssize_t n; (n = ::recv(fd, buffer, sizeof buffer, 0)) > 0;) answer.append(buffer, static_cast<size_t>(n));
+  ::close(fd);
+  // One answer, then the end of the connection: the bytes after the head were not taken
+  // for a second request.
+  EXPECT_EQ(answer.rfind("HTTP/1.1 413", 0), 0u) << answer;
+  EXPECT_EQ(answer.find("HTTP/1.1", 1), std::string::npos) << answer;
 }
 
 }  // namespace

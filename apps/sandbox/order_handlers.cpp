@@ -85,7 +85,10 @@ bool settle(SandboxStore& db, const Json& order) {
 Json loadOrder(SandboxStore& db, const std::string& id) { return db.queryOne(orderSql("WHERE o.id = ?"), {id}); }
 
 Reply preparePay(Call& call, OrderKind kind) {
-  const auto totalFee = parseInteger(call.arg("totalFee"), 1, 100000000);
+  // A draw share is priced here alone: the page that sells it knows no total, so whatever
+  // "totalFee" the client sends is taken and not checked.
+  const auto totalFee =
+      kind == OrderKind::kDraw ? std::optional<int64_t>(0) : parseInteger(call.arg("totalFee"), 1, 100000000);
   if (!totalFee) return Reply::refuse(kMsgBadAmount);
   const std::string accountType = call.arg("accountType");
   if (accountType != "0" && accountType != "1" && accountType != "2" && accountType != "3") {
@@ -97,6 +100,7 @@ Reply preparePay(Call& call, OrderKind kind) {
   }
   const bool useBalance = useBalanceText == "true" || accountType == "3";
 
+  int64_t total = *totalFee;
   NewOrder order;
   if (kind == OrderKind::kDraw) {
     const auto productId = parseInteger(call.arg("productId"), 1, INT64_MAX);
@@ -111,7 +115,7 @@ Reply preparePay(Call& call, OrderKind kind) {
     order.image = product["image"].get<std::string>();
     order.unitFen = product["share_fen"].get<int64_t>();
     order.number = *count;
-    if (*totalFee != order.unitFen * order.number) return Reply::refuse(kMsgBadAmount);
+    total = order.unitFen * order.number;
   } else if (kind == OrderKind::kActivity) {
     const auto commodityId = parseInteger(call.arg("activityId"), 1, INT64_MAX);
     const Json c = commodityId ? call.db.queryOne("SELECT * FROM commodities WHERE id = ?", {*commodityId}) : Json();
@@ -156,8 +160,8 @@ Reply preparePay(Call& call, OrderKind kind) {
   }
 
   const int64_t balance = call.member["balance"].get<int64_t>();
-  if (accountType == "3" && balance < *totalFee) return Reply::refuse(kMsgInsufficientBalance);
-  const int64_t balancePart = useBalance ? std::min(balance, *totalFee) : 0;
+  if (accountType == "3" && balance < total) return Reply::refuse(kMsgInsufficientBalance);
+  const int64_t balancePart = useBalance ? std::min(balance, total) : 0;
   const std::string orderId = "SB" + std::to_string(nowSeconds()) + randomDigits(6);
   const std::string prepayId = "sbx" + randomHex(29);
   call.db.execute(
@@ -165,12 +169,12 @@ Reply preparePay(Call& call, OrderKind kind) {
       "number, total_fen, content, status, account_type, use_balance, balance_fen, prepay_id, is_first, created) "
       "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
       {orderId,        call.memberId(), order.kind,  order.storeId,      order.commodityId, order.productId,
-       order.series,   order.name,      order.image, order.unitFen,      order.number,      *totalFee,
+       order.series,   order.name,      order.image, order.unitFen,      order.number,      total,
        order.content,  kStatusWaiting,  accountType, useBalance ? 1 : 0, balancePart,       prepayId,
        order.firstUse, nowSeconds()});
   // The balance alone pays when it covers the whole total; otherwise a channel completes it.
   bool paid = false;
-  if (balancePart == *totalFee) {
+  if (balancePart == total) {
     if (!settle(call.db, loadOrder(call.db, orderId))) return Reply::refuse(kMsgInsufficientBalance);
     paid = true;
   }
@@ -178,7 +182,7 @@ Reply preparePay(Call& call, OrderKind kind) {
   data["prepay_id"] = prepayId;
   data["orderId"] = orderId;
   data["blance"] = yuanText(balancePart);
-  data["money"] = yuanText(*totalFee - balancePart);
+  data["money"] = yuanText(total - balancePart);
   data["payState"] = paid ? "paid" : "waiting";
   return Reply::ok(data);
 }

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "apps/sandbox/sandbox_reply.h"
 #include "apps/sandbox/sandbox_store.h"
@@ -28,6 +29,12 @@ struct Call {
   std::string sessionId;
   std::string rootUrl;
   bool demoSmsCode = true;
+  // The request's cookies, and the Set-Cookie values the answer carries.
+  std::map<std::string, std::string> cookies;
+  std::vector<std::string> setCookies;
+  // Set by a handler whose refusal must still commit what it wrote (a failed code attempt
+  // counts even though the request is refused).
+  bool keepWritesOnRefusal = false;
 
   // The argument, or "" when absent.
   std::string arg(const std::string& key) const {

@@ -4,10 +4,14 @@
 
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <thread>
+#include <vector>
 
 #include "apps/sandbox/demo_data.h"
 #include "apps/sandbox/endpoint_table.h"
+#include "apps/sandbox/fair_lock.h"
+#include "apps/sandbox/guarded_http_server.h"
 #include "apps/sandbox/object_handlers.h"
 #include "apps/sandbox/order_payment.h"
 #include "apps/sandbox/page_handlers.h"
@@ -19,7 +23,6 @@
 namespace qmv::sandbox {
 namespace {
 
-constexpr int64_t kSessionLifetimeSeconds = 30LL * 86400;
 constexpr size_t kMaxPayload = 8 * 1024 * 1024;
 
 std::string envelope(const Reply& reply) {
@@ -47,37 +50,67 @@ struct SandboxServer::Impl {
   SandboxOptions options;
   std::unique_ptr<SandboxStore> db;
   EndpointTable table;
-  std::unique_ptr<httplib::Server> http;
+  std::unique_ptr<GuardedHttpServer> http;
   std::thread thread;
   int port = 0;
+  // Requests take the store in the order they arrive (see FairLock).
+  FairLock turns;
 
   std::string root() const { return "http://" + options.host + ":" + std::to_string(port); }
+
+  // The member of an unexpired session, or null. REQUIRES: inside a transaction.
+  Json memberOfSession(const std::string& sessionId) {
+    if (sessionId.empty()) return Json();
+    const Json session = db->queryOne("SELECT member_id, created FROM sessions WHERE id = ?", {sessionId});
+    if (!session.is_object() || nowSeconds() - session["created"].get<int64_t>() >= kSessionLifetimeSeconds) {
+      return Json();
+    }
+    return memberById(*db, session["member_id"].get<int64_t>());
+  }
+
+  // The user name of the member signed in with `sessionId`, for the object store.
+  std::optional<std::string> userNameOfSession(const std::string& sessionId) {
+    std::optional<std::string> name;
+    try {
+      db->transact(false, [&] {
+        const Json member = memberOfSession(sessionId);
+        if (member.is_object() && member["user_name"].is_string()) name = member["user_name"].get<std::string>();
+        return true;
+      });
+    } catch (const std::exception& error) {
+      logLine(std::string("[sandbox] session lookup failed: ") + error.what());
+      name.reset();
+    }
+    return name;
+  }
 
   // Runs a handler inside one transaction and answers with its envelope.
   void serve(const httplib::Request& req, httplib::Response& res, const Endpoint& endpoint) {
     Reply reply;
+    std::vector<std::string> setCookies;
     try {
+      std::lock_guard turn(turns);
       db->transact(endpoint.writes, [&] {
-        Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode};
+        Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode, {}, {}, false};
         readArguments(req, call);
+        call.cookies = parseCookies(req.get_header_value("Cookie"));
         call.sessionId = call.arg("sessionId");
-        if (endpoint.session != SessionRule::kNone && !call.sessionId.empty()) {
-          const Json session = db->queryOne("SELECT member_id, created FROM sessions WHERE id = ?", {call.sessionId});
-          if (session.is_object() && nowSeconds() - session["created"].get<int64_t>() < kSessionLifetimeSeconds) {
-            call.member = memberById(*db, session["member_id"].get<int64_t>());
-          }
-        }
+        if (endpoint.session != SessionRule::kNone) call.member = memberOfSession(call.sessionId);
         if (endpoint.session == SessionRule::kRequired && !call.member.is_object()) {
           reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json()};
           return false;
         }
         reply = endpoint.handler(call);
-        return reply.succeeded();
+        const bool commit = reply.succeeded() || call.keepWritesOnRefusal;
+        if (commit) setCookies = std::move(call.setCookies);
+        return commit;
       });
     } catch (const std::exception& error) {
       logLine(std::string("[sandbox] ") + req.path + " failed: " + error.what());
       reply = Reply::refuse(kMsgServerError);
+      setCookies.clear();
     }
+    for (const std::string& value : setCookies) res.set_header("Set-Cookie", value);
     res.set_content(envelope(reply), "application/json; charset=utf-8");
   }
 
@@ -130,7 +163,8 @@ struct SandboxServer::Impl {
       }
       res.set_content(row["portrait"].get<std::string>(), "image/png");
     });
-    registerObjectRoutes(*http, options.home / "oss");
+    registerObjectRoutes(*http, options.home / "oss",
+                         [this](const std::string& sessionId) { return userNameOfSession(sessionId); });
     http->set_exception_handler([](const httplib::Request&, httplib::Response& res, std::exception_ptr) {
       res.status = 200;
       res.set_content(envelope(Reply::refuse(kMsgServerError)), "application/json; charset=utf-8");
@@ -166,21 +200,10 @@ std::string SandboxServer::start() {
   registerReferralHandlers(impl_->table);
   registerWheelHandlers(impl_->table);
 
-  impl_->http = std::make_unique<httplib::Server>();
+  impl_->http = std::make_unique<GuardedHttpServer>(impl_->options.limits);
   impl_->http->set_payload_max_length(kMaxPayload);
-  // Address reuse only: the library's default also shares the port, which would let two
-  // sandboxes listen on one fixed port instead of reporting it taken.
-  impl_->http->set_socket_options([](int sock) {
-    int yes = 1;
-    setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, reinterpret_cast<void*>(&yes), sizeof(yes));
-  });
   impl_->route();
-  int bound = 0;
-  if (impl_->options.port == 0) {
-    bound = impl_->http->bind_to_any_port(impl_->options.host);
-  } else if (impl_->http->bind_to_port(impl_->options.host, impl_->options.port)) {
-    bound = impl_->options.port;
-  }
+  const int bound = impl_->http->bindTo(impl_->options.host, impl_->options.port);
   if (bound <= 0) {
     impl_->http.reset();
     impl_->db.reset();

@@ -9,6 +9,7 @@
 // which the sandbox payment adapters finish a payment the way a vendor application would.
 //
 // Embedding: construct, start() (binds and serves on its own thread), stop() or destroy.
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -18,12 +19,27 @@ namespace qmv::sandbox {
 // The SMS code of demo mode: every code request is answered with it (and it is logged).
 inline constexpr const char* kDemoSmsCode = "123456";
 
+// How long a connection may hold one of the server's workers. Each accepted connection
+// takes a worker for its life; the limits keep slow or silent peers from taking them all.
+struct ServerLimits {
+  // Connections served at once; more wait in a queue, and while any waits, kept-alive
+  // connections that are between requests are closed to make room.
+  int workers = 64;
+  // How long a connection may sit between requests (or before its first one).
+  std::chrono::milliseconds idle{5000};
+  // From the first byte of a request to the last byte of its answer.
+  std::chrono::milliseconds exchange{10000};
+  // Requests on one connection before it is closed.
+  int requestsPerConnection = 1000;
+};
+
 struct SandboxOptions {
   std::filesystem::path home;
   int port = 0;
   std::string host = "127.0.0.1";
   // When false, codes are random six-digit texts (still logged to stderr).
   bool demoSmsCode = true;
+  ServerLimits limits{};
 };
 
 class SandboxServer {

@@ -1,19 +1,37 @@
 #include "apps/sandbox/sandbox_util.h"
 
 #include <openssl/evp.h>
+#include <openssl/rand.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
-#include <random>
+#include <stdexcept>
 
 namespace qmv::sandbox {
 namespace {
 
-std::mt19937_64& generator() {
-  thread_local std::mt19937_64 engine(std::random_device{}());
-  return engine;
+// Bytes from the system's CSPRNG: session ids and SMS codes must not be predictable from
+// earlier ones, and a forked process must not repeat its parent's.
+void randomBytes(unsigned char* out, size_t length) {
+  if (RAND_bytes(out, static_cast<int>(length)) != 1) throw std::runtime_error("no random bytes available");
+}
+
+// `length` symbols each drawn uniformly from the first `radix` characters of `alphabet`:
+// bytes at or above the largest multiple of `radix` are drawn again, so no symbol is favoured.
+std::string randomText(size_t length, const char* alphabet, unsigned radix) {
+  const unsigned limit = 256 - 256 % radix;
+  std::string out;
+  unsigned char pool[64];
+  while (out.size() < length) {
+    randomBytes(pool, sizeof pool);
+    for (const unsigned char byte : pool) {
+      if (byte < limit && out.size() < length) out.push_back(alphabet[byte % radix]);
+    }
+  }
+  return out;
 }
 
 std::string formatTime(int64_t seconds, const char* format) {
@@ -34,20 +52,9 @@ int64_t nowSeconds() {
 std::string timeText(int64_t seconds) { return formatTime(seconds, "%Y-%m-%d %H:%M:%S"); }
 std::string dateText(int64_t seconds) { return formatTime(seconds, "%Y-%m-%d"); }
 
-std::string randomHex(size_t length) {
-  static constexpr char kDigits[] = "0123456789abcdef";
-  std::uniform_int_distribution<int> pick(0, 15);
-  std::string out;
-  for (size_t i = 0; i < length; ++i) out.push_back(kDigits[pick(generator())]);
-  return out;
-}
+std::string randomHex(size_t length) { return randomText(length, "0123456789abcdef", 16); }
 
-std::string randomDigits(size_t length) {
-  std::uniform_int_distribution<int> pick(0, 9);
-  std::string out;
-  for (size_t i = 0; i < length; ++i) out.push_back(static_cast<char>('0' + pick(generator())));
-  return out;
-}
+std::string randomDigits(size_t length) { return randomText(length, "0123456789", 10); }
 
 std::string md5Hex(const std::string& text) {
   unsigned char digest[EVP_MAX_MD_SIZE];
@@ -129,6 +136,24 @@ double distanceMetres(double lat1, double lng1, double lat2, double lng2) {
   const double a = std::sin(dLat / 2) * std::sin(dLat / 2) +
                    std::cos(lat1 * kRad) * std::cos(lat2 * kRad) * std::sin(dLng / 2) * std::sin(dLng / 2);
   return 2 * kEarthRadius * std::asin(std::min(1.0, std::sqrt(a)));
+}
+
+std::map<std::string, std::string> parseCookies(const std::string& header) {
+  std::map<std::string, std::string> cookies;
+  size_t start = 0;
+  while (start < header.size()) {
+    const size_t end = std::min(header.find(';', start), header.size());
+    std::string item = header.substr(start, end - start);
+    start = end + 1;
+    const size_t first = item.find_first_not_of(" \t");
+    const size_t last = item.find_last_not_of(" \t");
+    if (first == std::string::npos) continue;
+    item = item.substr(first, last - first + 1);
+    const size_t eq = item.find('=');
+    if (eq == 0 || eq == std::string::npos) continue;
+    cookies.emplace(item.substr(0, eq), item.substr(eq + 1));
+  }
+  return cookies;
 }
 
 std::string yuanText(int64_t fen) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <fstream>
 #include <set>
 
 #include "core/common/temp_home_for_test.h"
@@ -124,6 +125,22 @@ TEST_F(DBUtilTest, CitiesGroupByInitialAndSkipTheDirectlyGovernedGroup) {
   EXPECT_TRUE(DBUtil::getCitysWithKey("shengzhixia").empty());
 }
 
+TEST_F(DBUtilTest, PlaceNamesKeepTheirOwnReadings) {
+  // Characters that place names read otherwise than everyday words do.
+  const auto kashi = DBUtil::getCitysWithKey("kashi");
+  EXPECT_TRUE(std::any_of(kashi.begin(), kashi.end(), [](const AreaModel& c) { return c.areaName == "喀什地区"; }));
+  for (const auto& [name, pinyin] : {std::pair{"单县", "shanxian"},
+                                     {"黄陂区", "huangpiqu"},
+                                     {"宁都县", "ningduxian"},
+                                     {"闵行区", "minhangqu"},
+                                     {"乐亭县", "laotingxian"},
+                                     {"成都市", "chengdushi"}}) {
+    const auto area = DBUtil::getCityWithName(name);
+    ASSERT_TRUE(area) << name;
+    EXPECT_EQ(area->areaPY, pinyin) << name;
+  }
+}
+
 TEST_F(DBUtilTest, RefreshWritesTheCacheAndSwitchesOnlyWhenComplete) {
   // A first refresh, then a large one whose rebuild takes a while.
   ASSERT_EQ(
@@ -212,11 +229,53 @@ TEST_F(DBUtilTest, ServerAreasWithApostrophesOrOddFieldsAreHandled) {
   EXPECT_EQ(rows[1]["area_type"], 3);
 }
 
-TEST_F(DBUtilTest, ShippedBankNumbersResolveToBanks) {
-  EXPECT_EQ(DBUtil::getBankNameWithBankNum("6222020200112233446"), "中国工商银行");
-  EXPECT_EQ(DBUtil::getBankNameWithBankNum("6225880000000000"), "招商银行");
-  EXPECT_EQ(DBUtil::getBankNameWithBankNum("4367420000000000000"), "中国建设银行");
-  EXPECT_EQ(DBUtil::getBankNameWithBankNum("1030000000000000000"), "中国农业银行");  // 3-digit BIN
+// Every card of the bank package's own table (16 or 19 digits; other lengths are never
+// looked up) is named after the bank of the longest prefix of its length it starts with,
+// the first row on a tie.
+TEST_F(DBUtilTest, EveryCardOfTheBankSourceFindsItsBank) {
+  struct SourceBin {
+    std::string bin;
+    std::string bank;
+    std::size_t length;
+  };
+  std::vector<SourceBin> source;
+  std::ifstream csv(std::filesystem::path(QMV_DATA_SOURCE_DIR) / "bank_card_bin_source.csv");
+  std::string line;
+  ASSERT_TRUE(std::getline(csv, line));  // header
+  while (std::getline(csv, line)) {
+    const auto first = line.find(',');
+    const auto last = line.rfind(',');
+    ASSERT_TRUE(first != std::string::npos && first < last && line.find('"') == std::string::npos) << line;
+    source.push_back(
+        {line.substr(0, first), line.substr(first + 1, last - first - 1), std::stoul(line.substr(last + 1))});
+  }
+  ASSERT_GT(source.size(), 1000u);
+  const auto bankOf = [&source](const std::string& card) {
+    const SourceBin* found = nullptr;
+    for (const SourceBin& row : source) {
+      if (row.length == card.size() && card.starts_with(row.bin) && (!found || row.bin.size() > found->bin.size())) {
+        found = &row;
+      }
+    }
+    return found ? found->bank : std::string();
+  };
+
+  std::size_t checked = 0;
+  std::vector<std::string> wrong;
+  for (const SourceBin& row : source) {
+    if (row.length != 16 && row.length != 19) continue;
+    // Both ends of the prefix's range.
+    for (const char fill : {'0', '9'}) {
+      const std::string card = row.bin + std::string(row.length - row.bin.size(), fill);
+      ++checked;
+      const std::string expected = bankOf(card);
+      const std::string found = DBUtil::getBankNameWithBankNum(card);
+      if (found != expected) wrong.push_back(card + ": " + found + " instead of " + expected);
+    }
+  }
+  EXPECT_GT(checked, 2000u);
+  EXPECT_TRUE(wrong.empty()) << wrong.size() << " of " << checked << " cards, e.g. " << wrong.front();
+
   EXPECT_EQ(DBUtil::getBankNameWithBankNum("0000000000000000"), "");
   EXPECT_EQ(DBUtil::getBankNameWithBankNum("62220202001122334"), "");  // 17 digits
   EXPECT_EQ(DBUtil::getBankNameWithBankNum("622202\"or\"1\"=\"1"), "");

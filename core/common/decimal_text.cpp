@@ -177,4 +177,17 @@ std::optional<std::string> decimalDivide(std::string_view a, std::string_view b,
   return format(negative, std::move(quotient), precision);
 }
 
+std::optional<int> decimalCompare(std::string_view a, std::string_view b) {
+  const auto x = parse(a);
+  const auto y = parse(b);
+  if (!x || !y) return std::nullopt;
+  const int sign = x->negative ? -1 : 1;
+  if (x->negative != y->negative) return sign;
+  // Both on the larger scale, so that the unscaled digits compare as the values do.
+  const int scale = std::max(x->scale, y->scale);
+  const Digits mx = trimmed(x->unscaled + std::string(static_cast<std::size_t>(scale - x->scale), '0'));
+  const Digits my = trimmed(y->unscaled + std::string(static_cast<std::size_t>(scale - y->scale), '0'));
+  return sign * compare(mx, my);
+}
+
 }  // namespace qmv::detail

@@ -22,4 +22,8 @@ std::optional<std::string> decimalMultiply(std::string_view a, std::string_view 
 // either text is not a number, b is zero, or precision is out of range.
 std::optional<std::string> decimalDivide(std::string_view a, std::string_view b, int precision);
 
+// -1, 0 or 1 as a is below, equal to or above b, exactly; nullopt when either text is not
+// a number.
+std::optional<int> decimalCompare(std::string_view a, std::string_view b);
+
 }  // namespace qmv::detail

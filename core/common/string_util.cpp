@@ -120,6 +120,10 @@ std::optional<std::string> StringUtil::stringDividWithString(std::string_view a,
   return detail::decimalDivide(a, b, precision);
 }
 
+std::optional<int> StringUtil::stringCompareWithString(std::string_view a, std::string_view b) {
+  return detail::decimalCompare(a, b);
+}
+
 std::string StringUtil::getAppVersion() { return QMV_VERSION_STRING; }
 
 std::string StringUtil::libCachePath() {

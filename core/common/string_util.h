@@ -42,6 +42,10 @@ class StringUtil {
   // is out of range.
   static std::optional<std::string> stringDividWithString(std::string_view a, std::string_view b, int precision = 2);
 
+  // -1, 0 or 1 as a is below, equal to or above b, compared exactly ("10.10" equals
+  // "10.1"); nullopt when either text is not a decimal number.
+  static std::optional<int> stringCompareWithString(std::string_view a, std::string_view b);
+
   // The application's short version ("0.1.0").
   static std::string getAppVersion();
 

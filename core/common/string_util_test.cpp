@@ -75,12 +75,22 @@ TEST(StringUtilTest, DecimalArithmeticIsExact) {
   EXPECT_EQ(StringUtil::stringDividWithString("150", "100"), "1.5");
   EXPECT_EQ(StringUtil::stringDividWithString("0.001", "1"), "0");
   EXPECT_EQ(StringUtil::stringDividWithString("1", "0.004"), "250");
+
+  EXPECT_EQ(StringUtil::stringCompareWithString("10.10", "1e1"), 1);
+  EXPECT_EQ(StringUtil::stringCompareWithString("10.10", "10.1"), 0);
+  EXPECT_EQ(StringUtil::stringCompareWithString("9.99999989", "9.9999999"), -1);
+  EXPECT_EQ(StringUtil::stringCompareWithString("-2", "-10"), 1);
+  EXPECT_EQ(StringUtil::stringCompareWithString("-0.0", "0"), 0);
+  EXPECT_EQ(StringUtil::stringCompareWithString("-1", "0.5"), -1);
+  // Beyond what a double tells apart.
+  EXPECT_EQ(StringUtil::stringCompareWithString("100000000000000000001", "1e20"), 1);
 }
 
 TEST(StringUtilTest, DecimalArithmeticRefusesNonNumbers) {
   for (const char* bad : {"", " ", "abc", "1.2.3", "1,5", "--1", "1e", "1e1000", "0x10", ".", "NaN", "12元"}) {
     EXPECT_EQ(StringUtil::stringMutiplyWithString(bad, "1"), std::nullopt) << bad;
     EXPECT_EQ(StringUtil::stringDividWithString("1", bad), std::nullopt) << bad;
+    EXPECT_EQ(StringUtil::stringCompareWithString(bad, "1"), std::nullopt) << bad;
   }
   EXPECT_EQ(StringUtil::stringDividWithString("1", "0"), std::nullopt);
   EXPECT_EQ(StringUtil::stringDividWithString("1", "0.000"), std::nullopt);

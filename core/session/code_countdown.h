@@ -32,6 +32,8 @@ class CodeCountdown {
   int count() const { return count_; }
   bool isCounting() const { return count_ > 0; }
   const std::string& title() const { return title_; }
+  // The button takes taps again only once it shows "获取验证码" again.
+  bool buttonEnabled() const { return !isCounting() && title_ == kIdleTitle; }
 
   // "%.2d:%.2d" of minutes and seconds.
   static std::string format(int seconds);

@@ -26,7 +26,7 @@ class FindPwdView {
   std::string codeText;
 
   const std::string& codeButtonTitle() const { return countdown_.title(); }
-  bool codeButtonEnabled() const { return !countdown_.isCounting() && countdown_.title() == CodeCountdown::kIdleTitle; }
+  bool codeButtonEnabled() const { return countdown_.buttonEnabled(); }
   const CodeCountdown& countdown() const { return countdown_; }
 
   // Code button: with a valid phone calls onGetCode, else shows "手机号码格式错误".

@@ -41,7 +41,7 @@ class QXRegisterViewController : public BaseViewController {
   // The code button: "获取验证码" when idle, else the remaining "%.2d:%.2d"; disabled
   // from a correct code answer until it shows "获取验证码" again.
   const std::string& codeButtonTitle() const { return countdown_.title(); }
-  bool codeButtonEnabled() const { return !countdown_.isCounting() && countdown_.title() == CodeCountdown::kIdleTitle; }
+  bool codeButtonEnabled() const { return countdown_.buttonEnabled(); }
   const CodeCountdown& countdown() const { return countdown_; }
   // The session identifier of the last correct code answer, sent with the registration.
   const std::string& codeSessionId() const { return codeSessionId_; }

@@ -1,9 +1,13 @@
 #include "features/discovery/qx_activities_view_controller.h"
 
 #include "core/common/dictionary.h"
+#include "core/session/global_data.h"
 #include "features/discovery/activity_detail_net_api.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/orders/checkout_texts.h"
+#include "features/orders/qx_submit_oder_view_controller.h"
+#include "platform/env.h"
 
 namespace qmv {
 namespace {
@@ -91,5 +95,14 @@ std::vector<std::string> QXActivitiesViewController::noticeLines() const {
 }
 
 void QXActivitiesViewController::callStore() { callPhone(activity_ ? activity_->storePhone : std::string()); }
+
+std::optional<ScreenId> QXActivitiesViewController::openSubmitOrder() {
+  const auto& navigator = Env::current().navigator;
+  if (!activity_ || !navigator) return std::nullopt;
+  const auto from = navigator->topScreen();
+  GlobalData::sharedInstance().setPopToAfterPayVC(from ? std::optional(from->id) : std::nullopt);
+  return navigator->push(checkout_texts::kSubmitScreen,
+                         QXSubmitOderViewController::activityPayload(*activity_, activity_->isFirst));
+}
 
 }  // namespace qmv

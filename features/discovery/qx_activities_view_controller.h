@@ -9,6 +9,7 @@
 
 #include "core/session/base_view_controller.h"
 #include "features/discovery/activity_model.h"
+#include "platform/navigator.h"
 
 namespace qmv {
 
@@ -52,6 +53,11 @@ class QXActivitiesViewController : public BaseViewController {
 
   // "该商家暂未提供电话" without the store's phone number, else dials "tel:%@".
   void callStore();
+
+  // Goes on to buy the loaded offer: pushes the submit screen with the offer and its
+  // first-purchase flag, and makes the screen shown until now the one a payment returns
+  // to. nullopt (nothing opens) before the offer has loaded.
+  std::optional<ScreenId> openSubmitOrder();
 
   bool hasData() const override { return activity_.has_value(); }
   std::function<void(bool loaded)> onLoaded;

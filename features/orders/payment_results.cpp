@@ -2,6 +2,7 @@
 
 #include "core/common/dictionary.h"
 #include "core/common/string_util.h"
+#include "features/orders/payment_failure_watch.h"
 #include "platform/env.h"
 #include "platform/payment_channels.h"
 #include "platform/status_overlay.h"
@@ -31,8 +32,10 @@ void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPayS
           if (post) post();
         } else if (code == "fail") {
           show("", "支付失败");
+          PaymentFailureWatch::report();
         } else if (code == "cancel") {
           show("", "支付取消");
+          PaymentFailureWatch::report();
         }
       });
 }
@@ -44,6 +47,7 @@ void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSu
   }
   const std::string memo = strForKey(resultDic, "memo");
   if (!memo.empty()) show("error", StringUtil::convertUnicodeToString(memo));
+  PaymentFailureWatch::report();
 }
 
 }  // namespace qmv

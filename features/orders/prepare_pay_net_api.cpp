@@ -54,4 +54,12 @@ Json PreparePayNetApi::requestArgument() const {
   return arguments;
 }
 
+std::optional<OrderInfoModel> PreparePayNetApi::getOrderInfo() const {
+  const Json data = responseData();
+  if (!data.is_object()) return std::nullopt;
+  return OrderInfoModel(data);
+}
+
+std::string PreparePayNetApi::prepayId() const { return strForKey(responseData(), "prepay_id"); }
+
 }  // namespace qmv

@@ -4,9 +4,11 @@
 // ("postPayForActivity") or a direct payment to a store ("postPayForStore"). amount is
 // the full total in whole fen; with useBlance the server takes the balance first.
 // "useBalance" travels as the text "true" or "false"; "acount" is the server's spelling.
+#include <optional>
 #include <string>
 
 #include "core/request/base_net_api.h"
+#include "features/orders/order_info_model.h"
 
 namespace qmv {
 
@@ -25,6 +27,12 @@ class PreparePayNetApi : public BaseNetApi {
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
   std::string className() const override { return "PreparePayNetApi"; }
+
+  // "data" of the answer as an order; nullopt when it is not a JSON object.
+  std::optional<OrderInfoModel> getOrderInfo() const;
+  // "data"."prepay_id", what every payment library is handed; empty when "data" is not
+  // a JSON object or holds no usable "prepay_id".
+  std::string prepayId() const;
 
   std::string amount;
   std::string type;  // channel code: "0" Alipay, "1" WeChat, "2" UnionPay, "3" balance

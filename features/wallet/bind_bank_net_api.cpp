@@ -6,18 +6,14 @@
 
 namespace qmv {
 
-BindBankNetApi::BindBankNetApi(std::string name, std::string cardId, std::string certifId, std::string identifying)
-    : name(std::move(name)),
-      cardId(std::move(cardId)),
-      certifId(std::move(certifId)),
-      identifying(std::move(identifying)) {}
+BindBankNetApi::BindBankNetApi(BankModel bank) : bank(std::move(bank)) {}
 
 Json BindBankNetApi::requestArgument() const {
   Json arguments = getBaseArgument();
-  setCustomString(arguments, name, "name");
-  setCustomString(arguments, cardId, "cardId");
-  setCustomString(arguments, certifId, "certifId");
-  setCustomString(arguments, identifying, "identifying");
+  setCustomString(arguments, bank.name, "name");
+  setCustomString(arguments, bank.cardId, "cardId");
+  setCustomString(arguments, bank.certifId, "certifId");
+  setCustomString(arguments, bank.identifying, "identifying");
   return arguments;
 }
 

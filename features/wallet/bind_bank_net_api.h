@@ -1,25 +1,25 @@
 #pragma once
-// Binds a bank card to the member's account; identifying is the SMS code typed
-// on the bind screen.
+// Binds a bank card to the member's account: holder name, card number, identity number
+// and the SMS code typed on the bind screen (the record's identifying).
 #include <string>
 
 #include "core/request/base_net_api.h"
+#include "features/wallet/bank_model.h"
 
 namespace qmv {
 
 class BindBankNetApi : public BaseNetApi {
  public:
-  BindBankNetApi(std::string name, std::string cardId, std::string certifId, std::string identifying);
+  explicit BindBankNetApi(BankModel bank);
 
   std::string requestUrl() const override { return "bindBankCard"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
+  // Base arguments, then "name", "cardId", "certifId" and "identifying"; empty values
+  // are left out.
   Json requestArgument() const override;
   std::string className() const override { return "BindBankNetApi"; }
 
-  std::string name;
-  std::string cardId;
-  std::string certifId;
-  std::string identifying;
+  BankModel bank;
 };
 
 }  // namespace qmv

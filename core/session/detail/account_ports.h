@@ -1,6 +1,7 @@
 #pragma once
-// Internal to the account screens: small accessors over the installed Env that tolerate
-// ports a platform does not offer (a missing port is skipped, never dereferenced).
+// Internal to the account screens (and the card binding, which asks for SMS codes the same
+// way): small accessors over the installed Env that tolerate ports a platform does not
+// offer (a missing port is skipped, never dereferenced).
 #include <functional>
 #include <memory>
 #include <string>

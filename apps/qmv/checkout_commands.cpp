@@ -1,0 +1,250 @@
+// Checkout commands: buying an offer (offer screen, submit screen, pay-now screen, the
+// payment application and back) and the pay-now screen opened directly, as a page opens it
+// for a draw product or as a direct payment to a store. The screens do the work; these
+// only tap them and print what they show.
+#include <iostream>
+#include <memory>
+
+#include "apps/qmv/cli_app.h"
+#include "apps/qmv/command_registry.h"
+#include "core/session/global_data.h"
+#include "features/discovery/discovery_texts.h"
+#include "features/discovery/qx_activities_view_controller.h"
+#include "features/orders/checkout_texts.h"
+#include "features/orders/pay_cash_view.h"
+#include "features/orders/pay_now_runner.h"
+#include "features/orders/qx_submit_oder_view_controller.h"
+#include "platform/navigator.h"
+
+namespace qmv::cli {
+namespace {
+
+namespace texts = checkout_texts;
+using Channel = QXPayNowViewController::Channel;
+using Outcome = PayNowRunner::Outcome;
+
+constexpr const char* kNotLoggedIn = "not logged in: run \"qmv login PHONE PASSWORD\" first";
+
+struct PayChoices {
+  bool noBalance = false;
+  std::string channel;  // alipay, wechat, unionpay or empty
+};
+
+int timedOut(const char* what) {
+  std::cerr << "qmv: " << what << " did not end in time\n";
+  return kExitFailure;
+}
+
+bool loggedIn() {
+  const auto& self = GlobalData::sharedInstance().selfInfo();
+  return self && !self->sessionId.empty();
+}
+
+const char* outcomeName(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::Paid:
+      return "paid";
+    case Outcome::Refused:
+      return "refused";
+    case Outcome::NotPaid:
+      return "not paid";
+    case Outcome::NothingConfirmed:
+      return "nothing confirmed";
+    case Outcome::Pending:
+      break;
+  }
+  return "pending";
+}
+
+std::optional<Channel> channelNamed(const std::string& name) {
+  if (name == "alipay") return Channel::Alipay;
+  if (name == "wechat") return Channel::WeChat;
+  if (name == "unionpay") return Channel::UnionPay;
+  return std::nullopt;
+}
+
+std::string check(bool on) { return on ? " [x]" : " [ ]"; }
+
+// The pay-now screen as it shows now: one block of lines, and its --json form.
+Json printPayNow(CliOutput& out, const QXPayNowViewController& screen) {
+  out.line(texts::kPayNowTitle);
+  out.line(screen.name);
+  out.line(screen.totalText());
+  if (!screen.topHidden()) out.line(screen.balanceText() + check(screen.yueSelected()));
+  if (!screen.bottomHidden()) {
+    out.line("alipay" + check(screen.zhifubaoSelected()) + "  wechat" + check(screen.weixinSelected()) + "  unionpay" +
+             check(screen.yinlianSelected()));
+  }
+  out.line(screen.confirmTitle());
+  Json shown = {{"name", screen.name},
+                {"total", screen.totalText()},
+                {"confirm", screen.confirmTitle()},
+                {"balanceSelected", screen.yueSelected()},
+                {"leftPayAmount", screen.leftPayAmount()}};
+  if (!screen.topHidden()) shown["balance"] = screen.balanceText();
+  if (!screen.bottomHidden()) {
+    shown["channels"] = {{"alipay", screen.zhifubaoSelected()},
+                         {"wechat", screen.weixinSelected()},
+                         {"unionpay", screen.yinlianSelected()}};
+  }
+  return shown;
+}
+
+int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
+  CliOutput& out = app.output();
+  PayNowRunner runner(payload);
+  runner.appear();
+  Json shown = Json::array({printPayNow(out, runner.screen())});
+  const bool tapped = runner.tap({!choices.noBalance, channelNamed(choices.channel)});
+  if (!tapped) {
+    std::cerr << "qmv: the balance covers the total, so no channel is offered (add --no-balance to pay with "
+              << choices.channel << ")\n";
+    out.data("payNow", shown);
+    return kExitFailure;
+  }
+  // After the taps, the screen as it is confirmed.
+  if (choices.noBalance || !choices.channel.empty()) shown.push_back(printPayNow(out, runner.screen()));
+  out.data("payNow", shown);
+
+  runner.confirm();
+  // Without the sandbox's payment applications nothing comes back to this run: the
+  // vendor's application returns later, through "qmv open".
+  const bool returns = app.sandbox() != nullptr;
+  if (!app.waitUntil([&] { return runner.finished() || (runner.handedOver() && !returns); })) {
+    return timedOut("the payment");
+  }
+  const Outcome outcome = runner.outcome();
+  out.line(std::string("outcome: ") + outcomeName(outcome));
+  out.data("outcome", outcomeName(outcome));
+  if (outcome == Outcome::Paid && runner.screen().order()) {
+    const PayCashView receipt(*runner.screen().order());
+    Json rows = Json::object();
+    for (const auto& row : receipt.rows()) {
+      out.line(row.title + " " + row.value);
+      rows[row.title] = row.value;
+    }
+    out.line("order " + receipt.orderNumber());
+    out.line(PayCashView::note());
+    out.data("receipt", {{"rows", rows}, {"orderId", receipt.orderNumber()}});
+  }
+  if (const auto& navigator = Env::current().navigator) {
+    if (const auto top = navigator->topScreen()) out.data("screen", top->name);
+  }
+  return outcome == Outcome::Paid ? kExitOk : kExitFailure;
+}
+
+// ---- buy ----
+
+struct BuyArgs {
+  std::string activityId;
+  long quantity = 1;
+  PayChoices pay;
+};
+
+int runBuy(CliApp& app, const BuyArgs& args) {
+  CliOutput& out = app.output();
+  const auto& navigator = Env::current().navigator;
+  // The offer screen, as a store's offer list opens it.
+  if (navigator) navigator->push(discovery_texts::kActivityScreen, {{"commodityId", args.activityId}});
+  QXActivitiesViewController offer(args.activityId);
+  std::optional<bool> loaded;
+  offer.onLoaded = [&](bool ok) { loaded = ok; };
+  offer.loadDetail();
+  if (!app.waitUntil([&] { return loaded.has_value(); })) return timedOut("the offer");
+  if (!*loaded) return kExitFailure;
+  out.line(offer.activity()->name + " | " + offer.priceText());
+
+  if (!offer.openSubmitOrder() || !navigator) return kExitFailure;
+  QXSubmitOderViewController submit(navigator->topScreen()->payload);
+  for (long i = 1; i < args.quantity; ++i) submit.plusAction();
+  out.line(texts::kSubmitTitle);
+  out.line(submit.unitPriceText() + " x " + submit.quantityText() + " = " + submit.totalText());
+  out.data("submit", {{"unitPrice", submit.unitPriceText()},
+                      {"quantity", submit.quantityText()},
+                      {"total", submit.totalText()},
+                      {"isFirst", submit.isFirst()}});
+
+  std::optional<std::optional<ScreenId>> submitted;
+  submit.onSubmitted = [&](std::optional<ScreenId> payNow) { submitted = payNow; };
+  submit.submitAction();
+  if (!app.waitUntil([&] { return submitted.has_value(); })) return timedOut("submit");
+  if (!*submitted) {
+    std::cerr << "qmv: " << kNotLoggedIn << '\n';
+    return kExitFailure;
+  }
+  return runPayNow(app, navigator->topScreen()->payload, args.pay);
+}
+
+// ---- pay ----
+
+struct PayArgs {
+  std::string productId, series, acount;
+  std::string storeId;
+  std::string total;
+  PayChoices pay;
+};
+
+int runPay(CliApp& app, const PayArgs& args) {
+  if (args.productId.empty() == args.storeId.empty()) {
+    std::cerr << "qmv: give either --product (with --series and --acount) or --store (with --total)\n";
+    return kExitUsage;
+  }
+  if (!args.productId.empty() && (args.series.empty() || args.acount.empty())) {
+    std::cerr << "qmv: --product needs --series and --acount\n";
+    return kExitUsage;
+  }
+  if (!args.storeId.empty() && args.total.empty()) {
+    std::cerr << "qmv: --store needs --total\n";
+    return kExitUsage;
+  }
+  const auto& navigator = Env::current().navigator;
+  if (!loggedIn()) {
+    // Pages ask for the login screen first, and so does this.
+    if (navigator) navigator->present(BaseViewController::kLoginScreen);
+    std::cerr << "qmv: " << kNotLoggedIn << '\n';
+    return kExitFailure;
+  }
+  Json payload = args.productId.empty()
+                     ? Json{{"storeId", args.storeId}}
+                     : QXPayNowViewController::drawProductPayload(args.productId, args.series, args.acount);
+  if (!args.total.empty()) payload["totalFee"] = args.total;
+  if (navigator) navigator->push(texts::kPayNowScreen, payload);
+  return runPayNow(app, payload, args.pay);
+}
+
+void addPayChoices(CLI::App* command, PayChoices& choices) {
+  command->add_flag("--no-balance", choices.noBalance, "tap the balance off (pay it all through a channel)");
+  command->add_option("--channel", choices.channel, "tap this payment channel")
+      ->check(CLI::IsMember({"alipay", "wechat", "unionpay"}));
+}
+
+}  // namespace
+
+int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std::string& channel) {
+  return runPayNow(app, payload, {noBalance, channel});
+}
+
+void registerCheckoutCommands(CommandRegistry& registry) {
+  {
+    auto args = std::make_shared<BuyArgs>();
+    CLI::App* buy = registry.add("buy", "buy an offer: submit, pay now, the payment application and back",
+                                 [args](CliApp& app) { return runBuy(app, *args); });
+    buy->add_option("ACTIVITY_ID", args->activityId, "offer (commodity) id")->required();
+    buy->add_option("--quantity", args->quantity, "how many (taps + on the submit screen)")
+        ->check(CLI::Range(1L, 10000L));
+    addPayChoices(buy, args->pay);
+  }
+  {
+    auto args = std::make_shared<PayArgs>();
+    CLI::App* pay = registry.add("pay", "the pay-now screen: a draw product as a page opens it, or a store payment",
+                                 [args](CliApp& app) { return runPay(app, *args); });
+    pay->add_option("--product", args->productId, "draw product id");
+    pay->add_option("--series", args->series, "draw series (issue number)");
+    pay->add_option("--acount", args->acount, "number of draw shares");
+    pay->add_option("--store", args->storeId, "store id, for a direct payment");
+    pay->add_option("--total", args->total, "amount in yuan (a page's draw link carries none)");
+    addPayChoices(pay, args->pay);
+  }
+}
+
+}  // namespace qmv::cli

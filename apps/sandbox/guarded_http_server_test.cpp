@@ -1,0 +1,122 @@
+#include "apps/sandbox/guarded_http_server.h"
+
+#include <arpa/inet.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
+#include <vector>
+
+#include "apps/sandbox/sandbox_test_support.h"
+
+namespace qmv::sandbox::testing {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+int connectTo(int port) {
+  const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<uint16_t>(port));
+  ::inet_pton(AF_INET, "127.0.0.1", &address.sin_addr);
+  if (::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+    ::close(fd);
+    return -1;
+  }
+  return fd;
+}
+
+// Whether the server ends the connection (end of stream or reset) before `deadline`.
+bool closedBy(int fd, Clock::time_point deadline) {
+  char byte;
+  for (;;) {
+    const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now()).count();
+    if (left <= 0) return false;
+    pollfd watched{fd, POLLIN, 0};
+    if (::poll(&watched, 1, static_cast<int>(left)) <= 0) continue;
+    const ssize_t n = ::recv(fd, &byte, 1, MSG_DONTWAIT);
+    if (n == 0 || (n < 0 && errno != EAGAIN && errno != EINTR)) return true;
+  }
+}
+
+TEST_F(SandboxTest, KeptAliveConnectionsAnswerWithoutWaitingForAcknowledgements) {
+  // Under Nagle, a second answer on a connection waits for the client's delayed
+  // acknowledgement of the first (40 ms on Linux) between its headers and its body.
+  httplib::Client& http = api_->raw();
+  http.set_keep_alive(true);
+  std::vector<double> times;
+  for (int i = 0; i < 31; ++i) {
+    const auto start = Clock::now();
+    auto res = http.Get("/sandbox/img/banner_1.png");
+    times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+    ASSERT_TRUE(res);
+    ASSERT_EQ(res->status, 200);
+  }
+  std::sort(times.begin(), times.end());
+  EXPECT_LT(times[times.size() / 2], 25.0);
+}
+
+TEST(SandboxConnections, SlowAndSilentPeersNeitherStallOthersNorKeepTheirWorker) {
+  const auto home = freshHome();
+  const auto start = [&](int workers) {
+    SandboxOptions options{home};
+    options.limits.workers = workers;
+    options.limits.idle = milliseconds(1500);
+    options.limits.exchange = milliseconds(1000);
+    auto server = std::make_unique<SandboxServer>(options);
+    EXPECT_EQ(server->start(), "");
+    return server;
+  };
+  // Whether a client is answered, within a second.
+  const auto answeredPromptly = [](int port) {
+    const auto began = Clock::now();
+    ApiClient api(port);
+    api.raw().set_read_timeout(8, 0);
+    const bool answered = api.get("getCategoryList").value("success", "") == "0";
+    return answered && Clock::now() - began < milliseconds(1000);
+  };
+  {
+    // Eight peers trickling a request line a byte at a time, fifty connected and silent.
+    auto server = start(ServerLimits{}.workers);
+    std::vector<int> slow, silent;
+    for (int i = 0; i < 8; ++i) slow.push_back(connectTo(server->port()));
+    for (int i = 0; i < 50; ++i) silent.push_back(connectTo(server->port()));
+    std::atomic<bool> trickling{true};
+    std::thread trickler([&] {
+      const std::string line = "GET /qmv/app/v3/getCategoryList HTTP/1.1\r\n";
+      for (size_t k = 0; trickling; k = (k + 1) % line.size()) {
+        for (const int fd : slow) ::send(fd, &line[k], 1, MSG_NOSIGNAL);
+        std::this_thread::sleep_for(milliseconds(200));
+      }
+    });
+    const auto began = Clock::now();
+    EXPECT_TRUE(answeredPromptly(server->port()));
+    // Each is cut off: the trickling ones at the end of their exchange, the silent ones
+    // when their idle time is over.
+    for (const int fd : slow) EXPECT_TRUE(closedBy(fd, began + milliseconds(4000)));
+    EXPECT_TRUE(closedBy(silent.front(), began + milliseconds(4000)));
+    trickling = false;
+    trickler.join();
+    for (const int fd : slow) ::close(fd);
+    for (const int fd : silent) ::close(fd);
+  }
+  {
+    // With every worker held by a silent connection, the silent ones make room at once.
+    auto server = start(2);
+    std::vector<int> silent;
+    for (int i = 0; i < 10; ++i) silent.push_back(connectTo(server->port()));
+    std::this_thread::sleep_for(milliseconds(100));
+    EXPECT_TRUE(answeredPromptly(server->port()));
+    for (const int fd : silent) ::close(fd);
+  }
+  std::filesystem::remove_all(home);
+}
+
+}  // namespace
+}  // namespace qmv::sandbox::testing

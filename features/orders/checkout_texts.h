@@ -1,0 +1,50 @@
+#pragma once
+// The texts and pictures of checkout (the submit and pay-now screens, the receipt), in
+// one place. "%@" in the system's own texts becomes concatenation; numeric formats are
+// printf formats.
+namespace qmv::checkout_texts {
+
+// Screen names on the navigator.
+inline constexpr const char* kSubmitScreen = "QXSubmitOderViewController";
+inline constexpr const char* kPayNowScreen = "QXPayNowViewController";
+
+inline constexpr const char* kSubmitTitle = "提交订单";
+inline constexpr const char* kPayNowTitle = "支付订单";
+
+// Submit screen: the unit price "%@元", quantities "%ld", the total "%.2f".
+inline constexpr const char* kYuanSuffix = "元";
+inline constexpr const char* kQuantityFormat = "%ld";
+inline constexpr const char* kTotalFormat = "%.2f";
+
+// Pay-now screen.
+inline constexpr const char* kTotalPrefix = "¥";
+inline constexpr const char* kConfirm = "确认支付";
+inline constexpr const char* kConfirmAmountFormat = "确认支付¥%.2f";
+inline constexpr const char* kBalanceFormat = "我的余额 ¥%.2f";
+inline constexpr const char* kAmountFormat = "%.0f";
+inline constexpr const char* kPaySuccess = "支付成功";
+inline constexpr const char* kBalanceChecked = "yuegouxuan_h";
+inline constexpr const char* kBalanceUnchecked = "yuegouxuan_g";
+inline constexpr const char* kChannelChecked = "gouxuan";
+inline constexpr const char* kChannelUnchecked = "gouxuan_g";
+// The name of a draw product opened from a page: "一元夺宝-第%@期" with the series.
+inline constexpr const char* kDrawNamePrefix = "一元夺宝-第";
+inline constexpr const char* kDrawNameSuffix = "期";
+
+// Channel codes sent as "accountType".
+inline constexpr const char* kAlipayCode = "0";
+inline constexpr const char* kWeChatCode = "1";
+inline constexpr const char* kUnionPayCode = "2";
+inline constexpr const char* kBalanceCode = "3";
+
+// WeChat payment request.
+inline constexpr const char* kWeChatPackage = "Sign=WXPay";
+
+// Receipt panel.
+inline constexpr const char* kReceiptPrice = "消费金额";
+inline constexpr const char* kReceiptBalance = "余额抵现";
+inline constexpr const char* kReceiptMoney = "还需支付";
+inline constexpr const char* kReceiptValueFormat = "%.2f元";
+inline constexpr const char* kReceiptNote = "为了确保您成功消费，请尽快和商家确认";
+
+}  // namespace qmv::checkout_texts

@@ -1,0 +1,55 @@
+#include "features/orders/pay_now_runner.h"
+
+namespace qmv {
+
+using Channel = QXPayNowViewController::Channel;
+using PayStep = QXPayNowViewController::PayStep;
+
+PayNowRunner::PayNowRunner(const Json& payload)
+    : screen_(payload), failures_([this] {
+        if (handedOver_) finish(Outcome::NotPaid);
+      }) {
+  screen_.onPayStep = [this](PayStep step) {
+    if (step == PayStep::Paid) {
+      finish(Outcome::Paid);
+    } else if (step == PayStep::HandedOver) {
+      handedOver_ = true;
+    } else {
+      finish(Outcome::Refused);
+    }
+  };
+}
+
+void PayNowRunner::appear() { screen_.viewDidLoad(); }
+
+bool PayNowRunner::tap(const Choices& choices) {
+  if (!choices.useBalance && screen_.yueSelected()) screen_.yueSelectAction();
+  if (!choices.channel) return true;
+  if (screen_.bottomHidden()) return false;
+  switch (*choices.channel) {
+    case Channel::Alipay:
+      screen_.zhifubaoSelectAction();
+      break;
+    case Channel::WeChat:
+      screen_.weixinSelectAction();
+      break;
+    case Channel::UnionPay:
+      screen_.yinlianSelectAction();
+      break;
+  }
+  return true;
+}
+
+void PayNowRunner::confirm() {
+  screen_.confirmAction();
+  if (!screen_.isPreparing() && !finished()) finish(Outcome::NothingConfirmed);
+}
+
+void PayNowRunner::finish(Outcome outcome) {
+  // The first ending stands: a success arriving again, or late, changes nothing.
+  if (finished()) return;
+  outcome_ = outcome;
+  if (onFinished) onFinished(outcome);
+}
+
+}  // namespace qmv

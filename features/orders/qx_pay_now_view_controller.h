@@ -1,0 +1,146 @@
+#pragma once
+// The pay-now screen ("支付订单"), headless. The buyer decides whether to use the account
+// balance and picks one payment channel; confirming prepares the payment on the server and
+// hands it to the channel, or, when the balance covers everything, is the payment.
+//
+// Money on this screen is in fen: B is the member's balance, T the total (totalFee in
+// yuan × 100, in whole fen as "%.0f" rounds it), leftPayAmount what a channel still has
+// to pay. The server is always sent the full total; with "useBalance" it takes the
+// balance part itself.
+//
+// A success (the balance payment, the wallet's callback, or "pay_success_noti" from the
+// payment-result handling) shows "支付成功" and leaves the screen once: later successes
+// of the same screen are ignored, however they arrive.
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/session/base_view_controller.h"
+#include "features/orders/order_info_model.h"
+#include "platform/notification_center.h"
+
+namespace qmv {
+
+class PreparePayNetApi;
+
+class QXPayNowViewController : public BaseViewController {
+ public:
+  enum class Channel { Alipay, WeChat, UnionPay };
+  // Where a confirm got to.
+  enum class PayStep {
+    Stopped,     // nothing further: the server did not prepare it, its answer carried
+                 // nothing to pay with, or no payment library is installed
+    HandedOver,  // a payment library has it; its result comes back through the shell
+    Paid,        // paySuceessNoti ran
+  };
+
+  QXPayNowViewController() = default;
+  // Sets the properties from the payload the screen is pushed with: keys are the property
+  // names, absent keys leave a property unset.
+  explicit QXPayNowViewController(const Json& payload);
+  ~QXPayNowViewController() override;
+  QXPayNowViewController(const QXPayNowViewController&) = delete;
+  QXPayNowViewController& operator=(const QXPayNowViewController&) = delete;
+
+  // The payload for the properties that are set.
+  Json payload() const;
+  // The payload of a draw product opened from a page: productId, series, acount and the
+  // name "一元夺宝-第%@期" of the series; no total.
+  static Json drawProductPayload(const std::string& productId, const std::string& series, const std::string& acount);
+
+  // Set by the caller before the screen is shown.
+  long payType = 0;
+  std::string totalFee;  // yuan, two decimals
+  std::string name;
+  std::string storeId;
+  std::string activityId;
+  std::string activityCount;
+  std::string isFirst;  // sent as "isFirstOrder"
+  std::string productId;
+  std::string series;
+  std::string acount;
+
+  // Set-up from B and T, refreshView, and the "pay_success_noti" observer (kept until
+  // the screen is destroyed). REQUIRES: once, on the interface thread.
+  void viewDidLoad();
+  // Recomputes the texts and check pictures from the state.
+  void refreshView();
+
+  // Toggles the balance: off shows the channels with the wallet selected; on hides and
+  // clears them when the balance covers T.
+  void yueSelectAction();
+  // Selects one channel and clears the other two; the balance flag stays.
+  void zhifubaoSelectAction() { selectChannel(Channel::Alipay); }
+  void weixinSelectAction() { selectChannel(Channel::WeChat); }
+  void yinlianSelectAction() { selectChannel(Channel::UnionPay); }
+  // Pays from the balance when nothing is left to pay, else with the selected channel;
+  // with no channel selected nothing happens.
+  void confirmAction();
+  void payWithAliPay();
+  void payWithWX();
+  void payWithUnit();
+  void payWithBlance();
+  // "支付成功", then back to GlobalData's popToAfterPayVC when it is still open, else one
+  // screen back. Only the first call of a screen does anything.
+  void paySuceessNoti();
+
+  bool yueSelected() const { return yueSelected_; }
+  bool zhifubaoSelected() const { return zhifubaoSelected_; }
+  bool weixinSelected() const { return weixinSelected_; }
+  bool yinlianSelected() const { return yinlianSelected_; }
+  bool topHidden() const { return topHidden_; }        // the balance row
+  bool bottomHidden() const { return bottomHidden_; }  // the channel list
+  double leftPayAmount() const { return leftPayAmount_; }
+  std::int64_t balanceFen() const { return balance_; }  // B
+  double totalFen() const { return total_; }            // T
+
+  // What refreshView shows.
+  std::string totalText() const;  // "¥%@" with totalFee
+  const std::string& confirmTitle() const { return confirmTitle_; }
+  const std::string& balanceText() const { return balanceText_; }
+  const std::string& balanceImage() const { return balanceImage_; }
+  const std::string& channelImage(Channel channel) const;
+
+  bool paid() const { return paid_; }
+  // Whether a prepare request of this screen is running.
+  bool isPreparing() const;
+  // The order of the last correct prepare answer, with the balance part (`blance`) and
+  // the rest (`money`) in yuan as this screen reckoned them; nullopt before one.
+  const std::optional<OrderInfoModel>& order() const { return order_; }
+
+  std::function<void(PayStep)> onPayStep;
+
+ private:
+  void setUpAmounts();
+  void setChannel(std::optional<Channel> channel);
+  void selectChannel(Channel channel);
+  void prepare(const char* code);
+  void prepared(PreparePayNetApi& api, const std::string& code);
+  void handOver(const std::string& code, const std::string& prepayId);
+  void step(PayStep value);
+
+  bool yueSelected_ = false;
+  bool zhifubaoSelected_ = false;
+  bool weixinSelected_ = false;
+  bool yinlianSelected_ = false;
+  bool topHidden_ = false;
+  bool bottomHidden_ = false;
+  double leftPayAmount_ = 0;
+  std::int64_t balance_ = 0;
+  double total_ = 0;
+  std::string confirmTitle_;
+  std::string balanceText_;
+  std::string balanceImage_;
+  std::string channelImages_[3];
+  bool paid_ = false;
+  std::optional<OrderInfoModel> order_;
+  std::shared_ptr<PreparePayNetApi> prepareNet_;
+  std::shared_ptr<NotificationCenter> notifications_;
+  NotificationCenter::ObserverToken paySuccessToken_ = 0;
+  // Callbacks handed to a payment library may outlive the screen; they check this first.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace qmv

@@ -1,0 +1,104 @@
+#include "features/orders/qx_submit_oder_view_controller.h"
+
+#include <limits>
+
+#include "core/common/dictionary.h"
+#include "core/session/global_data.h"
+#include "core/session/user_info_net_api.h"
+#include "features/orders/amount_text.h"
+#include "features/orders/checkout_texts.h"
+#include "platform/env.h"
+
+namespace qmv {
+
+namespace texts = checkout_texts;
+
+QXSubmitOderViewController::QXSubmitOderViewController(ActivityModel activityInfo, std::string isFirst)
+    : activityInfo_(std::move(activityInfo)), isFirst_(std::move(isFirst)) {}
+
+QXSubmitOderViewController::QXSubmitOderViewController(const Json& payload)
+    : QXSubmitOderViewController(ActivityModel(payload.is_object() ? payload.value("activityInfo", Json()) : Json()),
+                                 strForKey(payload, "isFirst")) {}
+
+QXSubmitOderViewController::~QXSubmitOderViewController() { detachRequest(userInfoNet_); }
+
+Json QXSubmitOderViewController::activityPayload(const ActivityModel& activityInfo, const std::string& isFirst) {
+  return {{"activityInfo",
+           {{"commodityId", activityInfo.commodityID},
+            {"name", activityInfo.name},
+            {"imageURL", activityInfo.imageURL},
+            {"nowPrice", activityInfo.nowPrice},
+            {"firstPrice", activityInfo.firstPrice},
+            {"storeId", activityInfo.storeId}}},
+          {"isFirst", isFirst}};
+}
+
+std::string QXSubmitOderViewController::unitPriceText() const { return activityInfo_.nowPrice + texts::kYuanSuffix; }
+
+float QXSubmitOderViewController::totalFee() const {
+  const float quantity = static_cast<float>(integerValueOf(quantity_));
+  const float nowPrice = floatValueOf(activityInfo_.nowPrice);
+  const float firstPrice = floatValueOf(activityInfo_.firstPrice);
+  if (isFirst_ == "0") return quantity * nowPrice;
+  if (isFirst_ == "1") return (quantity - 1) * nowPrice + firstPrice;
+  return firstPrice;
+}
+
+std::string QXSubmitOderViewController::totalText() const { return formatAmount(texts::kTotalFormat, totalFee()); }
+
+void QXSubmitOderViewController::plusAction() {
+  const long long quantity = integerValueOf(quantity_);
+  if (quantity == std::numeric_limits<long long>::max()) return;
+  quantity_ = std::to_string(quantity + 1);
+  if (onChange) onChange();
+}
+
+void QXSubmitOderViewController::reduceAction() {
+  const long long quantity = integerValueOf(quantity_);
+  if (quantity < 2) return;
+  quantity_ = std::to_string(quantity - 1);
+  if (onChange) onChange();
+}
+
+void QXSubmitOderViewController::submitAction() {
+  detachRequest(userInfoNet_);
+  auto request = std::make_shared<UserInfoNetApi>();
+  attachRequest(*request);
+  userInfoNet_ = request;
+  // Whatever the refresh brings, the purchase goes on with the record there is then; an
+  // expired session has cleared it by now.
+  const auto finished = [this](BaseRequest& done) {
+    auto& api = static_cast<UserInfoNetApi&>(done);
+    if (api.isCorrectResult()) {
+      const Json envelope = parseJson(api.responseString());
+      const auto& self = GlobalData::sharedInstance().selfInfo();
+      if (self && envelope.is_object()) self->setWithDict(envelope.value("data", Json()));
+    }
+    openPayNow();
+  };
+  request->startWithCompletionBlockWithSuccess(finished, finished);
+}
+
+Json QXSubmitOderViewController::payNowPayload() const {
+  return {{"payType", 0},
+          {"storeId", activityInfo_.storeId},
+          {"totalFee", totalText()},
+          {"activityId", activityInfo_.commodityID},
+          {"activityCount", quantity_},
+          {"name", activityInfo_.name},
+          {"isFirst", isFirst_}};
+}
+
+void QXSubmitOderViewController::openPayNow() {
+  const auto& self = GlobalData::sharedInstance().selfInfo();
+  if (!self || self->sessionId.empty()) {
+    presentLoginCtrl();
+    if (onSubmitted) onSubmitted(std::nullopt);
+    return;
+  }
+  std::optional<ScreenId> pushed;
+  if (const auto& navigator = Env::current().navigator) pushed = navigator->push(texts::kPayNowScreen, payNowPayload());
+  if (onSubmitted) onSubmitted(pushed);
+}
+
+}  // namespace qmv

@@ -1,0 +1,69 @@
+#pragma once
+// The submit screen ("提交订单"), headless: the buyer picks a quantity of an offer and sees
+// the total; submitting refreshes the member (so that the balance is current) and pushes
+// the pay-now screen, or presents the login screen when there is no session.
+//
+// The total is computed in single precision, as the screen always has: "0" quantity ×
+// nowPrice; "1" the first unit at firstPrice and the rest at nowPrice; any other flag
+// firstPrice alone, whatever the quantity.
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/session/base_view_controller.h"
+#include "features/discovery/activity_model.h"
+#include "platform/navigator.h"
+
+namespace qmv {
+
+class UserInfoNetApi;
+
+class QXSubmitOderViewController : public BaseViewController {
+ public:
+  QXSubmitOderViewController(ActivityModel activityInfo, std::string isFirst);
+  // From the payload the offer screen pushes the screen with (see activityPayload).
+  explicit QXSubmitOderViewController(const Json& payload);
+  ~QXSubmitOderViewController() override;
+  QXSubmitOderViewController(const QXSubmitOderViewController&) = delete;
+  QXSubmitOderViewController& operator=(const QXSubmitOderViewController&) = delete;
+
+  // {"activityInfo": the offer in the server's keys, "isFirst"}: what the screen is
+  // pushed with.
+  static Json activityPayload(const ActivityModel& activityInfo, const std::string& isFirst);
+
+  const ActivityModel& activityInfo() const { return activityInfo_; }
+  const std::string& isFirst() const { return isFirst_; }
+  // The quantity label ("%ld"), "1" at first.
+  const std::string& quantityText() const { return quantity_; }
+  // "%@元" with nowPrice.
+  std::string unitPriceText() const;
+  // The total in yuan by the rule above, and its "%.2f" text (what the pay-now screen
+  // is given as totalFee).
+  float totalFee() const;
+  std::string totalText() const;
+
+  // One more, without bound.
+  void plusAction();
+  // One fewer, never below 1.
+  void reduceAction();
+  // Refreshes the member, then opens the pay-now screen or the login screen. A submit
+  // while the refresh runs replaces it. onSubmitted tells which screen was opened.
+  void submitAction();
+  // The pay-now screen's payload for the current quantity and total.
+  Json payNowPayload() const;
+
+  // After submitAction: the pushed pay-now screen, or nullopt when the login screen was
+  // presented instead.
+  std::function<void(std::optional<ScreenId> payNow)> onSubmitted;
+
+ private:
+  void openPayNow();
+
+  ActivityModel activityInfo_;
+  std::string isFirst_;
+  std::string quantity_ = "1";
+  std::shared_ptr<UserInfoNetApi> userInfoNet_;
+};
+
+}  // namespace qmv

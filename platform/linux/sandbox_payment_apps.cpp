@@ -1,0 +1,120 @@
+#include "platform/linux/sandbox_payment_apps.h"
+
+#include <map>
+
+#include "core/common/json.h"
+#include "core/common/log.h"
+#include "core/common/string_util.h"
+#include "core/common/url_parts.h"
+
+namespace qmv {
+namespace {
+
+constexpr const char* kWeChatSource = "com.tencent.xin";
+constexpr const char* kAlipaySource = "com.alipay.iphoneclient";
+
+const char* resultName(PayOutcome outcome) {
+  switch (outcome) {
+    case PayOutcome::Success:
+      return "success";
+    case PayOutcome::Cancel:
+      return "cancel";
+    case PayOutcome::Fail:
+      break;
+  }
+  return "fail";
+}
+
+// Reports the member's choice to the sandbox and then calls `done` with the outcome that
+// holds: a completion the sandbox refuses (or cannot be reached for) is a failure, with
+// the sandbox's message.
+void completeAtSandbox(const SandboxPaymentSetup& setup, const std::string& prepayId,
+                       std::function<void(PayOutcome, const std::string& message)> done) {
+  if (!setup.http) {
+    done(PayOutcome::Fail, "");
+    return;
+  }
+  HttpRequest request;
+  request.method = "POST";
+  request.url = setup.completeUrl;
+  request.contentType = "application/x-www-form-urlencoded";
+  request.body = "prepay_id=" + percentEncode(prepayId) + "&result=" + resultName(setup.outcome);
+  setup.http->send(std::move(request), [outcome = setup.outcome, done = std::move(done)](HttpResponse response) {
+    const Json envelope = response.status == 200 ? parseJson(response.body) : Json();
+    if (envelope.is_object() && envelope.value("success", Json()) == "0") {
+      done(outcome, "");
+      return;
+    }
+    const std::string message = envelope.is_object() && envelope.value("message", Json()).is_string()
+                                    ? envelope["message"].get<std::string>()
+                                    : std::string();
+    logLine("sandbox payment: completion refused: " + (message.empty() ? response.errorMessage : message));
+    done(PayOutcome::Fail, message);
+  });
+}
+
+void returnTo(const SandboxPaymentSetup& setup, const std::string& url, const std::string& source) {
+  logLine("sandbox payment: return " + url);
+  if (setup.openURL) setup.openURL(url, source);
+}
+
+// "\uXXXX" escapes of the text's code points, as the wallet writes its memo.
+std::string unicodeEscaped(const std::u16string& text) {
+  static const char* const kHex = "0123456789abcdef";
+  std::string out;
+  for (const char16_t unit : text) {
+    out += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) out += kHex[(unit >> shift) & 0xF];
+  }
+  return out;
+}
+
+}  // namespace
+
+SandboxWeChatApp::SandboxWeChatApp(SandboxPaymentSetup setup, std::string apiKey)
+    : setup_(std::move(setup)), apiKey_(std::move(apiKey)) {}
+
+bool SandboxWeChatApp::sendReq(const PayReq& r) {
+  UrlResultWeChatApi::sendReq(r);
+  const std::map<std::string, std::string> signed_ = {
+      {"appid", r.openID},       {"noncestr", r.nonceStr}, {"package", r.package},
+      {"partnerid", r.partnerId}, {"prepayid", r.prepayId}, {"timestamp", std::to_string(r.timeStamp)}};
+  const std::string back = (r.openID.empty() ? std::string("wx") : r.openID) + "://pay/?errCode=";
+  if (r.prepayId.empty() || r.package != "Sign=WXPay" || StringUtil::createMd5Sign(signed_, apiKey_) != r.sign) {
+    logLine("sandbox payment: the payment request's signature does not check");
+    returnTo(setup_, back + "-1", kWeChatSource);
+    return true;
+  }
+  completeAtSandbox(setup_, r.prepayId, [setup = setup_, back](PayOutcome outcome, const std::string&) {
+    const char* code = outcome == PayOutcome::Success ? "0" : outcome == PayOutcome::Cancel ? "-2" : "-1";
+    returnTo(setup, back + code, kWeChatSource);
+  });
+  return true;
+}
+
+void SandboxAlipayApp::payOrder(const std::string& orderString, const std::string& scheme, Callback callback) {
+  UrlResultAlipayService::payOrder(orderString, scheme, std::move(callback));
+  completeAtSandbox(setup_, orderString, [setup = setup_, scheme](PayOutcome outcome, const std::string& message) {
+    std::string status = "9000";
+    std::string memo;
+    if (outcome == PayOutcome::Cancel) {
+      status = "6001";
+      memo = unicodeEscaped(u"用户中途取消");
+    } else if (outcome == PayOutcome::Fail) {
+      status = "4000";
+      memo = message.empty() ? unicodeEscaped(u"订单支付失败") : message;
+    }
+    returnTo(setup, scheme + "://safepay/?resultStatus=" + status + "&memo=" + percentEncode(memo), kAlipaySource);
+  });
+}
+
+bool SandboxUPPayApp::startPay(const std::string& tn, const std::string& scheme, const std::string& mode,
+                               const std::string& screen) {
+  UrlResultUPPayControl::startPay(tn, scheme, mode, screen);
+  completeAtSandbox(setup_, tn, [setup = setup_, scheme](PayOutcome outcome, const std::string&) {
+    returnTo(setup, scheme + "://uppayresult?code=" + resultName(outcome), "");
+  });
+  return true;
+}
+
+}  // namespace qmv

@@ -1,0 +1,127 @@
+// Checkout from the command line, each purchase one start of the application against its
+// embedded sandbox, with the sandbox's payment applications completing (or cancelling, or
+// failing) the payment and returning through the inbound URL. What was paid is then read
+// back from the sandbox itself.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "core/common/temp_home_for_test.h"
+#include "tests/cli_runner.h"
+// Last: httplib brings a DELETE macro.
+#include "apps/sandbox/sandbox_test_support.h"
+
+namespace qmv {
+namespace {
+
+// The demo offer with a first-purchase price: 15.00, first unit 7.50.
+constexpr const char* kFirstPriceOffer = "5";
+// The demo voucher offer: 88.00.
+constexpr const char* kVoucherOffer = "2";
+
+class CheckoutCommandsTest : public ::testing::Test {
+ protected:
+  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
+
+  // The member's balance in fen, as the next start sees it.
+  long long balance() {
+    const Json doc = parseJson(run({"--json", "me"}).out);
+    return doc.is_object() ? std::stoll(doc["data"]["member"].value("balance", "-1")) : -1;
+  }
+
+  // The member's orders of the "to be used" tab, read from the sandbox the runs used.
+  Json ordersToUse(const std::string& phone) {
+    sandbox::SandboxServer server(sandbox::SandboxOptions{home_.home() / "sandbox", 0});
+    if (!server.start().empty()) return Json();
+    sandbox::testing::ApiClient api(server.port());
+    const Json reply = api.get("getMyPosts", {{"sessionId", api.login(phone)}, {"page", "1"}, {"type", "1"}});
+    server.stop();
+    return reply["data"]["dataList"];
+  }
+
+  TempHome home_;
+};
+
+TEST_F(CheckoutCommandsTest, EveryChannelPaysAndCancelOrFailPaysNothing) {
+  // A member without balance: the channels show with the wallet chosen.
+  const std::string phone = "13800000005";
+  ASSERT_EQ(run({"login", phone, "qmv123"}).status, 0);
+  auto first = run({"buy", kFirstPriceOffer, "--quantity", "3"});
+  ASSERT_EQ(first.status, 0) << first.out;
+  EXPECT_TRUE(first.has("15.00元 x 3 = 37.50\n")) << "the first unit at its first-purchase price";
+  EXPECT_TRUE(first.has("alipay [x]  wechat [ ]  unionpay [ ]\n确认支付¥37.50\n")) << first.out;
+  EXPECT_FALSE(first.has("我的余额")) << "no balance, no balance row";
+  EXPECT_TRUE(first.has("支付成功\noutcome: paid\n")) << first.out;
+
+  struct Attempt {
+    const char* channel;
+    const char* outcome;
+    const char* shown;
+  };
+  for (const Attempt& a : {Attempt{"wechat", "cancel", "支付失败"}, Attempt{"alipay", "fail", "订单支付失败"},
+                           Attempt{"unionpay", "cancel", "支付取消"}, Attempt{"unionpay", "fail", "支付失败"}}) {
+    auto refused = run({"--pay-outcome", a.outcome, "buy", kFirstPriceOffer, "--channel", a.channel});
+    EXPECT_EQ(refused.status, 1) << a.channel << " " << a.outcome << "\n" << refused.out;
+    EXPECT_TRUE(refused.has(std::string(a.shown) + "\noutcome: not paid\n")) << refused.out;
+    EXPECT_FALSE(refused.has("支付成功"));
+  }
+  for (const char* channel : {"wechat", "unionpay"}) {
+    auto paid = run({"buy", kFirstPriceOffer, "--channel", channel});
+    EXPECT_EQ(paid.status, 0) << channel << "\n" << paid.out;
+    EXPECT_TRUE(paid.has("15.00元 x 1 = 15.00\n")) << "the first-purchase price is spent";
+  }
+
+  // Exactly the three payments that succeeded are orders to be used, each with its code.
+  std::multiset<std::string> totals;
+  for (const Json& order : ordersToUse(phone)) {
+    if (order.value("commodityId", "") != kFirstPriceOffer) continue;
+    totals.insert(order.value("totalPrices", ""));
+    EXPECT_EQ(order.value("promotionCode", "").size(), 12u) << order.dump();
+  }
+  EXPECT_EQ(totals, (std::multiset<std::string>{"37.50", "15.00", "15.00"}));
+}
+
+TEST_F(CheckoutCommandsTest, TheBalancePaysAllOrPartAndTheServerGetsTheFullTotal) {
+  ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0);
+  // The balance covers it: no channel is offered, and none can be chosen.
+  auto covered = run({"buy", kVoucherOffer});
+  ASSERT_EQ(covered.status, 0) << covered.out;
+  EXPECT_TRUE(covered.has("我的余额 ¥500.00 [x]\n确认支付\n")) << covered.out;
+  EXPECT_FALSE(covered.has("alipay ["));
+  EXPECT_EQ(balance(), 50000 - 8800);
+  EXPECT_EQ(run({"buy", kVoucherOffer, "--channel", "wechat"}).status, 1);
+
+  // 5 × 88.00 against 412.00: the wallet pays the 28.00 left, the balance the rest.
+  auto partial = run({"buy", kVoucherOffer, "--quantity", "5"});
+  ASSERT_EQ(partial.status, 0) << partial.out;
+  EXPECT_TRUE(partial.has("我的余额 ¥412.00 [x]\nalipay [x]  wechat [ ]  unionpay [ ]\n确认支付¥28.00\n"))
+      << partial.out;
+  EXPECT_TRUE(partial.has("余额抵现 412.00元\n还需支付 28.00元\n")) << partial.out;
+  EXPECT_EQ(balance(), 0);
+  bool found = false;
+  for (const Json& order : ordersToUse("13800000000")) found |= order.value("totalPrices", "") == "440.00";
+  EXPECT_TRUE(found) << "the prepared total is the whole 440.00, not what the wallet paid";
+}
+
+TEST_F(CheckoutCommandsTest, PagesPayForDrawSharesAndStoresPayDirectly) {
+  EXPECT_EQ(run({"pay", "--product", "1", "--series", "12", "--acount", "3"}).status, 1) << "not logged in";
+  ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0);
+  // A page's link carries no total: the server prices the three shares itself.
+  auto draw = run({"pay", "--product", "1", "--series", "12", "--acount", "3"});
+  ASSERT_EQ(draw.status, 0) << draw.out;
+  EXPECT_TRUE(draw.has("一元夺宝-第12期\n")) << draw.out;
+  EXPECT_TRUE(draw.has("outcome: paid\n"));
+  EXPECT_EQ(balance(), 50000 - 300);
+
+  auto store = run({"pay", "--store", "1", "--total", "12.50", "--no-balance", "--channel", "unionpay"});
+  ASSERT_EQ(store.status, 0) << store.out;
+  EXPECT_TRUE(store.has("确认支付¥12.50\n支付成功\n")) << store.out;
+  EXPECT_EQ(balance(), 50000 - 300) << "the plug-in paid it all";
+
+  EXPECT_EQ(run({"pay", "--store", "1"}).status, 2);
+  EXPECT_EQ(run({"pay", "--store", "1", "--product", "1", "--total", "1"}).status, 2);
+  EXPECT_EQ(run({"pay", "--product", "1", "--series", "12"}).status, 2);
+}
+
+}  // namespace
+}  // namespace qmv

@@ -1,0 +1,119 @@
+// The checkout screens against the sandbox: the submit screen's totals and a payment whose
+// success reaches the pay-now screen twice (the wallet's own callback and its return URL),
+// with notifications delivered through the loop and delivered at once.
+#include <map>
+
+#include "features/orders/checkout_texts.h"
+#include "features/orders/pay_now_runner.h"
+#include "features/orders/qx_submit_oder_view_controller.h"
+#include "platform/linux/loop_notification_center.h"
+#include "platform/linux/stack_navigator.h"
+#include "platform/testing/recording_payment_channels.h"
+#include "shell/app_delegate.h"
+#include "tests/sandbox_fixture.h"
+
+namespace qmv::contract {
+namespace {
+
+// Delivers every post before post() returns.
+class ImmediateNotificationCenter : public NotificationCenter {
+ public:
+  void post(const std::string& name, const Json& userInfo) override {
+    const auto snapshot = observers_;
+    for (const auto& [token, observer] : snapshot) {
+      if (observer.first == name && observers_.contains(token)) observer.second(name, userInfo);
+    }
+  }
+  ObserverToken addObserver(const std::string& name, Callback callback) override {
+    observers_[next_] = {name, std::move(callback)};
+    return next_++;
+  }
+  void removeObserver(ObserverToken token) override { observers_.erase(token); }
+
+ private:
+  std::map<ObserverToken, std::pair<std::string, Callback>> observers_;
+  ObserverToken next_ = 1;
+};
+
+class CheckoutScreensTest : public SandboxContractTest {};
+
+TEST_F(CheckoutScreensTest, SubmitTotalsFollowTheFirstPurchaseFlagInSinglePrecision) {
+  ActivityModel offer(Json{{"nowPrice", "10"}, {"firstPrice", "1"}, {"commodityId", "9"}, {"storeId", "3"}});
+  QXSubmitOderViewController first(offer, "1");
+  first.reduceAction();
+  EXPECT_EQ(first.quantityText(), "1") << "never below one";
+  first.plusAction();
+  first.plusAction();
+  EXPECT_EQ(first.totalText(), "21.00");
+  EXPECT_EQ(first.unitPriceText(), "10元");
+  QXSubmitOderViewController other(offer, "2");
+  other.plusAction();
+  EXPECT_EQ(other.totalText(), "1.00") << "any other flag sells one at the first price";
+  // 3 × 0.055 is a hair above 0.165 in double precision (0.17) but 0.16499999 in single
+  // precision: the screen has always said 0.16.
+  QXSubmitOderViewController cheap(ActivityModel(Json{{"nowPrice", "0.055"}}), "0");
+  cheap.plusAction();
+  cheap.plusAction();
+  EXPECT_EQ(cheap.totalText(), "0.16");
+  const Json payload = first.payNowPayload();
+  EXPECT_EQ(payload, (Json{{"payType", 0},
+                           {"storeId", "3"},
+                           {"totalFee", "21.00"},
+                           {"activityId", "9"},
+                           {"activityCount", "3"},
+                           {"name", ""},
+                           {"isFirst", "1"}}));
+  EXPECT_EQ(QXPayNowViewController(payload).payload(), (Json{{"payType", 0},
+                                                             {"totalFee", "21.00"},
+                                                             {"storeId", "3"},
+                                                             {"activityId", "9"},
+                                                             {"activityCount", "3"},
+                                                             {"isFirst", "1"}}));
+}
+
+TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
+  ASSERT_NE(login(), nullptr);
+  auto alipay = std::make_shared<RecordingAlipayService>();
+  Env::current().payments = std::make_shared<PaymentChannels>(PaymentChannels{nullptr, alipay, nullptr});
+  AppDelegate delegate{AppConfig{}};
+  const std::vector<std::shared_ptr<NotificationCenter>> centres = {std::make_shared<LoopNotificationCenter>(loop_),
+                                                                     std::make_shared<ImmediateNotificationCenter>()};
+  for (const auto& centre : centres) {
+    Env::current().notifications = centre;
+    auto navigator = std::make_shared<StackNavigator>();
+    Env::current().navigator = navigator;
+    navigator->setRoot("TabBarViewController");
+    navigator->push("QXActivitiesViewController");
+    navigator->push(checkout_texts::kSubmitScreen);
+    const Json payload = {{"storeId", "1"}, {"totalFee", "12.50"}};
+    navigator->push(checkout_texts::kPayNowScreen, payload);
+    const std::size_t shownBefore = shown().size();
+
+    PayNowRunner runner(payload);
+    runner.appear();
+    ASSERT_TRUE(runner.tap({false, QXPayNowViewController::Channel::Alipay}));
+    EXPECT_EQ(runner.screen().confirmTitle(), "确认支付¥12.50");
+    runner.confirm();
+    // The wallet answers its own callback with success; its return URL then says it again.
+    ASSERT_TRUE(loop_->runUntil([&] { return runner.finished(); }, std::chrono::seconds(20)));
+    EXPECT_EQ(runner.outcome(), PayNowRunner::Outcome::Paid);
+    EXPECT_TRUE(delegate.openURL("qqqmmmvvv://safepay/?resultStatus=9000", ""));
+    EXPECT_TRUE(delegate.openURL("qqqmmmvvv://safepay/?resultStatus=9000", ""));
+    loop_->runUntil([] { return false; }, std::chrono::milliseconds(50));
+
+    ASSERT_EQ(alipay->orders.size(), 1u);
+    EXPECT_TRUE(alipay->orders.back().starts_with("sbx")) << alipay->orders.back();
+    EXPECT_TRUE(alipay->orders.back().ends_with("|qqqmmmvvv"));
+    const auto layers = navigator->layers();
+    ASSERT_EQ(layers.size(), 1u);
+    ASSERT_EQ(layers[0].size(), 3u) << "one screen back, to the submit screen, and no further";
+    EXPECT_EQ(layers[0].back().name, checkout_texts::kSubmitScreen);
+    const auto all = shown();
+    const std::vector<std::string> said(all.begin() + static_cast<long>(shownBefore), all.end());
+    EXPECT_EQ(said, std::vector<std::string>{"支付成功"});
+    alipay->orders.clear();
+  }
+}
+
+}  // namespace
+}  // namespace qmv::contract

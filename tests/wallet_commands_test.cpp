@@ -1,0 +1,112 @@
+// The wallet commands run as separate starts of the application against the embedded
+// sandbox: binding a card through the SMS code, showing it, withdrawing to it and
+// unbinding it, with the screen's checks and the server's refusals on the way.
+#include <gtest/gtest.h>
+
+#include "core/common/temp_home_for_test.h"
+#include "tests/cli_runner.h"
+
+namespace qmv {
+namespace {
+
+// Luhn-valid 19-digit card, the same with its check digit changed, and an identity number.
+constexpr const char* kCard = "6222020200112233446";
+constexpr const char* kFailingCard = "6222020200112233445";
+constexpr const char* kIdNumber = "37130219900101123X";
+constexpr const char* kSubmitted = "您的提现申请已提交,申请将在1-3个工作日内处理完成";
+
+class WalletCommandsTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
+
+  testsupport::CliRun run(std::vector<std::string> args) {
+    return testsupport::runQmv(home_.home(), std::move(args));
+  }
+  testsupport::CliRun bind(const std::string& name, const std::string& card, const std::string& code) {
+    std::vector<std::string> args = {"card", "bind", "--name", name, "--id", kIdNumber, "--card", card};
+    if (!code.empty()) args.insert(args.end(), {"--code", code});
+    return run(args);
+  }
+  testsupport::CliRun withdraw(const std::string& amount) { return run({"withdraw", amount}); }
+
+  TempHome home_;
+};
+
+TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
+  auto card = run({"card"});
+  ASSERT_EQ(card.status, 0) << card.out;
+  EXPECT_TRUE(card.has("+ 添加银行卡")) << card.out;
+
+  // Off a terminal the code button is tapped and the run ends once the code is sent.
+  auto sent = bind("张三", kCard, "");
+  EXPECT_EQ(sent.status, 0) << sent.out;
+  EXPECT_TRUE(sent.has("验证码发送成功")) << sent.out;
+  EXPECT_TRUE(sent.has("    138****0000\n")) << sent.out;
+
+  // The name is checked before the card number; a checksum failure reads as unsupported.
+  auto badName = bind("Zhang", kFailingCard, "123456");
+  EXPECT_EQ(badName.status, 1);
+  EXPECT_TRUE(badName.has("持卡人姓名格式不正确")) << badName.out;
+  auto unsupported = bind("张三", kFailingCard, "123456");
+  EXPECT_EQ(unsupported.status, 1);
+  EXPECT_TRUE(unsupported.has("暂时不支持此类银行卡")) << unsupported.out;
+  auto wrongCode = bind("张三", kCard, "111111");
+  EXPECT_EQ(wrongCode.status, 1);
+  EXPECT_TRUE(wrongCode.has("验证码错误或已过期")) << wrongCode.out;
+  EXPECT_TRUE(run({"card"}).has("+ 添加银行卡")) << "a refused binding binds nothing";
+
+  auto bound = bind("张三", kCard, "123456");
+  ASSERT_EQ(bound.status, 0) << bound.out;
+  EXPECT_TRUE(bound.has("绑定成功")) << bound.out;
+  auto shown = run({"--json", "card"});
+  ASSERT_EQ(shown.status, 0) << shown.out;
+  const Json shownCard = parseJson(shown.out)["data"]["card"];
+  ASSERT_TRUE(shownCard.is_object()) << shown.out;
+  EXPECT_EQ(shownCard["cardId"], kCard);
+  const std::string cardBank = shownCard["cardBank"];
+  auto text = run({"card"});
+  EXPECT_TRUE(text.has("张三   " + cardBank + "\n" + kCard + "\n")) << text.out;
+
+  // The demo balance is 500.00 yuan.
+  for (const auto& [amount, message] : std::vector<std::pair<std::string, std::string>>{
+           {"9.99", "提现最小金额为10元"},
+           {"10.005", "金额为整数或者最多两位小数"},
+           {"12a50", "金额为整数或者最多两位小数"},
+           {"500.01", "余额不足"},
+           {"12345678", "余额不足"}}) {
+    auto refused = withdraw(amount);
+    EXPECT_EQ(refused.status, 1) << amount;
+    EXPECT_TRUE(refused.has(message + "\n")) << amount << ": " << refused.out;
+  }
+  EXPECT_TRUE(withdraw("12345678").has("  金额 (元) : 9999999\n"));
+  // 10.01 x 100 in binary floating point truncates to 1000; the withdrawal takes 1001 fen.
+  auto first = withdraw("10.01");
+  ASSERT_EQ(first.status, 0) << first.out;
+  EXPECT_TRUE(first.has(kSubmitted)) << first.out;
+  auto all = withdraw("489.99");
+  EXPECT_TRUE(all.has("489.99元\n")) << all.out;
+  ASSERT_EQ(all.status, 0) << "exactly the balance: " << all.out;
+  auto empty = withdraw("10");
+  EXPECT_EQ(empty.status, 1);
+  EXPECT_TRUE(empty.has("\n0.00元\n")) << empty.out;
+  EXPECT_TRUE(empty.has("余额不足\n")) << empty.out;
+
+  auto unanswered = run({"card", "unbind"});
+  EXPECT_EQ(unanswered.status, 1);
+  EXPECT_TRUE(unanswered.has("提示\n是否确定解除银行卡绑定？\n")) << unanswered.out;
+  auto kept = run({"card", "unbind", "--answer", "取消"});
+  EXPECT_EQ(kept.status, 0);
+  EXPECT_TRUE(kept.has(kCard)) << kept.out;
+  auto unbound = run({"card", "unbind", "--answer", "确定"});
+  ASSERT_EQ(unbound.status, 0) << unbound.out;
+  EXPECT_TRUE(unbound.has("解绑成功\n")) << unbound.out;
+  EXPECT_TRUE(unbound.has("+ 添加银行卡")) << unbound.out;
+  EXPECT_EQ(run({"card", "unbind", "--answer", "确定"}).status, 1) << "nothing left to unbind";
+
+  auto bank = run({"bank", kCard});
+  EXPECT_EQ(bank.status, 0) << bank.out;
+  EXPECT_EQ(run({"bank", "62220202001122334"}).status, 1) << "17 digits name no bank";
+}
+
+}  // namespace
+}  // namespace qmv
