@@ -1,5 +1,5 @@
 #pragma once
-// The detail of a store order, headless: the order's picture, name, price, number, phone
+// The detail of a store order, headless: the order's picture, name, price, order number, phone
 // and payment time, the go-to-comment entry while the order is not rated, and the ways on
 // to the store and to its rating.
 #include <string>
