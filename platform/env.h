@@ -22,6 +22,7 @@ class Reachability;
 class LocationSource;
 class ReverseGeocoder;
 class TextMeasurer;
+class QrGenerator;
 class UrlOpener;
 class WebViewFactory;
 class PaymentChannels;
@@ -48,6 +49,7 @@ struct Env {
   std::shared_ptr<LocationSource> location;
   std::shared_ptr<ReverseGeocoder> geocoder;
   std::shared_ptr<TextMeasurer> textMeasurer;
+  std::shared_ptr<QrGenerator> qrGenerator;
   std::shared_ptr<UrlOpener> urlOpener;
   std::shared_ptr<WebViewFactory> webViews;  // one web view per screen
   std::shared_ptr<PaymentChannels> payments;

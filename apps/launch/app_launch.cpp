@@ -17,6 +17,7 @@
 #include "platform/synchronous_notification_center.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
+#include "platform/linux/qrencode_generator.h"
 #include "platform/linux/sandbox_payment_apps.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/linux/transport_web_view.h"
@@ -88,6 +89,7 @@ std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env)
   env.location = std::make_shared<FixedLocationSource>(loop, at_);
   env.geocoder = std::make_shared<NearestCityGeocoder>(env.files->resourceDirectory() / "area.db");
   env.textMeasurer = std::make_shared<PangoTextMeasurer>();
+  env.qrGenerator = std::make_shared<QrencodeGenerator>();
   if (!config_.objectStorageHost.empty()) {
     env.objectStorage = std::make_shared<HttpObjectStorage>(config_.objectStorageHost, env.http);
   }

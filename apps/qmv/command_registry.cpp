@@ -31,6 +31,7 @@ const CommandRegistry::Entry* CommandRegistry::chosen() const {
 void registerAllCommands(CommandRegistry& registry) {
   registerAccountCommands(registry);
   registerDiscoveryCommands(registry);
+  registerOrderCommands(registry);
   registerWalletCommands(registry);
   registerCheckoutCommands(registry);
   registerReferralCommands(registry);

@@ -51,6 +51,7 @@ void registerAllCommands(CommandRegistry& registry);
 void registerShellCommands(CommandRegistry& registry);
 void registerAccountCommands(CommandRegistry& registry);
 void registerDiscoveryCommands(CommandRegistry& registry);
+void registerOrderCommands(CommandRegistry& registry);
 void registerWalletCommands(CommandRegistry& registry);
 void registerCheckoutCommands(CommandRegistry& registry);
 void registerReferralCommands(CommandRegistry& registry);

@@ -249,6 +249,68 @@ int64_t addMember(SandboxStore& db, const std::string& num, const std::string& p
   return id;
 }
 
+// The demo member's orders: every status the client knows ("1" to use, "2" to rate, "3"
+// refunded) and one it does not ("4", done and rated), offer orders with redemption codes
+// of 4, 6, 8 and 12 characters, and direct store payments, which carry no code and no
+// quantity. Fifteen in all, so that the all tab has a second page.
+void seedOrders(SandboxStore& db, int64_t demo, int64_t now) {
+  struct DemoOrder {
+    const char* kind;  // "1" store payment, "2" offer
+    const char* status;
+    int64_t item;  // commodity id of an offer, store id of a store payment
+    const char* code;
+    int64_t number;
+  };
+  const DemoOrder orders[] = {{"2", "1", 1, "83629105", 1},      {"2", "1", 3, "5271", 2},
+                              {"2", "2", 5, "402918", 1},        {"1", "2", 4, "", 0},
+                              {"2", "2", 7, "731955028461", 1},  {"2", "3", 9, "66120873", 1},
+                              {"2", "4", 11, "9034", 1},         {"1", "4", 6, "", 0},
+                              {"2", "4", 13, "118274", 3},       {"2", "1", 15, "30571947", 1},
+                              {"2", "2", 17, "2285", 1},         {"1", "2", 9, "", 0},
+                              {"2", "4", 19, "574102938816", 1}, {"2", "1", 21, "6043", 1},
+                              {"2", "3", 23, "190427", 1}};
+  const int64_t day = 86400;
+  int64_t n = 0;
+  for (const DemoOrder& order : orders) {
+    ++n;
+    const bool offer = std::string(order.kind) == "2";
+    Json storeId, commodityId;
+    std::string name, image, content;
+    int64_t unit = 0;
+    if (offer) {
+      const Json c =
+          db.queryOne("SELECT id, store_id, name, image, now_fen FROM commodities WHERE id = ?", {order.item});
+      storeId = c["store_id"];
+      commodityId = c["id"];
+      name = c["name"].get<std::string>();
+      image = c["image"].get<std::string>();
+      unit = c["now_fen"].get<int64_t>();
+      content = "套餐内容：" + name;
+    } else {
+      const Json s = db.queryOne("SELECT id, name, images, price_fen FROM stores WHERE id = ?", {order.item});
+      storeId = s["id"];
+      name = s["name"].get<std::string>() + "买单";
+      const std::string images = s["images"].get<std::string>();
+      image = images.substr(0, images.find('|'));
+      unit = s["price_fen"].get<int64_t>();
+    }
+    const bool rated = std::string(order.status) == "4";
+    const int64_t created = now - (30 - n) * day;
+    const std::string id = "SB" + std::to_string(20161000000 + n);
+    db.execute(
+        "INSERT INTO orders(id, member_id, kind, store_id, commodity_id, name, image, unit_fen, number, total_fen, "
+        "content, status, star, promotion_code, account_type, use_balance, balance_fen, prepay_id, created, paid) "
+        "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,'0',0,0,?,?,?)",
+        {id, demo, order.kind, storeId, commodityId, name, image, unit, order.number,
+         unit * std::max<int64_t>(order.number, 1), content, order.status, rated ? 5 : 0, order.code,
+         "seed" + std::to_string(n), created, created});
+    if (rated) {
+      db.execute("INSERT INTO remarks(store_id, member_id, order_id, star, content, created) VALUES(?,?,?,5,?,?)",
+                 {storeId, demo, id, "味道不错，服务热情！", created + day});
+    }
+  }
+}
+
 void seedMembers(SandboxStore& db, int64_t now) {
   const int64_t day = 86400;
   const int64_t demo =
@@ -260,35 +322,7 @@ void seedMembers(SandboxStore& db, int64_t now) {
   addMember(db, "100006", "13800000005", "孙七", a, 0, 0, now - 80 * day);
   addMember(db, "100007", "13800000006", "周八", b, 0, 0, now - 70 * day);
 
-  // Orders in every status; the ledger carries their balance parts so that balances add up.
-  struct DemoOrder {
-    const char* status;
-    int64_t commodity;
-  };
-  const DemoOrder orders[] = {{"1", 1},  {"1", 3},  {"2", 5},  {"2", 7},  {"3", 9},  {"4", 11},
-                              {"4", 13}, {"1", 15}, {"2", 17}, {"4", 19}, {"1", 21}, {"3", 23}};
-  int64_t n = 0;
-  for (const DemoOrder& order : orders) {
-    ++n;
-    const Json c = db.queryOne(
-        "SELECT c.id, c.store_id, c.name, c.image, c.now_fen, s.name AS store FROM commodities c "
-        "JOIN stores s ON s.id = c.store_id WHERE c.id = ?",
-        {order.commodity});
-    const int64_t unit = c["now_fen"].get<int64_t>();
-    const int64_t created = now - (30 - n) * day;
-    const std::string id = "SB" + std::to_string(20161000000 + n);
-    db.execute(
-        "INSERT INTO orders(id, member_id, kind, store_id, commodity_id, name, image, unit_fen, number, total_fen, "
-        "content, status, star, promotion_code, account_type, use_balance, balance_fen, prepay_id, created, paid) "
-        "VALUES(?,?,'2',?,?,?,?,?,1,?,?,?,?,?,'0',0,0,?,?,?)",
-        {id, demo, c["store_id"], c["id"], c["name"], c["image"], unit, unit,
-         std::string("套餐内容：") + c["name"].get<std::string>(), order.status,
-         std::string(order.status) == "4" ? 5 : 0, randomDigits(12), "seed" + std::to_string(n), created, created});
-    if (std::string(order.status) == "4") {
-      db.execute("INSERT INTO remarks(store_id, member_id, order_id, star, content, created) VALUES(?,?,?,5,?,?)",
-                 {c["store_id"], demo, id, "味道不错，服务热情！", created + day});
-    }
-  }
+  seedOrders(db, demo, now);
   db.execute(
       "INSERT INTO remarks(store_id, member_id, star, content, created) VALUES(1, ?, 4, '环境很好，下次还来', ?), "
       "(1, ?, 3, '排队有点久', ?), (2, ?, 5, '品种很多', ?)",

@@ -128,7 +128,7 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
   };
   const Json all = tab(0);
   EXPECT_EQ(all.size(), 10u);
-  EXPECT_EQ(tab(0, 2).size(), 2u);
+  EXPECT_EQ(tab(0, 2).size(), 5u);
   std::set<std::string> statuses;
   for (const Json* page : {&all}) {
     for (const Json& order : *page) {

@@ -14,11 +14,6 @@ GradeModel::GradeModel(const Json& dic)
       storeId(strForKey(dic, "storeId")),
       storeName(strForKey(dic, "storeName")) {}
 
-std::vector<GradeModel> GradeModel::listWithArray(const Json& array) {
-  std::vector<GradeModel> grades;
-  if (!array.is_array()) return grades;
-  for (const Json& element : array) grades.emplace_back(element);
-  return grades;
-}
+std::vector<GradeModel> GradeModel::listWithArray(const Json& array) { return modelsWithArray<GradeModel>(array); }
 
 }  // namespace qmv

@@ -80,11 +80,7 @@ StoreInfoModel::StoreInfoModel(const Json& dic) : BaseModel(dic) {
 }
 
 std::vector<StoreInfoModel> StoreInfoModel::listWithArray(const Json& array) {
-  std::vector<StoreInfoModel> stores;
-  if (!array.is_array()) return stores;
-  stores.reserve(array.size());
-  for (const Json& element : array) stores.emplace_back(element);
-  return stores;
+  return modelsWithArray<StoreInfoModel>(array);
 }
 
 void StoreInfoModel::setAddressHeight(const TextMeasurer& measurer) {

@@ -15,4 +15,11 @@ Json MyOrderNetApi::requestArgument() const {
   return arguments;
 }
 
+std::vector<OrderInfoModel> MyOrderNetApi::getOrderList() const {
+  const Json data = responseData();
+  if (!data.is_object()) return {};
+  const auto list = data.find("dataList");
+  return list == data.end() ? std::vector<OrderInfoModel>{} : OrderInfoModel::listWithArray(*list);
+}
+
 }  // namespace qmv

@@ -1,8 +1,10 @@
 #pragma once
 // Lists the member's orders of one kind (the order list's tab), page by page.
 #include <string>
+#include <vector>
 
 #include "core/request/base_net_api.h"
+#include "features/orders/order_info_model.h"
 
 namespace qmv {
 
@@ -15,6 +17,10 @@ class MyOrderNetApi : public BaseNetApi {
   // "page", then "type" as a decimal integer.
   Json requestArgument() const override;
   std::string className() const override { return "MyOrderNetApi"; }
+
+  // One order per element of "data"."dataList"; none when "data" is not an object or
+  // the list not an array.
+  std::vector<OrderInfoModel> getOrderList() const;
 
   std::string page;
   long type = 0;

@@ -14,4 +14,12 @@ Json OrderDetailNetApi::requestArgument() const {
   return arguments;
 }
 
+std::optional<OrderInfoModel> OrderDetailNetApi::getOrderDetail() const {
+  const Json data = responseData();
+  if (!data.is_object()) return std::nullopt;
+  OrderInfoModel order(data);
+  order.orderId = orderId;
+  return order;
+}
+
 }  // namespace qmv

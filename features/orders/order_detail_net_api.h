@@ -1,8 +1,10 @@
 #pragma once
 // Reads one order of the member.
+#include <optional>
 #include <string>
 
 #include "core/request/base_net_api.h"
+#include "features/orders/order_info_model.h"
 
 namespace qmv {
 
@@ -14,6 +16,10 @@ class OrderDetailNetApi : public BaseNetApi {
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
   std::string className() const override { return "OrderDetailNetApi"; }
+
+  // The order of "data" (an object) with its orderId set to the requested one, which
+  // the answer need not carry; nullopt when "data" is not an object.
+  std::optional<OrderInfoModel> getOrderDetail() const;
 
   std::string orderId;
 };

@@ -25,4 +25,8 @@ OrderInfoModel::OrderInfoModel(const Json& dic)
       status(strForKey(dic, "status")),
       orderType(strForKey(dic, "orderType")) {}
 
+std::vector<OrderInfoModel> OrderInfoModel::listWithArray(const Json& array) {
+  return modelsWithArray<OrderInfoModel>(array);
+}
+
 }  // namespace qmv

@@ -1,8 +1,9 @@
 #pragma once
-// One purchase of a store offer or of an activity ("commodity"), as answered by payment
-// preparation and listed by the order screens. A plain value holder: every field is text
-// as sent (see strForKey), never validated when built.
+// One purchase of a store offer or of an activity ("commodity"), as listed by the order
+// list, shown by the order-detail screens and answered by payment preparation. A plain
+// value holder: every field is text as sent (see strForKey), never validated when built.
 #include <string>
+#include <vector>
 
 #include "core/common/base_model.h"
 #include "core/common/json.h"
@@ -15,6 +16,9 @@ class OrderInfoModel : public BaseModel {
   // Reads one JSON object; anything else gives a record of empty texts. `blance` and
   // `money` are never read from the dictionary.
   explicit OrderInfoModel(const Json& dic);
+
+  // One record per element of `array`, in order; a non-array gives none.
+  static std::vector<OrderInfoModel> listWithArray(const Json& array);
 
   std::string storeId;
   std::string storeName;
@@ -36,6 +40,8 @@ class OrderInfoModel : public BaseModel {
   std::string content;  // package description
   std::string status;
   std::string orderType;  // "1" store order, anything else activity order
+
+  bool isStoreOrder() const { return orderType == "1"; }
 };
 
 }  // namespace qmv

@@ -1,12 +1,13 @@
 #include "platform/linux/qr_png.h"
 
 #include <png.h>
-#include <qrencode.h>
 #include <zbar.h>
 
 #include <cstdio>
 #include <memory>
 #include <vector>
+
+#include "platform/linux/qrencode_generator.h"
 
 namespace qmv {
 namespace {
@@ -71,32 +72,30 @@ std::optional<std::string> decodeQrFromPng(const std::filesystem::path& path) {
   return text;
 }
 
-bool writeQrPng(const std::string& text, const std::filesystem::path& path, int scale) {
-  if (scale < 1) return false;
-  QRcode* code = QRcode_encodeString8bit(text.c_str(), 0, QR_ECLEVEL_M);
-  if (!code) return false;
-  const int quiet = 4;
-  const int modules = code->width + 2 * quiet;
-  const int side = modules * scale;
+bool writeQrPng(const QrMatrix& code, const std::filesystem::path& path, int scale) {
+  if (scale < 1 || scale > 64 || code.width < 1 || code.width > 200 ||
+      code.modules.size() != static_cast<std::size_t>(code.width) * code.width) {
+    return false;
+  }
+  const int quiet = QrGenerator::kQuietZone;
+  const int side = (code.width + 2 * quiet) * scale;
   std::vector<unsigned char> pixels(static_cast<std::size_t>(side) * side, 255);
-  for (int y = 0; y < code->width; ++y) {
-    for (int x = 0; x < code->width; ++x) {
-      if (!(code->data[y * code->width + x] & 1)) continue;
-      for (int dy = 0; dy < scale; ++dy) {
-        for (int dx = 0; dx < scale; ++dx) {
-          pixels[static_cast<std::size_t>((y + quiet) * scale + dy) * side + (x + quiet) * scale + dx] = 0;
-        }
-      }
+  for (int y = 0; y < side; ++y) {
+    for (int x = 0; x < side; ++x) {
+      if (code.dark(x / scale - quiet, y / scale - quiet)) pixels[static_cast<std::size_t>(y) * side + x] = 0;
     }
   }
-  QRcode_free(code);
-
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   image.width = static_cast<png_uint_32>(side);
   image.height = static_cast<png_uint_32>(side);
   image.format = PNG_FORMAT_GRAY;
   return png_image_write_to_file(&image, path.c_str(), 0, pixels.data(), 0, nullptr) != 0;
+}
+
+bool writeQrPng(const std::string& text, const std::filesystem::path& path, int scale) {
+  const auto code = QrencodeGenerator().encode(text);
+  return code && writeQrPng(*code, path, scale);
 }
 
 }  // namespace qmv

@@ -1,0 +1,308 @@
+// Order commands: the my-orders list with its tabs and pages, one order's detail screen
+// (chosen as the list chooses it) with the redemption code's QR code, and the refund of a
+// row. Each drives the headless screens the way a member would and prints what they show.
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "apps/qmv/cli_app.h"
+#include "apps/qmv/command_registry.h"
+#include "core/session/global_data.h"
+#include "features/orders/order_texts.h"
+#include "features/orders/qx_my_activity_order_detail_view_controller.h"
+#include "features/orders/qx_my_order_view_controller.h"
+#include "features/orders/qx_my_store_order_detail_view_controller.h"
+#include "platform/linux/qr_png.h"
+#include "platform/linux/stream_alerts.h"
+#include "platform/main_loop.h"
+#include "platform/navigator.h"
+
+namespace qmv::cli {
+namespace {
+
+namespace texts = order_texts;
+
+constexpr int kQrPngScale = 8;
+
+int fail(const std::string& why) {
+  std::cerr << "qmv: " << why << '\n';
+  return kExitFailure;
+}
+
+bool loggedIn() {
+  if (GlobalData::sharedInstance().selfInfo()) return true;
+  std::cerr << "qmv: not logged in: run \"qmv login PHONE PASSWORD\" first\n";
+  return false;
+}
+
+// Runs `action` on the list and waits for the list's answer; nullopt on time-out.
+std::optional<bool> load(CliApp& app, QXMyOrderViewController& list, const std::function<void()>& action) {
+  std::optional<bool> outcome;
+  list.onLoaded = [&outcome](bool correct) { outcome = correct; };
+  action();
+  app.waitUntil([&outcome] { return outcome.has_value(); });
+  list.onLoaded = nullptr;
+  return outcome;
+}
+
+// Opens the list on `tab` as the screen appears (page 1); nullopt on time-out.
+std::optional<bool> openList(CliApp& app, QXMyOrderViewController& list) {
+  list.viewDidLoad();
+  return load(app, list, [&list] { list.viewWillAppear(); });
+}
+
+// Pulls up until the order is listed; nullopt when it is not (or on time-out).
+std::optional<std::size_t> findRow(CliApp& app, QXMyOrderViewController& list, const std::string& orderId) {
+  bool done = false;
+  std::optional<std::size_t> row;
+  list.findOrder(orderId, [&](std::optional<std::size_t> found) {
+    row = found;
+    done = true;
+  });
+  app.waitUntil([&done] { return done; });
+  return row;
+}
+
+// "<订单号:id> | name | 总价:¥p | 数量:n | status | [button]", the quantity left out when the
+// row hides it and a disabled button marked so.
+std::string rowText(const QXMyOrderTableViewCell& cell) {
+  std::string text = cell.orderIdText + " | " + cell.nameText + " | " + cell.priceText;
+  if (!cell.numberHidden) text += " | " + cell.numberText;
+  text += " | " + cell.look.statusText + " | [" + cell.look.buttonTitle + "]";
+  if (!cell.look.buttonEnabled) text += " disabled";
+  return text;
+}
+
+Json rowJson(const QXMyOrderTableViewCell& cell) {
+  return {{"orderId", cell.orderInfo.orderId},
+          {"orderType", cell.orderInfo.orderType},
+          {"name", cell.nameText},
+          {"orderIdText", cell.orderIdText},
+          {"total", cell.priceText},
+          {"quantity", cell.numberHidden ? Json() : Json(cell.numberText)},
+          {"status", cell.look.statusText},
+          {"button", cell.look.buttonTitle},
+          {"buttonEnabled", cell.look.buttonEnabled}};
+}
+
+// ---- orders ----
+
+int runOrders(CliApp& app, long tab, long pages) {
+  if (!loggedIn()) return kExitFailure;
+  QXMyOrderViewController list(tab);
+  std::optional<bool> correct = openList(app, list);
+  while (correct.value_or(false) && list.pageNum < pages && !list.footerHidden) {
+    correct = load(app, list, [&list] { list.footerRefresh(); });
+  }
+  if (!correct) return fail("the order list did not load in time");
+  CliOutput& out = app.output();
+  out.line(list.title() + " (tab " + std::to_string(list.index) + ", page " + std::to_string(list.pageNum) + ")");
+  Json rows = Json::array();
+  for (std::size_t row = 0; row < list.numberOfRows(); ++row) {
+    const QXMyOrderTableViewCell cell = list.cellForRow(row);
+    out.line("  " + rowText(cell));
+    rows.push_back(rowJson(cell));
+  }
+  if (list.noDataShown) out.line("  no orders");
+  if (list.footerHidden && !list.noDataShown) out.line("  no more orders");
+  out.data("title", list.title());
+  out.data("tab", list.index);
+  out.data("page", list.pageNum);
+  out.data("footerHidden", list.footerHidden);
+  out.data("noData", list.noDataShown);
+  out.data("orders", rows);
+  return *correct ? kExitOk : kExitFailure;
+}
+
+// ---- order ----
+
+// Light modules are drawn as blocks, two module rows per line, so that the code reads
+// right on the usual light-on-dark terminal; the quiet zone is drawn too.
+std::vector<std::string> qrHalfBlocks(const QrMatrix& code) {
+  const int quiet = QrGenerator::kQuietZone;
+  const int side = code.width + 2 * quiet;
+  std::vector<std::string> lines;
+  for (int y = 0; y < side; y += 2) {
+    std::string line;
+    for (int x = 0; x < side; ++x) {
+      const bool topLight = !code.dark(x - quiet, y - quiet);
+      const bool bottomLight = y + 1 < side ? !code.dark(x - quiet, y + 1 - quiet) : false;
+      line += topLight && bottomLight ? "█" : topLight ? "▀" : bottomLight ? "▄" : " ";
+    }
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+// Loads the detail screen as it appears; false (after saying why) when nothing arrived.
+bool loadDetail(CliApp& app, OrderDetailViewController& screen) {
+  std::optional<bool> loaded;
+  screen.onLoaded = [&loaded](bool ok) { loaded = ok; };
+  screen.viewWillAppear();
+  app.waitUntil([&loaded] { return loaded.has_value(); });
+  screen.onLoaded = nullptr;
+  if (!loaded) fail("the order did not load in time");
+  return loaded.value_or(false);
+}
+
+void printCommon(CliOutput& out, const OrderDetailViewController& screen, const std::string& price) {
+  out.line(screen.title());
+  out.line(screen.nameText);
+  out.line(price);
+  out.line(screen.orderIdText);
+  out.line(screen.phoneText);
+  out.line(screen.timeText);
+  out.data("title", screen.title());
+  out.data("orderId", screen.orderId);
+  out.data("name", screen.nameText);
+  out.data("image", screen.imageURL);
+  out.data("price", price);
+  out.data("orderIdText", screen.orderIdText);
+  out.data("phone", screen.phoneText);
+  out.data("time", screen.timeText);
+}
+
+int showStoreOrder(CliApp& app, const std::string& orderId) {
+  QXMyStoreOrderDetailViewController screen(orderId);
+  if (!loadDetail(app, screen)) return kExitFailure;
+  CliOutput& out = app.output();
+  printCommon(out, screen, screen.priceText);
+  out.line(std::string("comment button: ") + (screen.commentHidden ? "hidden" : "shown"));
+  out.data("commentShown", !screen.commentHidden);
+  return kExitOk;
+}
+
+int showActivityOrder(CliApp& app, const std::string& orderId, const std::string& qrPath) {
+  QXMyActivityOrderDetailViewController screen(orderId);
+  if (!loadDetail(app, screen)) return kExitFailure;
+  CliOutput& out = app.output();
+  printCommon(out, screen, screen.priceText);
+  out.line(screen.codeText);
+  out.line(screen.numberText);
+  out.line(screen.totalText);
+  char height[32];
+  std::snprintf(height, sizeof height, "%.1f", screen.contentHeight);
+  out.line(screen.contentText + " (height " + height + ")");
+  out.data("code", screen.codeText);
+  out.data("number", screen.numberText);
+  out.data("total", screen.totalText);
+  out.data("content", screen.contentText);
+  out.data("contentHeight", screen.contentHeight);
+  if (!screen.qrCode) {
+    out.data("qr", nullptr);
+    return qrPath.empty() ? kExitOk : fail("the order has no redemption code to draw");
+  }
+  if (!qrPath.empty()) {
+    if (!writeQrPng(*screen.qrCode, qrPath, kQrPngScale)) return fail("cannot write " + qrPath);
+    out.line("QR code written to " + qrPath);
+    out.data("qrFile", qrPath);
+  } else {
+    for (const std::string& line : qrHalfBlocks(*screen.qrCode)) out.line(line);
+  }
+  Json rows = Json::array();
+  for (int y = 0; y < screen.qrCode->width; ++y) {
+    std::string row;
+    for (int x = 0; x < screen.qrCode->width; ++x) row += screen.qrCode->dark(x, y) ? '1' : '0';
+    rows.push_back(row);
+  }
+  out.data("qr", {{"width", screen.qrCode->width}, {"rows", rows}});
+  return kExitOk;
+}
+
+int runOrder(CliApp& app, const std::string& orderId, const std::string& qrPath) {
+  if (!loggedIn()) return kExitFailure;
+  QXMyOrderViewController list;
+  if (!openList(app, list).value_or(false)) return kExitFailure;
+  const auto row = findRow(app, list, orderId);
+  if (!row) return fail("no order " + orderId + " in the order list");
+  list.didSelectRow(*row);
+  const auto& navigator = Env::current().navigator;
+  const auto opened = navigator ? navigator->topScreen() : std::nullopt;
+  if (!opened) return fail("the order's detail screen did not open");
+  const std::string id = opened->payload.value("orderId", std::string());
+  app.output().data("screen", opened->name);
+  if (opened->name == texts::kStoreOrderDetailScreen) return showStoreOrder(app, id);
+  return showActivityOrder(app, id, qrPath);
+}
+
+// ---- refund ----
+
+int runRefund(CliApp& app, const std::string& orderId) {
+  if (!loggedIn()) return kExitFailure;
+  QXMyOrderViewController list;
+  if (!openList(app, list).value_or(false)) return kExitFailure;
+  auto row = findRow(app, list, orderId);
+  if (!row) return fail("no order " + orderId + " in the order list");
+  CliOutput& out = app.output();
+  QXMyOrderTableViewCell before = list.cellForRow(*row);
+  out.line(rowText(before));
+  out.data("before", rowJson(before));
+  if (before.orderInfo.status != "1") {
+    return fail("order " + orderId + " cannot be refunded: its button reads " + before.look.buttonTitle);
+  }
+  std::optional<bool> refunded;
+  list.onRefunded = [&refunded](bool correct) { refunded = correct; };
+  before.rightBtnAction();
+  // An answer given with --answer is delivered on the loop ahead of this marker.
+  bool answered = false;
+  app.loop()->post([&answered] { answered = true; });
+  app.waitUntil([&answered] { return answered; });
+  const auto alerts = std::dynamic_pointer_cast<StreamAlerts>(Env::current().alerts);
+  if (alerts && alerts->pendingCount() > 0) {
+    out.data("refunded", false);
+    return kExitOk;  // no answer: the question stays open and nothing is sent
+  }
+  if (!list.isRefunding()) {
+    out.data("refunded", false);
+    return kExitOk;  // "取消"
+  }
+  // A correct refund reloads the list; the order keeps its place, possibly on a later page.
+  bool reloaded = false;
+  list.onLoaded = [&reloaded](bool) { reloaded = true; };
+  app.waitUntil([&] { return refunded.has_value() && (!*refunded || reloaded); });
+  list.onLoaded = nullptr;
+  out.data("refunded", refunded.value_or(false));
+  if (!refunded.value_or(false)) return kExitFailure;
+  row = findRow(app, list, orderId);
+  if (!row) return fail("order " + orderId + " is no longer listed");
+  const QXMyOrderTableViewCell after = list.cellForRow(*row);
+  out.line(rowText(after));
+  out.data("after", rowJson(after));
+  return kExitOk;
+}
+
+}  // namespace
+
+void registerOrderCommands(CommandRegistry& registry) {
+  {
+    struct Options {
+      long tab = 0;
+      long page = 1;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* orders = registry.add("orders", "the member's orders of one tab, as the list shows them",
+                                    [options](CliApp& app) { return runOrders(app, options->tab, options->page); });
+    orders->add_option("--tab", options->tab, "0 all, 1 to use, 2 to rate, 3 done")->check(CLI::Range(0L, 3L));
+    orders->add_option("--page", options->page, "load pages 1..N as pull-up does")->check(CLI::Range(1L, 1000L));
+  }
+  {
+    struct Options {
+      std::string id;
+      std::string qr;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* order = registry.add("order", "one order's detail screen, with the redemption code's QR code",
+                                   [options](CliApp& app) { return runOrder(app, options->id, options->qr); });
+    order->add_option("ID", options->id, "order id (see qmv orders)")->required();
+    order->add_option("--qr", options->qr, "write the QR code to this PNG file instead of drawing it");
+  }
+  {
+    auto id = std::make_shared<std::string>();
+    CLI::App* refund = registry.add("refund", "refund an order to be used (answer the question with --answer)",
+                                    [id](CliApp& app) { return runRefund(app, *id); });
+    refund->add_option("ID", *id, "order id (see qmv orders --tab 1)")->required();
+  }
+}
+
+}  // namespace qmv::cli

@@ -1,0 +1,63 @@
+// The order commands of the CLI, each run as one start of the application against its
+// embedded sandbox, in a fresh home signed in as the demo member.
+#include <gtest/gtest.h>
+
+#include "apps/sandbox/demo_data.h"
+#include "core/common/temp_home_for_test.h"
+#include "platform/linux/qr_png.h"
+#include "tests/cli_runner.h"
+
+namespace qmv {
+namespace {
+
+class OrderCommandsTest : public ::testing::Test {
+ protected:
+  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
+
+  TempHome home_;
+};
+
+TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
+  EXPECT_EQ(run({"orders"}).status, 1) << "not logged in";
+  ASSERT_EQ(run({"login", sandbox::kDemoPhone, sandbox::kDemoPassword}).status, 0);
+
+  const auto all = run({"--json", "orders", "--page", "5"});
+  ASSERT_EQ(all.status, 0) << all.out;
+  const Json doc = parseJson(all.out)["data"];
+  ASSERT_EQ(doc["orders"].size(), 15u) << all.out;
+  EXPECT_EQ(doc["page"], 3) << "pull-up stops once a page comes back empty";
+  EXPECT_TRUE(doc["footerHidden"].get<bool>());
+  EXPECT_EQ(run({"orders", "--tab", "4"}).status, 2);
+
+  const auto toUse = run({"orders", "--tab", "1"});
+  EXPECT_TRUE(toUse.has("订单号:SB20161000014 | 90分钟足疗 | 总价:¥128.00 | 数量:1 | 待使用 | [退款]")) << toUse.out;
+  EXPECT_FALSE(toUse.has("待评价"));
+
+  const auto png = home_.home() / "code.png";
+  const auto offer = run({"order", "SB20161000002", "--qr", png.string()});
+  ASSERT_EQ(offer.status, 0) << offer.out;
+  EXPECT_TRUE(offer.has("￥118.00 x 2件\n")) << offer.out;
+  EXPECT_TRUE(offer.has("验证码:5271 \n"));
+  EXPECT_EQ(decodeQrFromPng(png), "5271");
+  const auto drawn = run({"order", "SB20161000003"});
+  EXPECT_TRUE(drawn.has("验证码:4029 18\n")) << drawn.out;
+  EXPECT_TRUE(drawn.has("▀")) << "the code drawn in half blocks";
+  const auto store = run({"order", "SB20161000012"});
+  EXPECT_TRUE(store.has("订单详情\n河东铜锅涮肉买单\n￥78.00\n订单号:SB20161000012\n")) << store.out;
+  EXPECT_TRUE(store.has("comment button: shown"));
+  EXPECT_EQ(run({"order", "SB404"}).status, 1);
+
+  // Unanswered, the question is printed and nothing is sent; confirmed, the row moves.
+  const auto asked = run({"refund", "SB20161000014"});
+  EXPECT_TRUE(asked.has("提示\n请确定是否退款，退款后优惠码失效！\n")) << asked.out;
+  EXPECT_TRUE(run({"orders", "--tab", "1"}).has("SB20161000014"));
+  const auto refunded = run({"refund", "SB20161000014", "--answer", "确定"});
+  ASSERT_EQ(refunded.status, 0) << refunded.out;
+  EXPECT_TRUE(refunded.has("订单号:SB20161000014 | 90分钟足疗 | 总价:¥128.00 | 数量:1 | 已完成 | [已退款] disabled"))
+      << refunded.out;
+  EXPECT_FALSE(run({"orders", "--tab", "1"}).has("SB20161000014"));
+  EXPECT_EQ(run({"refund", "SB20161000014", "--answer", "确定"}).status, 1) << "refunded already";
+}
+
+}  // namespace
+}  // namespace qmv
