@@ -67,6 +67,8 @@ class DiscoverySandboxTest : public ::testing::Test {
 
   // Runs the loop until `done` (true) or ten seconds pass (false).
   bool runUntil(const std::function<bool()>& done) { return loop_->runUntil(done, std::chrono::milliseconds(10000)); }
+  // Runs what is already queued on the loop, such as answers that arrived together.
+  void drain() { loop_->runPending(); }
 
   // The member's position in the demo city (WGS-84, near the People's Square of Linyi).
   static constexpr Coordinate kLinyi{35.0610, 118.3430};

@@ -9,7 +9,6 @@
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/toast_status_overlay.h"
-#include "core/session/auto_login.h"
 #include "features/discovery/nearby_view_controller.h"
 #include "platform/linux/glib_main_loop.h"
 #include "shell/app_delegate.h"
@@ -29,7 +28,6 @@ GtkFrontEnd::~GtkFrontEnd() {
   // view goes first, then the delegate, then the ports, then (in launch_) the sandbox.
   if (window_ != nullptr) window_->unset_child();
   view_.reset();
-  autoLogin_.reset();
   appDelegate_.reset();
   nearby_.reset();
   installed_.reset();
@@ -87,13 +85,8 @@ bool GtkFrontEnd::openURL(const std::string& url, const std::string& sourceAppli
   return appDelegate_ && appDelegate_->openURL(url, sourceApplication);
 }
 
-void GtkFrontEnd::signInAgain() {
-  autoLogin_ = std::make_unique<AutoLogin>();
-  // The member tabs show who is signed in once the login has ended.
-  autoLogin_->onFinished = [this](bool) {
-    if (view_ && view_->tabBar()) view_->tabBar()->appeared();
-  };
-  autoLogin_->autoLoginNet();
+void GtkFrontEnd::signedInAgain() {
+  if (view_ && view_->tabBar()) view_->tabBar()->appeared();
 }
 
 }  // namespace qmv::gtk

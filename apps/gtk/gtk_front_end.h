@@ -12,7 +12,6 @@
 #include "platform/env.h"
 
 namespace qmv {
-class AutoLogin;
 class GLibMainLoop;
 class NearbyViewController;
 }  // namespace qmv
@@ -53,7 +52,7 @@ class GtkFrontEnd : public PageContext {
   PageNavigator& navigator() override { return *navigator_; }
   AppDelegate& appDelegate() override { return *appDelegate_; }
   Gtk::Window* window() override { return window_; }
-  void signInAgain() override;
+  void signedInAgain() override;
 
   ToastStatusOverlay& overlay() { return *overlay_; }
   DialogAlerts& alerts() { return *alerts_; }
@@ -74,7 +73,6 @@ class GtkFrontEnd : public PageContext {
   std::shared_ptr<LauncherUrlOpener> urlOpener_;
   std::shared_ptr<NearbyViewController> nearby_;
   std::unique_ptr<AppDelegate> appDelegate_;
-  std::unique_ptr<AutoLogin> autoLogin_;
   std::unique_ptr<MainView> view_;
   Gtk::Window* window_ = nullptr;
 };

@@ -14,7 +14,7 @@ namespace qmv::gtk {
 
 HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   follow(screen_);
-  screen_.onStart = [&context] { context.signInAgain(); };
+  screen_.onAutoLoginFinished = [&context](bool) { context.signedInAgain(); };
   screen_.onLoaded = [this] { refreshSoon(); };
   screen_.onPopularLoaded = [this](bool) { refreshSoon(); };
   screen_.onLocated = [this](MainViewController::LocateOutcome) { refreshSoon(); };

@@ -23,9 +23,8 @@ class PageContext {
   virtual AppDelegate& appDelegate() = 0;
   // The toplevel the pages sit in; null before it exists.
   virtual Gtk::Window* window() = 0;
-  // The home screen's start hook: signs the member in again with the stored phone and
-  // password.
-  virtual void signInAgain() = 0;
+  // After the home screen's automatic sign-in has ended: the member tabs show who it is.
+  virtual void signedInAgain() = 0;
 };
 
 }  // namespace qmv::gtk

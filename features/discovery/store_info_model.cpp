@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <cstdio>
 
 #include "core/common/dictionary.h"
@@ -103,10 +104,12 @@ std::optional<Coordinate> StoreInfoModel::coordinate() const {
 
 std::string StoreInfoModel::distanceText(std::optional<Coordinate> userLocationWgs) const {
   if (!userLocationWgs) return discovery_texts::kNoDistance;
-  const auto lat = numberIn(latitude);
-  const auto lon = numberIn(longitude);
-  // A position off the globe from the server has no distance to print.
-  if ((lat && std::fabs(*lat) > 90) || (lon && std::fabs(*lon) > 180)) return discovery_texts::kNoDistance;
+  // A position off the globe (or not a number) from the server has no distance to print;
+  // unreadable text reads as 0, as a numeric reading of text gives.
+  const auto offGlobe = [](const std::optional<std::string>& text, double limit) {
+    return text && !(std::fabs(std::strtod(text->c_str(), nullptr)) <= limit);
+  };
+  if (offGlobe(latitude, 90) || offGlobe(longitude, 180)) return discovery_texts::kNoDistance;
   const Coordinate storeBd = coordinate().value_or(Coordinate{0, 0});
   const Coordinate storeWgs =
       LocationConverter::transformFromGCJToWGS(LocationConverter::transformFromBaiduToGCJ(storeBd));
