@@ -9,7 +9,7 @@ namespace qmv::gtk {
 
 struct DialogAlerts::Open {
   DialogAlerts* owner;
-  AlertSpec spec;
+  AlertSpec shown;
   Choice choice;
   GtkWidget* dialog;
   std::vector<GtkWidget*> entries;
@@ -67,7 +67,7 @@ void DialogAlerts::respond(Open* open, int index) {
   AlertAnswer answer{index, {}};
   for (GtkWidget* entry : open->entries) answer.fieldTexts.emplace_back(gtk_editable_get_text(GTK_EDITABLE(entry)));
   // "close" (Escape) is not one of the core's buttons: the alert is dropped unanswered.
-  const bool known = index >= 0 && index < static_cast<int>(open->spec.buttons.size());
+  const bool known = index >= 0 && index < static_cast<int>(open->shown.buttons.size());
   Choice choice = std::move(open->choice);
   g_signal_handlers_disconnect_by_data(open->dialog, open);
   gtk_window_destroy(GTK_WINDOW(open->dialog));
@@ -76,15 +76,15 @@ void DialogAlerts::respond(Open* open, int index) {
 }
 
 std::vector<AlertSpec> DialogAlerts::open() const {
-  std::vector<AlertSpec> specs;
-  for (const Open* open : open_) specs.push_back(open->spec);
-  return specs;
+  std::vector<AlertSpec> alerts;
+  for (const Open* open : open_) alerts.push_back(open->shown);
+  return alerts;
 }
 
 bool DialogAlerts::answer(const std::string& button) {
   if (open_.empty()) return false;
   Open* open = open_.front();
-  const auto& buttons = open->spec.buttons;
+  const auto& buttons = open->shown.buttons;
   const auto it = std::find(buttons.begin(), buttons.end(), button);
   if (it == buttons.end()) return false;
   respond(open, static_cast<int>(it - buttons.begin()));
