@@ -52,7 +52,7 @@ TEST(ActivityModelTest, ContentHeightHasNoMinimumOrPadding) {
   offer.content = "好";
   offer.setContentHeight(measurer);
   EXPECT_DOUBLE_EQ(offer.contentHeight, 16.8);
-  offer.content = std::string("一二三四五六七八九十一二三四五六七八九十一二三四") + "五";
+  offer.content = "一二三四五六七八九十一二三四五六七八九十一二三四五";
   offer.setContentHeight(measurer);
   EXPECT_DOUBLE_EQ(offer.contentHeight, 2 * 16.8);
   measurer.setScreenWidth(500);
