@@ -40,4 +40,7 @@ target_link_libraries(qmv_deps INTERFACE PkgConfig::LIBXML2)
 # without them still builds the core, the CLI and the sandbox.
 if(QMV_BUILD_GTK)
   pkg_check_modules(QMV_GTK IMPORTED_TARGET gtkmm-4.0 libadwaita-1 shumate-1.0 libgeoclue-2.0)
+  # WebKitGTK draws the server pages; without it the client falls back to the headless
+  # web view and shows a page's text.
+  pkg_check_modules(QMV_WEBKIT IMPORTED_TARGET webkitgtk-6.0)
 endif()

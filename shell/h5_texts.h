@@ -15,8 +15,13 @@ inline constexpr H5Page kPages[] = {
     {"/static/dial/index.html", "幸运大转盘"},     {"/static/address/index.html", "绑定地址"},
     {"/static/experience/index.html", "个人等级"}, {"/static/lebbs/myTopic.html", "我的帖子"},
 };
+// The page host's screen, opened with the page type as "h5Type".
+inline constexpr const char* kH5Screen = "QXH5ViewController";
 inline constexpr long kCoinType = 0;
 inline constexpr long kCommunityType = 1;
+inline constexpr long kAddressType = 3;
+inline constexpr long kLevelType = 4;
+inline constexpr long kMyTopicType = 5;
 
 inline constexpr const char* kBackImage = "back_3";
 inline constexpr const char* kShareButtonImage = "share_h5";

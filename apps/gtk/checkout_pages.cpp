@@ -2,6 +2,7 @@
 
 #include "apps/gtk/ui.h"
 #include "features/orders/checkout_texts.h"
+#include "features/orders/pay_cash_view.h"
 
 namespace qmv::gtk {
 
@@ -109,6 +110,16 @@ void PayNowPage::refresh() {
   // One payment at a time: the button rests while the server prepares it.
   confirm->set_sensitive(!screen_.isPreparing() && !screen_.paid());
   body().append(*confirm);
+  // The receipt of the order the server prepared, while its payment runs.
+  if (const auto& order = screen_.order()) {
+    const PayCashView receipt(*order);
+    auto* rows = ui::boxedList();
+    rows->set_name("receipt");
+    for (const auto& row : receipt.rows()) ui::addRow(*rows, row.title, "", row.value);
+    ui::addRow(*rows, receipt.orderNumber(), "");
+    body().append(*rows);
+    body().append(*ui::label(PayCashView::note(), "dim-label"));
+  }
 }
 
 }  // namespace qmv::gtk

@@ -9,6 +9,9 @@
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/toast_status_overlay.h"
+#if QMV_HAVE_WEBKIT
+#include "apps/gtk/webkit_web_view.h"
+#endif
 #include "features/discovery/nearby_view_controller.h"
 #include "platform/linux/glib_main_loop.h"
 #include "shell/app_delegate.h"
@@ -48,6 +51,9 @@ std::string GtkFrontEnd::start() {
   env_.alerts = alerts_;
   env_.window = appWindow_;
   env_.urlOpener = urlOpener_;
+#if QMV_HAVE_WEBKIT
+  env_.webViews = std::make_shared<WebKitWebViewFactory>(env_.cookies);
+#endif
   env_.camera = std::make_shared<FileChooserCamera>([this] { return window_; });
   if (options_.geoClue && !launch_.fixedPosition()) {
     env_.location = std::make_shared<GeoClueLocationSource>(env_.location);

@@ -8,7 +8,9 @@
 #include "apps/gtk/activity_page.h"
 #include "apps/gtk/checkout_pages.h"
 #include "apps/gtk/city_page.h"
+#include "apps/gtk/contact_pages.h"
 #include "apps/gtk/member_pages.h"
+#include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/screen_names.h"
@@ -16,10 +18,16 @@
 #include "apps/gtk/store_page.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/wallet_pages.h"
+#include "apps/gtk/web_page_view.h"
+#include "apps/gtk/wheel_page.h"
 #include "core/session/account_texts.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/orders/checkout_texts.h"
+#include "features/orders/order_texts.h"
+#include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
+#include "features/wheel/wheel_texts.h"
+#include "shell/h5_texts.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::gtk {
@@ -79,6 +87,9 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
     return payload.is_object() && payload.contains(key) && payload[key].is_string() ? payload[key].get<std::string>()
                                                                                     : std::string();
   };
+  const auto number = [&payload](const char* key) {
+    return payload.is_object() && payload.contains(key) && payload[key].is_number_integer() ? payload[key].get<long>() : 0L;
+  };
   if (name == kTabBarScreen) {
     TabBarViewController* tabBar = context_.appDelegate().tabBarViewCtrl();
     if (tabBar == nullptr) return nullptr;
@@ -103,6 +114,15 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   if (name == wallet_texts::kMyBankCardScreen) return Gtk::make_managed<BankCardPage>(context_);
   if (name == wallet_texts::kBindScreen) return Gtk::make_managed<BindCardPage>(context_);
   if (name == wallet_texts::kWithDrawScreen) return Gtk::make_managed<WithdrawPage>(context_);
+  if (name == order_texts::kMyOrdersScreen) return Gtk::make_managed<OrderListPage>(context_, number("type"));
+  if (name == order_texts::kStoreOrderDetailScreen) return Gtk::make_managed<StoreOrderPage>(context_, text("orderId"));
+  if (name == order_texts::kActivityOrderDetailScreen) {
+    return Gtk::make_managed<ActivityOrderPage>(context_, text("orderId"));
+  }
+  if (name == referral_texts::kMyContactScreen) return Gtk::make_managed<ContactsPage>(context_);
+  if (name == referral_texts::kSecondContactScreen) return Gtk::make_managed<SecondContactsPage>(context_, payload);
+  if (name == wheel_texts::kWheelScreen) return Gtk::make_managed<WheelPage>(context_);
+  if (name == h5_texts::kH5Screen) return Gtk::make_managed<H5Page>(context_, number("h5Type"));
   return nullptr;
 }
 

@@ -6,7 +6,11 @@
 #include "core/session/account_texts.h"
 #include "core/session/global_data.h"
 #include "core/session/member_texts.h"
+#include "features/orders/order_texts.h"
+#include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
+#include "features/wheel/wheel_texts.h"
+#include "shell/h5_texts.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::gtk {
@@ -54,6 +58,20 @@ void MinePage::refresh() {
   ui::addRow(*list, "￥" + member_texts::balanceYuan(*me), "");
   ui::addRow(*list, member_texts::level(*me) + "  " + member_texts::progress(*me), member_texts::remainingExp(*me));
   body().append(*list);
+  // The member's own screens, and the server pages about him.
+  PageNavigator& navigator = context_.navigator();
+  auto* screens = ui::boxedList();
+  screens->set_name("member-screens");
+  ui::addRow(*screens, order_texts::kMyOrdersTitle, "", "",
+             [&navigator] { navigator.push(order_texts::kMyOrdersScreen, {{"type", 0}}); });
+  ui::addRow(*screens, referral_texts::kMyContactTitle, "", "",
+             [&navigator] { navigator.push(referral_texts::kMyContactScreen); });
+  ui::addRow(*screens, wheel_texts::kTitle, "", "", [&navigator] { navigator.push(wheel_texts::kWheelScreen); });
+  for (const long type : {h5_texts::kCoinType, h5_texts::kAddressType, h5_texts::kLevelType, h5_texts::kMyTopicType}) {
+    ui::addRow(*screens, h5_texts::kPages[type].title, "", "",
+               [&navigator, type] { navigator.push(h5_texts::kH5Screen, {{"h5Type", type}}); });
+  }
+  body().append(*screens);
   auto* leave = Gtk::make_managed<Gtk::Button>();
   leave->set_icon_name("system-log-out-symbolic");
   leave->set_name("logout");

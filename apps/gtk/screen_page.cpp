@@ -19,6 +19,7 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
     back->set_tooltip_text("返回");
     back->set_name("back");
     back->set_action_name("win.back");
+    back_ = back;
     adw_header_bar_pack_start(ADW_HEADER_BAR(header), GTK_WIDGET(back->gobj()));
   }
   header_ = Glib::wrap(header);
@@ -69,6 +70,18 @@ void ScreenPage::refreshSoon() {
 
 void ScreenPage::addHeaderButton(Gtk::Widget& widget) {
   adw_header_bar_pack_end(ADW_HEADER_BAR(header_->gobj()), GTK_WIDGET(widget.gobj()));
+}
+
+void ScreenPage::setBackAction(std::function<void()> back) {
+  if (back_ == nullptr) return;
+  gtk_actionable_set_action_name(GTK_ACTIONABLE(back_->gobj()), nullptr);
+  back_->signal_clicked().connect(std::move(back));
+}
+
+void ScreenPage::fillPage() {
+  scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::NEVER);
+  body_.set_margin(0);
+  body_.set_vexpand(true);
 }
 
 void ScreenPage::follow(BaseViewController& screen) {

@@ -6,6 +6,7 @@
 // taps to it; it holds no flow of its own.
 #include <gtkmm.h>
 
+#include <functional>
 #include <string>
 
 namespace qmv {
@@ -38,6 +39,11 @@ class ScreenPage : public Gtk::Box {
   Gtk::Box& body() { return body_; }
   // A header bar button at the end (e.g. the map switch).
   void addHeaderButton(Gtk::Widget& widget);
+  // The back button runs `back` instead of the navigator's back (a page with a history
+  // of its own).
+  void setBackAction(std::function<void()> back);
+  // The body takes the page's whole height and scrolls by itself (a web view).
+  void fillPage();
   PageContext& context_;
 
  private:
@@ -46,6 +52,7 @@ class ScreenPage : public Gtk::Box {
   BaseViewController* screen_ = nullptr;
   Gtk::Widget* header_ = nullptr;
   Gtk::Widget* title_ = nullptr;
+  Gtk::Button* back_ = nullptr;
   Gtk::Overlay overlay_;
   Gtk::ScrolledWindow scroller_;
   Gtk::Box body_{Gtk::Orientation::VERTICAL, 12};

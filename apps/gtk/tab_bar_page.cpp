@@ -5,17 +5,35 @@
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/member_pages.h"
 #include "apps/gtk/nearby_page.h"
+#include "apps/gtk/web_page_view.h"
+#include "shell/qx_h5_view_controller.h"
 #include "shell/tab_bar_view_controller.h"
 
 namespace qmv::gtk {
 
 namespace {
 
-// The community page is a server page, drawn once the web page host is part of the core.
+// The community page: the tab bar's own page host, made when the tab is first chosen.
 class CommunityPage : public ScreenPage {
  public:
-  explicit CommunityPage(PageContext& context) : ScreenPage(context, "", false) {}
-  void refresh() override {}
+  CommunityPage(PageContext& context, TabBarViewController& tabBar) : ScreenPage(context, "", false), tabBar_(tabBar) {
+    fillPage();
+    body().append(view_);
+    signal_map().connect([this] { refreshSoon(); });
+  }
+  void refresh() override {
+    QXH5ViewController* community = tabBar_.communityViewController();
+    if (community == nullptr) return;
+    if (!view_.attached()) {
+      follow(*community);
+      view_.attach(*community);
+    }
+    view_.refresh();
+  }
+
+ private:
+  TabBarViewController& tabBar_;
+  WebPageView view_;
 };
 
 constexpr const char* kTabIcons[] = {"go-home-symbolic", "mark-location-symbolic", "wallet-symbolic",
@@ -29,7 +47,7 @@ TabBarPage::TabBarPage(PageContext& context, TabBarViewController& tabBar, std::
   // before this page's destructor runs.
   g_object_ref_sink(stack_);
   tabs_ = {Gtk::make_managed<HomePage>(context), Gtk::make_managed<NearbyPage>(context, std::move(nearby)),
-           Gtk::make_managed<WealthPage>(context), Gtk::make_managed<CommunityPage>(context),
+           Gtk::make_managed<WealthPage>(context), Gtk::make_managed<CommunityPage>(context, tabBar),
            Gtk::make_managed<MinePage>(context)};
   for (std::size_t i = 0; i < tabs_.size(); ++i) {
     const std::string name = "tab" + std::to_string(i);

@@ -2,6 +2,8 @@
 
 #include <adwaita.h>
 
+#include "platform/qr_generator.h"
+
 namespace qmv::gtk::ui {
 
 Gtk::Label* label(const std::string& text, const std::string& cssClass, bool wrap) {
@@ -84,6 +86,29 @@ void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std
   gtk_widget_set_focusable(check, FALSE);
   adw_action_row_add_prefix(ADW_ACTION_ROW(row), check);
   gtk_list_box_append(list.gobj(), row);
+}
+
+Gtk::Picture* qrPicture(const QrMatrix& code) {
+  constexpr int kScale = 6;  // pixels per module
+  const int modules = code.width + 2 * QrGenerator::kQuietZone;
+  const int side = modules * kScale;
+  std::vector<guint8> pixels(static_cast<std::size_t>(side) * side * 3, 0xff);
+  for (int y = 0; y < side; ++y) {
+    for (int x = 0; x < side; ++x) {
+      if (!code.dark(x / kScale - QrGenerator::kQuietZone, y / kScale - QrGenerator::kQuietZone)) continue;
+      guint8* pixel = &pixels[(static_cast<std::size_t>(y) * side + x) * 3];
+      pixel[0] = pixel[1] = pixel[2] = 0;
+    }
+  }
+  GBytes* bytes = g_bytes_new(pixels.data(), pixels.size());
+  GdkTexture* texture = gdk_memory_texture_new(side, side, GDK_MEMORY_R8G8B8, bytes, static_cast<gsize>(side) * 3);
+  g_bytes_unref(bytes);
+  auto* picture = Gtk::make_managed<Gtk::Picture>();
+  gtk_picture_set_paintable(picture->gobj(), GDK_PAINTABLE(texture));
+  g_object_unref(texture);
+  picture->set_can_shrink(false);
+  picture->set_halign(Gtk::Align::CENTER);
+  return picture;
 }
 
 void clear(Gtk::Box& box) {

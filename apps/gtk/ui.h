@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+namespace qmv {
+struct QrMatrix;
+}
+
 namespace qmv::gtk::ui {
 
 Gtk::Label* label(const std::string& text, const std::string& cssClass = "", bool wrap = true);
@@ -23,6 +27,9 @@ void addRow(Gtk::ListBox& list, const std::string& title, const std::string& sub
 // Appends a tappable row with a check mark in front, ticked when `checked` (a choice
 // among rows, like the pay-now screen's channels).
 void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped);
+// A QR code drawn module by module, black on white with its quiet zone, at a size a
+// phone's camera reads from the screen.
+Gtk::Picture* qrPicture(const QrMatrix& code);
 // Removes every child of `box`.
 void clear(Gtk::Box& box);
 

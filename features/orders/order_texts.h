@@ -43,7 +43,8 @@ inline constexpr const char* kTabImages[4] = {"order_all", "order_waitUse", "ord
 inline constexpr const char* kTabSelectedImages[4] = {"order_all_s", "order_waitUse_s", "order_waitComment_s",
                                                       "order_done_s"};
 
-// Screens the order screens open, by name.
+// Screens the order screens open, by name, and the list itself (payload "type": its tab).
+inline constexpr const char* kMyOrdersScreen = "QXMyOrderViewController";
 inline constexpr const char* kStoreOrderDetailScreen = "QXMyStoreOrderDetailViewController";
 inline constexpr const char* kActivityOrderDetailScreen = "QXMyActivityOrderDetailViewController";
 inline constexpr const char* kGradeStoreScreen = "GradeStoreViewController";

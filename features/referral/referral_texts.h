@@ -6,6 +6,7 @@ namespace qmv::referral_texts {
 inline constexpr const char* kMyContactTitle = "我的人脉";
 // "%@的邀请" with the contact's name.
 inline constexpr const char* kSecondContactTitleSuffix = "的邀请";
+inline constexpr const char* kMyContactScreen = "MyContactViewController";
 inline constexpr const char* kSecondContactScreen = "MySecondContactViewController";
 
 // Cells: "手机号:%@", "加入时间:%@", "邀请%@人" (first level only).

@@ -3,6 +3,7 @@
 namespace qmv::wheel_texts {
 
 inline constexpr const char* kTitle = "幸运大转盘";
+inline constexpr const char* kWheelScreen = "WheelViewController";
 // "活动时间: %@ 至 %@" and "剩余抽奖次数: %@".
 inline constexpr const char* kPeriodPrefix = "活动时间: ";
 inline constexpr const char* kPeriodSeparator = " 至 ";

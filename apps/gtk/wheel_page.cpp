@@ -1,0 +1,174 @@
+#include "apps/gtk/wheel_page.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "apps/gtk/ui.h"
+#include "features/wheel/wheel_texts.h"
+
+namespace qmv::gtk {
+
+WheelFace::WheelFace() : Glib::ObjectBase("QmvWheelFace") {
+  set_name("wheel-face");
+  set_halign(Gtk::Align::CENTER);
+}
+
+WheelFace::~WheelFace() {
+  if (tick_ != 0) remove_tick_callback(tick_);
+}
+
+void WheelFace::setSectors(int count) {
+  sectors_ = count > 0 ? count : 0;
+  queue_draw();
+}
+
+void WheelFace::restOn(int sector) {
+  if (spinning()) return;
+  position_ = sector + 0.5;
+  queue_draw();
+}
+
+void WheelFace::spinTo(int sector, std::function<void()> stopped) {
+  if (tick_ != 0) stop();
+  if (sectors_ <= 0) {
+    if (stopped) stopped();
+    return;
+  }
+  from_ = position_;
+  // The next round boundary after the current one, then three more, then the sector.
+  to_ = (std::floor(position_ / sectors_) + 4) * sectors_ + sector + 0.5;
+  startTime_ = -1;
+  stopped_ = std::move(stopped);
+  tick_ = add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>& clock) {
+    const gint64 now = clock->get_frame_time();
+    if (startTime_ < 0) startTime_ = now;
+    const double t = std::min(1.0, static_cast<double>(now - startTime_) / (kSpinSeconds * 1e6));
+    const double eased = 1 - std::pow(1 - t, 3);  // quick start, slow stop
+    position_ = from_ + (to_ - from_) * eased;
+    queue_draw();
+    if (t < 1) return true;
+    tick_ = 0;
+    stop();
+    return false;
+  });
+}
+
+void WheelFace::stop() {
+  if (tick_ != 0) {
+    remove_tick_callback(tick_);
+    tick_ = 0;
+  }
+  position_ = to_;
+  queue_draw();
+  if (auto stopped = std::move(stopped_)) {
+    stopped_ = nullptr;
+    stopped();
+  }
+}
+
+int WheelFace::pointedSector() const {
+  if (sectors_ <= 0) return -1;
+  const double at = std::fmod(position_, sectors_);
+  return static_cast<int>(std::floor(at < 0 ? at + sectors_ : at)) % sectors_;
+}
+
+void WheelFace::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural, int& minimumBaseline,
+                              int& naturalBaseline) const {
+  minimum = natural = kSize;
+  minimumBaseline = naturalBaseline = -1;
+}
+
+void WheelFace::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
+  const int width = get_width();
+  const int height = get_height();
+  auto cr = snapshot->append_cairo(Gdk::Rectangle(0, 0, width, height));
+  const double cx = width / 2.0;
+  const double cy = height / 2.0;
+  const double radius = std::min(width, height) / 2.0 - 12;
+  if (radius <= 0) return;
+  constexpr double kTurn = 2 * std::numbers::pi;
+  constexpr double kTop = -std::numbers::pi / 2;
+  if (sectors_ == 0) {
+    cr->set_source_rgb(0.85, 0.85, 0.85);
+    cr->arc(cx, cy, radius, 0, kTurn);
+    cr->fill();
+  }
+  // Sector i spans [i, i+1) in sectors; the pointer at the top marks position_.
+  for (int i = 0; i < sectors_; ++i) {
+    const double start = kTop + (i - position_) * kTurn / sectors_;
+    cr->move_to(cx, cy);
+    cr->arc(cx, cy, radius, start, start + kTurn / sectors_);
+    cr->close_path();
+    if (i % 2 == 0) {
+      cr->set_source_rgb(0.93, 0.26, 0.21);
+    } else {
+      cr->set_source_rgb(1.0, 0.84, 0.35);
+    }
+    cr->fill_preserve();
+    cr->set_source_rgb(1, 1, 1);
+    cr->set_line_width(2);
+    cr->stroke();
+  }
+  // The hub and the pointer.
+  cr->set_source_rgb(0.2, 0.2, 0.2);
+  cr->arc(cx, cy, radius * 0.12, 0, kTurn);
+  cr->fill();
+  cr->move_to(cx - 10, cy - radius - 10);
+  cr->line_to(cx + 10, cy - radius - 10);
+  cr->line_to(cx, cy - radius + 14);
+  cr->close_path();
+  cr->fill();
+}
+
+WheelPage::WheelPage(PageContext& context) : ScreenPage(context, wheel_texts::kTitle, true) {
+  setTitle(screen_.title());
+  follow(screen_);
+  period_ = ui::label("", "dim-label");
+  period_->set_name("period");
+  left_ = ui::label("", "heading");
+  left_->set_name("left-count");
+  body().append(*period_);
+  body().append(*left_);
+  body().append(face_);
+  spin_ = Gtk::make_managed<Gtk::Button>();
+  spin_->set_icon_name("media-playlist-repeat-symbolic");
+  spin_->set_name("spin");
+  spin_->add_css_class("suggested-action");
+  spin_->add_css_class("circular");
+  spin_->set_halign(Gtk::Align::CENTER);
+  spin_->signal_clicked().connect([this] {
+    if (screen_.spinAction()) refreshSoon();
+  });
+  body().append(*spin_);
+  prize_ = ui::label("", "title-2");
+  prize_->set_name("prize");
+  prize_->set_xalign(0.5);
+  body().append(*prize_);
+  rule_ = ui::label("");
+  body().append(*rule_);
+
+  screen_.onLoaded = [this](bool) {
+    face_.setSectors(screen_.sectorCount());
+    face_.restOn(screen_.restSector());
+    refreshSoon();
+  };
+  screen_.onSpun = [this](bool correct) {
+    const auto stop = screen_.stopSector();
+    face_.setSectors(screen_.sectorCount());
+    if (correct && stop) face_.spinTo(*stop, [this] { refreshSoon(); });
+    refreshSoon();
+  };
+  screen_.wheelNet();
+  refresh();
+}
+
+void WheelPage::refresh() {
+  period_->set_text(screen_.periodText());
+  left_->set_text(screen_.leftCountText());
+  rule_->set_text(screen_.wheel() ? screen_.wheel()->rule : "");
+  // The prize shows once the face stands still.
+  prize_->set_text(face_.spinning() ? "" : screen_.prize());
+  spin_->set_sensitive(!screen_.isSpinning() && !face_.spinning());
+}
+
+}  // namespace qmv::gtk
