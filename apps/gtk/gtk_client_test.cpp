@@ -15,13 +15,21 @@
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/nearby_page.h"
+#include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/toast_status_overlay.h"
 #include "apps/gtk/ui.h"
+#include "apps/gtk/web_page_view.h"
+#include "apps/gtk/wheel_page.h"
 #include "core/session/global_data.h"
+#include "platform/linux/qr_png.h"
 #include "shell/app_delegate.h"
+#include "shell/qx_h5_view_controller.h"
+#if QMV_HAVE_WEBKIT
+#include <webkit/webkit.h>
+#endif
 
 namespace qmv::gtk {
 namespace {
@@ -111,6 +119,14 @@ class GtkClientTest : public ::testing::Test {
     };
     walk(top().gobj());
     return result;
+  }
+
+  // Opens the member tab's row titled `title` and waits for the screen `name`.
+  bool openFromMemberTab(const std::string& title, const std::string& name) {
+    driver_->app().navigator().popToRoot();
+    tabs_->select(4);
+    return driver_->waitUntil([&] { return ui::activateRow(top(), title); }) &&
+           driver_->waitUntil([&] { return driver_->topName() == name; });
   }
 
   std::filesystem::path home_;
@@ -307,6 +323,135 @@ TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutIt) {
   driver_->app().navigator().popToRoot();
   tabs_->select(4);
   EXPECT_TRUE(waitFor("￥0.00"));
+}
+
+TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
+  signIn("13800000000", "qmv123");
+  driver_->app().navigator().push("QXActivitiesViewController", {{"commodityId", "2"}});
+  ASSERT_TRUE(tap("buy"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXSubmitOderViewController"; }));
+  ASSERT_TRUE(tap("submit"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXPayNowViewController"; }));
+  ASSERT_TRUE(tap("confirm"));
+  ASSERT_TRUE(toasted("支付成功"));
+
+  // Newest first: the voucher just bought, to be used, with the refund button.
+  ASSERT_TRUE(openFromMemberTab("我的订单", "QXMyOrderViewController"));
+  auto* list = dynamic_cast<OrderListPage*>(&top());
+  ASSERT_NE(list, nullptr);
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::findNamed(top(), "order0") != nullptr; }));
+  const std::string orderId = list->screen().orderList.at(0).orderId;
+  const auto firstRow = [&] { return ui::findNamed(top(), "order0"); };
+  EXPECT_TRUE(ui::shows(*firstRow(), "100元代金券"));
+  EXPECT_TRUE(ui::shows(*firstRow(), "订单号:" + orderId));
+  EXPECT_TRUE(ui::shows(*firstRow(), "待使用"));
+  // The load-more button appends the next page; the to-use tab lists only its status.
+  const std::size_t firstPage = list->screen().numberOfRows();
+  ASSERT_TRUE(tap("load-more"));
+  EXPECT_TRUE(driver_->waitUntil([&] { return ui::findNamed(top(), "order" + std::to_string(firstPage)) != nullptr; }));
+  ASSERT_TRUE(tap("order-tab1"));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return !list->screen().isLoading() && ui::findNamed(top(), "order0") != nullptr &&
+           ui::findNamed(top(), "order" + std::to_string(list->screen().numberOfRows())) == nullptr;
+  }));
+  for (const std::string& text : ui::texts(*ui::findNamed(top(), "orders"))) {
+    EXPECT_TRUE(text != "待评价" && text != "已完成") << text;
+  }
+
+  // The detail shows the redemption code, and its QR code reads back as that code.
+  gtk_widget_activate(firstRow()->gobj());
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyActivityOrderDetailViewController"; }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::findNamed(top(), "qr") != nullptr; }));
+  driver_->settle();
+  const std::string png = (home_ / "code.png").string();
+  ASSERT_TRUE(driver_->renderToPng(*ui::findNamed(top(), "qr"), png));
+  const auto decoded = decodeQrFromPng(png);
+  ASSERT_TRUE(decoded.has_value());
+  std::string shownCode = shownAs("code");
+  ASSERT_TRUE(shownCode.starts_with("验证码:")) << shownCode;
+  shownCode.erase(0, std::string("验证码:").size());
+  std::erase(shownCode, ' ');
+  EXPECT_FALSE(shownCode.empty());
+  EXPECT_EQ(*decoded, shownCode);
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyOrderViewController"; }));
+
+  // The refund asks first through the alert port; "确定" refunds and the row says so.
+  ASSERT_TRUE(driver_->waitUntil([&] { return ui::findButton(top(), "退款") != nullptr; }));
+  ASSERT_TRUE(tap("退款"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return !driver_->app().alerts().open().empty(); }));
+  EXPECT_EQ(driver_->app().alerts().open().front().message, "请确定是否退款，退款后优惠码失效！");
+  EXPECT_TRUE(driver_->app().alerts().answer("确定"));
+  ASSERT_TRUE(tap("order-tab0"));
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    const auto& rows = list->screen().orderList;
+    return !rows.empty() && rows[0].orderId == orderId && ui::findNamed(top(), "order0") != nullptr &&
+           ui::shows(*firstRow(), "已退款");
+  }));
+}
+
+TEST_F(GtkClientTest, WalksTheContactsAndSpinsTheWheel) {
+  signIn("13800000000", "qmv123");
+  // Three invited directly, three through them; a contact opens the ones he invited.
+  ASSERT_TRUE(openFromMemberTab("我的人脉", "MyContactViewController"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return shownAs("num") == "3" && ui::shows(top(), "张三"); }));
+  EXPECT_EQ(shownAs("sub-num"), "3");
+  EXPECT_TRUE(ui::shows(top(), "邀请2人"));
+  ASSERT_TRUE(ui::activateRow(top(), "张三"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "MySecondContactViewController"; }));
+  ASSERT_TRUE(waitFor("赵六"));
+  EXPECT_TRUE(ui::shows(top(), "张三的邀请"));
+  EXPECT_FALSE(ui::activateRow(top(), "赵六")) << "the second level ends the tree";
+
+  // The wheel turns and stops on the sector the server drew, then shows the prize.
+  ASSERT_TRUE(openFromMemberTab("幸运大转盘", "WheelViewController"));
+  auto* wheel = dynamic_cast<WheelPage*>(&top());
+  ASSERT_NE(wheel, nullptr);
+  ASSERT_TRUE(waitFor("剩余抽奖次数: 3"));
+  EXPECT_EQ(wheel->face().pointedSector(), wheel->screen().restSector());
+  ASSERT_TRUE(tap("spin"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return wheel->face().spinning(); }));
+  EXPECT_EQ(shownAs("prize"), "") << "no prize while the wheel turns";
+  ASSERT_TRUE(driver_->waitUntil([&] { return !wheel->face().spinning() && !shownAs("prize").empty(); }));
+  ASSERT_TRUE(wheel->screen().stopSector().has_value());
+  EXPECT_EQ(wheel->face().pointedSector(), *wheel->screen().stopSector());
+  EXPECT_EQ(shownAs("prize"), wheel->screen().prize());
+  EXPECT_TRUE(waitFor("剩余抽奖次数: 2"));
+}
+
+TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
+  signIn("13800000000", "qmv123");
+  ASSERT_TRUE(openFromMemberTab("一元夺宝", "QXH5ViewController"));
+  auto* page = dynamic_cast<H5Page*>(&top());
+  ASSERT_NE(page, nullptr);
+  WebView* web = page->screen().webView();
+  ASSERT_NE(web, nullptr);
+  ASSERT_TRUE(driver_->waitUntil([&] { return !web->isLoading() && !web->page().url.empty(); },
+                                 std::chrono::seconds(60)))
+      << page->screen().loadError();
+  EXPECT_EQ(page->screen().loadError(), "");
+  // The page knows the member only from the session cookie the view was given.
+  EXPECT_NE(web->page().text.find("会员: 演示会员"), std::string::npos) << web->page().text;
+  EXPECT_TRUE(ui::shows(top(), "一元夺宝")) << "the page's own title";
+  const std::string shownUrl = web->page().url;
+
+  // A tap on the page's pay link: the core opens the pay-now screen for that draw and the
+  // page stays where it was.
+#if QMV_HAVE_WEBKIT
+  auto* drawn = dynamic_cast<DrawnWebView*>(web);
+  ASSERT_NE(drawn, nullptr) << "WebKitGTK draws the page";
+  webkit_web_view_evaluate_javascript(WEBKIT_WEB_VIEW(drawn->widget()),
+                                      "document.querySelector('a[href^=\"qmv://pay\"]').click()", -1, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr);
+#else
+  const auto& links = web->page().links;
+  const auto pay = std::find_if(links.begin(), links.end(), [](const WebLink& l) { return l.url.starts_with("qmv://pay"); });
+  ASSERT_NE(pay, links.end());
+  EXPECT_FALSE(web->tapLink(static_cast<std::size_t>(pay - links.begin())));
+#endif
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXPayNowViewController"; }));
+  EXPECT_TRUE(waitFor("一元夺宝-第12期"));
+  EXPECT_EQ(web->page().url, shownUrl);
 }
 
 }  // namespace
