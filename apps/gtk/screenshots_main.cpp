@@ -18,10 +18,16 @@
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/ui.h"
+#include "apps/gtk/web_page_view.h"
 #include "core/session/global_data.h"
 #include "features/discovery/nearby_view_controller.h"
 #include "features/discovery/store_screens.h"
+#include "features/orders/order_texts.h"
+#include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
+#include "features/wheel/wheel_texts.h"
+#include "shell/h5_texts.h"
+#include "shell/qx_h5_view_controller.h"
 #include "shell/app_delegate.h"
 
 namespace {
@@ -150,6 +156,31 @@ int run(const std::filesystem::path& out) {
     if (auto* submit = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "submit"))) submit->activate();
     driver.waitUntil([&] { return driver.topName() == "QXPayNowViewController"; });
     shot("19-pay-now");
+    app.navigator().popToRoot();
+
+    // The member's own screens.
+    app.navigator().push(order_texts::kMyOrdersScreen, {{"type", 0}});
+    driver.waitUntil([&] { return ui::findNamed(driver.top(), "order0") != nullptr; });
+    shot("20-orders");
+    if (auto* first = ui::findNamed(driver.top(), "order0")) gtk_widget_activate(first->gobj());
+    driver.waitUntil([&] { return ui::findNamed(driver.top(), "qr") != nullptr; });
+    shot("21-order-code");
+    app.navigator().popToRoot();
+    app.navigator().push(referral_texts::kMyContactScreen);
+    driver.waitUntil([&] { return ui::findNamed(driver.top(), "contacts") != nullptr; });
+    shot("22-contacts");
+    app.navigator().popToRoot();
+    app.navigator().push(wheel_texts::kWheelScreen);
+    driver.waitUntil([&] { return ui::shows(driver.top(), "剩余抽奖次数: 3"); });
+    shot("23-wheel");
+    app.navigator().popToRoot();
+    app.navigator().push(h5_texts::kH5Screen, {{"h5Type", h5_texts::kCoinType}});
+    driver.waitUntil([&] {
+      auto* page = dynamic_cast<H5Page*>(&driver.top());
+      const WebView* web = page != nullptr ? page->screen().webView() : nullptr;
+      return web != nullptr && !web->isLoading() && !web->page().url.empty();
+    }, std::chrono::seconds(30));
+    shot("24-page");
   }
   std::filesystem::remove_all(home);
   return failures == 0 ? 0 : 1;
