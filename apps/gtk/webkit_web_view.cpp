@@ -42,6 +42,21 @@ std::string text(const Json& object, const char* key) {
 
 bool cancelled(const GError* error) { return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED); }
 
+// A load waiting for its cookies to be in the view's session.
+struct PendingLoad {
+  WebKitWebView* view;
+  std::string url;
+};
+
+// Loads once the cookies are in place; a stopped load, or a view that is gone (both
+// cancel the wait), is dropped.
+void loadAfterCookies(GError* error, PendingLoad* data) {
+  std::unique_ptr<PendingLoad> pending(data);
+  const bool dropped = error != nullptr && cancelled(error);
+  if (error != nullptr) g_error_free(error);
+  if (!dropped) webkit_web_view_load_uri(pending->view, pending->url.c_str());
+}
+
 }  // namespace
 
 WebKitPageView::WebKitPageView(WebKitNetworkSession* session, std::shared_ptr<CookieStore> cookies)
@@ -112,22 +127,26 @@ void WebKitPageView::load(const std::string& url) {
                                                   cookie.path.c_str(), -1));
     }
   }
-  struct Pending {
-    WebKitPageView* self;
-    std::string url;
-  };
+  if (list == nullptr) {
+    // Replacing with no cookies never completes (WebKitGTK 2.50): clear them instead.
+    webkit_website_data_manager_clear(
+        webkit_network_session_get_website_data_manager(session_), WEBKIT_WEBSITE_DATA_COOKIES, 0, cancellable_,
+        +[](GObject* manager, GAsyncResult* result, gpointer data) {
+          GError* error = nullptr;
+          webkit_website_data_manager_clear_finish(WEBKIT_WEBSITE_DATA_MANAGER(manager), result, &error);
+          loadAfterCookies(error, static_cast<PendingLoad*>(data));
+        },
+        new PendingLoad{view_, url});
+    return;
+  }
   webkit_cookie_manager_replace_cookies(
       webkit_network_session_get_cookie_manager(session_), list, cancellable_,
       +[](GObject* manager, GAsyncResult* result, gpointer data) {
-        std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
         GError* error = nullptr;
         webkit_cookie_manager_replace_cookies_finish(WEBKIT_COOKIE_MANAGER(manager), result, &error);
-        const bool dropped = error != nullptr && cancelled(error);
-        if (error != nullptr) g_error_free(error);
-        if (dropped) return;  // stopped, or the view is gone
-        webkit_web_view_load_uri(pending->self->view_, pending->url.c_str());
+        loadAfterCookies(error, static_cast<PendingLoad*>(data));
       },
-      new Pending{this, url});
+      new PendingLoad{view_, url});
   g_list_free_full(list, reinterpret_cast<GDestroyNotify>(soup_cookie_free));
 }
 
