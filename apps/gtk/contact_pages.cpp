@@ -56,8 +56,7 @@ void ContactsPage::refresh() {
   const std::pair<const char*, const std::string*> shown[] = {{"num", &screen_.num()}, {"sub-num", &screen_.subNum()}};
   for (const auto& [name, text] : shown) {
     auto* count = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-    count->append(*Gtk::make_managed<Gtk::Image>(Glib::ustring(name == std::string("num") ? "avatar-default-symbolic"
-                                                                                           : "system-users-symbolic")));
+    count->append(*ui::icon(name == std::string("num") ? "avatar-default-symbolic" : "system-users-symbolic"));
     auto* label = ui::label(*text, "title-2", false);
     label->set_name(name);
     count->append(*label);

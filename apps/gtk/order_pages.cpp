@@ -18,7 +18,7 @@ constexpr const char* kTabTexts[QXMyOrderViewController::kTabCount] = {"", texts
 Gtk::Widget* tabButton(long tab, bool selected, std::function<void()> tapped) {
   auto* button = Gtk::make_managed<Gtk::ToggleButton>();
   auto* face = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
-  face->append(*Gtk::make_managed<Gtk::Image>(Glib::ustring(kTabIcons[tab])));
+  face->append(*ui::icon(kTabIcons[tab]));
   if (*kTabTexts[tab] != '\0') face->append(*Gtk::make_managed<Gtk::Label>(kTabTexts[tab]));
   button->set_child(*face);
   button->set_name("order-tab" + std::to_string(tab));

@@ -18,8 +18,13 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
     back->set_icon_name("go-previous-symbolic");
     back->set_tooltip_text("返回");
     back->set_name("back");
-    back->set_action_name("win.back");
-    back_ = back;
+    back->signal_clicked().connect([this] {
+      if (backAction_) {
+        backAction_();
+      } else {
+        activate_action("win.back");
+      }
+    });
     adw_header_bar_pack_start(ADW_HEADER_BAR(header), GTK_WIDGET(back->gobj()));
   }
   header_ = Glib::wrap(header);
@@ -73,9 +78,7 @@ void ScreenPage::addHeaderButton(Gtk::Widget& widget) {
 }
 
 void ScreenPage::setBackAction(std::function<void()> back) {
-  if (back_ == nullptr) return;
-  gtk_actionable_set_action_name(GTK_ACTIONABLE(back_->gobj()), nullptr);
-  back_->signal_clicked().connect(std::move(back));
+  backAction_ = std::move(back);
 }
 
 void ScreenPage::fillPage() {

@@ -52,7 +52,7 @@ class ScreenPage : public Gtk::Box {
   BaseViewController* screen_ = nullptr;
   Gtk::Widget* header_ = nullptr;
   Gtk::Widget* title_ = nullptr;
-  Gtk::Button* back_ = nullptr;
+  std::function<void()> backAction_;  // null: the navigator's back
   Gtk::Overlay overlay_;
   Gtk::ScrolledWindow scroller_;
   Gtk::Box body_{Gtk::Orientation::VERTICAL, 12};

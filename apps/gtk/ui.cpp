@@ -111,6 +111,12 @@ Gtk::Picture* qrPicture(const QrMatrix& code) {
   return picture;
 }
 
+Gtk::Image* icon(const std::string& name) {
+  auto* image = Gtk::make_managed<Gtk::Image>();
+  image->set_from_icon_name(name);
+  return image;
+}
+
 void clear(Gtk::Box& box) {
   while (Gtk::Widget* child = box.get_first_child()) box.remove(*child);
 }

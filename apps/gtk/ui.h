@@ -30,6 +30,8 @@ void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std
 // A QR code drawn module by module, black on white with its quiet zone, at a size a
 // phone's camera reads from the screen.
 Gtk::Picture* qrPicture(const QrMatrix& code);
+// An icon of the theme by its name.
+Gtk::Image* icon(const std::string& name);
 // Removes every child of `box`.
 void clear(Gtk::Box& box);
 
