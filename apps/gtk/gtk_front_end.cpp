@@ -9,9 +9,7 @@
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/toast_status_overlay.h"
-#if QMV_HAVE_WEBKIT
-#include "apps/gtk/webkit_web_view.h"
-#endif
+#include "apps/gtk/web_view_module.h"
 #include "features/discovery/nearby_view_controller.h"
 #include "platform/linux/glib_main_loop.h"
 #include "shell/app_delegate.h"
@@ -51,8 +49,9 @@ std::string GtkFrontEnd::start() {
   env_.alerts = alerts_;
   env_.window = appWindow_;
   env_.urlOpener = urlOpener_;
-#if QMV_HAVE_WEBKIT
-  env_.webViews = std::make_shared<WebKitWebViewFactory>(env_.cookies);
+#ifdef QMV_WEBKIT_MODULE
+  env_.webViews = std::make_shared<ModuleWebViewFactory>(ModuleWebViewFactory::besideExecutable(QMV_WEBKIT_MODULE),
+                                                         env_.cookies, env_.webViews);
 #endif
   env_.camera = std::make_shared<FileChooserCamera>([this] { return window_; });
   if (options_.geoClue && !launch_.fixedPosition()) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "apps/gtk/drawn_web_view.h"
 #include "apps/gtk/screen_page.h"
 
 namespace qmv {
@@ -15,13 +16,6 @@ class WebPageScreen;
 }  // namespace qmv
 
 namespace qmv::gtk {
-
-// A web view that is a widget of its own.
-class DrawnWebView {
- public:
-  virtual ~DrawnWebView() = default;
-  virtual GtkWidget* widget() = 0;
-};
 
 class WebPageView : public Gtk::Box {
  public:

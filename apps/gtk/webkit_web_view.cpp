@@ -2,7 +2,9 @@
 
 #include <webkit/webkit.h>
 
-#include "core/common/json.h"
+#include <nlohmann/json.hpp>
+
+#include "apps/gtk/web_view_module.h"
 #include "platform/cookie_store.h"
 
 namespace qmv::gtk {
@@ -34,6 +36,8 @@ WebNavigationType typeOf(WebKitNavigationType type) {
       return WebNavigationType::Other;
   }
 }
+
+using Json = nlohmann::json;
 
 std::string text(const Json& object, const char* key) {
   const auto found = object.find(key);
@@ -249,8 +253,9 @@ void WebKitPageView::pageRead(const std::string& json) {
   const char* uri = webkit_web_view_get_uri(view_);
   page.url = uri != nullptr ? uri : "";
   // What the page script answers is the page's own text: read defensively.
-  const Json read = parseJson(json);
-  if (isParsed(read) && read.is_object()) {
+  // The script's answer has a fixed shape and depth; only its strings are the page's.
+  const Json read = Json::parse(json, nullptr, false);
+  if (!read.is_discarded() && read.is_object()) {
     page.title = text(read, "title");
     page.text = text(read, "text");
     const auto links = read.find("links");
@@ -293,3 +298,7 @@ std::unique_ptr<WebView> WebKitWebViewFactory::makeWebView() {
 }
 
 }  // namespace qmv::gtk
+
+extern "C" qmv::WebViewFactory* qmv_webkit_web_view_factory(const std::shared_ptr<qmv::CookieStore>* cookies) {
+  return new qmv::gtk::WebKitWebViewFactory(cookies != nullptr ? *cookies : nullptr);
+}

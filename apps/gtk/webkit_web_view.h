@@ -3,10 +3,12 @@
 // network session before each load the core asks for; WebKit's navigation decisions go
 // to the delegate (so "qmv://" links reach the screens instead of WebKit), and its load
 // events, progress and the page's title, links and text come back the port's way.
+// Built as a module of its own (see web_view_module.h): nothing here may need the core's
+// library, only its headers' inline parts.
 #include <memory>
 #include <string>
 
-#include "apps/gtk/web_page_view.h"
+#include "apps/gtk/drawn_web_view.h"
 #include "platform/web_view.h"
 
 typedef struct _WebKitWebView WebKitWebView;
