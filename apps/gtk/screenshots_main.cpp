@@ -181,6 +181,14 @@ int run(const std::filesystem::path& out) {
       return web != nullptr && !web->isLoading() && !web->page().url.empty();
     }, std::chrono::seconds(30));
     shot("24-page");
+    app.navigator().popToRoot();
+    tabs->select(3);
+    driver.waitUntil([&] {
+      const QXH5ViewController* community = app.appDelegate().tabBarViewCtrl()->communityViewController();
+      const WebView* web = community != nullptr ? community->webView() : nullptr;
+      return web != nullptr && !web->isLoading() && !web->page().url.empty();
+    }, std::chrono::seconds(30));
+    shot("25-community");
   }
   std::filesystem::remove_all(home);
   return failures == 0 ? 0 : 1;
