@@ -226,8 +226,9 @@ void WebKitPageView::loadChanged(int event) {
     return;
   }
   if (event != WEBKIT_LOAD_FINISHED || failed_) return;
+  // In a script world of its own, so that the page's scripts cannot answer for it.
   webkit_web_view_evaluate_javascript(
-      view_, kReadPage, -1, nullptr, nullptr, cancellable_,
+      view_, kReadPage, -1, "qmv-reader", nullptr, cancellable_,
       +[](GObject* view, GAsyncResult* result, gpointer self) {
         GError* error = nullptr;
         JSCValue* value = webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &error);
