@@ -30,8 +30,8 @@ constexpr double kSearchHalfWidth = 0.5;
 constexpr double kSearchTolerance = 0.00001;
 constexpr int kSearchRefinements = 30;
 
-// Two thirds of a group, as doubling then dividing (not multiplying by 0.666...).
-double twoThirds(double group) { return group * 2.0 / 3.0; }
+// Two thirds of a group.
+double twoThirds(double group) { return group * (2.0 / 3.0); }
 
 // Whether `target` lies in the closed box spanned by `p` and `q` (in any order).
 bool spans(Coordinate p, Coordinate q, Coordinate target) {
@@ -80,18 +80,19 @@ struct Waves {
   double sixPi = 0;   // sin(6*pi*v), x axis only
 };
 
-Turn baseTurn(double v) { return turnOf(kPi * v / 60.0); }
+Turn baseTurn(double v) { return turnOf(v * (kPi / 60.0)); }
 
-double latOffset(double x, double y, const Waves& wx, const Waves& wy) {
-  double ret = -100.0 + 2.0 * x + 3.0 * y + 0.2 * y * y + 0.1 * x * y + 0.2 * std::sqrt(std::fabs(x));
+// `root` is sqrt(|x|), which both offsets use.
+double latOffset(double x, double y, double root, const Waves& wx, const Waves& wy) {
+  double ret = -100.0 + 2.0 * x + 3.0 * y + 0.2 * y * y + 0.1 * x * y + 0.2 * root;
   ret += twoThirds(20.0 * wx.sixPi + 20.0 * wx.twoPi);
   ret += twoThirds(20.0 * wy.once + 40.0 * wy.over3);
   ret += twoThirds(160.0 * wy.over12 + 320.0 * wy.over30);
   return ret;
 }
 
-double lonOffset(double x, double y, const Waves& wx) {
-  double ret = 300.0 + x + 2.0 * y + 0.1 * x * x + 0.1 * x * y + 0.1 * std::sqrt(std::fabs(x));
+double lonOffset(double x, double y, double root, const Waves& wx) {
+  double ret = 300.0 + x + 2.0 * y + 0.1 * x * x + 0.1 * x * y + 0.1 * root;
   ret += twoThirds(20.0 * wx.sixPi + 20.0 * wx.twoPi);
   ret += twoThirds(20.0 * wx.once + 40.0 * wx.over3);
   ret += twoThirds(150.0 * wx.over12 + 300.0 * wx.over30);
@@ -109,26 +110,29 @@ bool LocationConverter::isLocationOutOfChina(Coordinate c) {
 }
 
 double LocationConverter::transformLatWithX(double x, double y) {
-  return latOffset(x, y, Waves(baseTurn(x), true), Waves(baseTurn(y), false));
+  return latOffset(x, y, std::sqrt(std::fabs(x)), Waves(baseTurn(x), true), Waves(baseTurn(y), false));
 }
 
-double LocationConverter::transformLonWithX(double x, double y) { return lonOffset(x, y, Waves(baseTurn(x), true)); }
+double LocationConverter::transformLonWithX(double x, double y) {
+  return lonOffset(x, y, std::sqrt(std::fabs(x)), Waves(baseTurn(x), true));
+}
 
 Coordinate LocationConverter::transformFromWGSToGCJ(Coordinate wgs) {
   if (isLocationOutOfChina(wgs)) return wgs;
   const double x = wgs.longitude - kOriginLon;
   const double y = wgs.latitude - kOriginLat;
-  const double radLat = wgs.latitude / 180.0 * kPi;
-  const Turn lat = turnOf(radLat);
+  const Turn lat = turnOf(wgs.latitude * (kPi / 180.0));
   const Waves wx(baseTurn(x), true);
-  double dLat = latOffset(x, y, wx, Waves(times(times(times(lat, lat), lat), kLatitudeShift), false));
-  double dLon = lonOffset(x, y, wx);
+  const double root = std::sqrt(std::fabs(x));
+  const double dLat = latOffset(x, y, root, wx, Waves(times(times(times(lat, lat), lat), kLatitudeShift), false));
+  const double dLon = lonOffset(x, y, root, wx);
   const double s = lat.s;
   const double magic = 1.0 + s * (s * kNegatedEe);
   const double sqrtMagic = std::sqrt(magic);
-  dLat = (dLat * 180.0) / ((kAOneMinusEe / (magic * sqrtMagic)) * kPi);
-  dLon = (dLon * 180.0) / ((kA / sqrtMagic) * lat.c * kPi);
-  return {wgs.latitude + dLat, wgs.longitude + dLon};
+  // Metres of offset to degrees on the ellipsoid: the meridian and parallel radii of
+  // curvature, written as products so that one division remains.
+  return {wgs.latitude + dLat * (magic * sqrtMagic) * (180.0 / (kAOneMinusEe * kPi)),
+          wgs.longitude + dLon * sqrtMagic / (lat.c * (kA * kPi / 180.0))};
 }
 
 Coordinate LocationConverter::transformFromGCJToBaidu(Coordinate gcj) {
