@@ -31,7 +31,9 @@ void expectSameOffer(const ActivityModel& a, const ActivityModel& b, const std::
   for (const auto& [mine, theirs] : {std::pair{&a.ruleList, &b.ruleList}, std::pair{&a.taocanList, &b.taocanList},
                                      std::pair{&a.remarkList, &b.remarkList}}) {
     ASSERT_EQ(mine->has_value(), theirs->has_value()) << where;
-    if (*mine) EXPECT_EQ(mine->value().dump(), theirs->value().dump()) << where;
+    if (*mine) {
+      EXPECT_EQ(mine->value().dump(), theirs->value().dump()) << where;
+    }
   }
 }
 
