@@ -100,7 +100,8 @@ void build(Element element, Json& into) {
 }  // namespace
 
 bool readDocument(std::string_view text, const std::function<void(Element)>& read) {
-  if (mayHoldNegativeZero(text)) return false;
+  // Nothing to read (no document; simdjson would say so too) or a possible "-0".
+  if (text.empty() || mayHoldNegativeZero(text)) return false;
   thread_local Reader reused(kReusedBytes);
   // A reader that reads another document while in one (or a big text) gets a reader of its own.
   std::unique_ptr<Reader> own;
