@@ -5,6 +5,8 @@ find_package(CURL REQUIRED)
 find_package(SQLite3 REQUIRED)
 find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 find_package(nlohmann_json 3.10 REQUIRED)
+# The fast reading of server answers (core/common/fast_json.h); nlohmann stays the value type.
+find_package(simdjson 3 REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(GTest REQUIRED)
 find_package(benchmark QUIET)
@@ -22,7 +24,7 @@ add_library(qmv::deps ALIAS qmv_deps)
 # Standalone Asio, header only.
 target_compile_definitions(qmv_deps INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
 target_link_libraries(qmv_deps INTERFACE
-  CURL::libcurl SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json
+  CURL::libcurl SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json simdjson::simdjson
   PkgConfig::PCRE2 PkgConfig::HTTPLIB PkgConfig::PANGOFT2 PkgConfig::GLIB Threads::Threads)
 
 # QR codes: zbar decodes the invitation scan, libqrencode draws redemption codes, libpng reads/writes them.

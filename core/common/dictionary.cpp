@@ -1,6 +1,7 @@
 #include "core/common/dictionary.h"
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace qmv {
@@ -9,7 +10,9 @@ std::string textOf(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
   // The platform's JSON reader gives true and false as the numbers 1 and 0.
   if (value.is_boolean()) return value.get<bool>() ? "1" : "0";
-  if (value.is_number_integer()) return value.dump();
+  // Decimal digits, as dump() writes them, without building a serializer per value.
+  if (value.is_number_unsigned()) return std::to_string(value.get<std::uint64_t>());
+  if (value.is_number_integer()) return std::to_string(value.get<std::int64_t>());
   if (value.is_number_float()) {
     const double d = value.get<double>();
     // Whole numbers read as integers ("3", not "3.0"), as the server's ids and counts expect.

@@ -1,5 +1,6 @@
 #include "core/common/json.h"
 
+#include "core/common/fast_json.h"
 #include "core/common/utf8.h"
 
 namespace qmv {
@@ -62,8 +63,12 @@ Json parseBounded(std::string_view text, bool* tooDeep) {
 }  // namespace
 
 Json parseJson(std::string_view text) {
+  Json result;
+  if (fastjson::readDocument(text, [&result](fastjson::Element root) { result = fastjson::toJson(root); })) {
+    return result;
+  }
   bool tooDeep = false;
-  Json result = parseBounded(text, &tooDeep);
+  result = parseBounded(text, &tooDeep);
   // Checked only after a failure, so well-formed answers pay nothing for it.
   if (!isParsed(result) && !tooDeep && !utf8::isValid(text)) result = parseBounded(utf8::replacingInvalid(text), nullptr);
   return result;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/common/dictionary.h"
+#include "core/common/fast_json.h"
 #include "core/common/log.h"
 #include "core/common/string_util.h"
 #include "core/request/request_operation.h"
@@ -27,6 +28,35 @@ const Json& parsedResponse(const BaseRequest& request) {
   return request.requestOperation ? request.requestOperation->responseObject() : kNothing;
 }
 
+// What the verdict needs of an answer. Read in place from the text when that reads as the
+// parsed response would, so that a large answer is not built into a tree for two texts.
+struct Envelope {
+  bool isObject = false;
+  std::string success;
+  std::string message;
+};
+
+template <typename Dict>
+Envelope envelopeIn(const Dict& root) {
+  Envelope envelope;
+  envelope.isObject = fastjson::isObject(root);
+  if (envelope.isObject) {
+    envelope.success = fastjson::strForKey(root, kSuccessKey);
+    envelope.message = fastjson::strForKey(root, kMessageKey);
+  }
+  return envelope;
+}
+
+Envelope envelopeOf(const BaseRequest& request) {
+  Envelope envelope;
+  if (request.requestOperation && !request.responseString().empty() &&
+      fastjson::readDocument(request.responseString(),
+                             [&envelope](fastjson::Element root) { envelope = envelopeIn(root); })) {
+    return envelope;
+  }
+  return envelopeIn(parsedResponse(request));
+}
+
 void showStatus(const std::string& text) {
   if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
 }
@@ -40,11 +70,12 @@ Json BaseNetApi::getBaseArgument() const {
   return arguments;
 }
 
-Json BaseNetApi::responseData() const {
+const Json& BaseNetApi::responseData() const {
+  static const Json kNothing;
   const Json& root = parsedResponse(*this);
-  if (!root.is_object()) return nullptr;
+  if (!root.is_object()) return kNothing;
   const auto it = root.find(kDataKey);
-  Json data = it == root.end() ? Json() : *it;
+  const Json& data = it == root.end() ? kNothing : *it;
   // Every payload of this server is an object. A correct envelope without one leaves the
   // screen with nothing to show and no message from the system, so the user hears it here.
   if (!data.is_object() && strForKey(root, kSuccessKey) == kCorrect && !std::exchange(dataWarned_, true)) {
@@ -56,8 +87,8 @@ Json BaseNetApi::responseData() const {
 void BaseNetApi::requestCompleteFilter() {
   dataWarned_ = false;
   const std::string& text = responseString();
-  const Json& root = parsedResponse(*this);
-  if (!root.is_object()) {
+  const Envelope envelope = envelopeOf(*this);
+  if (!envelope.isObject) {
     // No envelope, so no message to show: the answer fails without a word from the
     // system, and the user learns why here. Refused too: nesting deeper than parseJson
     // allows.
@@ -65,7 +96,7 @@ void BaseNetApi::requestCompleteFilter() {
                " bytes, not a JSON object)");
     return;
   }
-  const std::string success = strForKey(root, kSuccessKey);
+  const std::string& success = envelope.success;
   if (success == kSessionExpired) {
     if (sessionDelegate) sessionDelegate->sessionIsExpire(*this);
     return;
@@ -75,7 +106,7 @@ void BaseNetApi::requestCompleteFilter() {
     return;
   }
   if (!needShowError) return;
-  const std::string message = StringUtil::convertUnicodeToString(strForKey(root, kMessageKey));
+  const std::string message = StringUtil::convertUnicodeToString(envelope.message);
   if (!message.empty()) showStatus(message);
 }
 

@@ -50,8 +50,9 @@ class BaseNetApi : public CachedRequest {
   // The response text parsed as JSON (discarded when it is not JSON).
   Json responseEnvelope() const { return parseJson(responseString()); }
   // "data" of the response, or null when absent or the text is not a JSON object. A
-  // correct answer whose "data" is not an object is reported once (logWarning).
-  Json responseData() const;
+  // correct answer whose "data" is not an object is reported once (logWarning). The
+  // value lives as long as the response.
+  const Json& responseData() const;
 
  private:
   bool isCorrectResult_ = false;

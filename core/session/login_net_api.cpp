@@ -20,7 +20,7 @@ Json LoginNetApi::requestArgument() const {
 }
 
 Json LoginNetApi::userPhone() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   Json phone;
   if (data.is_object() && data.contains("phone")) phone = data["phone"];
   // A number is kept as its text so that the login screen can read it back.
@@ -29,7 +29,7 @@ Json LoginNetApi::userPhone() const {
 }
 
 std::shared_ptr<UserInfoModel> LoginNetApi::userInfo() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return nullptr;
   return std::make_shared<UserInfoModel>(data);
 }

@@ -13,7 +13,7 @@ Json ActivityDetailNetApi::requestArgument() const {
 }
 
 std::optional<ActivityModel> ActivityDetailNetApi::getActivityDetail() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return std::nullopt;
   ActivityModel activity(data);
   if (const auto& measurer = Env::current().textMeasurer) activity.setContentHeight(*measurer);

@@ -1,6 +1,7 @@
 #include "features/discovery/activity_model.h"
 
-#include "core/common/dictionary.h"
+#include "core/common/fast_json.h"
+#include "features/discovery/detail/records_in_place.h"
 #include "features/discovery/discovery_texts.h"
 #include "platform/text_measurer.h"
 
@@ -10,38 +11,53 @@ namespace {
 constexpr double kFontPointSize = 14.0;
 constexpr double kSideMargins = 30.0;
 
-std::optional<Json> rawValue(const Json& dic, const char* key) {
-  if (!dic.is_object()) return std::nullopt;
-  const auto it = dic.find(key);
-  if (it == dic.end()) return std::nullopt;
-  return *it;
+// The keys read as text, with the member each fills.
+struct TextKey {
+  std::string_view key;
+  std::string ActivityModel::*field;
+};
+constexpr TextKey kTextKeys[] = {
+    {"commodityId", &ActivityModel::commodityID}, {"content", &ActivityModel::content},
+    {"name", &ActivityModel::name},               {"storeId", &ActivityModel::storeId},
+    {"storeName", &ActivityModel::storeName},     {"favorite", &ActivityModel::favorite},
+    {"storePhone", &ActivityModel::storePhone},   {"storeAddress", &ActivityModel::storeAddress},
+    {"imageURL", &ActivityModel::imageURL},       {"nowPrice", &ActivityModel::nowPrice},
+    {"price", &ActivityModel::price},             {"num", &ActivityModel::num},
+    {"firstPrice", &ActivityModel::firstPrice},   {"isFirst", &ActivityModel::isFirst},
+    {"hasImage", &ActivityModel::hasImage},       {"descImage", &ActivityModel::descImage},
+    {"date", &ActivityModel::date},               {"time", &ActivityModel::time},
+};
+
+// One pass over the members, a later one overwriting an earlier one under the same key.
+template <typename Dict>
+void read(ActivityModel& model, const Dict& dic) {
+  if (!fastjson::isObject(dic)) return;
+  fastjson::forEachMember(dic, [&model](std::string_view key, const auto& value) {
+    for (const TextKey& text : kTextKeys) {
+      if (text.key == key) {
+        model.*text.field = fastjson::textOf(value);
+        return;
+      }
+    }
+    if (key == "ruleList") {
+      model.ruleList = fastjson::toJson(value);
+    } else if (key == "taocanList") {
+      model.taocanList = fastjson::toJson(value);
+    } else if (key == "remarkList") {
+      model.remarkList = fastjson::toJson(value);
+    }
+  });
 }
 
 }  // namespace
 
-ActivityModel::ActivityModel(const Json& dic)
-    : BaseModel(dic),
-      commodityID(strForKey(dic, "commodityId")),
-      content(strForKey(dic, "content")),
-      name(strForKey(dic, "name")),
-      storeId(strForKey(dic, "storeId")),
-      storeName(strForKey(dic, "storeName")),
-      favorite(strForKey(dic, "favorite")),
-      storePhone(strForKey(dic, "storePhone")),
-      storeAddress(strForKey(dic, "storeAddress")),
-      imageURL(strForKey(dic, "imageURL")),
-      nowPrice(strForKey(dic, "nowPrice")),
-      price(strForKey(dic, "price")),
-      num(strForKey(dic, "num")),
-      firstPrice(strForKey(dic, "firstPrice")),
-      isFirst(strForKey(dic, "isFirst")),
-      hasImage(strForKey(dic, "hasImage")),
-      descImage(strForKey(dic, "descImage")),
-      date(strForKey(dic, "date")),
-      time(strForKey(dic, "time")),
-      ruleList(rawValue(dic, "ruleList")),
-      taocanList(rawValue(dic, "taocanList")),
-      remarkList(rawValue(dic, "remarkList")) {}
+ActivityModel::ActivityModel(const Json& dic) : BaseModel(dic) { read(*this, dic); }
+
+ActivityModel detail::activityIn(fastjson::Element dic) {
+  ActivityModel model;
+  read(model, dic);
+  return model;
+}
 
 void ActivityModel::setContentHeight(const TextMeasurer& measurer) {
   contentHeight =

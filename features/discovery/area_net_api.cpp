@@ -23,7 +23,7 @@ Json AreaNetApi::requestArgument() const {
 }
 
 Json AreaNetApi::getAreaList() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return nullptr;
   const auto list = data.find("dataList");
   return list != data.end() && list->is_array() ? *list : Json(nullptr);

@@ -4,7 +4,7 @@ namespace qmv {
 
 std::vector<ResourceModel> ResourcesNetApi::getResources() const {
   std::vector<ResourceModel> banners;
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return banners;
   const auto list = data.find("dataList");
   if (list == data.end() || !list->is_array()) return banners;

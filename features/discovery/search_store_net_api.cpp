@@ -37,7 +37,14 @@ Json SearchStoreNetApi::requestArgument() const {
   return arguments;
 }
 
-std::vector<StoreInfoModel> SearchStoreNetApi::getSearchStores() const { return storesOfData(responseData()); }
+std::vector<StoreInfoModel> SearchStoreNetApi::getSearchStores() const {
+  // A page is read in place from the text; the parsed response is needed only to report
+  // a correct answer without "data", which has no stores anyway.
+  bool dataIsObject = false;
+  std::vector<StoreInfoModel> stores = storesOfAnswer(responseString(), &dataIsObject);
+  if (!dataIsObject) (void)responseData();
+  return stores;
+}
 
 long SearchStoreNetApi::getTotleCount() const { return countOfData(responseData()); }
 

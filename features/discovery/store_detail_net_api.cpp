@@ -13,7 +13,7 @@ Json StoreDetailNetApi::requestArgument() const {
 }
 
 std::optional<StoreInfoModel> StoreDetailNetApi::getStoreDetail() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return std::nullopt;
   StoreInfoModel store(data);
   store.storeId = storeId;
@@ -22,7 +22,7 @@ std::optional<StoreInfoModel> StoreDetailNetApi::getStoreDetail() const {
 }
 
 std::vector<GradeModel> StoreDetailNetApi::getGradeList() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return {};
   const auto list = data.find("dataList");
   return list == data.end() ? std::vector<GradeModel>{} : GradeModel::listWithArray(*list);

@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <cstdio>
 
-#include "core/common/dictionary.h"
+#include "core/common/fast_json.h"
+#include "features/discovery/detail/records_in_place.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/location_converter.h"
 #include "platform/text_measurer.h"
@@ -47,37 +48,66 @@ std::optional<double> numberIn(const std::optional<std::string>& text) {
   return value;
 }
 
+// The keys read as text, with the member each fills.
+struct TextKey {
+  std::string_view key;
+  std::string StoreInfoModel::*field;
+};
+constexpr TextKey kTextKeys[] = {
+    {"storeId", &StoreInfoModel::storeId},     {"storeName", &StoreInfoModel::storeName},
+    {"address", &StoreInfoModel::address},     {"content", &StoreInfoModel::content},
+    {"title", &StoreInfoModel::title},         {"time", &StoreInfoModel::time},
+    {"phone", &StoreInfoModel::phone},         {"favorite", &StoreInfoModel::favorite},
+    {"price", &StoreInfoModel::price},         {"shopPrice", &StoreInfoModel::shopPrice},
+    {"mark", &StoreInfoModel::mark},           {"star", &StoreInfoModel::star},
+    {"num", &StoreInfoModel::num},             {"starNum", &StoreInfoModel::starNum},
+    {"isFirst", &StoreInfoModel::isFirst},
+};
+
+ActivityModel activityOf(const Json& dic) { return ActivityModel(dic); }
+ActivityModel activityOf(fastjson::Element dic) { return detail::activityIn(dic); }
+
+// One pass over the members, a later one overwriting an earlier one under the same key.
+template <typename Dict>
+void read(StoreInfoModel& model, const Dict& dic) {
+  std::string imageURL;
+  std::string coordinate;
+  if (fastjson::isObject(dic)) {
+    fastjson::forEachMember(dic, [&](std::string_view key, const auto& value) {
+      for (const TextKey& text : kTextKeys) {
+        if (text.key == key) {
+          model.*text.field = fastjson::textOf(value);
+          return;
+        }
+      }
+      if (key == "imageURL") {
+        imageURL = fastjson::textOf(value);
+      } else if (key == "coordinate") {
+        coordinate = fastjson::textOf(value);
+      } else if (key == "commodityList") {
+        model.activityList.clear();
+        if (!fastjson::isArray(value)) return;
+        model.activityList.reserve(fastjson::sizeOf(value));
+        fastjson::forEachElement(value, [&model](const auto& element) { model.activityList.push_back(activityOf(element)); });
+      }
+    });
+  }
+  model.imgURLList = split(imageURL, '|');
+  std::vector<std::string> parts = split(coordinate, ',');
+  if (parts.size() == 2) {
+    model.longitude = std::move(parts[0]);
+    model.latitude = std::move(parts[1]);
+  }
+}
+
 }  // namespace
 
-StoreInfoModel::StoreInfoModel(const Json& dic) : BaseModel(dic) {
-  if (dic.is_object()) {
-    const auto list = dic.find("commodityList");
-    if (list != dic.end() && list->is_array()) {
-      activityList.reserve(list->size());
-      for (const Json& element : *list) activityList.emplace_back(element);
-    }
-  }
-  storeId = strForKey(dic, "storeId");
-  imgURLList = split(strForKey(dic, "imageURL"), '|');
-  storeName = strForKey(dic, "storeName");
-  address = strForKey(dic, "address");
-  content = strForKey(dic, "content");
-  title = strForKey(dic, "title");
-  time = strForKey(dic, "time");
-  phone = strForKey(dic, "phone");
-  favorite = strForKey(dic, "favorite");
-  price = strForKey(dic, "price");
-  shopPrice = strForKey(dic, "shopPrice");
-  mark = strForKey(dic, "mark");
-  star = strForKey(dic, "star");
-  num = strForKey(dic, "num");
-  starNum = strForKey(dic, "starNum");
-  isFirst = strForKey(dic, "isFirst");
-  std::vector<std::string> coordinate = split(strForKey(dic, "coordinate"), ',');
-  if (coordinate.size() == 2) {
-    longitude = std::move(coordinate[0]);
-    latitude = std::move(coordinate[1]);
-  }
+StoreInfoModel::StoreInfoModel(const Json& dic) : BaseModel(dic) { read(*this, dic); }
+
+StoreInfoModel detail::storeIn(fastjson::Element dic) {
+  StoreInfoModel model;
+  read(model, dic);
+  return model;
 }
 
 std::vector<StoreInfoModel> StoreInfoModel::listWithArray(const Json& array) {

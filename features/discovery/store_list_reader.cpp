@@ -6,6 +6,8 @@
 #include <string>
 
 #include "core/common/dictionary.h"
+#include "core/common/fast_json.h"
+#include "features/discovery/detail/records_in_place.h"
 
 namespace qmv {
 
@@ -13,6 +15,28 @@ std::vector<StoreInfoModel> storesOfData(const Json& data) {
   if (!data.is_object()) return {};
   const auto list = data.find("dataList");
   return list == data.end() ? std::vector<StoreInfoModel>{} : StoreInfoModel::listWithArray(*list);
+}
+
+std::vector<StoreInfoModel> storesOfAnswer(std::string_view text, bool* dataIsObject) {
+  std::vector<StoreInfoModel> stores;
+  bool hasData = false;
+  const bool read = fastjson::readDocument(text, [&stores, &hasData](fastjson::Element root) {
+    const auto data = fastjson::member(root, "data");
+    hasData = data && data->is_object();
+    if (!hasData) return;
+    const auto list = fastjson::member(*data, "dataList");
+    if (!list || !list->is_array()) return;
+    stores.reserve(fastjson::sizeOf(*list));
+    fastjson::forEachElement(*list, [&stores](fastjson::Element store) { stores.push_back(detail::storeIn(store)); });
+  });
+  if (!read) {
+    const Json root = parseJson(text);
+    const Json* data = fastjson::member(root, "data");
+    hasData = data && data->is_object();
+    if (hasData) stores = storesOfData(*data);
+  }
+  if (dataIsObject) *dataIsObject = hasData;
+  return stores;
 }
 
 long countOfData(const Json& data) {

@@ -15,7 +15,7 @@ Json OrderDetailNetApi::requestArgument() const {
 }
 
 std::optional<OrderInfoModel> OrderDetailNetApi::getOrderDetail() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return std::nullopt;
   OrderInfoModel order(data);
   order.orderId = orderId;

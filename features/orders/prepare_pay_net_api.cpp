@@ -55,7 +55,7 @@ Json PreparePayNetApi::requestArgument() const {
 }
 
 std::optional<OrderInfoModel> PreparePayNetApi::getOrderInfo() const {
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return std::nullopt;
   return OrderInfoModel(data);
 }

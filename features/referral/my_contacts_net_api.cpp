@@ -20,7 +20,7 @@ Json MyContactsNetApi::requestArgument() const {
 
 std::vector<UserInfoModel> MyContactsNetApi::getMyContacts() const {
   std::vector<UserInfoModel> contacts;
-  const Json data = responseData();
+  const Json& data = responseData();
   if (!data.is_object()) return contacts;
   const auto list = data.find("dataList");
   if (list == data.end() || !list->is_array()) return contacts;
