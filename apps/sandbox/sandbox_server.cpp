@@ -1,6 +1,7 @@
 #include "apps/sandbox/sandbox_server.h"
 
 #include <httplib.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -51,7 +52,8 @@ void readArguments(const httplib::Request& req, Call& call) {
 // rebuilt from what the library parsed: a multipart body comes back from its parts.
 void record(const std::filesystem::path& dir, const httplib::Request& req, const httplib::Response& res) {
   static std::atomic<unsigned> counter{0};
-  const std::string n = std::to_string(counter++);
+  // The process as well: every run of the CLI embeds a sandbox of its own.
+  const std::string n = std::to_string(::getpid()) + "-" + std::to_string(counter++);
   std::string raw = req.method + " " + req.target + " HTTP/1.1\r\n";
   for (const auto& [name, value] : req.headers) {
     if (name != "REMOTE_ADDR" && name != "REMOTE_PORT" && name != "LOCAL_ADDR" && name != "LOCAL_PORT") {

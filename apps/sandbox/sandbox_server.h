@@ -11,8 +11,8 @@
 // Embedding: construct, start() (binds and serves on its own thread), stop() or destroy.
 //
 // With QMV_SANDBOX_RECORD=<dir> in the environment every exchange is saved in <dir>: the
-// request as raw HTTP (request-<n>.http) and the answer's body (answer-<n>.json for the
-// application API, answer-<n>.body otherwise); the fuzzers' seeds come from there.
+// request as raw HTTP (request-<pid>-<n>.http) and the answer's body (answer-<pid>-<n>.json
+// for the application API, answer-<pid>-<n>.body otherwise); the fuzzers' seeds come from there.
 #include <chrono>
 #include <filesystem>
 #include <memory>
