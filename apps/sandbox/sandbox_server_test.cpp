@@ -191,7 +191,7 @@ TEST(SandboxServerInMemory, AnswersRawRequestsAndRecordsThem) {
   ::unsetenv("QMV_SANDBOX_RECORD");
   EXPECT_EQ(answer.rfind("HTTP/1.1 200 OK\r\n", 0), 0u) << answer;
   const Json envelope = parseJson(answer.substr(answer.find("\r\n\r\n") + 4));
-  EXPECT_EQ(code(envelope), "0");
+  EXPECT_EQ(envelope["success"], "0");
   EXPECT_EQ(server.answerRequest("GET /qmv/app/v3/getNoSuchThing HTTP/1.1\r\n\r\n").rfind("HTTP/1.1 404", 0), 0u);
   EXPECT_EQ(server.answerRequest("NONSENSE\r\n\r\n").rfind("HTTP/1.1 400", 0), 0u);
 
