@@ -25,7 +25,7 @@ class TextMeasurer;
 class QrGenerator;
 class UrlOpener;
 class WebViewFactory;
-class PaymentChannels;
+struct PaymentChannels;
 class CrashReporter;
 class Analytics;
 class SocialSharing;

@@ -24,6 +24,38 @@ constexpr int kListenQueue = 256;
 // Set by closeAfterAnswer during an exchange; a worker serves one connection at a time.
 thread_local bool closeRequested = false;
 
+// A connection whose peer sent `input` and then closed its side.
+class MemoryStream final : public httplib::Stream {
+ public:
+  explicit MemoryStream(std::string_view input) : input_(input) {}
+
+  bool is_readable() const override { return true; }
+  bool is_writable() const override { return true; }
+  ssize_t read(char* ptr, size_t size) override {
+    const size_t n = std::min(size, input_.size() - position_);
+    std::copy_n(input_.data() + position_, n, ptr);
+    position_ += n;
+    return static_cast<ssize_t>(n);
+  }
+  ssize_t write(const char* ptr, size_t size) override {
+    output_.append(ptr, size);
+    return static_cast<ssize_t>(size);
+  }
+  void get_remote_ip_and_port(std::string& ip, int& port) const override {
+    ip = "127.0.0.1";
+    port = 0;
+  }
+  void get_local_ip_and_port(std::string& ip, int& port) const override { get_remote_ip_and_port(ip, port); }
+  socket_t socket() const override { return INVALID_SOCKET; }
+
+  std::string& output() { return output_; }
+
+ private:
+  std::string_view input_;
+  size_t position_ = 0;
+  std::string output_;
+};
+
 ServerLimits sanitized(ServerLimits limits) {
   limits.workers = std::max(1, limits.workers);
   limits.requestsPerConnection = std::max(1, limits.requestsPerConnection);
@@ -54,6 +86,14 @@ GuardedHttpServer::GuardedHttpServer(ServerLimits limits) : limits_(sanitized(li
 void GuardedHttpServer::closeAfterAnswer(httplib::Response& res) {
   res.set_header("Connection", "close");
   closeRequested = true;
+}
+
+std::string GuardedHttpServer::answerInMemory(std::string_view request) {
+  MemoryStream stream(request);
+  bool closed = false;
+  closeRequested = false;
+  process_request(stream, true, closed, nullptr);
+  return std::move(stream.output());
 }
 
 int GuardedHttpServer::bindTo(const std::string& host, int port) {

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <string>
+#include <string_view>
 
 #include "apps/sandbox/sandbox_server.h"
 #include "apps/sandbox/worker_pool.h"
@@ -29,6 +30,11 @@ class GuardedHttpServer : public httplib::Server {
   // Called by a handler: the connection closes once `res` is sent (and `res` says so), for
   // an answer that leaves the request's body unread. REQUIRES: on the handler's thread.
   static void closeAfterAnswer(httplib::Response& res);
+
+  // Serves the one request in `request` as if it arrived on a connection of its own and
+  // returns the bytes of the answer (empty when the request could not be read). No socket
+  // is involved, so the parsing and routing can be driven by a fuzzer or a test.
+  std::string answerInMemory(std::string_view request);
 
  private:
   bool process_and_close_socket(socket_t sock) override;

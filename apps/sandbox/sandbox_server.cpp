@@ -1,9 +1,13 @@
 #include "apps/sandbox/sandbox_server.h"
 
 #include <httplib.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <cstdio>
+#include <fstream>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -42,6 +46,39 @@ void readArguments(const httplib::Request& req, Call& call) {
       call.files.emplace(key, UploadedFile{part.filename, part.content_type, part.content});
     }
   }
+}
+
+// Saves every exchange in `dir` (see QMV_SANDBOX_RECORD in the header). Requests are
+// rebuilt from what the library parsed: a multipart body comes back from its parts.
+void record(const std::filesystem::path& dir, const httplib::Request& req, const httplib::Response& res) {
+  static std::atomic<unsigned> counter{0};
+  // The process as well: every run of the CLI embeds a sandbox of its own.
+  const std::string n = std::to_string(::getpid()) + "-" + std::to_string(counter++);
+  std::string raw = req.method + " " + req.target + " HTTP/1.1\r\n";
+  for (const auto& [name, value] : req.headers) {
+    if (name != "REMOTE_ADDR" && name != "REMOTE_PORT" && name != "LOCAL_ADDR" && name != "LOCAL_PORT") {
+      raw += name + ": " + value + "\r\n";
+    }
+  }
+  raw += "\r\n";
+  if (req.is_multipart_form_data() && req.body.empty()) {
+    const std::string type = req.get_header_value("Content-Type");
+    const auto at = type.find("boundary=");
+    const std::string boundary = at == std::string::npos ? std::string() : type.substr(at + 9);
+    for (const auto& [name, part] : req.files) {
+      raw += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + name + "\"";
+      if (!part.filename.empty()) raw += "; filename=\"" + part.filename + "\"";
+      raw += "\r\n";
+      if (!part.content_type.empty()) raw += "Content-Type: " + part.content_type + "\r\n";
+      raw += "\r\n" + part.content + "\r\n";
+    }
+    raw += "--" + boundary + "--\r\n";
+  } else {
+    raw += req.body;
+  }
+  const bool api = req.path.rfind("/qmv/app/v3/", 0) == 0;
+  std::ofstream(dir / ("request-" + n + ".http"), std::ios::binary) << raw;
+  std::ofstream(dir / ("answer-" + n + (api ? ".json" : ".body")), std::ios::binary) << res.body;
 }
 
 }  // namespace
@@ -112,6 +149,41 @@ struct SandboxServer::Impl {
     }
     for (const std::string& value : setCookies) res.set_header("Set-Cookie", value);
     res.set_content(envelope(reply), "application/json; charset=utf-8");
+  }
+
+  // Opens the home and its store and sets up the routes, once; an error text on failure.
+  std::string prepare() {
+    if (http) return "";
+    std::error_code ec;
+    std::filesystem::create_directories(options.home, ec);
+    if (ec) return "cannot create " + options.home.string() + ": " + ec.message();
+    std::string error;
+    db = SandboxStore::open(options.home / "sandbox.db", &error);
+    if (!db) return error;
+    try {
+      prepareDatabase(*db);
+    } catch (const std::exception& failure) {
+      db.reset();
+      return std::string("cannot prepare the sandbox database: ") + failure.what();
+    }
+    table = EndpointTable();
+    registerAccountHandlers(table);
+    registerDiscoveryHandlers(table);
+    registerOrderHandlers(table);
+    registerWalletHandlers(table);
+    registerReferralHandlers(table);
+    registerWheelHandlers(table);
+
+    http = std::make_unique<GuardedHttpServer>(options.limits);
+    http->set_payload_max_length(kMaxPayload);
+    route();
+    if (const char* dir = std::getenv("QMV_SANDBOX_RECORD"); dir != nullptr && *dir != '\0') {
+      std::filesystem::create_directories(dir, ec);
+      http->set_logger([path = std::filesystem::path(dir)](const httplib::Request& req, const httplib::Response& res) {
+        record(path, req, res);
+      });
+    }
+    return "";
   }
 
   void route() {
@@ -194,29 +266,7 @@ SandboxServer::~SandboxServer() { stop(); }
 
 std::string SandboxServer::start() {
   if (impl_->thread.joinable()) return "";
-  std::error_code ec;
-  std::filesystem::create_directories(impl_->options.home, ec);
-  if (ec) return "cannot create " + impl_->options.home.string() + ": " + ec.message();
-  std::string error;
-  impl_->db = SandboxStore::open(impl_->options.home / "sandbox.db", &error);
-  if (!impl_->db) return error;
-  try {
-    prepareDatabase(*impl_->db);
-  } catch (const std::exception& failure) {
-    impl_->db.reset();
-    return std::string("cannot prepare the sandbox database: ") + failure.what();
-  }
-  impl_->table = EndpointTable();
-  registerAccountHandlers(impl_->table);
-  registerDiscoveryHandlers(impl_->table);
-  registerOrderHandlers(impl_->table);
-  registerWalletHandlers(impl_->table);
-  registerReferralHandlers(impl_->table);
-  registerWheelHandlers(impl_->table);
-
-  impl_->http = std::make_unique<GuardedHttpServer>(impl_->options.limits);
-  impl_->http->set_payload_max_length(kMaxPayload);
-  impl_->route();
+  if (std::string error = impl_->prepare(); !error.empty()) return error;
   const int bound = impl_->http->bindTo(impl_->options.host, impl_->options.port);
   if (bound <= 0) {
     impl_->http.reset();
@@ -246,5 +296,10 @@ int SandboxServer::port() const { return impl_->port; }
 std::string SandboxServer::baseUrl() const { return rootUrl() + "/qmv/app/v3/"; }
 
 std::string SandboxServer::rootUrl() const { return impl_->root(); }
+
+std::string SandboxServer::answerRequest(std::string_view request) {
+  if (!impl_->prepare().empty()) return "";
+  return impl_->http->answerInMemory(request);
+}
 
 }  // namespace qmv::sandbox

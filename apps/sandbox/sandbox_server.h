@@ -9,10 +9,15 @@
 // which the sandbox payment adapters finish a payment the way a vendor application would.
 //
 // Embedding: construct, start() (binds and serves on its own thread), stop() or destroy.
+//
+// With QMV_SANDBOX_RECORD=<dir> in the environment every exchange is saved in <dir>: the
+// request as raw HTTP (request-<pid>-<n>.http) and the answer's body (answer-<pid>-<n>.json
+// for the application API, answer-<pid>-<n>.body otherwise); the fuzzers' seeds come from there.
 #include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace qmv::sandbox {
 
@@ -61,6 +66,11 @@ class SandboxServer {
   std::string baseUrl() const;
   // "http://<host>:<port>"
   std::string rootUrl() const;
+
+  // Serves one raw HTTP request without any socket and returns the raw answer: empty when
+  // the request could not be read, or when the home could not be opened (as start() does
+  // on first use, but without binding).
+  std::string answerRequest(std::string_view request);
 
  private:
   struct Impl;

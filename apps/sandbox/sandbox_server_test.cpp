@@ -1,6 +1,11 @@
 #include "apps/sandbox/sandbox_server.h"
 
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <thread>
+
+#include <unistd.h>
 
 #include "apps/sandbox/sandbox_test_support.h"
 
@@ -170,6 +175,33 @@ TEST(SandboxServerLifecycle, ReportsABusyPortAndAnUnusableHome) {
   EXPECT_NE(blocked.start(), "");
   first.stop();
   first.stop();
+  std::filesystem::remove_all(home);
+}
+
+// The socket-free entry the request fuzzer drives, and the recording that seeds it: the
+// same parsing and routing as a connection, an unreadable request answered 400, and the
+// exchange saved so that replaying the saved request gives the same answer.
+TEST(SandboxServerInMemory, AnswersRawRequestsAndRecordsThem) {
+  const auto home = freshHome();
+  const auto record = home / "record";
+  ::setenv("QMV_SANDBOX_RECORD", record.c_str(), 1);
+  SandboxServer server(SandboxOptions{home, 0, "127.0.0.1", true});
+  const std::string request = "GET /qmv/app/v3/getCategoryList HTTP/1.1\r\nHost: h\r\n\r\n";
+  const std::string answer = server.answerRequest(request);
+  ::unsetenv("QMV_SANDBOX_RECORD");
+  EXPECT_EQ(answer.rfind("HTTP/1.1 200 OK\r\n", 0), 0u) << answer;
+  const Json envelope = parseJson(answer.substr(answer.find("\r\n\r\n") + 4));
+  EXPECT_EQ(envelope["success"], "0");
+  EXPECT_EQ(server.answerRequest("GET /qmv/app/v3/getNoSuchThing HTTP/1.1\r\n\r\n").rfind("HTTP/1.1 404", 0), 0u);
+  EXPECT_EQ(server.answerRequest("NONSENSE\r\n\r\n").rfind("HTTP/1.1 400", 0), 0u);
+
+  const std::string first = std::to_string(::getpid()) + "-0";
+  std::ifstream saved(record / ("request-" + first + ".http"), std::ios::binary);
+  const std::string replay{std::istreambuf_iterator<char>(saved), {}};
+  EXPECT_EQ(replay.rfind("GET /qmv/app/v3/getCategoryList HTTP/1.1\r\n", 0), 0u) << replay;
+  EXPECT_EQ(server.answerRequest(replay), answer);
+  std::ifstream body(record / ("answer-" + first + ".json"), std::ios::binary);
+  EXPECT_EQ(parseJson(std::string{std::istreambuf_iterator<char>(body), {}}), envelope);
   std::filesystem::remove_all(home);
 }
 

@@ -1,5 +1,6 @@
 #include "core/common/log.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
@@ -27,6 +28,8 @@ void toSink(const std::string& line) {
   if (sink) sink(line);
 }
 
+std::atomic<bool> warningsOnStderr{true};
+
 }  // namespace
 
 void logLine(const std::string& line) {
@@ -36,9 +39,11 @@ void logLine(const std::string& line) {
 }
 
 void logWarning(const std::string& line) {
-  std::fprintf(stderr, "qmv: %s\n", line.c_str());
+  if (warningsOnStderr.load(std::memory_order_relaxed)) std::fprintf(stderr, "qmv: %s\n", line.c_str());
   toSink(line);
 }
+
+void setWarningsOnStderr(bool on) { warningsOnStderr.store(on, std::memory_order_relaxed); }
 
 ScopedLogSink::ScopedLogSink(LogSink sink) {
   std::lock_guard lock(sinkMutex());

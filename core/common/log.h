@@ -16,6 +16,10 @@ void logLine(const std::string& line);
 // as "qmv: <line>", and to the installed sink.
 void logWarning(const std::string& line);
 
+// Turns the stderr copy of warnings off (or back on); the sink still gets them. For a
+// process that feeds hostile input in a loop, where a line per input would drown the rest.
+void setWarningsOnStderr(bool on);
+
 // Installs `sink` for the lifetime of the returned guard; the previous sink comes back
 // when the guard is destroyed. Thread-safe.
 class ScopedLogSink {

@@ -56,11 +56,9 @@ bool writeFileAtomically(const fs::path& path, const std::string& content) {
   return !ec;
 }
 
-// The payload of an archive written by this format; nullopt for anything else.
-std::optional<Json> readArchive(const fs::path& path, const char* format, const char* key) {
-  const auto text = readFile(path);
-  if (!text) return std::nullopt;
-  Json document = parseJson(*text);
+// The payload of an archive text written by this format; nullopt for anything else.
+std::optional<Json> archivePayload(std::string_view text, const char* format, const char* key) {
+  Json document = parseJson(text);
   if (!isParsed(document) || !document.is_object()) return std::nullopt;
   const auto marker = document.find("format");
   if (marker == document.end() || *marker != format) return std::nullopt;
@@ -138,10 +136,21 @@ void CachedRequest::saveJsonResponseToCacheFile(const Json& jsonResponse) {
 }
 
 std::optional<Json> CachedRequest::loadCacheData() const {
-  auto json = readArchive(cacheFilePath(), kCacheFormat, "json");
+  const auto text = readFile(cacheFilePath());
+  return text ? cachedResponseOfText(*text) : std::nullopt;
+}
+
+std::optional<Json> CachedRequest::cachedResponseOfText(std::string_view text) {
+  auto json = archivePayload(text, kCacheFormat, "json");
   // A stored null is an empty archive: nothing to serve.
   if (!json || json->is_null()) return std::nullopt;
   return json;
+}
+
+std::optional<std::int64_t> CachedRequest::cacheVersionOfText(std::string_view text) {
+  const auto version = archivePayload(text, kVersionFormat, "version");
+  if (!version || !version->is_number_integer()) return std::nullopt;
+  return version->get<std::int64_t>();
 }
 
 std::string CachedRequest::cacheBasePath() const {
@@ -169,9 +178,8 @@ std::optional<std::int64_t> CachedRequest::cacheVersionFileContent() const {
   const std::string path = cacheVersionFilePath();
   std::error_code ec;
   if (!fs::exists(path, ec)) return 0;
-  const auto version = readArchive(path, kVersionFormat, "version");
-  if (!version || !version->is_number_integer()) return std::nullopt;
-  return version->get<std::int64_t>();
+  const auto text = readFile(path);
+  return text ? cacheVersionOfText(*text) : std::nullopt;
 }
 
 std::int64_t CachedRequest::cacheFileDuration(const std::string& path) const {

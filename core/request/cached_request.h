@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/request/base_request.h"
 
@@ -60,6 +61,12 @@ class CachedRequest : public BaseRequest {
   // the way is replaced. Logs "create cache directory failed, error = ..." on failure.
   static void checkDirectory(const std::string& path);
   static void createBaseDirectoryAtPath(const std::string& path);
+
+  // What the texts of the two cache files hold: the stored response (nullopt when the
+  // text is not a response file of this format, or stores null) and the stored version
+  // (nullopt when it is not a version file holding an integer).
+  static std::optional<Json> cachedResponseOfText(std::string_view text);
+  static std::optional<std::int64_t> cacheVersionOfText(std::string_view text);
 
  private:
   std::optional<Json> loadCacheData() const;

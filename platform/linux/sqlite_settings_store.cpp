@@ -37,8 +37,10 @@ Encoded encode(const Json& value) {
   return {"json", dumpJson(value)};
 }
 
+}  // namespace
+
 // A row of an unknown kind or with undecodable content reads as absent; the row stays.
-Json decode(const std::string& kind, const std::string& bytes) {
+Json SqliteSettingsStore::decodeRow(const std::string& kind, const std::string& bytes) {
   if (kind == "text") return Json(bytes);
   if (kind == "bool") return Json(bytes == "1");
   if (kind == "binary") return Json::binary(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
@@ -48,6 +50,8 @@ Json decode(const std::string& kind, const std::string& bytes) {
   }
   return Json();
 }
+
+namespace {
 
 std::string columnBytes(sqlite3_stmt* stmt, int column) {
   const void* data = sqlite3_column_blob(stmt, column);
@@ -114,7 +118,7 @@ Attempt tryOpen(const std::filesystem::path& file) {
   rc = sqlite3_prepare_v2(a.db, "SELECT key, kind, value FROM settings", -1, &rows, nullptr);
   if (rc != SQLITE_OK) return fail(rc);
   while ((rc = sqlite3_step(rows)) == SQLITE_ROW) {
-    Json value = decode(columnBytes(rows, 1), columnBytes(rows, 2));
+    Json value = SqliteSettingsStore::decodeRow(columnBytes(rows, 1), columnBytes(rows, 2));
     if (!value.is_null()) a.values[columnBytes(rows, 0)] = std::move(value);
   }
   sqlite3_finalize(rows);
@@ -203,7 +207,7 @@ bool SqliteSettingsStore::updateObject(const std::string& key, const Change& cha
     if (rc == SQLITE_OK) {
       sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
       rc = sqlite3_step(stmt);
-      if (rc == SQLITE_ROW) current = decode(columnBytes(stmt, 0), columnBytes(stmt, 1));
+      if (rc == SQLITE_ROW) current = SqliteSettingsStore::decodeRow(columnBytes(stmt, 0), columnBytes(stmt, 1));
     }
     sqlite3_finalize(stmt);
     if (rc != SQLITE_ROW && rc != SQLITE_DONE) return false;

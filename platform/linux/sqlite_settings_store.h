@@ -57,6 +57,10 @@ class SqliteSettingsStore : public SettingsStore {
 
   const std::filesystem::path& path() const { return path_; }
 
+  // A stored row's value from its kind and bytes, as open() reads it: a row of an unknown
+  // kind or with undecodable content reads as absent (null).
+  static Json decodeRow(const std::string& kind, const std::string& bytes);
+
  private:
   SqliteSettingsStore(sqlite3* db, std::filesystem::path path, Json values);
   // REQUIRES: mutex_ held. Writes `values` inside the open transaction.
