@@ -112,14 +112,17 @@ bool GuardedHttpServer::awaitRequest(int sock, const DeadlineSocketStream& strea
   const auto idleUntil = Clock::now() + limits_.idle;
   for (;;) {
     if (stopping()) return false;
-    const WorkerPool* pool = pool_.load();
-    if (pool != nullptr && pool->starved()) return false;
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(idleUntil - Clock::now());
     if (left.count() <= 0) return false;
     pollfd watched{sock, POLLIN, 0};
     const int ready = ::poll(&watched, 1, static_cast<int>(std::min(left, kIdleSlice).count()));
     if (ready > 0) return (watched.revents & POLLIN) != 0;
     if (ready < 0 && errno != EINTR) return false;
+    // Quiet for a whole slice while others wait for a worker: give way. Not before the
+    // first slice: a client asking back to back sends its next request microseconds after
+    // the answer, and cutting it then fails the request already on its way.
+    const WorkerPool* pool = pool_.load();
+    if (pool != nullptr && pool->starved()) return false;
   }
 }
 
