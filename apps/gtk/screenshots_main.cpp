@@ -76,7 +76,10 @@ int run(const std::filesystem::path& out) {
     TabBarPage* tabs = nullptr;
     driver.waitUntil([&] { return (tabs = app.view().tabBar()) != nullptr; });
     auto& home = static_cast<HomePage&>(tabs->tab(0));
-    driver.waitUntil([&] { return !home.screen().popularStores().empty(); });
+    // The stores are in and drawn (the page redraws on an idle turn after they arrive).
+    driver.waitUntil([&] {
+      return !home.screen().popularStores().empty() && ui::findNamed(driver.top(), "popular") != nullptr;
+    });
     shot("01-home");
 
     tabs->select(1);
