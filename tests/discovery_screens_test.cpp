@@ -173,7 +173,13 @@ TEST_F(DiscoveryScreensTest, HomeRefreshLoadsTheCurrentCityAndPagesPopularStores
   home.onLoaded = [&] { loaded = true; };
   home.refreshNet();
   ASSERT_TRUE(runUntil([&] { return loaded; }));
-  EXPECT_FALSE(home.resources().empty());
+  ASSERT_FALSE(home.resources().empty());
+  // A banner opens its page on the plain page screen, under its own title.
+  ASSERT_TRUE(home.didSelectBanner(0));
+  EXPECT_EQ(navigator_->topScreen()->name, "WebViewController");
+  EXPECT_EQ(navigator_->topScreen()->payload,
+            (Json{{"title", home.resources()[0].title}, {"url", home.resources()[0].URL}}));
+  EXPECT_FALSE(home.didSelectBanner(home.resources().size()));
   ASSERT_FALSE(home.recommendStores().empty());
   ASSERT_EQ(home.popularStores().size(), 10u);
   EXPECT_FALSE(home.templates().empty());

@@ -65,6 +65,11 @@ TEST_F(NearbySearchTest, FilterPathPagesAppendAndAFailedPageIsAskedForAgain) {
   for (int i = 0; i < 10 && !view.loadMoreFooterHidden; ++i) ASSERT_TRUE(search(view, [&] { view.loadMore(); }));
   EXPECT_TRUE(view.loadMoreFooterHidden);
   EXPECT_EQ(ids(view.storeList).size(), view.storeList.size());
+
+  // Pull-down: back to page 1, which replaces the list.
+  ASSERT_TRUE(search(view, [&] { view.headerRefresh(); }));
+  EXPECT_EQ(view.pageNum, 1);
+  EXPECT_EQ(ids(view.storeList), firstPage);
 }
 
 TEST_F(NearbySearchTest, DistrictCategoryAndSortFiltersNarrowTheList) {

@@ -57,6 +57,16 @@ TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
       << refunded.out;
   EXPECT_FALSE(run({"orders", "--tab", "1"}).has("SB20161000014"));
   EXPECT_EQ(run({"refund", "SB20161000014", "--answer", "确定"}).status, 1) << "refunded already";
+
+  // Rating: out-of-range stars are a usage error; a rated order leaves the to-rate tab.
+  EXPECT_EQ(run({"rate", "SB20161000012", "--star", "6"}).status, 2);
+  ASSERT_TRUE(run({"orders", "--tab", "2"}).has("SB20161000012"));
+  const auto rated = run({"rate", "SB20161000012", "--star", "4", "--text", "锅底很香"});
+  ASSERT_EQ(rated.status, 0) << rated.out;
+  EXPECT_TRUE(rated.has("评价: 河东铜锅涮肉")) << rated.out;
+  EXPECT_TRUE(rated.has("评价成功")) << rated.out;
+  EXPECT_FALSE(run({"orders", "--tab", "2"}).has("SB20161000012"));
+  EXPECT_EQ(run({"rate", "SB20161000012"}).status, 1) << "rated already";
 }
 
 }  // namespace

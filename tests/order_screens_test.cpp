@@ -7,6 +7,7 @@
 #include "apps/sandbox/demo_data.h"
 #include "core/common/string_util.h"
 #include "core/session/login_net_api.h"
+#include "features/orders/grade_store_view_controller.h"
 #include "features/orders/qx_my_activity_order_detail_view_controller.h"
 #include "features/orders/qx_my_order_view_controller.h"
 #include "features/orders/qx_my_store_order_detail_view_controller.h"
@@ -232,6 +233,59 @@ TEST_F(OrderScreensTest, DetailScreensShowTheTextsOfBothOrderTypes) {
   none.viewWillAppear();
   EXPECT_TRUE(told);
   EXPECT_EQ(NetworkAgent::sharedInstance().requestCount(), 0u);
+}
+
+TEST_F(OrderScreensTest, RatingAStoreOrderOnceMovesItOutOfTheToRateTab) {
+  const std::string id = "SB20161000012";
+  std::string successOrderID;
+  navigator_->push("QXMyOrderViewController", {});
+  navigator_->push("GradeStoreViewController", {{"orderId", id}});
+  GradeStoreViewController screen(id, "河东铜锅涮肉", &successOrderID);
+  std::optional<bool> finished;
+  screen.onFinished = [&](bool correct) { finished = correct; };
+  screen.selectStar(9);
+  EXPECT_EQ(screen.star(), 5);
+  screen.selectStar(0);
+  EXPECT_EQ(screen.star(), 1);
+  screen.selectStar(4);
+
+  // Comments the server must never see: stray bytes, or one character too many.
+  screen.contentText = "好\xff";
+  EXPECT_FALSE(screen.submitAction());
+  EXPECT_EQ(overlay_->statuses().back(), "评价内容含有无法识别的字符");
+  std::string longest;
+  for (std::size_t i = 0; i < GradeStoreViewController::kMaxContentChars; ++i) longest += "味";
+  screen.contentText = longest + "!";
+  EXPECT_EQ(screen.countText(), "201/200");
+  EXPECT_FALSE(screen.submitAction());
+  EXPECT_EQ(overlay_->statuses().back(), "评价内容不能超过200字");
+  EXPECT_EQ(NetworkAgent::sharedInstance().requestCount(), 0u);
+
+  screen.contentText = longest;
+  ASSERT_TRUE(screen.submitAction());
+  EXPECT_FALSE(screen.submitAction()) << "one rating at a time";
+  ASSERT_TRUE(runUntil([&] { return finished.has_value(); }));
+  EXPECT_TRUE(*finished);
+  EXPECT_EQ(successOrderID, id);
+  EXPECT_EQ(overlay_->statuses().back(), "评价成功");
+  EXPECT_EQ(navigator_->topScreen()->name, "QXMyOrderViewController");
+
+  // The server keeps the stars and refuses a second rating, whose message is shown.
+  finished.reset();
+  successOrderID.clear();
+  ASSERT_TRUE(screen.submitAction());
+  ASSERT_TRUE(runUntil([&] { return finished.has_value(); }));
+  EXPECT_FALSE(*finished);
+  EXPECT_EQ(overlay_->statuses().back(), "该订单不能评价");
+  EXPECT_TRUE(successOrderID.empty());
+  QXMyOrderViewController toRate(2);
+  toRate.viewDidLoad();
+  ASSERT_TRUE(load(toRate, [&] { toRate.viewWillAppear(); }));
+  EXPECT_TRUE(std::none_of(toRate.orderList.begin(), toRate.orderList.end(),
+                           [&](const OrderInfoModel& o) { return o.orderId == id; }));
+  QXMyStoreOrderDetailViewController rated(id);
+  ASSERT_TRUE(loadDetail(rated));
+  EXPECT_TRUE(rated.commentHidden);
 }
 
 }  // namespace

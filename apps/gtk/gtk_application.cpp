@@ -9,7 +9,11 @@
 
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
+#include "apps/gtk/renderer_choice.h"
 #include "apps/gtk/tab_bar_page.h"
+
+// The generated resource bundle (apps/gtk/qmv.gresource.xml).
+extern "C" void qmv_register_resource(void);
 
 namespace qmv::gtk {
 
@@ -23,7 +27,7 @@ constexpr const char* kStyle = R"css(
 @define-color accent_bg_color rgb(241, 161, 72);
 @define-color accent_color rgb(200, 110, 20);
 .launch { background: linear-gradient(rgb(241, 161, 72), rgb(230, 120, 40)); color: white; }
-.banner { background: linear-gradient(135deg, rgb(241, 161, 72), rgb(236, 110, 70)); color: white;
+button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), rgb(236, 110, 70)); color: white;
           border-radius: 12px; padding: 28px 18px; margin: 0 4px; }
 .price { color: rgb(230, 80, 40); font-weight: bold; font-size: 1.4em; }
 .bank-card { background: linear-gradient(135deg, rgb(60, 90, 160), rgb(40, 60, 120)); color: white;
@@ -130,6 +134,10 @@ void loadStyle() {
   if (GtkSettings* settings = gtk_settings_get_default()) {
     g_object_set(settings, "gtk-decoration-layout", ":close", nullptr);
   }
+  // Icons the theme lacks (the wealth tab's wallet) come from the binary's own resource.
+  static const bool registered = (qmv_register_resource(), true);
+  (void)registered;
+  Gtk::IconTheme::get_for_display(Gdk::Display::get_default())->add_resource_path("/org/qmv/Client/icons");
   auto provider = Gtk::CssProvider::create();
   provider->load_from_data(kStyle);
   Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
@@ -143,6 +151,7 @@ int runGtkApplication(int argc, char** argv) {
     std::cerr << "qmv-gtk: " << error << "\nusage: qmv-gtk [--home DIR] [--server URL] [--at LAT,LON] [--pay-outcome success|cancel|fail] [URL...]\n";
     return 2;
   }
+  chooseRenderer();
   AdwApplication* application = adw_application_new(kApplicationId, G_APPLICATION_HANDLES_OPEN);
   g_signal_connect(application, "activate", G_CALLBACK(+[](GtkApplication* application, gpointer data) {
                      ensureWindow(application, *static_cast<App*>(data));

@@ -17,6 +17,7 @@
 #include "apps/gtk/nearby_page.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/renderer_choice.h"
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/toast_status_overlay.h"
@@ -27,6 +28,7 @@
 #include "platform/linux/qr_png.h"
 #include "shell/app_delegate.h"
 #include "shell/qx_h5_view_controller.h"
+#include "shell/web_view_controller.h"
 #if QMV_HAVE_WEBKIT
 #include <webkit/webkit.h>
 #endif
@@ -134,6 +136,18 @@ class GtkClientTest : public ::testing::Test {
   TabBarPage* tabs_ = nullptr;
 };
 
+TEST(RendererChoice, OnlyARenderNodeCountsAsAGpu) {
+  std::string pattern = (std::filesystem::temp_directory_path() / "qmv-dri-XXXXXX").string();
+  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+  const std::filesystem::path dri = pattern;
+  EXPECT_FALSE(hasRenderNode(dri / "missing"));
+  std::filesystem::create_directory(dri / "card0");
+  EXPECT_FALSE(hasRenderNode(dri)) << "a display controller alone renders nothing";
+  std::filesystem::create_directory(dri / "renderD128");
+  EXPECT_TRUE(hasRenderNode(dri));
+  std::filesystem::remove_all(dri);
+}
+
 TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity) {
   // The home tab of the selected city with its sections, the tab bar in the start-up's order.
   EXPECT_EQ(driver_->topName(), kTabBarScreen);
@@ -141,6 +155,26 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
   EXPECT_TRUE(ui::shows(top(), "热门活动"));
   EXPECT_TRUE(ui::shows(top(), "临沂市"));
   for (const char* title : {"首页", "附近", "财富", "社区", "我的"}) EXPECT_TRUE(ui::shows(top(), title)) << title;
+  // Every tab's icon is one the running icon theme can draw.
+  std::function<GtkWidget*(GtkWidget*)> findStack = [&](GtkWidget* w) -> GtkWidget* {
+    if (ADW_IS_VIEW_STACK(w)) return w;
+    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) {
+      if (GtkWidget* found = findStack(c)) return found;
+    }
+    return nullptr;
+  };
+  GtkWidget* stack = findStack(GTK_WIDGET(tabs_->gobj()));
+  ASSERT_NE(stack, nullptr);
+  GtkSelectionModel* pages = adw_view_stack_get_pages(ADW_VIEW_STACK(stack));
+  GtkIconTheme* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
+  ASSERT_EQ(g_list_model_get_n_items(G_LIST_MODEL(pages)), 5u);
+  for (guint i = 0; i < 5; ++i) {
+    auto* page = static_cast<AdwViewStackPage*>(g_list_model_get_item(G_LIST_MODEL(pages), i));
+    const char* iconName = adw_view_stack_page_get_icon_name(page);
+    EXPECT_TRUE(iconName != nullptr && gtk_icon_theme_has_icon(theme, iconName)) << "tab " << i;
+    g_object_unref(page);
+  }
+  g_object_unref(pages);
 
   // A keyword typed on the nearby tab's search face lists what the server found and is
   // kept in the history.
@@ -349,6 +383,11 @@ TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
   const std::size_t firstPage = list->screen().numberOfRows();
   ASSERT_TRUE(tap("load-more"));
   EXPECT_TRUE(driver_->waitUntil([&] { return ui::findNamed(top(), "order" + std::to_string(firstPage)) != nullptr; }));
+  // A pull past the top loads page 1 alone again.
+  g_signal_emit_by_name(ui::findNamed(top(), "page-scroller")->gobj(), "edge-overshot", GTK_POS_TOP);
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    return !list->screen().isLoading() && list->screen().pageNum == 1 && list->screen().numberOfRows() == firstPage;
+  }));
   ASSERT_TRUE(tap("order-tab1"));
   ASSERT_TRUE(driver_->waitUntil([&] {
     return !list->screen().isLoading() && ui::findNamed(top(), "order0") != nullptr &&
@@ -387,6 +426,39 @@ TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
     const auto& rows = list->screen().orderList;
     return !rows.empty() && rows[0].orderId == orderId && ui::findNamed(top(), "order0") != nullptr &&
            ui::shows(*firstRow(), "已退款");
+  }));
+}
+
+TEST_F(GtkClientTest, RatesAStoreOrderWhichThenLeavesTheToRateTab) {
+  signIn("13800000000", "qmv123");
+  ASSERT_TRUE(openFromMemberTab("我的订单", "QXMyOrderViewController"));
+  auto* list = dynamic_cast<OrderListPage*>(&top());
+  ASSERT_NE(list, nullptr);
+  ASSERT_TRUE(tap("order-tab2"));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return !list->screen().isLoading() && list->screen().index == 2 && ui::findButton(top(), "评价") != nullptr;
+  }));
+  const OrderInfoModel order = list->screen().orderList.at(0);
+  ASSERT_TRUE(tap("评价"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "GradeStoreViewController"; }));
+  EXPECT_EQ(shownAs("store-name"), order.storeName);
+  ASSERT_TRUE(tap("star3"));
+  auto* comment = dynamic_cast<Gtk::TextView*>(ui::findNamed(top(), "comment"));
+  ASSERT_NE(comment, nullptr);
+  comment->get_buffer()->set_text("上菜很快");
+  EXPECT_EQ(shownAs("count"), "4/200");
+  auto* page = dynamic_cast<GradeStorePage*>(&top());
+  ASSERT_NE(page, nullptr);
+  EXPECT_EQ(page->screen().star(), 3);
+  ASSERT_TRUE(tap("submit"));
+  ASSERT_TRUE(toasted("评价成功"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyOrderViewController"; }));
+  EXPECT_EQ(driver_->app().appDelegate().successOrderID, order.orderId);
+  // Back on the list, the to-rate tab reloads without the rated order.
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    const auto& rows = list->screen().orderList;
+    return !list->screen().isLoading() &&
+           std::none_of(rows.begin(), rows.end(), [&](const OrderInfoModel& o) { return o.orderId == order.orderId; });
   }));
 }
 
@@ -452,6 +524,23 @@ TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXPayNowViewController"; }));
   EXPECT_TRUE(waitFor("一元夺宝-第12期"));
   EXPECT_EQ(web->page().url, shownUrl);
+
+  // A home banner opens its page on the plain page screen under the banner's title.
+  driver_->app().navigator().popToRoot();
+  tabs_->select(0);
+  ASSERT_TRUE(tap("banner1"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "WebViewController"; }));
+  auto* plain = dynamic_cast<PlainWebPage*>(&top());
+  ASSERT_NE(plain, nullptr);
+  EXPECT_EQ(plain->screen().title(), "幸运大转盘");
+  WebView* plainWeb = plain->screen().webView();
+  ASSERT_NE(plainWeb, nullptr);
+  ASSERT_TRUE(driver_->waitUntil([&] { return !plainWeb->isLoading() && !plainWeb->page().url.empty(); },
+                                 std::chrono::seconds(60)))
+      << plain->screen().loadError();
+  EXPECT_EQ(plain->screen().loadError(), "");
+  EXPECT_EQ(plainWeb->page().url, plain->screen().url());
+  EXPECT_NE(plain->screen().url().find("/static/dial/index.html"), std::string::npos);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "apps/gtk/gtk_application.h"
 #include "apps/gtk/main_view.h"
+#include "apps/gtk/renderer_choice.h"
 #include "core/common/db_util.h"
 #include "core/session/global_data.h"
 #include "platform/linux/glib_main_loop.h"
@@ -13,6 +14,7 @@ namespace qmv::gtk {
 
 bool GtkDriver::initToolkit() {
   static const bool ok = [] {
+    chooseRenderer();
     if (!gtk_init_check()) return false;
     adw_init();
     Gtk::init_gtkmm_internals();

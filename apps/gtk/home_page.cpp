@@ -18,6 +18,7 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   screen_.onLoaded = [this] { refreshSoon(); };
   screen_.onPopularLoaded = [this](bool) { refreshSoon(); };
   screen_.onLocated = [this](MainViewController::LocateOutcome) { refreshSoon(); };
+  pullToRefresh([this] { screen_.refreshNet(); });
   auto* city = Gtk::make_managed<Gtk::Button>();
   city->set_icon_name("mark-location-symbolic");
   city->set_name("city");
@@ -38,11 +39,13 @@ void HomePage::refresh() {
 
   if (!screen_.resources().empty()) {
     GtkWidget* carousel = adw_carousel_new();
-    for (const ResourceModel& banner : screen_.resources()) {
-      auto* card = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+    for (std::size_t i = 0; i < screen_.resources().size(); ++i) {
+      auto* card = Gtk::make_managed<Gtk::Button>();
       card->add_css_class("banner");
+      card->set_name("banner" + std::to_string(i));
       card->set_hexpand(true);
-      card->append(*ui::label(banner.title, "title-2"));
+      card->set_child(*ui::label(screen_.resources()[i].title, "title-2"));
+      card->signal_clicked().connect([this, i] { screen_.didSelectBanner(i); });
       adw_carousel_append(ADW_CAROUSEL(carousel), GTK_WIDGET(card->gobj()));
     }
     GtkWidget* dots = adw_carousel_indicator_dots_new();

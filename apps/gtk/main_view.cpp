@@ -119,9 +119,13 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   if (name == order_texts::kActivityOrderDetailScreen) {
     return Gtk::make_managed<ActivityOrderPage>(context_, text("orderId"));
   }
+  if (name == order_texts::kGradeStoreScreen) {
+    return Gtk::make_managed<GradeStorePage>(context_, text("orderId"), text("storeName"));
+  }
   if (name == referral_texts::kMyContactScreen) return Gtk::make_managed<ContactsPage>(context_);
   if (name == referral_texts::kSecondContactScreen) return Gtk::make_managed<SecondContactsPage>(context_, payload);
   if (name == wheel_texts::kWheelScreen) return Gtk::make_managed<WheelPage>(context_);
+  if (name == discovery_texts::kWebScreen) return Gtk::make_managed<PlainWebPage>(context_, text("title"), text("url"));
   if (name == h5_texts::kH5Screen) return Gtk::make_managed<H5Page>(context_, number("h5Type"));
   return nullptr;
 }

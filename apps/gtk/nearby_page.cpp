@@ -41,6 +41,7 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
     refreshSoon();
   });
   addHeaderButton(*face);
+  pullToRefresh([this] { screen_->nearbyView().headerRefresh(); });
   mapBox_.append(map_.widget());
 
   // The first list loads when the tab is first drawn.

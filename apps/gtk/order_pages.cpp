@@ -1,7 +1,9 @@
 #include "apps/gtk/order_pages.h"
 
+#include "apps/gtk/page_context.h"
 #include "apps/gtk/ui.h"
 #include "features/orders/order_texts.h"
+#include "shell/app_delegate.h"
 
 namespace qmv::gtk {
 
@@ -36,11 +38,7 @@ OrderListPage::OrderListPage(PageContext& context, long type)
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
   screen_.onRefunded = [this](bool) { refreshSoon(); };
-  auto* reload = Gtk::make_managed<Gtk::Button>();
-  reload->set_icon_name("view-refresh-symbolic");
-  reload->set_name("reload");
-  reload->signal_clicked().connect([this] { screen_.headerRefresh(); });
-  addHeaderButton(*reload);
+  pullToRefresh([this] { screen_.headerRefresh(); });
   screen_.viewDidLoad();
   refresh();
 }
@@ -164,6 +162,64 @@ void ActivityOrderPage::refresh() {
   }
   body().append(*facts);
   if (!screen_.contentText.empty()) body().append(*ui::label(screen_.contentText));
+}
+
+GradeStorePage::GradeStorePage(PageContext& context, const std::string& orderId, const std::string& storeName)
+    : ScreenPage(context, texts::kRateTitle, true),
+      screen_(orderId, storeName, &context.appDelegate().successOrderID) {
+  follow(screen_);
+  screen_.onFinished = [this](bool) { refreshSoon(); };
+  auto* store = ui::label(screen_.storeName(), "title-2");
+  store->set_name("store-name");
+  body().append(*store);
+  auto* stars = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
+  stars->set_halign(Gtk::Align::CENTER);
+  stars->set_tooltip_text(texts::kRateStarsLabel);
+  for (int n = 1; n <= GradeStoreViewController::kMaxStar; ++n) {
+    auto* star = Gtk::make_managed<Gtk::Button>();
+    star->add_css_class("flat");
+    star->set_name("star" + std::to_string(n));
+    star->signal_clicked().connect([this, n] {
+      screen_.selectStar(n);
+      refresh();
+    });
+    stars_[n - 1] = star;
+    stars->append(*star);
+  }
+  body().append(*stars);
+  auto* comment = Gtk::make_managed<Gtk::TextView>();
+  comment->set_name("comment");
+  comment->set_wrap_mode(Gtk::WrapMode::WORD_CHAR);
+  comment->set_size_request(-1, 120);
+  comment->add_css_class("card");
+  comment->set_top_margin(8);
+  comment->set_left_margin(8);
+  comment->set_right_margin(8);
+  comment->set_tooltip_text(texts::kRatePlaceholder);
+  comment->get_buffer()->signal_changed().connect([this, comment] {
+    screen_.contentText = comment->get_buffer()->get_text();
+    refresh();
+  });
+  body().append(*comment);
+  count_ = ui::label(screen_.countText(), "dim-label", false);
+  count_->set_name("count");
+  count_->set_halign(Gtk::Align::END);
+  body().append(*count_);
+  submit_ = ui::button(texts::kRateSubmit, [this] {
+    screen_.submitAction();
+    refresh();
+  }, "suggested-action");
+  submit_->set_name("submit");
+  body().append(*submit_);
+  refresh();
+}
+
+void GradeStorePage::refresh() {
+  for (int n = 1; n <= GradeStoreViewController::kMaxStar; ++n) {
+    stars_[n - 1]->set_icon_name(n <= screen_.star() ? "starred-symbolic" : "non-starred-symbolic");
+  }
+  count_->set_text(screen_.countText());
+  submit_->set_sensitive(!screen_.isSubmitting());
 }
 
 }  // namespace qmv::gtk

@@ -4,6 +4,7 @@
 
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/pull_refresh.h"
 #include "core/session/base_view_controller.h"
 
 namespace qmv::gtk {
@@ -37,6 +38,7 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   scroller_.set_child(*Glib::wrap(clamp));
   scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   scroller_.set_vexpand(true);
+  scroller_.set_name("page-scroller");
   overlay_.set_child(scroller_);
 
   // The loading view: a spinner and the loading text on the page's background.
@@ -86,6 +88,8 @@ void ScreenPage::fillPage() {
   body_.set_margin(0);
   body_.set_vexpand(true);
 }
+
+void ScreenPage::pullToRefresh(std::function<void()> refresh) { addPullToRefresh(scroller_, std::move(refresh)); }
 
 void ScreenPage::follow(BaseViewController& screen) {
   screen_ = &screen;

@@ -44,6 +44,8 @@ class ScreenPage : public Gtk::Box {
   void setBackAction(std::function<void()> back);
   // The body takes the page's whole height and scrolls by itself (a web view).
   void fillPage();
+  // A pull past the top of the body runs `refresh` (the screen's pull-down refresh).
+  void pullToRefresh(std::function<void()> refresh);
   PageContext& context_;
 
  private:

@@ -28,6 +28,7 @@
 #include "features/wheel/wheel_texts.h"
 #include "shell/h5_texts.h"
 #include "shell/qx_h5_view_controller.h"
+#include "shell/web_view_controller.h"
 #include "shell/app_delegate.h"
 
 namespace {
@@ -75,7 +76,10 @@ int run(const std::filesystem::path& out) {
     TabBarPage* tabs = nullptr;
     driver.waitUntil([&] { return (tabs = app.view().tabBar()) != nullptr; });
     auto& home = static_cast<HomePage&>(tabs->tab(0));
-    driver.waitUntil([&] { return !home.screen().popularStores().empty(); });
+    // The stores are in and drawn (the page redraws on an idle turn after they arrive).
+    driver.waitUntil([&] {
+      return !home.screen().popularStores().empty() && ui::findNamed(driver.top(), "popular") != nullptr;
+    });
     shot("01-home");
 
     tabs->select(1);
@@ -189,6 +193,27 @@ int run(const std::filesystem::path& out) {
       return web != nullptr && !web->isLoading() && !web->page().url.empty();
     }, std::chrono::seconds(30));
     shot("25-community");
+
+    // The rating of a store order waiting for it, and a home banner's plain page.
+    tabs->select(0);
+    app.navigator().push(order_texts::kMyOrdersScreen, {{"type", 2}});
+    driver.waitUntil([&] { return ui::findButton(driver.top(), order_texts::kButtonRate) != nullptr; });
+    if (auto* rate = ui::findButton(driver.top(), order_texts::kButtonRate)) g_signal_emit_by_name(rate->gobj(), "clicked");
+    driver.waitUntil([&] { return driver.topName() == order_texts::kGradeStoreScreen; });
+    if (auto* star = ui::findNamed(driver.top(), "star4")) g_signal_emit_by_name(star->gobj(), "clicked");
+    if (auto* comment = dynamic_cast<Gtk::TextView*>(ui::findNamed(driver.top(), "comment"))) {
+      comment->get_buffer()->set_text("锅底很香，上菜也快。");
+    }
+    shot("26-rate");
+    app.navigator().popToRoot();
+    if (home.screen().didSelectBanner(1)) {
+      driver.waitUntil([&] {
+        auto* page = dynamic_cast<PlainWebPage*>(&driver.top());
+        const WebView* web = page != nullptr ? page->screen().webView() : nullptr;
+        return web != nullptr && !web->isLoading() && !web->page().url.empty();
+      }, std::chrono::seconds(30));
+      shot("27-web-page");
+    }
   }
   std::filesystem::remove_all(home);
   return failures == 0 ? 0 : 1;

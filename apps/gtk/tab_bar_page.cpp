@@ -19,6 +19,15 @@ class CommunityPage : public ScreenPage {
   CommunityPage(PageContext& context, TabBarViewController& tabBar) : ScreenPage(context, "", false), tabBar_(tabBar) {
     fillPage();
     body().append(view_);
+    // The page scrolls inside the web view, where no pull reaches this page: its
+    // pull-down refresh is a button.
+    auto* reload = Gtk::make_managed<Gtk::Button>();
+    reload->set_icon_name("view-refresh-symbolic");
+    reload->set_name("reload");
+    reload->signal_clicked().connect([this] {
+      if (QXH5ViewController* community = tabBar_.communityViewController()) community->refreshAction();
+    });
+    addHeaderButton(*reload);
     signal_map().connect([this] { refreshSoon(); });
   }
   void refresh() override {
@@ -36,25 +45,23 @@ class CommunityPage : public ScreenPage {
   WebPageView view_;
 };
 
-constexpr const char* kTabIcons[] = {"go-home-symbolic", "mark-location-symbolic", "wallet-symbolic",
+constexpr const char* kTabIcons[] = {"go-home-symbolic", "mark-location-symbolic", "qmv-wallet-symbolic",
                                      "system-users-symbolic", "avatar-default-symbolic"};
 
 }  // namespace
 
 TabBarPage::TabBarPage(PageContext& context, TabBarViewController& tabBar, std::shared_ptr<NearbyViewController> nearby)
-    : Gtk::Box(Gtk::Orientation::VERTICAL), tabBar_(tabBar), stack_(ADW_VIEW_STACK(adw_view_stack_new())) {
+    : Gtk::Box(Gtk::Orientation::VERTICAL), context_(context), tabBar_(tabBar), nearby_(std::move(nearby)),
+      stack_(ADW_VIEW_STACK(adw_view_stack_new())) {
   // Held until the handler below is gone: the stack may be disposed with the window
   // before this page's destructor runs.
   g_object_ref_sink(stack_);
-  tabs_ = {Gtk::make_managed<HomePage>(context), Gtk::make_managed<NearbyPage>(context, std::move(nearby)),
-           Gtk::make_managed<WealthPage>(context), Gtk::make_managed<CommunityPage>(context, tabBar),
-           Gtk::make_managed<MinePage>(context)};
-  for (std::size_t i = 0; i < tabs_.size(); ++i) {
+  for (std::size_t i = 0; i < kTabCount; ++i) {
     const std::string name = "tab" + std::to_string(i);
-    AdwViewStackPage* page = adw_view_stack_add_titled(stack_, GTK_WIDGET(tabs_[i]->gobj()), name.c_str(),
+    slots_[i] = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+    AdwViewStackPage* page = adw_view_stack_add_titled(stack_, GTK_WIDGET(slots_[i]->gobj()), name.c_str(),
                                                        TabBarViewController::kTabTitles[i]);
     adw_view_stack_page_set_icon_name(page, kTabIcons[i]);
-    tabs_[i]->setTitle(TabBarViewController::kTabTitles[i]);
   }
   gtk_widget_set_vexpand(GTK_WIDGET(stack_), TRUE);
   append(*Glib::wrap(GTK_WIDGET(stack_)));
@@ -66,11 +73,31 @@ TabBarPage::TabBarPage(PageContext& context, TabBarViewController& tabBar, std::
   g_signal_connect(stack_, "notify::visible-child-name", G_CALLBACK(+[](GObject*, GParamSpec*, gpointer data) {
                      auto* self = static_cast<TabBarPage*>(data);
                      const int index = self->selected();
-                     if (index >= 0 && index != self->tabBar_.selectedIndex()) self->tabBar_.selectItem(index);
+                     if (index < 0) return;
+                     self->tab(index);
+                     if (index != self->tabBar_.selectedIndex()) self->tabBar_.selectItem(index);
                    }),
                    this);
   tabBar_.onSelect = [this](int index) { select(index); };
   select(tabBar_.selectedIndex());
+}
+
+ScreenPage& TabBarPage::tab(int index) {
+  const auto i = static_cast<std::size_t>(index);
+  if (tabs_.at(i) != nullptr) return *tabs_[i];
+  ScreenPage* page = nullptr;
+  switch (i) {
+    case 0: page = Gtk::make_managed<HomePage>(context_); break;
+    case 1: page = Gtk::make_managed<NearbyPage>(context_, nearby_); break;
+    case 2: page = Gtk::make_managed<WealthPage>(context_); break;
+    case 3: page = Gtk::make_managed<CommunityPage>(context_, tabBar_); break;
+    default: page = Gtk::make_managed<MinePage>(context_); break;
+  }
+  page->setTitle(TabBarViewController::kTabTitles[i]);
+  page->set_vexpand(true);
+  slots_[i]->append(*page);
+  tabs_[i] = page;
+  return *page;
 }
 
 TabBarPage::~TabBarPage() {
@@ -80,7 +107,8 @@ TabBarPage::~TabBarPage() {
 }
 
 void TabBarPage::select(int index) {
-  if (index < 0 || index >= static_cast<int>(tabs_.size())) return;
+  if (index < 0 || index >= static_cast<int>(kTabCount)) return;
+  tab(index);
   const std::string name = "tab" + std::to_string(index);
   adw_view_stack_set_visible_child_name(stack_, name.c_str());
 }
@@ -93,7 +121,7 @@ int TabBarPage::selected() const {
 
 void TabBarPage::appeared() {
   const int index = selected();
-  if (index >= 0) tabs_[static_cast<std::size_t>(index)]->refresh();
+  if (index >= 0) tab(index).refresh();
 }
 
 }  // namespace qmv::gtk

@@ -2,7 +2,8 @@
 // The main tabs (TabBarViewController): a libadwaita view stack with the switcher bar at
 // the bottom, as a phone's tab bar. The selected tab follows the core's tab bar both
 // ways: a tap selects the item, and the core's jumps (to nearby with a category) select
-// the tab.
+// the tab. A tab's page is built when the tab is first shown, not at start.
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -26,14 +27,20 @@ class TabBarPage : public Gtk::Box {
 
   void select(int index);
   int selected() const;
-  ScreenPage& tab(int index) { return *tabs_.at(static_cast<std::size_t>(index)); }
+  // The tab's page, built now when it was not yet. REQUIRES: 0 <= index < 5.
+  ScreenPage& tab(int index);
   // The selected tab became visible again (e.g. the login layer closed).
   void appeared();
 
  private:
+  static constexpr std::size_t kTabCount = 5;
+
+  PageContext& context_;
   TabBarViewController& tabBar_;
+  std::shared_ptr<NearbyViewController> nearby_;
   AdwViewStack* stack_;
-  std::vector<ScreenPage*> tabs_;
+  std::array<Gtk::Box*, kTabCount> slots_{};
+  std::array<ScreenPage*, kTabCount> tabs_{};
 };
 
 }  // namespace qmv::gtk

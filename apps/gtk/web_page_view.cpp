@@ -2,6 +2,7 @@
 
 #include "apps/gtk/ui.h"
 #include "shell/qx_h5_view_controller.h"
+#include "shell/web_view_controller.h"
 
 namespace qmv::gtk {
 
@@ -88,5 +89,17 @@ H5Page::H5Page(PageContext& context, long h5Type)
 H5Page::~H5Page() = default;
 
 void H5Page::refresh() { view_.refresh(); }
+
+PlainWebPage::PlainWebPage(PageContext& context, const std::string& title, const std::string& url)
+    : ScreenPage(context, title, true), screen_(std::make_unique<WebViewController>(title, url)) {
+  fillPage();
+  body().append(view_);
+  screen_->viewDidLoad();
+  view_.attach(*screen_);
+}
+
+PlainWebPage::~PlainWebPage() = default;
+
+void PlainWebPage::refresh() { view_.refresh(); }
 
 }  // namespace qmv::gtk

@@ -5,6 +5,7 @@
 #include <gtkmm.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "apps/gtk/drawn_web_view.h"
@@ -13,6 +14,7 @@
 namespace qmv {
 class QXH5ViewController;
 class WebPageScreen;
+class WebViewController;
 }  // namespace qmv
 
 namespace qmv::gtk {
@@ -52,6 +54,20 @@ class H5Page : public ScreenPage {
 
  private:
   std::unique_ptr<QXH5ViewController> screen_;
+  WebPageView view_;
+};
+
+// The plain page screen (WebViewController): one URL under the opener's title, with no
+// cookies given and every link loaded as it stands.
+class PlainWebPage : public ScreenPage {
+ public:
+  PlainWebPage(PageContext& context, const std::string& title, const std::string& url);
+  ~PlainWebPage() override;
+  void refresh() override;
+  WebViewController& screen() { return *screen_; }
+
+ private:
+  std::unique_ptr<WebViewController> screen_;
   WebPageView view_;
 };
 

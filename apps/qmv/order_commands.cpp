@@ -1,6 +1,6 @@
 // Order commands: the my-orders list with its tabs and pages, one order's detail screen
-// (chosen as the list chooses it) with the redemption code's QR code, and the refund of a
-// row. Each drives the headless screens the way a member would and prints what they show.
+// (chosen as the list chooses it) with the redemption code's QR code, the refund of a
+// row and the rating of a store order. Each drives the headless screens the way a member would and prints what they show.
 #include <cstdio>
 #include <iostream>
 #include <memory>
@@ -9,6 +9,7 @@
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
 #include "core/session/global_data.h"
+#include "features/orders/grade_store_view_controller.h"
 #include "features/orders/order_texts.h"
 #include "features/orders/qx_my_activity_order_detail_view_controller.h"
 #include "features/orders/qx_my_order_view_controller.h"
@@ -17,6 +18,7 @@
 #include "platform/linux/stream_alerts.h"
 #include "platform/main_loop.h"
 #include "platform/navigator.h"
+#include "shell/app_delegate.h"
 
 namespace qmv::cli {
 namespace {
@@ -272,6 +274,44 @@ int runRefund(CliApp& app, const std::string& orderId) {
   return kExitOk;
 }
 
+// ---- rate ----
+
+int runRate(CliApp& app, const std::string& orderId, long star, const std::string& text) {
+  if (!loggedIn()) return kExitFailure;
+  QXMyOrderViewController list;
+  if (!openList(app, list).value_or(false)) return kExitFailure;
+  const auto row = findRow(app, list, orderId);
+  if (!row) return fail("no order " + orderId + " in the order list");
+  QXMyOrderTableViewCell cell = list.cellForRow(*row);
+  CliOutput& out = app.output();
+  out.line(rowText(cell));
+  if (cell.orderInfo.status != "2") {
+    return fail("order " + orderId + " cannot be rated: its button reads " + cell.look.buttonTitle);
+  }
+  // The row's button opens the rating screen, as a tap would.
+  cell.rightBtnAction();
+  const auto& navigator = Env::current().navigator;
+  const auto opened = navigator ? navigator->topScreen() : std::nullopt;
+  if (!opened || opened->name != texts::kGradeStoreScreen) return fail("the rating screen did not open");
+  GradeStoreViewController screen(opened->payload.value("orderId", std::string()),
+                                  opened->payload.value("storeName", std::string()),
+                                  &app.appDelegate().successOrderID);
+  out.line(screen.title() + ": " + screen.storeName());
+  screen.selectStar(static_cast<int>(star));
+  screen.contentText = text;
+  std::optional<bool> rated;
+  screen.onFinished = [&rated](bool correct) { rated = correct; };
+  if (!screen.submitAction()) return kExitFailure;  // the refusal is on the overlay
+  app.waitUntil([&rated] { return rated.has_value(); });
+  if (!rated) return fail("the rating did not end in time");
+  out.data("orderId", orderId);
+  out.data("star", screen.star());
+  out.data("rated", *rated);
+  if (!*rated) return kExitFailure;
+  out.line(std::to_string(screen.star()) + " stars: " + screen.countText());
+  return kExitOk;
+}
+
 }  // namespace
 
 void registerOrderCommands(CommandRegistry& registry) {
@@ -302,6 +342,23 @@ void registerOrderCommands(CommandRegistry& registry) {
     CLI::App* refund = registry.add("refund", "refund an order to be used (answer the question with --answer)",
                                     [id](CliApp& app) { return runRefund(app, *id); });
     refund->add_option("ID", *id, "order id (see qmv orders --tab 1)")->required();
+  }
+  {
+    struct Options {
+      std::string id;
+      long star = GradeStoreViewController::kMaxStar;
+      std::string text;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* rate = registry.add("rate", "rate the store of an order waiting for its rating",
+                                  [options](CliApp& app) {
+                                    return runRate(app, options->id, options->star, options->text);
+                                  });
+    rate->add_option("ID", options->id, "order id (see qmv orders --tab 2)")->required();
+    rate->add_option("--star", options->star, "1 to 5 stars")
+        ->check(CLI::Range(static_cast<long>(GradeStoreViewController::kMinStar),
+                           static_cast<long>(GradeStoreViewController::kMaxStar)));
+    rate->add_option("--text", options->text, "the comment (at most 200 characters)");
   }
 }
 

@@ -84,6 +84,8 @@ inline constexpr const char* kStoreDetailScreen = "QXRStoreDetailViewController"
 inline constexpr const char* kActivityScreen = "QXActivitiesViewController";
 inline constexpr const char* kMapScreen = "MapViewController";
 inline constexpr const char* kCommentsScreen = "UserCommitViewController";
+// The plain page screen, with "title" and "url" (a banner's page).
+inline constexpr const char* kWebScreen = "WebViewController";
 
 }  // namespace qmv::discovery_texts
 

@@ -2,6 +2,7 @@
 
 #include "core/common/db_util.h"
 #include "core/common/notification_names.h"
+#include "core/common/url_parts.h"
 #include "core/session/global_data.h"
 #include "core/session/settings_keys.h"
 #include "features/discovery/area_net_api.h"
@@ -14,6 +15,7 @@
 #include "platform/alerts.h"
 #include "platform/env.h"
 #include "platform/location_source.h"
+#include "platform/navigator.h"
 #include "platform/notification_center.h"
 #include "platform/reverse_geocoder.h"
 #include "platform/settings_store.h"
@@ -61,6 +63,18 @@ bool MainViewController::autoLoginNet() {
   };
   autoLoginSent_ = autoLogin_.autoLoginNet();
   return autoLoginSent_;
+}
+
+bool MainViewController::didSelectBanner(std::size_t index) const {
+  if (index >= resources_.size()) return false;
+  const ResourceModel& banner = resources_[index];
+  // The server's URL goes to a web view: nothing but a web page with a host is loaded.
+  const std::string scheme = urlScheme(banner.URL);
+  if ((scheme != "http" && scheme != "https") || urlHost(banner.URL).empty()) return false;
+  const auto& navigator = Env::current().navigator;
+  if (!navigator) return false;
+  navigator->push(discovery_texts::kWebScreen, {{"title", banner.title}, {"url", banner.URL}});
+  return true;
 }
 
 bool MainViewController::isPlaceholderRow(const StoreInfoModel& store) {

@@ -76,6 +76,10 @@ class MainViewController : public BaseViewController {
   // was started.
   const std::shared_future<std::optional<DBError>>& areaRebuild() const { return areaRebuild_; }
 
+  // A tap on banner `index`: its page on the plain page screen, under the banner's
+  // title. Nothing (false) for an index out of range or a URL that is not http(s).
+  bool didSelectBanner(std::size_t index) const;
+
   // True for the placeholder row shown when the city has no popular store.
   static bool isPlaceholderRow(const StoreInfoModel& store);
 

@@ -82,6 +82,11 @@ void NearbyView::loadMore() {
   startSearchNet();
 }
 
+void NearbyView::headerRefresh() {
+  pageNum = 1;
+  startSearchNet();
+}
+
 void NearbyView::searchKeyword(const std::string& keyword) {
   searchFieldText = keyword;
   saveSearchKey(keyword);

@@ -61,6 +61,8 @@ class NearbyView : public BaseViewController, public CategoryScreenViewDelegate 
   void startSearchNet();
   // Asks for the next page of the last path.
   void loadMore();
+  // Pull-down: page 1 of the last path again.
+  void headerRefresh();
   // A new keyword from the search screen: fills the field, saves it in the history,
   // enters the keyword path at page 1 and searches.
   void searchKeyword(const std::string& keyword);

@@ -38,6 +38,16 @@ inline constexpr const char* kPaidTimePrefix = "付款时间:";
 inline constexpr const char* kCodePrefix = "验证码:";
 inline constexpr const char* kTotalPrefix = "总价:";
 
+// The rating screen.
+inline constexpr const char* kRateTitle = "评价";
+inline constexpr const char* kRateStarsLabel = "评分";
+inline constexpr const char* kRatePlaceholder = "说说您的消费体验吧";
+inline constexpr const char* kRateSubmit = "提交";
+inline constexpr const char* kRateDone = "评价成功";
+inline constexpr const char* kRateTooLong = "评价内容不能超过200字";
+inline constexpr const char* kRateBadText = "评价内容含有无法识别的字符";
+inline constexpr const char* kErrorImage = "error";
+
 // Tab button images, normal and selected, by tab index.
 inline constexpr const char* kTabImages[4] = {"order_all", "order_waitUse", "order_waitComment", "order_done"};
 inline constexpr const char* kTabSelectedImages[4] = {"order_all_s", "order_waitUse_s", "order_waitComment_s",

@@ -1,0 +1,74 @@
+#include "features/orders/grade_store_view_controller.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/common/utf8.h"
+#include "features/discovery/grade_store_net_api.h"
+#include "features/orders/order_texts.h"
+#include "platform/env.h"
+#include "platform/navigator.h"
+#include "platform/status_overlay.h"
+
+namespace qmv {
+namespace {
+
+void showStatus(const char* image, const std::string& text) {
+  if (const auto& overlay = Env::current().overlay) overlay->showImage(image, text);
+}
+
+// Characters of `text`, a stray byte counting as one.
+std::size_t characterCount(std::string_view text) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < text.size(); ++count) at += std::max<std::size_t>(1, utf8::sequenceLength(text, at));
+  return count;
+}
+
+}  // namespace
+
+GradeStoreViewController::GradeStoreViewController(std::string orderId, std::string storeName,
+                                                   std::string* successOrderID)
+    : orderId_(std::move(orderId)), storeName_(std::move(storeName)), successOrderID_(successOrderID) {}
+
+GradeStoreViewController::~GradeStoreViewController() { detachRequest(request_); }
+
+std::string GradeStoreViewController::title() const { return order_texts::kRateTitle; }
+
+void GradeStoreViewController::selectStar(int n) { star_ = std::clamp(n, kMinStar, kMaxStar); }
+
+std::string GradeStoreViewController::countText() const {
+  return std::to_string(characterCount(contentText)) + "/" + std::to_string(kMaxContentChars);
+}
+
+bool GradeStoreViewController::isSubmitting() const { return request_ && request_->isExecuting(); }
+
+bool GradeStoreViewController::submitAction() {
+  if (isSubmitting() || orderId_.empty()) return false;
+  if (!utf8::isValid(contentText)) {
+    showStatus(order_texts::kErrorImage, order_texts::kRateBadText);
+    return false;
+  }
+  if (characterCount(contentText) > kMaxContentChars) {
+    showStatus(order_texts::kErrorImage, order_texts::kRateTooLong);
+    return false;
+  }
+  detachRequest(request_);
+  request_ = std::make_shared<GradeStoreNetApi>(orderId_, std::to_string(star_), contentText);
+  attachRequest(*request_);
+  request_->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest&) {
+        const bool correct = request_->isCorrectResult();
+        if (correct) {
+          if (successOrderID_ != nullptr) *successOrderID_ = orderId_;
+          showStatus("", order_texts::kRateDone);
+          if (const auto& navigator = Env::current().navigator) navigator->pop();
+        }
+        if (onFinished) onFinished(correct);
+      },
+      [this](BaseRequest&) {
+        if (onFinished) onFinished(false);
+      });
+  return true;
+}
+
+}  // namespace qmv
