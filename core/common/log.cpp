@@ -29,14 +29,21 @@ void toSink(const std::string& line) {
 }
 
 std::atomic<bool> warningsOnStderr{true};
+std::atomic<int> installedSinks{0};  // ScopedLogSink guards alive, empty sinks included
+
+bool debugOnStderr() {
+  static const bool on = std::getenv("QMV_DEBUG") != nullptr;
+  return on;
+}
 
 }  // namespace
 
 void logLine(const std::string& line) {
-  static const bool toStderr = std::getenv("QMV_DEBUG") != nullptr;
-  if (toStderr) std::fprintf(stderr, "[qmv] %s\n", line.c_str());
+  if (debugOnStderr()) std::fprintf(stderr, "[qmv] %s\n", line.c_str());
   toSink(line);
 }
+
+bool logLineEnabled() { return debugOnStderr() || installedSinks.load(std::memory_order_relaxed) > 0; }
 
 void logWarning(const std::string& line) {
   if (warningsOnStderr.load(std::memory_order_relaxed)) std::fprintf(stderr, "qmv: %s\n", line.c_str());
@@ -48,11 +55,13 @@ void setWarningsOnStderr(bool on) { warningsOnStderr.store(on, std::memory_order
 ScopedLogSink::ScopedLogSink(LogSink sink) {
   std::lock_guard lock(sinkMutex());
   previous_ = std::exchange(currentSink(), std::move(sink));
+  installedSinks.fetch_add(1, std::memory_order_relaxed);
 }
 
 ScopedLogSink::~ScopedLogSink() {
   std::lock_guard lock(sinkMutex());
   currentSink() = std::move(previous_);
+  installedSinks.fetch_sub(1, std::memory_order_relaxed);
 }
 
 }  // namespace qmv

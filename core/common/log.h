@@ -10,6 +10,9 @@ namespace qmv {
 using LogSink = std::function<void(const std::string& line)>;
 
 void logLine(const std::string& line);
+// Whether logLine() writes anywhere (QMV_DEBUG is set or a sink is installed): lines
+// built for every request are only built when someone reads them.
+bool logLineEnabled();
 
 // A fault the user should hear of although the system shows no message for it (an answer
 // that could not be read, a setting that could not be saved): always written to stderr

@@ -205,18 +205,18 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
   auto operation = std::make_shared<RequestOperation>(std::move(http));
   request->requestOperation = operation;
   operation->start(transport(), [this](const std::shared_ptr<RequestOperation>& op) { handleRequestResult(op); });
-  logLine("Add request: " + request->className());
+  if (logLineEnabled()) logLine("Add request: " + request->className());
   addOperation(request);
 }
 
 void NetworkAgent::handleRequestResult(const std::shared_ptr<RequestOperation>& operation) {
-  const std::string key = requestHashKey(*operation);
+  const std::uint64_t key = operation->hash();
   std::shared_ptr<BaseRequest> request;
   {
     std::lock_guard lock(recordMutex_);
     if (auto it = requestsRecord_.find(key); it != requestsRecord_.end()) request = it->second;
   }
-  logLine("Finished Request: " + (request ? request->className() : std::string("(null)")));
+  if (logLineEnabled()) logLine("Finished Request: " + (request ? request->className() : std::string("(null)")));
   if (request && LoopStallProbe::enabled()) LoopStallProbe::note("completion of " + request->className());
   if (request) {
     if (checkResult(*request)) {
@@ -251,13 +251,13 @@ std::string NetworkAgent::requestHashKey(const RequestOperation& operation) cons
 
 void NetworkAgent::addOperation(const std::shared_ptr<BaseRequest>& request) {
   if (!request || !request->requestOperation) return;
-  const std::string key = requestHashKey(*request->requestOperation);
+  const std::uint64_t key = request->requestOperation->hash();
   std::lock_guard lock(recordMutex_);
   requestsRecord_[key] = request;
 }
 
 void NetworkAgent::removeOperation(const RequestOperation& operation) {
-  const std::string key = requestHashKey(operation);
+  const std::uint64_t key = operation.hash();
   std::shared_ptr<BaseRequest> removed;  // released after the lock
   std::size_t remaining;
   {
@@ -268,7 +268,7 @@ void NetworkAgent::removeOperation(const RequestOperation& operation) {
     }
     remaining = requestsRecord_.size();
   }
-  logLine("Request queue size = " + std::to_string(remaining));
+  if (logLineEnabled()) logLine("Request queue size = " + std::to_string(remaining));
 }
 
 void NetworkAgent::cancelRequest(BaseRequest& request) {

@@ -6,6 +6,7 @@
 // on completion calls the request's accessories, filter, delegate and blocks in order on
 // the interface thread. The record is the only state shared with other threads.
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -46,7 +47,8 @@ class NetworkAgent {
   std::shared_ptr<HttpTransport> transport();
 
   mutable std::mutex recordMutex_;
-  std::unordered_map<std::string, std::shared_ptr<BaseRequest>> requestsRecord_;
+  // Keyed by the operation's hash, of which requestHashKey() is the text.
+  std::unordered_map<std::uint64_t, std::shared_ptr<BaseRequest>> requestsRecord_;
   std::shared_ptr<HttpTransport> fallbackTransport_;
 };
 

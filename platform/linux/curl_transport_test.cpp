@@ -89,6 +89,11 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
         return !server_.stopping() && sink.write(chunk.data(), chunk.size());
       });
     });
+    const auto inspect = [](const httplib::Request& req, httplib::Response& res) {
+      res.set_content(req.method + "|" + req.get_header_value("Authorization") + "|" + req.body, "text/plain");
+    };
+    s.Get("/inspect", inspect);
+    s.Post("/inspect", inspect);
     s.Get("/headers", [](const httplib::Request&, httplib::Response& res) {
       for (int i = 0; i < 1000; ++i) res.set_header("X-Filler-" + std::to_string(i), std::string(100, 'h'));
       res.set_content("ok", "text/plain");
@@ -289,6 +294,31 @@ TEST_P(CurlTransportTest, RunsAtMostFourAtOnceAndSurvivesClosedConnections) {
     ASSERT_EQ(response.error, TransportError::none) << i << ": " << response.errorMessage;
     EXPECT_EQ(response.body, std::to_string(i));
   }
+}
+
+// One request at a time: each takes the handle the one before gave back, which must
+// carry no option of that request (a plain GET's handle is reused without a reset).
+TEST_P(CurlTransportTest, AReusedHandleKeepsNothingOfTheRequestBefore) {
+  HttpRequest get;
+  get.url = server_.url("/inspect");
+  EXPECT_EQ(sendAndWait(get).body, "GET||");
+  HttpRequest untimed = get;  // sets no progress callback of its own
+  untimed.timeout = milliseconds(0);
+  EXPECT_EQ(sendAndWait(untimed).body, "GET||");
+  EXPECT_EQ(sendAndWait(get).body, "GET||");
+  HttpRequest post = get;
+  post.method = "POST";
+  post.body = "a=1";
+  post.contentType = "application/x-www-form-urlencoded";
+  post.basicAuth = BasicAuth{"user", "secret"};
+  EXPECT_EQ(sendAndWait(post).body, "POST|Basic dXNlcjpzZWNyZXQ=|a=1");
+  EXPECT_EQ(sendAndWait(get).body, "GET||");
+  HttpRequest head = get;
+  head.method = "HEAD";
+  const HttpResponse headAnswer = sendAndWait(head);
+  EXPECT_EQ(headAnswer.status, 200);
+  EXPECT_EQ(headAnswer.body, "");
+  EXPECT_EQ(sendAndWait(get).body, "GET||");
 }
 
 TEST_P(CurlTransportTest, DestroyingTheTransportDropsRunningAndQueuedTransfers) {

@@ -13,10 +13,12 @@
 
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 #include "core/common/loop_stall_probe.h"
 #include "platform/linux/detail/curl_driver.h"
@@ -57,9 +59,15 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     timer_.reset();
   }
 
-  void push(std::unique_ptr<Transfer> transfer) {
-    queue_->push(std::move(transfer));
+  // Starts the transfers sent since the last batch. curl asks to be called at once after
+  // each handle it is given; that call is made here, after the whole batch is on the
+  // multi handle, rather than from a task of its own a turn later.
+  void pushBatch(std::vector<std::unique_ptr<Transfer>> transfers) {
+    for (auto& transfer : transfers) queue_->push(std::move(transfer));
+    inBatch_ = true;
     settle();
+    inBatch_ = false;
+    if (std::exchange(timeoutDue_, false)) act(CURL_SOCKET_TIMEOUT, 0);
   }
 
   void cancel(TransferId id) {
@@ -142,7 +150,11 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
       state->deadline_.reset();
     } else if (timeoutMs == 0) {
       state->deadline_.reset();
-      state->postTimeout();
+      if (state->inBatch_) {
+        state->timeoutDue_ = true;
+      } else {
+        state->postTimeout();
+      }
     } else {
       state->deadline_ = Clock::now() + std::chrono::milliseconds(timeoutMs);
       if (!state->timerAt_ || *state->deadline_ < *state->timerAt_) state->setTimer(*state->deadline_);
@@ -184,8 +196,17 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   std::optional<Clock::time_point> timerAt_;  // when the armed timer fires
   std::optional<Clock::time_point> deadline_;
   bool timeoutPosted_ = false;
+  bool inBatch_ = false;     // pushBatch() is handing curl new transfers
+  bool timeoutDue_ = false;  // curl asked for a call at once during pushBatch()
   std::unordered_map<curl_socket_t, std::unique_ptr<IoWatcher::Watch>> watches_;
   std::unordered_set<curl_socket_t> opened_;  // sockets curl opened through onOpenSocket
+};
+
+// Transfers sent and not yet handed to the loop. Shared with the task that hands them
+// over, which may run after the driver is gone.
+struct Outgoing {
+  std::mutex mutex;
+  std::vector<std::unique_ptr<Transfer>> transfers;
 };
 
 class LoopDriver : public CurlDriver {
@@ -194,13 +215,24 @@ class LoopDriver : public CurlDriver {
       : loop_(loop), state_(std::make_shared<LoopState>(loop, watcher, maxConcurrent)) {}
 
   // Sends and cancels become tasks of the loop: the sends of one turn start together,
-  // and a cancel never overtakes the send it refers to.
+  // in one task (posted by the first of them), and a cancel never overtakes the send it
+  // refers to, whose task was posted before the cancel's.
   void send(std::unique_ptr<Transfer> transfer) override {
-    // Tasks are copyable functions; the transfer rides in a shared box.
-    auto box = std::make_shared<std::unique_ptr<Transfer>>(std::move(transfer));
-    loop_.post([weak = std::weak_ptr(state_), box] {
+    bool first;
+    {
+      std::lock_guard lock(outgoing_->mutex);
+      first = outgoing_->transfers.empty();
+      outgoing_->transfers.push_back(std::move(transfer));
+    }
+    if (!first) return;
+    loop_.post([weak = std::weak_ptr(state_), outgoing = outgoing_] {
       LoopStallProbe::Stretch stretch("curl send");
-      if (auto state = weak.lock()) state->push(std::move(*box));
+      std::vector<std::unique_ptr<Transfer>> batch;
+      {
+        std::lock_guard lock(outgoing->mutex);
+        batch.swap(outgoing->transfers);
+      }
+      if (auto state = weak.lock()) state->pushBatch(std::move(batch));
     });
   }
 
@@ -213,6 +245,7 @@ class LoopDriver : public CurlDriver {
  private:
   MainLoop& loop_;
   std::shared_ptr<LoopState> state_;
+  std::shared_ptr<Outgoing> outgoing_ = std::make_shared<Outgoing>();
 };
 
 }  // namespace

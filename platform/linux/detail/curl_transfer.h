@@ -32,6 +32,13 @@ struct Outbox {
   void flush();
 };
 
+// An easy handle kept for the next transfer. One that served a plain GET (see
+// Transfer::plain_) goes back without a reset and still holds that GET's options.
+struct SpareHandle {
+  CURL* easy = nullptr;
+  bool holdsPlainOptions = false;
+};
+
 struct Transfer {
   TransferId id = 0;
   HttpRequest request;
@@ -46,7 +53,7 @@ struct Transfer {
 
   // Takes a handle from `spares` (or a new one) and sets every option of the request.
   // False when libcurl could not give a handle.
-  bool setUp(std::vector<CURL*>* spares);
+  bool setUp(std::vector<SpareHandle>* spares);
   CURL* easy() const { return easy_; }
 
   // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
@@ -72,7 +79,12 @@ struct Transfer {
   std::string host_;
   std::string path_;
   CURL* easy_ = nullptr;
-  std::vector<CURL*>* spares_ = nullptr;  // where the handle goes back when done
+  std::vector<SpareHandle>* spares_ = nullptr;  // where the handle goes back when done
+  // A GET with a timeout, neither authorised nor downloaded to a file: it sets the same
+  // options as every other such GET, only with its own values, so a handle can pass from
+  // one to the next without curl_easy_reset (which costs a small request more than all
+  // its other options together). Any other transfer gets a reset handle.
+  bool plain_ = false;
   curl_slist* headerList_ = nullptr;
   HttpResponse response_;
   std::FILE* file_ = nullptr;
@@ -117,7 +129,7 @@ class TransferQueue {
   std::function<void(CURL*)> prepare_;
   std::deque<std::unique_ptr<Transfer>> queued_;
   std::vector<std::unique_ptr<Transfer>> active_;
-  std::vector<CURL*> spares_;
+  std::vector<SpareHandle> spares_;
   Outbox outbox_;
 };
 
