@@ -1,7 +1,8 @@
 // The sandbox's reading of a request: HTTP parsing, routing, the arguments of the query
 // string, form or multipart body, cookies and sessions, and the handlers behind them.
-// Input: the raw bytes a peer sends on one connection. One sandbox serves every input
-// from a home made once, so that state left by one request meets the next.
+// Input: the raw bytes a peer sends on one connection. One sandbox, its database in
+// memory, serves every input from the world it was seeded with: each input starts from
+// the same state, so that a failure replays from its input alone.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -23,11 +24,16 @@ void removeHome() {
 qmv::sandbox::SandboxServer& sandbox() {
   static qmv::sandbox::SandboxServer* server = [] {
     qmv::setWarningsOnStderr(false);
+    // The home holds only the objects PUT under /oss/, which are not put back.
     std::string pattern = (std::filesystem::temp_directory_path() / "qmv-fuzz-sandbox.XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) std::abort();
     g_home = pattern;
     std::atexit(removeHome);
-    return new qmv::sandbox::SandboxServer(qmv::sandbox::SandboxOptions{g_home});
+    qmv::sandbox::SandboxOptions options{g_home};
+    options.memoryStore = true;
+    auto* made = new qmv::sandbox::SandboxServer(options);
+    if (!made->rememberState().empty()) std::abort();
+    return made;
   }();
   return *server;
 }
@@ -35,7 +41,9 @@ qmv::sandbox::SandboxServer& sandbox() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string answer = sandbox().answerRequest(qmv::fuzz::asText(data, size));
+  qmv::sandbox::SandboxServer& server = sandbox();
+  if (!server.returnToState().empty()) __builtin_trap();
+  const std::string answer = server.answerRequest(qmv::fuzz::asText(data, size));
   // Whatever was read, what goes back is an HTTP answer or nothing.
   if (!answer.empty() && answer.rfind("HTTP/1.1 ", 0) != 0) __builtin_trap();
   return 0;

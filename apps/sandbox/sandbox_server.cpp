@@ -90,6 +90,7 @@ struct SandboxServer::Impl {
   std::unique_ptr<GuardedHttpServer> http;
   std::thread thread;
   int port = 0;
+  std::string rememberedImage;
   // Requests take the store in the order they arrive (see FairLock).
   FairLock turns;
 
@@ -158,7 +159,7 @@ struct SandboxServer::Impl {
     std::filesystem::create_directories(options.home, ec);
     if (ec) return "cannot create " + options.home.string() + ": " + ec.message();
     std::string error;
-    db = SandboxStore::open(options.home / "sandbox.db", &error);
+    db = SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db", &error);
     if (!db) return error;
     try {
       prepareDatabase(*db);
@@ -300,6 +301,26 @@ std::string SandboxServer::rootUrl() const { return impl_->root(); }
 std::string SandboxServer::answerRequest(std::string_view request) {
   if (!impl_->prepare().empty()) return "";
   return impl_->http->answerInMemory(request);
+}
+
+std::string SandboxServer::rememberState() {
+  if (std::string error = impl_->prepare(); !error.empty()) return error;
+  try {
+    impl_->rememberedImage = impl_->db->image();
+  } catch (const StoreError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+std::string SandboxServer::returnToState() {
+  if (!impl_->db || impl_->rememberedImage.empty()) return "nothing remembered";
+  try {
+    impl_->db->restoreImage(impl_->rememberedImage);
+  } catch (const StoreError& error) {
+    return error.what();
+  }
+  return "";
 }
 
 }  // namespace qmv::sandbox

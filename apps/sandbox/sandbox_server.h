@@ -44,6 +44,9 @@ struct SandboxOptions {
   std::string host = "127.0.0.1";
   // When false, codes are random six-digit texts (still logged to stderr).
   bool demoSmsCode = true;
+  // The database in memory only, gone with the server (objects are still files in home):
+  // for running many requests with no disk behind each.
+  bool memoryStore = false;
   ServerLimits limits{};
 };
 
@@ -71,6 +74,13 @@ class SandboxServer {
   // the request could not be read, or when the home could not be opened (as start() does
   // on first use, but without binding).
   std::string answerRequest(std::string_view request);
+
+  // Remembers the database as it is now (opening the home when needed), and puts it back
+  // as remembered, so that each of many requests starts from the same world; after the
+  // first return the database lives in memory only. Error texts on failure (empty on
+  // success). Not while serving.
+  std::string rememberState();
+  std::string returnToState();
 
  private:
   struct Impl;

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
+
 namespace qmv::sandbox {
 namespace {
 
@@ -129,6 +131,31 @@ int64_t SandboxStore::execute(const std::string& sql, const std::vector<Json>& p
 }
 
 int64_t SandboxStore::lastInsertId() const { return sqlite3_last_insert_rowid(db_); }
+
+std::string SandboxStore::image() {
+  std::lock_guard lock(mutex_);
+  sqlite3_int64 size = 0;
+  unsigned char* bytes = sqlite3_serialize(db_, "main", &size, 0);
+  if (bytes == nullptr) throw StoreError(std::string("serialize: ") + sqlite3_errmsg(db_));
+  std::string image(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
+  sqlite3_free(bytes);
+  return image;
+}
+
+void SandboxStore::restoreImage(const std::string& image) {
+  std::lock_guard lock(mutex_);
+  // SQLite owns (and frees) what it is handed; it may grow as requests write.
+  auto* bytes = static_cast<unsigned char*>(sqlite3_malloc64(image.size()));
+  if (bytes == nullptr) throw StoreError("restore: out of memory");
+  std::memcpy(bytes, image.data(), image.size());
+  // The header's format bytes say WAL for an image of the file; memory has no WAL.
+  if (image.size() > 19 && bytes[18] == 2 && bytes[19] == 2) bytes[18] = bytes[19] = 1;
+  const auto size = static_cast<sqlite3_int64>(image.size());
+  if (sqlite3_deserialize(db_, "main", bytes, size, size, SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE) !=
+      SQLITE_OK) {
+    throw StoreError(std::string("restore: ") + sqlite3_errmsg(db_));
+  }
+}
 
 void SandboxStore::executeScript(const std::string& sql) {
   char* message = nullptr;

@@ -48,6 +48,12 @@ class SandboxStore {
   // Runs several statements without parameters (schema set-up).
   void executeScript(const std::string& sql);
 
+  // The whole database as bytes, and the database put back to such bytes, so that many
+  // requests can each start from one world. Afterwards the database lives in memory only.
+  // REQUIRES: outside `transact`. Both throw StoreError on failure.
+  std::string image();
+  void restoreImage(const std::string& image);
+
  private:
   explicit SandboxStore(sqlite3* db);
   sqlite3* db_;

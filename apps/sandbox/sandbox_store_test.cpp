@@ -76,6 +76,35 @@ TEST_F(SandboxStoreTest, OpenReportsAnUnusablePath) {
   EXPECT_FALSE(error.empty());
 }
 
+// The image of a WAL file comes back in memory, as often as asked; from the first return
+// on nothing reaches the file.
+TEST_F(SandboxStoreTest, RestoredImageUndoesLaterWritesEveryTime) {
+  auto insert = [&](const char* name) {
+    db_->transact(true, [&] {
+      db_->execute("INSERT INTO t(name, amount) VALUES(?, 1)", {name});
+      return true;
+    });
+  };
+  insert("kept");
+  const std::string image = db_->image();
+  for (int round = 0; round < 3; ++round) {
+    insert("dropped");
+    insert("dropped");
+    EXPECT_EQ(rows(), 3);
+    db_->restoreImage(image);
+    EXPECT_EQ(rows(), 1);
+  }
+  insert("in memory");
+  db_.reset();
+  std::string error;
+  db_ = SandboxStore::open(home_ / "t.db", &error);
+  ASSERT_TRUE(db_) << error;
+  EXPECT_EQ(rows(), 3);  // "kept" and the first round's two
+
+  db_->restoreImage("not a database");
+  EXPECT_THROW(rows(), StoreError);
+}
+
 // Two sandboxes on one home (the CLI and a standalone one) share the database file: their
 // immediate transactions keep a shared balance right.
 TEST(SandboxSharedHome, TwoServersOnOneHomeKeepTheBalanceConsistent) {
