@@ -64,6 +64,8 @@ class WebView {
   virtual const WebPage& page() const = 0;
   // Evaluates "document.title" on the shown page.
   const std::string& documentTitle() const { return page().title; }
+  // A load has ended with a page on show.
+  bool hasShownPage() const { return !isLoading() && !page().url.empty(); }
 
   // A tap on link `index` of page().links: asks the delegate (type LinkClicked) and loads
   // the target when allowed. False when there is no such link or it was not loaded.

@@ -498,7 +498,7 @@ TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
   ASSERT_NE(page, nullptr);
   WebView* web = page->screen().webView();
   ASSERT_NE(web, nullptr);
-  ASSERT_TRUE(driver_->waitUntil([&] { return !web->isLoading() && !web->page().url.empty(); },
+  ASSERT_TRUE(driver_->waitUntil([&] { return web->hasShownPage(); },
                                  std::chrono::seconds(60)))
       << page->screen().loadError();
   EXPECT_EQ(page->screen().loadError(), "");
@@ -535,7 +535,7 @@ TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
   EXPECT_EQ(plain->screen().title(), "幸运大转盘");
   WebView* plainWeb = plain->screen().webView();
   ASSERT_NE(plainWeb, nullptr);
-  ASSERT_TRUE(driver_->waitUntil([&] { return !plainWeb->isLoading() && !plainWeb->page().url.empty(); },
+  ASSERT_TRUE(driver_->waitUntil([&] { return plainWeb->hasShownPage(); },
                                  std::chrono::seconds(60)))
       << plain->screen().loadError();
   EXPECT_EQ(plain->screen().loadError(), "");

@@ -182,7 +182,7 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] {
       auto* page = dynamic_cast<H5Page*>(&driver.top());
       const WebView* web = page != nullptr ? page->screen().webView() : nullptr;
-      return web != nullptr && !web->isLoading() && !web->page().url.empty();
+      return web != nullptr && web->hasShownPage();
     }, std::chrono::seconds(30));
     shot("24-page");
     app.navigator().popToRoot();
@@ -190,7 +190,7 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] {
       const QXH5ViewController* community = app.appDelegate().tabBarViewCtrl()->communityViewController();
       const WebView* web = community != nullptr ? community->webView() : nullptr;
-      return web != nullptr && !web->isLoading() && !web->page().url.empty();
+      return web != nullptr && web->hasShownPage();
     }, std::chrono::seconds(30));
     shot("25-community");
 
@@ -210,7 +210,7 @@ int run(const std::filesystem::path& out) {
       driver.waitUntil([&] {
         auto* page = dynamic_cast<PlainWebPage*>(&driver.top());
         const WebView* web = page != nullptr ? page->screen().webView() : nullptr;
-        return web != nullptr && !web->isLoading() && !web->page().url.empty();
+        return web != nullptr && web->hasShownPage();
       }, std::chrono::seconds(30));
       shot("27-web-page");
     }
