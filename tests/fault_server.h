@@ -142,6 +142,11 @@ class FaultServer {
       json(res, R"({"success":"0","message":"","data":{"storeName":"远店","coordinate":")" + where + "\"}}");
       return;
     }
+    if (endpoint(req) == "getCommodityDetailInfo") {
+      json(res, R"({"success":"0","message":"","data":{"commodityId":"9","storeId":"1","name":"天价",)"
+                R"("nowPrice":"1e308","firstPrice":"1e308","isFirst":"0"}})");
+      return;
+    }
     if (endpoint(req) == "getSearchList") {
       json(res, R"({"success":"0","message":"","data":{"count":2,"dataList":[)"
                 R"({"storeId":"7","storeName":"远店","coordinate":"1e300,-1e300"},)"
