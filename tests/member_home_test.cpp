@@ -41,8 +41,9 @@ class MemberHomeTest : public ::testing::Test {
     std::string out;
     std::string err;
   };
+  // Against the fault server's `fault`, or the embedded sandbox when `fault` is empty.
   Run run(const fs::path& home, const std::string& fault, std::vector<std::string> args) {
-    args.insert(args.begin(), {"--server", server_.url(fault)});
+    if (!fault.empty()) args.insert(args.begin(), {"--server", server_.url(fault)});
     testing::internal::CaptureStderr();
     const auto result = testsupport::runQmv(home, std::move(args));
     return {result.status, result.out, testing::internal::GetCapturedStderr()};
@@ -80,6 +81,12 @@ TEST_F(MemberHomeTest, EntriesPlantedInTheHomeAreRefusedAndNothingIsWritten) {
     EXPECT_EQ(login.out, "") << planted;
     EXPECT_EQ(std::distance(fs::directory_iterator(home), {}), 1) << planted << ": nothing written beside it";
   }
+  // Nor is the embedded sandbox started in a refused home.
+  const fs::path embedded = temp_.home() / "embedded";
+  fs::create_directories(embedded);
+  fs::create_symlink(victim, embedded / "settings.db");
+  EXPECT_EQ(run(embedded, "", {"login", FaultServer::kPhone, kPassword}).status, 1);
+  EXPECT_EQ(std::distance(fs::directory_iterator(embedded), {}), 1);
   EXPECT_EQ(contentOf(victim), "untouched");
 
   // A FIFO would block the first read of it: refused at once instead.
@@ -122,26 +129,27 @@ TEST_F(MemberHomeTest, PasswordStaysInTheKeyringWhileOneAnswersAndFallsBackToThe
   auto keyring = std::make_shared<testsupport::FakeSecretStore>();
   AppLaunch::keyringForTesting() = keyring;
   const std::shared_ptr<void> restore(nullptr, [](void*) { AppLaunch::keyringForTesting() = nullptr; });
+  // The demo member of the embedded sandbox.
   const fs::path home = temp_.home() / "member";
-  ASSERT_EQ(run(home, "member", {"login", FaultServer::kPhone, kPassword}).status, 0);
+  ASSERT_EQ(run(home, "", {"login", FaultServer::kPhone, kPassword}).status, 0);
   EXPECT_EQ(settingsBytes(home).find(kPassword), std::string::npos) << "the file holds no password";
   ASSERT_EQ(keyring->secrets.size(), 1u);
   EXPECT_EQ(keyring->secrets.begin()->second, kPassword);
-  EXPECT_EQ(run(home, "member", {"me"}).status, 0) << "the next start signs in with it";
+  EXPECT_EQ(run(home, "", {"me"}).status, 0) << "the next start signs in with it";
 
   // No keyring: the next start cannot sign in; a login keeps the password in the file.
   keyring->available = false;
-  EXPECT_EQ(run(home, "member", {"me"}).status, 1);
-  ASSERT_EQ(run(home, "member", {"login", FaultServer::kPhone, kPassword}).status, 0);
+  EXPECT_EQ(run(home, "", {"me"}).status, 1);
+  ASSERT_EQ(run(home, "", {"login", FaultServer::kPhone, kPassword}).status, 0);
   EXPECT_NE(settingsBytes(home).find(kPassword), std::string::npos);
-  EXPECT_EQ(run(home, "member", {"me"}).status, 0);
+  EXPECT_EQ(run(home, "", {"me"}).status, 0);
 
   // The keyring is back: the next start moves the password in and leaves no copy behind.
   keyring->available = true;
-  EXPECT_EQ(run(home, "member", {"me"}).status, 0);
+  EXPECT_EQ(run(home, "", {"me"}).status, 0);
   EXPECT_EQ(settingsBytes(home).find(kPassword), std::string::npos);
   EXPECT_EQ(keyring->secrets.size(), 1u);
-  EXPECT_EQ(run(home, "member", {"me"}).status, 0);
+  EXPECT_EQ(run(home, "", {"me"}).status, 0);
 }
 
 TEST_F(MemberHomeTest, LoginAnswerCannotChangeTheAccountOfTheNextStart) {
