@@ -33,11 +33,14 @@ bool isAddress(const std::string& host) {
          host.starts_with('[');
 }
 
-std::string lowered(std::string text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+// The engine's form of a cookie's slot: a lower-case domain without its dot, a path.
+Cookie normalized(Cookie c) {
+  if (c.domain.starts_with('.')) c.domain.erase(0, 1);
+  for (char& ch : c.domain) {
+    if (ch >= 'A' && ch <= 'Z') ch = static_cast<char>(ch - 'A' + 'a');
   }
-  return text;
+  if (c.path.empty()) c.path = "/";
+  return c;
 }
 
 // One line of the engine's Netscape format: domain, subdomains, path, secure, expiry,
@@ -122,9 +125,7 @@ CurlCookieStore::~CurlCookieStore() {
 void* CurlCookieStore::shareHandle() const { return engine_->share; }
 
 bool CurlCookieStore::setCookie(const Cookie& given) {
-  Cookie c = given;
-  c.domain = lowered(c.domain.starts_with('.') ? c.domain.substr(1) : c.domain);
-  if (c.path.empty()) c.path = "/";
+  const Cookie c = normalized(given);
   if (c.name.empty() || c.domain.empty() || !c.path.starts_with('/')) return false;
   if (!fitsHeader(c.name, ";=, \"") || !fitsHeader(c.value, ";") || !fitsHeader(c.path, ";") ||
       !fitsHeader(c.domain, ";/, ")) {
@@ -158,9 +159,7 @@ std::vector<Cookie> CurlCookieStore::cookies() const {
 }
 
 void CurlCookieStore::deleteCookie(const Cookie& given) {
-  Cookie c = given;
-  c.domain = lowered(c.domain.starts_with('.') ? c.domain.substr(1) : c.domain);
-  if (c.path.empty()) c.path = "/";
+  Cookie c = normalized(given);
   if (c.name.empty() || c.domain.empty()) return;
   c.value.clear();
   c.expires = 1;  // long past: replaces the cookie, which is then never sent
