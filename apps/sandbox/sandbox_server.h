@@ -5,8 +5,9 @@
 // the rest live in <home>/sandbox.db. Besides the application API it serves the server-hosted
 // pages under /static/, pictures under /sandbox/img/ and /sandbox/portrait/, an object store
 // under /oss/ (GET and PUT, files in <home>/oss), and the payment
-// completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel) through
-// which the sandbox payment adapters finish a payment the way a vendor application would.
+// completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel, sign)
+// through which the sandbox payment adapters finish a payment the way a vendor application
+// would; "sign" proves the adapter holds the home's payment key (payment_key.h).
 //
 // Embedding: construct, start() (binds and serves on its own thread), stop() or destroy.
 //
@@ -15,6 +16,7 @@
 // for the application API, answer-<pid>-<n>.body otherwise); the fuzzers' seeds come from there.
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -48,6 +50,9 @@ struct SandboxOptions {
   // for running many requests with no disk behind each.
   bool memoryStore = false;
   ServerLimits limits{};
+  // The clock password back-off is measured by; empty: the steady clock. Tests move it
+  // instead of waiting.
+  std::function<std::chrono::steady_clock::time_point()> clock{};
 };
 
 class SandboxServer {
@@ -69,6 +74,9 @@ class SandboxServer {
   std::string baseUrl() const;
   // "http://<host>:<port>"
   std::string rootUrl() const;
+  // The key completions must be signed with (sandboxCompletionSignature), for the payment
+  // applications standing in for the vendors; "" before the home is opened.
+  std::string paymentKey() const;
 
   // Serves one raw HTTP request without any socket and returns the raw answer: empty when
   // the request could not be read, or when the home could not be opened (as start() does
