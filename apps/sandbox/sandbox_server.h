@@ -26,18 +26,25 @@ namespace qmv::sandbox {
 // The SMS code of demo mode: every code request is answered with it (and it is logged).
 inline constexpr const char* kDemoSmsCode = "123456";
 
-// How long a connection may hold one of the server's workers. Each accepted connection
-// takes a worker for its life; the limits keep slow or silent peers from taking them all.
+// How long and how much a peer may take of the server. A connection waits for its request
+// without a worker (see ConnectionGate) and takes one only while it is served.
 struct ServerLimits {
-  // Connections served at once; more wait in a queue, and while any waits, kept-alive
-  // connections that are between requests are closed to make room.
+  // Requests served at once; more arrived ones wait for a worker.
   int workers = 64;
   // How long a connection may sit between requests (or before its first one).
   std::chrono::milliseconds idle{5000};
+  // From a request's first byte until its header block (and a small body) is in.
+  std::chrono::milliseconds header{5000};
   // From the first byte of a request to the last byte of its answer.
   std::chrono::milliseconds exchange{10000};
   // Requests on one connection before it is closed.
   int requestsPerConnection = 1000;
+  // Connections one peer (an IPv4 address, an IPv6 /64) may hold open, and how many of its
+  // requests are served at once; a connection over its peer's share is closed at accept.
+  int connectionsPerPeer = 64;
+  int workersPerPeer = 16;
+  // Connections open in all (also kept within the process's descriptor limit).
+  int connections = 4096;
 };
 
 struct SandboxOptions {

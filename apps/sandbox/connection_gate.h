@@ -1,0 +1,104 @@
+#pragma once
+// ConnectionGate: where the sandbox server's connections wait between accept and a worker.
+// A connection takes a worker only once its request has arrived (the header block, and a
+// small body whole); until then, and between kept-alive requests, it waits in one epoll
+// loop where it costs a descriptor and a buffer. So a peer that trickles header bytes, or
+// connects and says nothing, holds no thread, and nothing answered waits behind it; the
+// accept thread hands a socket over without ever reading from it.
+//
+// Bounds: connections per peer (peerKey) and in all, refused at accept by closing them; a
+// deadline for a request's header block from its first byte, and for the first byte while
+// idle; and workers per peer, so that peers whose requests did arrive (a slow large body, a
+// reader that does not read) cannot hold every worker either.
+#include <sys/epoll.h>
+
+#include <atomic>
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+#include "apps/sandbox/sandbox_server.h"
+#include "apps/sandbox/worker_pool.h"
+
+namespace qmv::sandbox {
+
+class ConnectionGate {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  struct Connection {
+    int fd = -1;
+    std::string peer;  // peerKey of the remote address
+    // Bytes read and not yet served (the next request, and any pipelined after it).
+    std::string input;
+    // When the request now arriving sent its first byte; when the connection began to wait
+    // for one.
+    Clock::time_point firstByte;
+    Clock::time_point waitingSince;
+    int served = 0;
+  };
+
+  // Serves the request that has arrived on `connection`, on a worker; true to keep the
+  // connection for another request. It may leave unread bytes in `input`.
+  using Serve = std::function<bool(Connection&)>;
+
+  ConnectionGate(const ServerLimits& limits, Serve serve);
+  ~ConnectionGate();  // shuts down
+  ConnectionGate(const ConnectionGate&) = delete;
+  ConnectionGate& operator=(const ConnectionGate&) = delete;
+
+  // Takes an accepted socket: closes it at once when its peer (or everyone) has as many
+  // connections as allowed, else lets it wait for its request. Never blocks on the peer.
+  void admit(int fd);
+  // Closes every waiting connection and waits for the workers. Safe to call more than once.
+  void shutdown();
+
+  // Whether a request held in `input` has arrived far enough to be served: its header block
+  // whole and, when it announces a body of at most kBufferedBody bytes, that body too
+  // (larger bodies, chunked ones and ones waiting for "100 Continue" are read by the
+  // worker). Also true past kMaxHeaderBytes, for the parser to refuse.
+  static bool requestArrived(const std::string& input);
+  static constexpr size_t kMaxHeaderBytes = 16 * 1024;
+  static constexpr size_t kBufferedBody = 64 * 1024;
+
+ private:
+  using Owned = std::unique_ptr<Connection>;
+
+  void loop();
+  // The loop's steps; REQUIRE: on the loop thread.
+  void watch(Owned connection);
+  void readFrom(int fd);
+  void dispatch(Owned connection);
+  void expire(Clock::time_point now);
+  void close(Owned connection);
+  void finished(Owned connection, bool keep);
+
+  const ServerLimits limits_;  // with `connections` within the descriptor limit
+  const Serve serve_;
+  WorkerPool pool_;
+  int epoll_ = -1;
+  int wake_ = -1;
+  std::thread thread_;
+  std::atomic<bool> stopping_{false};
+
+  // Shared with the accept thread and the workers.
+  std::mutex mutex_;
+  std::unordered_map<std::string, int> connectionsOf_;  // peer -> open connections
+  int connections_ = 0;
+  std::vector<Owned> admitted_;                         // to be watched by the loop
+  std::vector<std::pair<Owned, bool>> returned_;        // served, with keep
+  bool closed_ = false;                                 // the loop has ended
+
+  // The loop thread's own.
+  std::unordered_map<int, Owned> waiting_;
+  std::unordered_map<std::string, int> busyOf_;             // peer -> connections on workers
+  std::unordered_map<std::string, std::deque<Owned>> held_;  // arrived, over the peer's workers
+};
+
+}  // namespace qmv::sandbox
