@@ -9,6 +9,9 @@ namespace {
 
 using enum ParamKind;
 
+// Sizes are bytes of UTF-8: a field the client limits in characters gets four bytes each
+// (a rating's 200 characters), a search word what the search history keeps.
+
 // Arguments several endpoints share.
 const ParamRule kSession{"sessionId", kToken, 64, "会话"};
 const ParamRule kPage{"page", kInteger, 7, "页码"};
@@ -55,15 +58,15 @@ const std::map<std::string, EndpointParameters>& table() {
       {"getUserInfo", {{kSession}}},
       {"postChangeSelf",
        {{kSession,
-         {"nickName", kLine, 32, "昵称"},
+         {"nickName", kLine, 64, "昵称"},
          {"sex", kLine, 8, "性别"},
          {"birthday", kLine, 32, "生日"},
-         {"email", kLine, 64, "邮箱"},
-         {"address", kLine, 128, "地址"},
-         {"address_name", kLine, 32, "收货人"},
+         {"email", kLine, 128, "邮箱"},
+         {"address", kLine, 256, "地址"},
+         {"address_name", kLine, 64, "收货人"},
          {"address_phone", kToken, 20, "收货电话"},
          {"postcode", kToken, 10, "邮编"},
-         {"name", kLine, 32, "姓名"}}}},
+         {"name", kLine, 64, "姓名"}}}},
       {"postPortrait", {{kSession}, true}},
       {"getMyMessage", {{kSession, kPage}}},
       {"getMyReadMessage", {{kSession}}},
@@ -74,14 +77,14 @@ const std::map<std::string, EndpointParameters>& table() {
       {"getCategorTemplates1", {}},
       {"getCarouselList", {}},
       {"getAreaList", {{{"ver", kToken, 16, "版本"}}}},
-      {"getSearchList", {{kSession, {"keyword", kLine, 64, "关键字"}, kPage, kArea, kCategory, {"sort", kInteger, 2, "排序"}, kCoordinate}}},
-      {"getTypeSearchList", {{kSession, {"keyword", kLine, 64, "关键字"}, kPage, kArea, kCategory, {"sort", kInteger, 2, "排序"}, kCoordinate}}},
+      {"getSearchList", {{kSession, {"keyword", kLine, 256, "关键字"}, kPage, kArea, kCategory, {"sort", kInteger, 2, "排序"}, kCoordinate}}},
+      {"getTypeSearchList", {{kSession, {"keyword", kLine, 256, "关键字"}, kPage, kArea, kCategory, {"sort", kInteger, 2, "排序"}, kCoordinate}}},
       {"getMapList", {{kSession, kCoordinate, kCategory, kArea}}},
       {"getStoreDetailInfo", {{kSession, kStoreId}}},
       {"getCommodityDetailInfo", {{kSession, kCommodityId}}},
       {"getRemarkMeByUser", {{kStoreId, kPage, {"star", kInteger, 2, "评分"}}}},
       {"getMyRemark", {{kSession, kPage}}},
-      {"PostGrade", {{kSession, kOrderId, {"star", kInteger, 2, "评分"}, {"content", kText, 500, "评价内容"}}}},
+      {"PostGrade", {{kSession, kOrderId, {"star", kInteger, 2, "评分"}, {"content", kText, 800, "评价内容"}}}},
       {"postBookmark", {{kSession, kStoreId}}},
       {"postCollectCommodity", {{kSession, kCommodityId}}},
       {"getMyFavorite", {{kSession, kPage}}},
@@ -103,7 +106,7 @@ const std::map<std::string, EndpointParameters>& table() {
       {"getBoundBankCard", {{kSession}}},
       {"bindBankCard",
        {{kSession,
-         {"name", kLine, 32, "持卡人姓名"},
+         {"name", kLine, 64, "持卡人姓名"},
          {"cardId", kToken, 32, "银行卡号"},
          {"certifId", kToken, 32, "身份证号"},
          {"identifying", kToken, 16, "验证码"}}}},

@@ -22,7 +22,7 @@ TEST_F(SandboxTest, ArgumentsBeyondTheirSizeOrKindAreRefusedAndNothingIsStored) 
       httplib::MultipartFormDataItems{{"sessionId", zhang, "", ""}, {"nickName", std::string(4400000, 'x'), "", ""}});
   ASSERT_TRUE(huge);
   EXPECT_EQ(parseJson(huge->body)["message"], "昵称过长");
-  EXPECT_EQ(changeNickName(std::string(33, 'x'))["message"], "昵称过长");
+  EXPECT_EQ(changeNickName(std::string(65, 'x'))["message"], "昵称过长");
   for (const std::string& bad : {std::string("a\x01z"), std::string("\xe4\xb8"), std::string("\xe2\x80\xae" "abc")}) {
     const Json refused = changeNickName(bad);
     EXPECT_EQ(code(refused), "1");
@@ -35,7 +35,7 @@ TEST_F(SandboxTest, ArgumentsBeyondTheirSizeOrKindAreRefusedAndNothingIsStored) 
 
   // Every kind on other endpoints, the payment route included; multi-line text where it
   // belongs.
-  EXPECT_EQ(api_->get("getSearchList", {{"keyword", std::string(65, 'k')}})["message"], "关键字过长");
+  EXPECT_EQ(api_->get("getSearchList", {{"keyword", std::string(257, 'k')}})["message"], "关键字过长");
   EXPECT_EQ(api_->get("getPopularList", {{"page", "2x"}})["message"], "页码格式不正确");
   EXPECT_EQ(api_->get("getStoreDetailInfo", {{"storeId", "1;"}})["message"], "商家格式不正确");
   EXPECT_EQ(api_->post("/sandbox/pay/complete", {{"prepay_id", std::string(65, 'p')}})["message"], "支付单过长");
