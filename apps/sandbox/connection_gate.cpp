@@ -124,12 +124,9 @@ void ConnectionGate::admit(int fd) {
   const std::string peer = peerKey(remoteAddress(fd));
   {
     std::lock_guard lock(mutex_);
-    const auto held = connectionsOf_.find(peer);
-    const bool full = connections_ >= limits_.connections ||
-                      (held != connectionsOf_.end() && held->second >= limits_.connectionsPerPeer);
-    if (!closed_ && !full) {
+    if (!closed_ && connections_ < limits_.connections) {
       ++connections_;
-      ++connectionsOf_[peer];
+      if (++connectionsOf_[peer] > limits_.connectionsPerPeer) crowded_.push_back(peer);
       const int on = 1;
       ::setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
       ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK);
@@ -174,13 +171,16 @@ void ConnectionGate::loop() {
     }
     std::vector<Owned> admitted;
     std::vector<std::pair<Owned, bool>> returned;
+    std::vector<std::string> crowded;
     {
       std::lock_guard lock(mutex_);
       admitted.swap(admitted_);
       returned.swap(returned_);
+      crowded.swap(crowded_);
     }
     for (auto& connection : admitted) watch(std::move(connection));
     for (auto& [connection, keep] : returned) finished(std::move(connection), keep);
+    for (const std::string& peer : crowded) makeRoom(peer);
     if (const auto now = Clock::now(); now >= nextSweep) {
       expire(now);
       nextSweep = now + std::chrono::milliseconds(kLoopSliceMs);
@@ -317,6 +317,33 @@ void ConnectionGate::expire(Clock::time_point now) {
       queue.pop_front();
     }
     it = queue.empty() ? held_.erase(it) : std::next(it);
+  }
+}
+
+void ConnectionGate::makeRoom(const std::string& peer) {
+  const auto since = [](const Connection& c) { return c.input.empty() ? c.waitingSince : c.firstByte; };
+  for (;;) {
+    {
+      std::lock_guard lock(mutex_);
+      const auto held = connectionsOf_.find(peer);
+      if (held == connectionsOf_.end() || held->second <= limits_.connectionsPerPeer) return;
+    }
+    // A partial request that has taken longest, else the longest silence: a client that
+    // asks whole requests, and waits only between them, is the last to go.
+    Connection* victim = nullptr;
+    for (const auto& [fd, connection] : waiting_) {
+      if (connection->peer != peer) continue;
+      if (victim == nullptr || (!connection->input.empty() && victim->input.empty()) ||
+          (connection->input.empty() == victim->input.empty() && since(*connection) < since(*victim))) {
+        victim = connection.get();
+      }
+    }
+    // Everything else of the peer is being served: it is over its share until one ends.
+    if (victim == nullptr) return;
+    const int fd = victim->fd;
+    Owned connection = std::move(waiting_[fd]);
+    waiting_.erase(fd);
+    close(std::move(connection));
   }
 }
 

@@ -6,10 +6,13 @@
 // connects and says nothing, holds no thread, and nothing answered waits behind it; the
 // accept thread hands a socket over without ever reading from it.
 //
-// Bounds: connections per peer (peerKey) and in all, refused at accept by closing them; a
-// deadline for a request's header block from its first byte, and for the first byte while
-// idle; and workers per peer, so that peers whose requests did arrive (a slow large body, a
-// reader that does not read) cannot hold every worker either.
+// Bounds: connections per peer (peerKey): a peer over its share loses the waiting
+// connection that has had the longest to send its request (trickling ones before silent
+// ones), so a peer cannot keep more open, and a client behind the same address as a
+// hostile one still gets in; connections in all, past which new ones are closed at accept;
+// a deadline for a request's header block from its first byte, and for the first byte
+// while idle; and workers per peer, so that peers whose requests did arrive (a slow large
+// body, a reader that does not read) cannot hold every worker either.
 #include <sys/epoll.h>
 
 #include <atomic>
@@ -53,8 +56,8 @@ class ConnectionGate {
   ConnectionGate(const ConnectionGate&) = delete;
   ConnectionGate& operator=(const ConnectionGate&) = delete;
 
-  // Takes an accepted socket: closes it at once when its peer (or everyone) has as many
-  // connections as allowed, else lets it wait for its request. Never blocks on the peer.
+  // Takes an accepted socket to wait for its request, or closes it at once when the
+  // connections in all are at their limit. Never blocks on the peer.
   void admit(int fd);
   // Closes every waiting connection and waits for the workers. Safe to call more than once.
   void shutdown();
@@ -76,6 +79,8 @@ class ConnectionGate {
   void readFrom(int fd);
   void dispatch(Owned connection);
   void expire(Clock::time_point now);
+  // Closes waiting connections of `peer` until it is within its share.
+  void makeRoom(const std::string& peer);
   void close(Owned connection);
   void finished(Owned connection, bool keep);
 
@@ -93,6 +98,7 @@ class ConnectionGate {
   int connections_ = 0;
   std::vector<Owned> admitted_;                         // to be watched by the loop
   std::vector<std::pair<Owned, bool>> returned_;        // served, with keep
+  std::vector<std::string> crowded_;                    // peers admitted past their share
   bool closed_ = false;                                 // the loop has ended
 
   // The loop thread's own.

@@ -39,8 +39,8 @@ struct ServerLimits {
   std::chrono::milliseconds exchange{10000};
   // Requests on one connection before it is closed.
   int requestsPerConnection = 1000;
-  // Connections one peer (an IPv4 address, an IPv6 /64) may hold open, and how many of its
-  // requests are served at once; a connection over its peer's share is closed at accept.
+  // Connections one peer (an IPv4 address, an IPv6 /64) may hold open (past them its
+  // longest-waiting one is closed), and how many of its requests are served at once.
   int connectionsPerPeer = 64;
   int workersPerPeer = 16;
   // Connections open in all (also kept within the process's descriptor limit).
