@@ -80,24 +80,31 @@ ServerLimits withinDescriptors(ServerLimits limits) {
 
 }  // namespace
 
-bool ConnectionGate::requestArrived(const std::string& input) {
-  size_t end = input.find("\r\n\r\n");
-  size_t separator = 4;
-  if (const size_t bare = input.find("\n\n"); bare != std::string::npos && (end == std::string::npos || bare < end)) {
-    end = bare;
-    separator = 2;
+bool ConnectionGate::requestArrived(Connection& connection) {
+  const std::string& input = connection.input;
+  if (connection.needed == 0) {
+    const size_t from = connection.scanned >= 3 ? connection.scanned - 3 : 0;
+    size_t end = input.find("\r\n\r\n", from);
+    size_t separator = 4;
+    if (const size_t bare = input.find("\n\n", from); bare != std::string::npos && bare < end) {
+      end = bare;
+      separator = 2;
+    }
+    if (end == std::string::npos) {
+      connection.scanned = input.size();
+      return input.size() >= kMaxHeaderBytes;
+    }
+    connection.needed = end + separator;
+    const std::string_view head(input.data(), end);
+    const auto length = field(head, "Content-Length");
+    // Bodies the worker reads itself, and lengths left for the parser to refuse.
+    if (end < kMaxHeaderBytes && !field(head, "Transfer-Encoding") && !field(head, "Expect") && length &&
+        !length->empty() && length->size() <= 18 && length->find_first_not_of("0123456789") == std::string_view::npos) {
+      const size_t bytes = std::stoull(std::string(*length));
+      if (bytes <= kBufferedBody) connection.needed += bytes;
+    }
   }
-  if (end == std::string::npos) return input.size() >= kMaxHeaderBytes;
-  if (end >= kMaxHeaderBytes) return true;
-  const std::string_view head(input.data(), end);
-  if (field(head, "Transfer-Encoding") || field(head, "Expect")) return true;
-  const auto length = field(head, "Content-Length");
-  if (!length) return true;
-  if (length->empty() || length->size() > 18 || length->find_first_not_of("0123456789") != std::string_view::npos) {
-    return true;  // for the parser to refuse
-  }
-  const size_t bytes = std::stoull(std::string(*length));
-  return bytes > kBufferedBody || input.size() >= end + separator + bytes;
+  return input.size() >= connection.needed;
 }
 
 ConnectionGate::ConnectionGate(const ServerLimits& limits, Serve serve)
@@ -197,6 +204,7 @@ void ConnectionGate::loop() {
   }
   for (auto& [fd, connection] : waiting_) left.push_back(std::move(connection));
   waiting_.clear();
+  waitingOf_.clear();
   for (auto& [peer, queue] : held_) {
     for (auto& connection : queue) left.push_back(std::move(connection));
   }
@@ -205,7 +213,7 @@ void ConnectionGate::loop() {
 }
 
 void ConnectionGate::watch(Owned connection) {
-  if (requestArrived(connection->input)) {
+  if (requestArrived(*connection)) {
     dispatch(std::move(connection));
     return;
   }
@@ -216,7 +224,7 @@ void ConnectionGate::watch(Owned connection) {
     close(std::move(connection));
     return;
   }
-  waiting_[connection->fd] = std::move(connection);
+  park(std::move(connection));
 }
 
 void ConnectionGate::readFrom(int fd) {
@@ -226,7 +234,7 @@ void ConnectionGate::readFrom(int fd) {
   constexpr size_t kMostBuffered = kMaxHeaderBytes + kBufferedBody + 4;
   bool ended = false;
   char buffer[16 * 1024];
-  while (!requestArrived(connection.input) && connection.input.size() < kMostBuffered) {
+  while (!requestArrived(connection) && connection.input.size() < kMostBuffered) {
     const size_t room = std::min(sizeof buffer, kMostBuffered - connection.input.size());
     const ssize_t got = ::recv(fd, buffer, room, MSG_DONTWAIT);
     if (got > 0) {
@@ -240,11 +248,10 @@ void ConnectionGate::readFrom(int fd) {
     break;
   }
   // A request that arrived whole is answered even when the peer has stopped sending.
-  if (!requestArrived(connection.input) && !ended) return;
-  Owned owned = std::move(it->second);
-  waiting_.erase(it);
+  if (!requestArrived(connection) && !ended) return;
+  Owned owned = unpark(fd);
   ::epoll_ctl(epoll_, EPOLL_CTL_DEL, fd, nullptr);
-  if (requestArrived(owned->input)) {
+  if (requestArrived(*owned)) {
     dispatch(std::move(owned));
   } else {
     close(std::move(owned));
@@ -288,7 +295,10 @@ void ConnectionGate::finished(Owned connection, bool keep) {
   if (!keep) {
     close(std::move(connection));
   } else {
+    // What is left in the input is the next request.
     connection->waitingSince = Clock::now();
+    connection->scanned = 0;
+    connection->needed = 0;
     if (!connection->input.empty()) connection->firstByte = connection->waitingSince;
     watch(std::move(connection));
   }
@@ -304,11 +314,7 @@ void ConnectionGate::expire(Clock::time_point now) {
       late.push_back(fd);
     }
   }
-  for (const int fd : late) {
-    Owned connection = std::move(waiting_[fd]);
-    waiting_.erase(fd);
-    close(std::move(connection));
-  }
+  for (const int fd : late) close(unpark(fd));
   // Arrived requests waiting for one of their peer's workers are let go at their deadline.
   for (auto it = held_.begin(); it != held_.end();) {
     auto& queue = it->second;
@@ -330,21 +336,36 @@ void ConnectionGate::makeRoom(const std::string& peer) {
     }
     // A partial request that has taken longest, else the longest silence: a client that
     // asks whole requests, and waits only between them, is the last to go.
-    Connection* victim = nullptr;
-    for (const auto& [fd, connection] : waiting_) {
-      if (connection->peer != peer) continue;
+    // None waiting means all of the peer's are being served: it is over its share until
+    // one of them ends.
+    const auto mine = waitingOf_.find(peer);
+    if (mine == waitingOf_.end()) return;
+    const Connection* victim = nullptr;
+    for (const int fd : mine->second) {
+      const Connection* connection = waiting_.at(fd).get();
       if (victim == nullptr || (!connection->input.empty() && victim->input.empty()) ||
           (connection->input.empty() == victim->input.empty() && since(*connection) < since(*victim))) {
-        victim = connection.get();
+        victim = connection;
       }
     }
-    // Everything else of the peer is being served: it is over its share until one ends.
-    if (victim == nullptr) return;
-    const int fd = victim->fd;
-    Owned connection = std::move(waiting_[fd]);
-    waiting_.erase(fd);
-    close(std::move(connection));
+    close(unpark(victim->fd));
   }
+}
+
+void ConnectionGate::park(Owned connection) {
+  const int fd = connection->fd;
+  waitingOf_[connection->peer].insert(fd);
+  waiting_[fd] = std::move(connection);
+}
+
+ConnectionGate::Owned ConnectionGate::unpark(int fd) {
+  const auto it = waiting_.find(fd);
+  Owned connection = std::move(it->second);
+  waiting_.erase(it);
+  const auto mine = waitingOf_.find(connection->peer);
+  mine->second.erase(fd);
+  if (mine->second.empty()) waitingOf_.erase(mine);
+  return connection;
 }
 
 void ConnectionGate::close(Owned connection) {

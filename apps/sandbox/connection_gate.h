@@ -24,6 +24,7 @@
 #include <string>
 #include <thread>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "apps/sandbox/sandbox_server.h"
@@ -45,6 +46,10 @@ class ConnectionGate {
     Clock::time_point firstByte;
     Clock::time_point waitingSince;
     int served = 0;
+    // How far `input` is known to hold no end of a header block, and, once one is found,
+    // how many bytes the request needs before it is served (0 until then).
+    size_t scanned = 0;
+    size_t needed = 0;
   };
 
   // Serves the request that has arrived on `connection`, on a worker; true to keep the
@@ -62,16 +67,18 @@ class ConnectionGate {
   // Closes every waiting connection and waits for the workers. Safe to call more than once.
   void shutdown();
 
-  // Whether a request held in `input` has arrived far enough to be served: its header block
-  // whole and, when it announces a body of at most kBufferedBody bytes, that body too
-  // (larger bodies, chunked ones and ones waiting for "100 Continue" are read by the
-  // worker). Also true past kMaxHeaderBytes, for the parser to refuse.
-  static bool requestArrived(const std::string& input);
   static constexpr size_t kMaxHeaderBytes = 16 * 1024;
   static constexpr size_t kBufferedBody = 64 * 1024;
 
  private:
   using Owned = std::unique_ptr<Connection>;
+
+  // Whether the request in `connection.input` has arrived far enough to be served: its
+  // header block whole and, when it announces a body of at most kBufferedBody bytes, that
+  // body too (larger bodies, chunked ones and ones waiting for "100 Continue" are read by
+  // the worker). Also true past kMaxHeaderBytes, for the parser to refuse. Remembers how
+  // far it looked, so that a request trickling in is not scanned over and over.
+  static bool requestArrived(Connection& connection);
 
   void loop();
   // The loop's steps; REQUIRE: on the loop thread.
@@ -79,6 +86,9 @@ class ConnectionGate {
   void readFrom(int fd);
   void dispatch(Owned connection);
   void expire(Clock::time_point now);
+  // Adds to and takes from the waiting connections (watched by epoll or about to be).
+  void park(Owned connection);
+  Owned unpark(int fd);
   // Closes waiting connections of `peer` until it is within its share.
   void makeRoom(const std::string& peer);
   void close(Owned connection);
@@ -103,6 +113,7 @@ class ConnectionGate {
 
   // The loop thread's own.
   std::unordered_map<int, Owned> waiting_;
+  std::unordered_map<std::string, std::unordered_set<int>> waitingOf_;  // peer -> its waiting fds
   std::unordered_map<std::string, int> busyOf_;             // peer -> connections on workers
   std::unordered_map<std::string, std::deque<Owned>> held_;  // arrived, over the peer's workers
 };
