@@ -108,7 +108,9 @@ bool ConnectionGate::requestArrived(Connection& connection) {
 }
 
 ConnectionGate::ConnectionGate(const ServerLimits& limits, Serve serve)
-    : limits_(withinDescriptors(limits)), serve_(std::move(serve)), pool_(static_cast<size_t>(std::max(1, limits.workers))) {
+    : limits_(withinDescriptors(limits)),
+      serve_(std::move(serve)),
+      pool_(static_cast<size_t>(std::max(1, limits.workers))) {
   epoll_ = ::epoll_create1(EPOLL_CLOEXEC);
   wake_ = ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
   epoll_event event{};

@@ -106,16 +106,16 @@ class ConnectionGate {
   std::mutex mutex_;
   std::unordered_map<std::string, int> connectionsOf_;  // peer -> open connections
   int connections_ = 0;
-  std::vector<Owned> admitted_;                         // to be watched by the loop
-  std::vector<std::pair<Owned, bool>> returned_;        // served, with keep
-  std::vector<std::string> crowded_;                    // peers admitted past their share
-  bool closed_ = false;                                 // the loop has ended
+  std::vector<Owned> admitted_;                   // to be watched by the loop
+  std::vector<std::pair<Owned, bool>> returned_;  // served, with keep
+  std::vector<std::string> crowded_;              // peers admitted past their share
+  bool closed_ = false;                           // the loop has ended
 
   // The loop thread's own.
   std::unordered_map<int, Owned> waiting_;
   std::unordered_map<std::string, std::unordered_set<int>> waitingOf_;  // peer -> its waiting fds
-  std::unordered_map<std::string, int> busyOf_;             // peer -> connections on workers
-  std::unordered_map<std::string, std::deque<Owned>> held_;  // arrived, over the peer's workers
+  std::unordered_map<std::string, int> busyOf_;                         // peer -> connections on workers
+  std::unordered_map<std::string, std::deque<Owned>> held_;             // arrived, over the peer's workers
 };
 
 }  // namespace qmv::sandbox

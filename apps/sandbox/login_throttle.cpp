@@ -7,8 +7,7 @@ namespace qmv::sandbox {
 
 LoginThrottle::LoginThrottle(Now now) : now_(now ? std::move(now) : Now([] { return Clock::now(); })) {}
 
-LoginThrottle::Clock::duration LoginThrottle::waitIn(Records& records, const std::string& key,
-                                                     Clock::time_point now) {
+LoginThrottle::Clock::duration LoginThrottle::waitIn(Records& records, const std::string& key, Clock::time_point now) {
   const auto it = records.find(key);
   if (it == records.end()) return Clock::duration::zero();
   if (now - it->second.last >= kForgetAfter) {
@@ -22,9 +21,8 @@ void LoginThrottle::fail(Records& records, const std::string& key, const Policy&
   if (!records.contains(key) && records.size() >= kMaxEntries) {
     std::erase_if(records, [&](const auto& entry) { return now - entry.second.last >= kForgetAfter; });
     if (records.size() >= kMaxEntries) {
-      records.erase(std::min_element(records.begin(), records.end(), [](const auto& a, const auto& b) {
-        return a.second.last < b.second.last;
-      }));
+      records.erase(std::min_element(records.begin(), records.end(),
+                                     [](const auto& a, const auto& b) { return a.second.last < b.second.last; }));
     }
   }
   Record& record = records[key];
@@ -34,7 +32,8 @@ void LoginThrottle::fail(Records& records, const std::string& key, const Policy&
   const int over = record.failures - policy.freeFailures;
   if (over >= 0) {
     // 1, 2, 4, ... seconds; the shift is bounded before it could overflow.
-    const auto wait = over > 20 ? policy.longestWait : std::min(policy.longestWait, policy.firstWait * (int64_t{1} << over));
+    const auto wait =
+        over > 20 ? policy.longestWait : std::min(policy.longestWait, policy.firstWait * (int64_t{1} << over));
     record.until = now + wait;
   }
 }

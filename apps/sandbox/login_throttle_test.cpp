@@ -33,7 +33,8 @@ TEST(LoginThrottle, BacksOffPerAccountAndPerAddressAndForgets) {
       << "an address that guessed too often waits for every account, whatever one of them says";
 
   // An address spreading its guesses over many accounts.
-  for (int i = 0; i < LoginThrottle::kAddress.freeFailures; ++i) throttle.failed("name:" + std::to_string(i), "10.0.0.3");
+  for (int i = 0; i < LoginThrottle::kAddress.freeFailures; ++i)
+    throttle.failed("name:" + std::to_string(i), "10.0.0.3");
   EXPECT_EQ(throttle.wait("member:3", "10.0.0.3"), seconds(1));
   EXPECT_EQ(throttle.wait("member:3", "10.0.0.4"), Clock::duration::zero());
 

@@ -28,6 +28,11 @@ const ParamRule kPassword{"password", kToken, 64, "密码"};
 const ParamRule kNewPassword{"newPassword", kToken, 64, "密码"};
 const ParamRule kListType{"type", kInteger, 2, "类型"};
 
+// The store searches' arguments, by keyword and by category alike.
+const std::vector<ParamRule> kSearch = {
+    kSession, {"keyword", kLine, 256, "关键字"}, kPage, kArea, kCategory, {"sort", kInteger, 2, "排序"}, kCoordinate,
+};
+
 // The prepare-pay arguments, shared by its three endpoints.
 const std::vector<ParamRule> kPayment = {
     kSession,
@@ -77,8 +82,8 @@ const std::map<std::string, EndpointParameters>& table() {
       {"getCategorTemplates1", {}},
       {"getCarouselList", {}},
       {"getAreaList", {{{"ver", kToken, 16, "版本"}}}},
-      {"getSearchList", {{kSession, {"keyword", kLine, 256, "关键字"}, kPage, kArea, kCategory, {"sort", kInteger, 2, "排序"}, kCoordinate}}},
-      {"getTypeSearchList", {{kSession, {"keyword", kLine, 256, "关键字"}, kPage, kArea, kCategory, {"sort", kInteger, 2, "排序"}, kCoordinate}}},
+      {"getSearchList", {kSearch}},
+      {"getTypeSearchList", {kSearch}},
       {"getMapList", {{kSession, kCoordinate, kCategory, kArea}}},
       {"getStoreDetailInfo", {{kSession, kStoreId}}},
       {"getCommodityDetailInfo", {{kSession, kCommodityId}}},

@@ -23,7 +23,9 @@ TEST_F(SandboxTest, ArgumentsBeyondTheirSizeOrKindAreRefusedAndNothingIsStored) 
   ASSERT_TRUE(huge);
   EXPECT_EQ(parseJson(huge->body)["message"], "昵称过长");
   EXPECT_EQ(changeNickName(std::string(65, 'x'))["message"], "昵称过长");
-  for (const std::string& bad : {std::string("a\x01z"), std::string("\xe4\xb8"), std::string("\xe2\x80\xae" "abc")}) {
+  for (const std::string& bad : {std::string("a\x01z"), std::string("\xe4\xb8"),
+                                 std::string("\xe2\x80\xae"
+                                             "abc")}) {
     const Json refused = changeNickName(bad);
     EXPECT_EQ(code(refused), "1");
     EXPECT_EQ(refused["message"], "昵称格式不正确");
@@ -39,7 +41,8 @@ TEST_F(SandboxTest, ArgumentsBeyondTheirSizeOrKindAreRefusedAndNothingIsStored) 
   EXPECT_EQ(api_->get("getPopularList", {{"page", "2x"}})["message"], "页码格式不正确");
   EXPECT_EQ(api_->get("getStoreDetailInfo", {{"storeId", "1;"}})["message"], "商家格式不正确");
   EXPECT_EQ(api_->post("/sandbox/pay/complete", {{"prepay_id", std::string(65, 'p')}})["message"], "支付单过长");
-  EXPECT_EQ(code(api_->post("postFeedback", {{"sessionId", zhang}, {"concent", "第一行\n第二行"}, {"type", "0"}})), "0");
+  EXPECT_EQ(code(api_->post("postFeedback", {{"sessionId", zhang}, {"concent", "第一行\n第二行"}, {"type", "0"}})),
+            "0");
   EXPECT_EQ(api_->post("postFeedback", {{"sessionId", zhang}, {"concent", std::string(1001, 'f')}})["message"],
             "反馈内容过长");
 }

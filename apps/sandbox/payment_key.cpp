@@ -34,8 +34,8 @@ std::string loadPaymentKey(const std::filesystem::path& home, std::string* error
   const auto aside = home / (std::string(kPaymentKeyFile) + "." + std::to_string(::getpid()) + ".new");
   const int fd = ::open(aside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
   const std::string line = key + "\n";
-  const bool written = fd >= 0 && ::write(fd, line.data(), line.size()) == static_cast<ssize_t>(line.size()) &&
-                       ::fsync(fd) == 0;
+  const bool written =
+      fd >= 0 && ::write(fd, line.data(), line.size()) == static_cast<ssize_t>(line.size()) && ::fsync(fd) == 0;
   if (fd >= 0) ::close(fd);
   std::error_code ec;
   // A key file that cannot be read as a key (truncated, edited) is replaced.

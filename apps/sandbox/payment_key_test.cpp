@@ -27,8 +27,12 @@ TEST_F(SandboxTest, OnlyThePaymentApplicationsCanReportAPayment) {
       {{"prepay_id", prepay}, {"result", "success"}},
       {{"prepay_id", prepay}, {"result", "success"}, {"sign", ""}},
       // A signature is good for its own outcome only.
-      {{"prepay_id", prepay}, {"result", "success"}, {"sign", sandboxCompletionSignature(server_->paymentKey(), prepay, "cancel")}},
-      {{"prepay_id", prepay}, {"result", "success"}, {"sign", sandboxCompletionSignature(std::string(64, 'a'), prepay, "success")}},
+      {{"prepay_id", prepay},
+       {"result", "success"},
+       {"sign", sandboxCompletionSignature(server_->paymentKey(), prepay, "cancel")}},
+      {{"prepay_id", prepay},
+       {"result", "success"},
+       {"sign", sandboxCompletionSignature(std::string(64, 'a'), prepay, "success")}},
   };
   for (const Args& form : forged) {
     const Json reply = api_->post("/sandbox/pay/complete", form);

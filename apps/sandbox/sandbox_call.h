@@ -37,7 +37,7 @@ struct Call {
   // counts even though the request is refused).
   bool keepWritesOnRefusal = false;
   // Who asked (peerKey of the address) and the back-off its password attempts are under.
-  std::string peer;
+  std::string peer{};
   LoginThrottle* throttle = nullptr;
 
   // The argument, or "" when absent.

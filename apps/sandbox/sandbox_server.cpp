@@ -139,8 +139,9 @@ struct SandboxServer::Impl {
     try {
       std::lock_guard turn(turns);
       db->transact(endpoint.writes, [&] {
-        Call call{*db,  {}, {}, Json(), "", root(), options.demoSmsCode, {}, {}, false, peerKey(req.remote_addr),
-                  throttle.get()};
+        Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode, {}, {}, false};
+        call.peer = peerKey(req.remote_addr);
+        call.throttle = throttle.get();
         readArguments(req, call);
         if (auto refusal = applyParameterRules(parameters, call)) {
           reply = std::move(*refusal);
@@ -176,7 +177,8 @@ struct SandboxServer::Impl {
     std::string error;
     paymentKey = loadPaymentKey(options.home, &error);
     if (paymentKey.empty()) return error;
-    db = SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db", &error);
+    db = SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db",
+                            &error);
     if (!db) return error;
     try {
       prepareDatabase(*db);
@@ -225,15 +227,16 @@ struct SandboxServer::Impl {
 
     // Only the payment applications, which hold the home's payment key, may report a
     // payment: the member who prepared it knows its prepay id too.
-    completion = Endpoint{HttpMethod::kPost, SessionRule::kNone, true, [this](Call& call) {
-                            if (!completionSigned(paymentKey, call.arg("prepay_id"), call.arg("result"),
-                                                  call.arg("sign"))) {
-                              return Reply::refuse(kMsgUnsignedPayment);
-                            }
-                            return completePayment(call);
-                          }};
-    http->Post("/sandbox/pay/complete",
-               [this](const httplib::Request& req, httplib::Response& res) { serve(req, res, completion, parametersOf(kCompletionRoute)); });
+    completion =
+        Endpoint{HttpMethod::kPost, SessionRule::kNone, true, [this](Call& call) {
+                   if (!completionSigned(paymentKey, call.arg("prepay_id"), call.arg("result"), call.arg("sign"))) {
+                     return Reply::refuse(kMsgUnsignedPayment);
+                   }
+                   return completePayment(call);
+                 }};
+    http->Post("/sandbox/pay/complete", [this](const httplib::Request& req, httplib::Response& res) {
+      serve(req, res, completion, parametersOf(kCompletionRoute));
+    });
 
     // Pages greet the member whose session came in the "sessionId" cookie, so that a
     // client can see that its page host handed the session over.

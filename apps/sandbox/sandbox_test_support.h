@@ -50,8 +50,9 @@ class ApiClient {
 
   // Reports a waiting payment's `result` as the payment applications do, signed with `key`.
   Json complete(const std::string& key, const std::string& prepayId, const std::string& result) {
-    return post("/sandbox/pay/complete",
-                {{"prepay_id", prepayId}, {"result", result}, {"sign", sandboxCompletionSignature(key, prepayId, result)}});
+    return post(
+        "/sandbox/pay/complete",
+        {{"prepay_id", prepayId}, {"result", result}, {"sign", sandboxCompletionSignature(key, prepayId, result)}});
   }
 
   // Signs in and returns the session id ("" when refused).

@@ -82,7 +82,8 @@ void prepareUserNameKeys(SandboxStore& db) {
     }
     db.executeScript("CREATE INDEX IF NOT EXISTS members_name_key ON members(name_key)");
     for (const Json& row : db.query("SELECT id, user_name FROM members WHERE name_key IS NULL")) {
-      db.execute("UPDATE members SET name_key = ? WHERE id = ?", {userNameKey(row["user_name"].get<std::string>()), row["id"]});
+      db.execute("UPDATE members SET name_key = ? WHERE id = ?",
+                 {userNameKey(row["user_name"].get<std::string>()), row["id"]});
     }
     return true;
   });

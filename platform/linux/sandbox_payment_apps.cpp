@@ -81,8 +81,8 @@ std::string sandboxCompletionSignature(const std::string& key, const std::string
   const std::string message = "prepay_id=" + prepayId + "&result=" + result;
   unsigned char digest[EVP_MAX_MD_SIZE];
   unsigned int length = 0;
-  if (HMAC(EVP_sha256(), key.data(), static_cast<int>(key.size()), reinterpret_cast<const unsigned char*>(message.data()),
-           message.size(), digest, &length) == nullptr) {
+  if (HMAC(EVP_sha256(), key.data(), static_cast<int>(key.size()),
+           reinterpret_cast<const unsigned char*>(message.data()), message.size(), digest, &length) == nullptr) {
     return "";
   }
   static const char* const kHex = "0123456789abcdef";
@@ -104,7 +104,7 @@ std::string SandboxWeChatApp::problemWith(const PayReq& r) const {
   if (std::labs(now - r.timeStamp) > kTimeStampSkewSeconds) return "a time stamp too far from now";
   if (r.prepayId.empty() || r.package != "Sign=WXPay") return "no prepared payment";
   const std::map<std::string, std::string> signed_ = {
-      {"appid", r.openID},       {"noncestr", r.nonceStr}, {"package", r.package},
+      {"appid", r.openID},        {"noncestr", r.nonceStr}, {"package", r.package},
       {"partnerid", r.partnerId}, {"prepayid", r.prepayId}, {"timestamp", std::to_string(r.timeStamp)}};
   if (StringUtil::createMd5Sign(signed_, merchant_.apiKey) != r.sign) return "a signature that does not check";
   return "";

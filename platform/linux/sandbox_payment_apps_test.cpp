@@ -39,10 +39,14 @@ PayReq signedRequest(const std::string& appId, const std::string& partnerId, lon
 
 // What the messaging application does with `request`: the completion bodies it sent and
 // the URL it returned with.
-std::pair<std::vector<std::string>, std::string> handOver(const PayReq& request, PayOutcome outcome = PayOutcome::Success) {
+std::pair<std::vector<std::string>, std::string> handOver(const PayReq& request,
+                                                          PayOutcome outcome = PayOutcome::Success) {
   auto sandbox = std::make_shared<AcceptingSandbox>();
   std::string returned;
-  SandboxPaymentSetup setup{sandbox, "http://sandbox/sandbox/pay/complete", "shared-key", outcome,
+  SandboxPaymentSetup setup{sandbox,
+                            "http://sandbox/sandbox/pay/complete",
+                            "shared-key",
+                            outcome,
                             [&](const std::string& url, const std::string&) { returned = url; },
                             std::make_shared<FixedClock>(kNow)};
   SandboxWeChatApp(setup, kMerchant).sendReq(request);
@@ -64,8 +68,10 @@ TEST(SandboxWeChatApp, ChecksTheMerchantTheTimeStampAndTheSignatureBeforeReporti
   const std::map<std::string, PayReq> refused = {
       {"another app", signedRequest("wxother", kMerchant.partnerId, kNow)},
       {"another partner", signedRequest(kMerchant.appId, "1900000110", kNow)},
-      {"stale", signedRequest(kMerchant.appId, kMerchant.partnerId, kNow - SandboxWeChatApp::kTimeStampSkewSeconds - 1)},
-      {"future", signedRequest(kMerchant.appId, kMerchant.partnerId, kNow + SandboxWeChatApp::kTimeStampSkewSeconds + 1)},
+      {"stale",
+       signedRequest(kMerchant.appId, kMerchant.partnerId, kNow - SandboxWeChatApp::kTimeStampSkewSeconds - 1)},
+      {"future",
+       signedRequest(kMerchant.appId, kMerchant.partnerId, kNow + SandboxWeChatApp::kTimeStampSkewSeconds + 1)},
       {"tampered", tampered},
   };
   for (const auto& [why, request] : refused) {
