@@ -66,28 +66,61 @@ void Outbox::flush() {
 
 Transfer::~Transfer() {
   if (file_ != nullptr) std::fclose(file_);
-  if (easy_ != nullptr) {
-    // A kept handle must not hold on to a cookie engine that may go before it.
-    if (cookies) curl_easy_setopt(easy_, CURLOPT_SHARE, nullptr);
+  CURL* easy = handle_.easy;
+  if (easy != nullptr) {
     if (spares_ != nullptr && spares_->size() < kMaxSpareHandles) {
       if (plain_) {
         // Only what is freed with this transfer is let go of; the next plain GET sets
         // everything else again.
-        curl_easy_setopt(easy_, CURLOPT_PRIVATE, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_HEADERDATA, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_WRITEDATA, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_XFERINFODATA, nullptr);
+        curl_easy_setopt(easy, CURLOPT_PRIVATE, nullptr);
+        curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
+        curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
+        curl_easy_setopt(easy, CURLOPT_HEADERDATA, nullptr);
+        curl_easy_setopt(easy, CURLOPT_WRITEDATA, nullptr);
+        curl_easy_setopt(easy, CURLOPT_XFERINFODATA, nullptr);
       } else {
-        curl_easy_reset(easy_);
+        resetHandle();
       }
-      spares_->push_back({easy_, plain_});
+      handle_.holdsPlainOptions = plain_;
+      spares_->push_back(std::move(handle_));
     } else {
-      curl_easy_cleanup(easy_);
+      // Before the engine it may hold is let go of.
+      curl_easy_cleanup(easy);
     }
   }
   if (headerList_ != nullptr) curl_slist_free_all(headerList_);
+}
+
+void Transfer::resetHandle() {
+  // A reset drops the list of cookie files without freeing it, so the list is emptied
+  // first; that also unhooks the engine's jar from the handle, which keeps its share.
+  curl_easy_setopt(handle_.easy, CURLOPT_COOKIEFILE, nullptr);
+  curl_easy_reset(handle_.easy);
+  handle_.cookieFileListed = false;
+  handle_.holdsPlainOptions = false;
+}
+
+void Transfer::useCookies() {
+  CURL* easy = handle_.easy;
+  if (cookies) {
+    if (handle_.cookies != cookies || !handle_.cookieFileListed) {
+      // Attaching (again) hooks the engine's jar to the handle.
+      curl_easy_setopt(easy, CURLOPT_SHARE, cookies->shareHandle());
+      handle_.cookies = cookies;
+    }
+    if (!handle_.cookieFileListed) {
+      // The empty file name turns the engine on; it keeps what the answers set and sends
+      // what matches, redirects included.
+      curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
+      handle_.cookieFileListed = true;
+    }
+  } else if (handle_.cookies) {
+    // A listed file would give the handle a jar of its own.
+    if (handle_.cookieFileListed) curl_easy_setopt(easy, CURLOPT_COOKIEFILE, nullptr);
+    curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
+    handle_.cookies = nullptr;
+    handle_.cookieFileListed = false;
+  }
 }
 
 void Transfer::deliver(HttpResponse r, Outbox& outbox) {
@@ -102,7 +135,7 @@ void Transfer::deliver(HttpResponse r, Outbox& outbox) {
 
 long Transfer::currentStatus() const {
   long status = 0;
-  if (easy_ != nullptr) curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
+  if (handle_.easy != nullptr) curl_easy_getinfo(handle_.easy, CURLINFO_RESPONSE_CODE, &status);
   return status;
 }
 
@@ -180,21 +213,20 @@ int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_
   return 0;
 }
 
-bool Transfer::setUp(std::vector<SpareHandle>* spares) {
+bool Transfer::setUp(std::vector<EasyHandle>* spares) {
   const HttpRequest& r = request;
   plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.timeout.count() > 0;
   spares_ = spares;
   if (spares_ != nullptr && !spares_->empty()) {
-    const SpareHandle spare = spares_->back();
+    handle_ = std::move(spares_->back());
     spares_->pop_back();
-    easy_ = spare.easy;
     // A plain GET's options would outlive it into a transfer that does not set them all.
-    if (spare.holdsPlainOptions && !plain_) curl_easy_reset(easy_);
+    if (handle_.holdsPlainOptions && !plain_) resetHandle();
   } else {
-    easy_ = curl_easy_init();
+    handle_.easy = curl_easy_init();
   }
-  if (easy_ == nullptr) return false;
-  CURL* easy = easy_;
+  if (handle_.easy == nullptr) return false;
+  CURL* easy = handle_.easy;
   curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
   curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
   curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
@@ -244,11 +276,7 @@ bool Transfer::setUp(std::vector<SpareHandle>* spares) {
     headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
   }
   curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
-  if (cookies) {
-    // The engine keeps what the answers set and sends what matches, redirects included.
-    curl_easy_setopt(easy, CURLOPT_SHARE, cookies->shareHandle());
-    curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
-  }
+  useCookies();
 
   if (r.basicAuth) {
     curl_easy_setopt(easy, CURLOPT_HTTPAUTH, CURLAUTH_BASIC);
@@ -309,7 +337,8 @@ TransferQueue::~TransferQueue() {
   }
   active_.clear();  // before the spares, which the transfers hand their handles back to
   queued_.clear();
-  for (const SpareHandle& spare : spares_) curl_easy_cleanup(spare.easy);
+  // Each handle before the cookie engine it holds.
+  for (const EasyHandle& spare : spares_) curl_easy_cleanup(spare.easy);
 }
 
 void TransferQueue::cancel(TransferId id) {

@@ -32,11 +32,20 @@ struct Outbox {
   void flush();
 };
 
-// An easy handle kept for the next transfer. One that served a plain GET (see
-// Transfer::plain_) goes back without a reset and still holds that GET's options.
-struct SpareHandle {
+// An easy handle and what it carries from one transfer to the next. One that served a
+// plain GET (see Transfer::plain_) goes back without a reset and still holds that GET's
+// options.
+struct EasyHandle {
   CURL* easy = nullptr;
   bool holdsPlainOptions = false;
+  // The cookie engine the handle stays attached to between transfers (re-attaching takes
+  // the share's lock twice), kept alive by the handle.
+  std::shared_ptr<CurlCookieStore> cookies;
+  // Whether the handle's list of cookie files names the engine's empty one, with the
+  // engine's jar hooked to the handle. curl adds to that list at every setting and reads
+  // every entry at the start of each transfer: it is set once, and a handle without an
+  // engine has none (it would make a jar of its own).
+  bool cookieFileListed = false;
 };
 
 struct Transfer {
@@ -54,8 +63,8 @@ struct Transfer {
 
   // Takes a handle from `spares` (or a new one) and sets every option of the request.
   // False when libcurl could not give a handle.
-  bool setUp(std::vector<SpareHandle>* spares);
-  CURL* easy() const { return easy_; }
+  bool setUp(std::vector<EasyHandle>* spares);
+  CURL* easy() const { return handle_.easy; }
 
   // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
   void finish(CURLcode code, Outbox& outbox);
@@ -63,6 +72,10 @@ struct Transfer {
 
  private:
   void deliver(HttpResponse response, Outbox& outbox);
+  // Back to curl's defaults, with no cookie file listed.
+  void resetHandle();
+  // Attaches the handle to the transfer's cookie engine, or detaches it when there is none.
+  void useCookies();
   long currentStatus() const;
   bool openDownload();
   // Whether `bytes` more of headers or in-memory body would pass the request's limit;
@@ -74,8 +87,8 @@ struct Transfer {
   static size_t onBody(char* data, size_t size, size_t count, void* self);
   static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
 
-  CURL* easy_ = nullptr;
-  std::vector<SpareHandle>* spares_ = nullptr;  // where the handle goes back when done
+  EasyHandle handle_;
+  std::vector<EasyHandle>* spares_ = nullptr;  // where the handle goes back when done
   // A GET with a timeout, neither authorised nor downloaded to a file: it sets the same
   // options as every other such GET, only with its own values, so a handle can pass from
   // one to the next without curl_easy_reset (which costs a small request more than all
@@ -125,7 +138,7 @@ class TransferQueue {
   std::function<void(CURL*)> prepare_;
   std::deque<std::unique_ptr<Transfer>> queued_;
   std::vector<std::unique_ptr<Transfer>> active_;
-  std::vector<SpareHandle> spares_;
+  std::vector<EasyHandle> spares_;
   Outbox outbox_;
 };
 
