@@ -368,6 +368,15 @@ TEST_P(CurlTransportTest, AReusedHandleKeepsNothingOfTheRequestBefore) {
   EXPECT_EQ(headAnswer.status, 200);
   EXPECT_EQ(headAnswer.body, "");
   EXPECT_EQ(sendAndWait(get).body, "GET||");
+  // Plain GETs in turn: one's header fields are not sent with the next.
+  HttpRequest withField;
+  withField.url = server_.url("/whoami");
+  withField.headers = {{"Cookie", "manual=1"}};
+  EXPECT_EQ(sendAndWait(withField).body, "manual=1");
+  HttpRequest withoutField = withField;
+  withoutField.headers.clear();
+  EXPECT_EQ(sendAndWait(withoutField).body, "");
+  EXPECT_EQ(sendAndWait(withField).body, "manual=1");
 }
 
 // Handles pass from transfer to transfer, plain GETs' without a reset and others' with

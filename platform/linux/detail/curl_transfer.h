@@ -28,7 +28,12 @@ void initCurlOnce();
 // Completions gathered during one pass of a driver, posted together so that the interface
 // thread wakes once for several finished transfers.
 struct Outbox {
-  std::vector<std::pair<std::shared_ptr<MainLoop>, MainLoop::Task>> tasks;
+  struct Letter {
+    std::shared_ptr<MainLoop> loop;
+    HttpTransport::Completion completion;
+    HttpResponse response;
+  };
+  std::vector<Letter> letters;
   void flush();
 };
 
@@ -46,6 +51,10 @@ struct EasyHandle {
   // every entry at the start of each transfer: it is set once, and a handle without an
   // engine has none (it would make a jar of its own).
   bool cookieFileListed = false;
+  // Options of the plain GET held, where they vary from one to the next.
+  long connectTimeoutMs = 0;
+  curl_off_t maxFileSize = 0;
+  bool expectOnlyHeaders = false;  // the header list is the shared one of no fields
 };
 
 struct Transfer {
@@ -65,6 +74,9 @@ struct Transfer {
   // False when libcurl could not give a handle.
   bool setUp(std::vector<EasyHandle>* spares);
   CURL* easy() const { return handle_.easy; }
+  // Whether the handle came with a plain GET's options, which this one keeps (the
+  // driver's own options included).
+  bool keptOptions() const { return keptOptions_; }
 
   // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
   void finish(CURLcode code, Outbox& outbox);
@@ -94,7 +106,8 @@ struct Transfer {
   // one to the next without curl_easy_reset (which costs a small request more than all
   // its other options together). Any other transfer gets a reset handle.
   bool plain_ = false;
-  curl_slist* headerList_ = nullptr;
+  bool keptOptions_ = false;
+  curl_slist* headerList_ = nullptr;  // null: the shared list of no fields
   HttpResponse response_;
   std::FILE* file_ = nullptr;
   bool fileDecided_ = false;
@@ -113,7 +126,8 @@ struct Transfer {
 // `maxConcurrent` slots is free. Used from the driver's thread only.
 class TransferQueue {
  public:
-  // `prepare`, when given, sets a driver's own options on each handle before it starts.
+  // `prepare`, when given, sets a driver's own options on each handle before it starts
+  // (not again on one that kept them, see Transfer::keptOptions).
   TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr);
   // Drops every transfer without completing it.
   ~TransferQueue();
