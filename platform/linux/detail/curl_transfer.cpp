@@ -98,7 +98,7 @@ Transfer::~Transfer() {
       handle_.holdsPlainOptions = plain_;
       spares_->push_back(std::move(handle_));
     } else {
-      // Before the engine it may hold is let go of.
+      // The handle goes before the cookie engine it holds, released with this transfer.
       curl_easy_cleanup(easy);
     }
   }

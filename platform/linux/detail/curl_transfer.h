@@ -51,7 +51,7 @@ struct EasyHandle {
   // every entry at the start of each transfer: it is set once, and a handle without an
   // engine has none (it would make a jar of its own).
   bool cookieFileListed = false;
-  // Options of the plain GET held, where they vary from one to the next.
+  // The options of the plain GET held that vary from one such GET to the next.
   long connectTimeoutMs = 0;
   curl_off_t maxFileSize = 0;
   bool expectOnlyHeaders = false;  // the header list is the shared one of no fields
