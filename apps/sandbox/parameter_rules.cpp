@@ -100,6 +100,7 @@ const std::map<std::string, EndpointParameters>& table() {
       {"postPayForStore", {kPayment}},
       {"postPayForActivity", {kPayment}},
       {"postPayForIndiana", {kPayment}},
+      {"getIndianaProduct", {{kSession, {"productId", kInteger, 19, "夺宝商品"}, {"series", kToken, 16, "期号"}}}},
       {"getMyPosts", {{kSession, kPage, kListType}}},
       {"getOrderDetail", {{kSession, kOrderId}}},
       {"postRefund", {{kSession, kOrderId}}},
