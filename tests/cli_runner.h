@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "apps/launch/app_launch.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/db_util.h"
 #include "core/session/global_data.h"
+#include "platform/testing/fake_secret_store.h"
 
 namespace qmv::testsupport {
 
@@ -27,7 +29,16 @@ inline CliRun runQmv(const std::filesystem::path& home, std::vector<std::string>
   std::istringstream in(input);
   GlobalData::resetSharedInstance();
   DBUtil::resetManagersForTesting();
+  // Runs never reach the desktop's keyring; a test that wants one installs its own.
+  auto& keyring = AppLaunch::keyringForTesting();
+  const bool noKeyring = keyring == nullptr;
+  if (noKeyring) {
+    auto away = std::make_shared<FakeSecretStore>();
+    away->available = false;
+    keyring = away;
+  }
   const int status = cli::runCli(static_cast<int>(argv.size()), argv.data(), out, in);
+  if (noKeyring) keyring = nullptr;
   GlobalData::resetSharedInstance();
   DBUtil::resetManagersForTesting();
   return {status, out.str()};
