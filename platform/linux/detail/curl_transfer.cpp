@@ -67,8 +67,14 @@ void Outbox::flush() {
 Transfer::~Transfer() {
   if (file_ != nullptr) std::fclose(file_);
   if (easy_ != nullptr) {
-    // A kept handle must not hold on to a cookie engine that may go before it.
-    if (cookies) curl_easy_setopt(easy_, CURLOPT_SHARE, nullptr);
+    // A kept handle must not hold on to a cookie engine that may go before it. The cookie
+    // file list ("" turned the engine on) is dropped first: curl_easy_reset() loses it
+    // unfreed, and a plain GET's reuse would add to it each time. Dropping it leaves the
+    // shared cookies alone.
+    if (cookies) {
+      curl_easy_setopt(easy_, CURLOPT_COOKIEFILE, nullptr);
+      curl_easy_setopt(easy_, CURLOPT_SHARE, nullptr);
+    }
     if (spares_ != nullptr && spares_->size() < kMaxSpareHandles) {
       if (plain_) {
         // Only what is freed with this transfer is let go of; the next plain GET sets
