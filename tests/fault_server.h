@@ -48,7 +48,10 @@ class FaultServer {
                                                                   {"phone-null", nullptr},
                                                                   {"phone-list", Json::array({kPhone})},
                                                                   {"phone-empty", ""}}) {
-      handlers.emplace(fault, [phone](const httplib::Request&, httplib::Response& res) { renamed(res, phone); });
+      // A copy: clang 14 cannot capture a structured binding.
+      handlers.emplace(fault, [phone = Json(phone)](const httplib::Request&, httplib::Response& res) {
+        renamed(res, phone);
+      });
     }
     const auto route = [handlers](const httplib::Request& req, httplib::Response& res) {
       const auto it = handlers.find(req.matches[1]);

@@ -410,7 +410,11 @@ TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
   // The detail shows the redemption code, and its QR code reads back as that code.
   gtk_widget_activate(firstRow()->gobj());
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyActivityOrderDetailViewController"; }));
-  ASSERT_TRUE(driver_->waitUntil([&] { return ui::findNamed(top(), "qr") != nullptr; }));
+  // Drawn once it has a size, which a slow (sanitized) run gives it late.
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    Gtk::Widget* qr = ui::findNamed(top(), "qr");
+    return qr != nullptr && qr->get_width() > 0 && qr->get_height() > 0;
+  }));
   driver_->settle();
   const std::string png = (home_ / "code.png").string();
   ASSERT_TRUE(driver_->renderToPng(*ui::findNamed(top(), "qr"), png));

@@ -58,10 +58,9 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   append(overlay_);
 }
 
-ScreenPage::~ScreenPage() {
-  pendingRefresh_.disconnect();
-  if (screen_ != nullptr) screen_->onChange = nullptr;
-}
+// The followed screen is not touched here: a page that owns its screen has destroyed it
+// already.
+ScreenPage::~ScreenPage() { pendingRefresh_.disconnect(); }
 
 void ScreenPage::setTitle(const std::string& title) {
   adw_window_title_set_title(ADW_WINDOW_TITLE(title_->gobj()), title.c_str());
@@ -93,7 +92,9 @@ void ScreenPage::pullToRefresh(std::function<void()> refresh) { addPullToRefresh
 
 void ScreenPage::follow(BaseViewController& screen) {
   screen_ = &screen;
-  screen.onChange = [this] { coverChanged(); };
+  screen.onChange = [this, alive = std::weak_ptr<bool>(alive_)] {
+    if (!alive.expired()) coverChanged();
+  };
 }
 
 void ScreenPage::coverChanged() {

@@ -7,6 +7,7 @@
 #include <gtkmm.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace qmv {
@@ -33,8 +34,8 @@ class ScreenPage : public Gtk::Box {
   void refreshSoon();
 
  protected:
-  // Follows the cover and warnings of `screen` and redraws on each change. `screen`
-  // outlives the page's use of it (pages own their screens).
+  // Follows the cover and warnings of `screen` and redraws on each change. `screen` lives
+  // at least as long as the page; some (the nearby list, the community page) outlive it.
   void follow(BaseViewController& screen);
   Gtk::Box& body() { return body_; }
   // A header bar button at the end (e.g. the map switch).
@@ -61,6 +62,8 @@ class ScreenPage : public Gtk::Box {
   Gtk::Box cover_{Gtk::Orientation::VERTICAL, 12};
   Gtk::Widget* warning_ = nullptr;
   sigc::connection pendingRefresh_;
+  // Expires with the page: a screen the page followed may outlive it and still call.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace qmv::gtk

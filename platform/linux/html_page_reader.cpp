@@ -47,6 +47,54 @@ std::string contentOf(const xmlNode* node) {
   return content ? collapsed(text(content.get())) : std::string();
 }
 
+// A link's text, collapsed as contentOf() does, but only up to kMaxLinkTextBytes (cut on a
+// character boundary): links nested in links would otherwise each copy all the text below
+// them, a hundredfold the page for a few hundred bytes of markup.
+class LinkText {
+ public:
+  std::string read(const xmlNode* node) {
+    gather(node->children);
+    std::size_t end = out_.size();
+    if (end > kMaxLinkTextBytes) {
+      end = kMaxLinkTextBytes;
+      while (end > 0 && (static_cast<unsigned char>(out_[end]) & 0xC0) == 0x80) --end;
+    }
+    out_.resize(end);
+    if (!out_.empty() && out_.back() == ' ') out_.pop_back();
+    return std::move(out_);
+  }
+
+ private:
+  bool full() const { return out_.size() > kMaxLinkTextBytes; }
+
+  // The parser keeps documents a few hundred elements deep, so recursion is bounded.
+  void gather(const xmlNode* node) {
+    for (; node != nullptr && !full(); node = node->next) {
+      if (node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE) {
+        if (node->content != nullptr) append(text(node->content));
+      } else if (node->type == XML_ELEMENT_NODE) {
+        gather(node->children);
+      }
+    }
+  }
+
+  void append(std::string_view in) {
+    for (const char c : in) {
+      if (isAsciiSpace(c)) {
+        space_ = !out_.empty();
+        continue;
+      }
+      if (full()) return;
+      if (space_) out_ += ' ';
+      out_ += c;
+      space_ = false;
+    }
+  }
+
+  std::string out_;
+  bool space_ = false;
+};
+
 std::string attribute(const xmlNode* node, const char* name) {
   const XmlText value(xmlGetProp(node, BAD_CAST name));
   return value ? std::string(text(value.get())) : std::string();
@@ -93,7 +141,7 @@ class Walker {
         continue;
       }
       if (named(node, "a") && xmlHasProp(node, BAD_CAST "href") != nullptr) {
-        page.links.push_back({contentOf(node), resolved(attribute(node, "href"), base_)});
+        page.links.push_back({LinkText().read(node), resolved(attribute(node, "href"), base_)});
       }
       // Hidden parts are still walked: the title sits in the head.
       const bool shown = visible && !isHidden(node);

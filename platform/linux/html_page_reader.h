@@ -13,6 +13,8 @@ namespace qmv {
 
 // Pages larger than this are not read at all.
 inline constexpr std::size_t kMaxHtmlPageBytes = 4 * 1024 * 1024;
+// A link's text is cut after this many bytes.
+inline constexpr std::size_t kMaxLinkTextBytes = 1024;
 
 // Reads `html` fetched from `url`. `charset` is the one the server named ("" when none:
 // UTF-8 unless the page itself declares another). REQUIRES: html.size() <= kMaxHtmlPageBytes.

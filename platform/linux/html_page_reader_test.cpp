@@ -53,5 +53,21 @@ TEST(HtmlPageReaderTest, UntitledOddAndOversizedPages) {
   EXPECT_EQ(readHtmlPage("", "http://h/p", "").url, "http://h/p");
 }
 
+TEST(HtmlPageReaderTest, NestedLinksDoNotEachCopyTheTextBelowThem) {
+  std::string html;
+  for (int i = 0; i < 100; ++i) html += "<a href=\"/l\"><b>";
+  std::string words;
+  while (words.size() < 64 * 1024) words += "夺宝 ";
+  html += words;
+  const WebPage page = readHtmlPage(html, "http://h/p", "");
+  ASSERT_GE(page.links.size(), 50u);
+  for (const WebLink& link : page.links) {
+    ASSERT_LE(link.text.size(), kMaxLinkTextBytes);
+    EXPECT_EQ(words.compare(0, link.text.size(), link.text), 0) << "a prefix of the text";
+    EXPECT_EQ(link.text.size() % 7, 6u) << "cut after a whole character, no space left over";
+  }
+  EXPECT_EQ(page.text, words.substr(0, words.size() - 1)) << "the page's own text is whole";
+}
+
 }  // namespace
 }  // namespace qmv
