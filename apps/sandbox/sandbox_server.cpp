@@ -23,6 +23,7 @@
 #include "apps/sandbox/sandbox_store.h"
 #include "apps/sandbox/sandbox_util.h"
 #include "core/common/log.h"
+#include "platform/file_locations.h"
 
 namespace qmv::sandbox {
 namespace {
@@ -162,7 +163,9 @@ struct SandboxServer::Impl {
     db = SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db", &error);
     if (!db) return error;
     try {
-      prepareDatabase(*db);
+      const std::filesystem::path resources =
+          options.resources.empty() ? HomeFileLocations(options.home).resourceDirectory() : options.resources;
+      prepareDatabase(*db, resources / "area.db");
     } catch (const std::exception& failure) {
       db.reset();
       return std::string("cannot prepare the sandbox database: ") + failure.what();

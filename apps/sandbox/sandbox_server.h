@@ -48,6 +48,9 @@ struct SandboxOptions {
   // for running many requests with no disk behind each.
   bool memoryStore = false;
   ServerLimits limits{};
+  // Directory of the client's shipped databases, whose area table the sandbox serves;
+  // empty: where the client itself finds them (HomeFileLocations).
+  std::filesystem::path resources{};
 };
 
 class SandboxServer {
