@@ -5,6 +5,7 @@
 // nothing is stored beyond what the login answer itself records ("user_phone").
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "core/session/login_net_api.h"
 
@@ -25,6 +26,9 @@ class AutoLogin {
   bool autoLoginNet();
 
   bool isRunning() const { return loginApi_ && loginApi_->isExecuting(); }
+  // Why the last login that was sent did not sign the member in (nothing is shown for it,
+  // so a front end may tell it where a member is needed); empty after a sign-in.
+  const std::string& failureReason() const { return failureReason_; }
 
   // When a sent login ends: true when the member is signed in.
   std::function<void(bool correct)> onFinished;
@@ -33,6 +37,7 @@ class AutoLogin {
   void finished(bool correct);
 
   std::shared_ptr<LoginNetApi> loginApi_;
+  std::string failureReason_;
 };
 
 }  // namespace qmv
