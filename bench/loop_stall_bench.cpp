@@ -21,6 +21,7 @@
 #include "platform/cookie_store.h"
 #include "platform/env.h"
 #include "platform/linux/asio_main_loop.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/synchronous_notification_center.h"
 #include "platform/testing/loopback_server.h"
@@ -44,7 +45,7 @@ int main(int argc, char** argv) {
   env.settings = std::shared_ptr<SettingsStore>(&home.settings(), [](SettingsStore*) {});
   env.files = home.files();
   env.mainLoop = loop;
-  env.cookies = std::make_shared<MemoryCookieStore>();
+  env.cookies = std::make_shared<CurlCookieStore>();
   env.http = std::make_shared<CurlTransport>(loop, env.cookies);
   env.notifications = std::make_shared<SynchronousNotificationCenter>();
   env.overlay = std::make_shared<RecordingStatusOverlay>();

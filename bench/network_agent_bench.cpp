@@ -14,6 +14,7 @@
 #include "platform/cookie_store.h"
 #include "platform/env.h"
 #include "platform/linux/asio_main_loop.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/testing/loopback_server.h"
 
@@ -55,7 +56,7 @@ void BM_AgentGet(benchmark::State& state) {
   auto loop = std::make_shared<qmv::AsioMainLoop>();
   qmv::Env env;
   env.mainLoop = loop;
-  env.cookies = std::make_shared<qmv::MemoryCookieStore>();
+  env.cookies = std::make_shared<qmv::CurlCookieStore>();
   env.http = std::make_shared<qmv::CurlTransport>(loop, env.cookies);
   qmv::ScopedEnv scoped(std::move(env));
   qmv::NetworkConfig::sharedInstance().setBaseUrl(server().url("/"));

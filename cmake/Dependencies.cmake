@@ -33,6 +33,16 @@ pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
 target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE PkgConfig::PNG)
 
+# Secrets and cookies: the desktop's keyring through libsecret (the stored password),
+# and the public-suffix list through libpsl (no cookie for "com").
+# Only the keyring adapter includes libsecret's headers: its include path is set on that
+# file alone, so that every other file keeps its compiler cache hits.
+pkg_check_modules(LIBSECRET REQUIRED libsecret-1)
+pkg_check_modules(PSL REQUIRED libpsl)
+target_link_libraries(qmv_deps INTERFACE ${LIBSECRET_LINK_LIBRARIES} ${PSL_LINK_LIBRARIES})
+set_property(SOURCE ${CMAKE_SOURCE_DIR}/platform/linux/libsecret_store.cpp APPEND PROPERTY
+  INCLUDE_DIRECTORIES ${LIBSECRET_INCLUDE_DIRS})
+
 # HTML: libxml2's forgiving HTML parser reads the server pages of the headless web view.
 pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
 target_link_libraries(qmv_deps INTERFACE PkgConfig::LIBXML2)

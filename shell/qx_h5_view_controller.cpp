@@ -86,8 +86,7 @@ void QXH5ViewController::setCookie() {
       store->deleteCookie(cookie);
       return;
     }
-    store->setCookie(cookie);
-    cookies_.push_back(std::move(cookie));
+    if (store->setCookie(cookie)) cookies_.push_back(std::move(cookie));
   };
   const std::string session = currentSessionId();
   for (const char* name : texts::kSessionCookieNames) put(name, session);

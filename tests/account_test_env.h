@@ -22,6 +22,7 @@
 #include "platform/cookie_store.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/linux/http_object_storage.h"
 #include "platform/linux/image_file_camera.h"
@@ -66,7 +67,7 @@ class AccountE2ETest : public ::testing::Test {
     settings_ = std::shared_ptr<SqliteSettingsStore>(std::move(opened.store));
     Env env;
     env.mainLoop = loop_;
-    env.cookies = std::make_shared<MemoryCookieStore>();
+    env.cookies = std::make_shared<CurlCookieStore>();
     env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
     env.files = std::make_shared<HomeFileLocations>(home_ / "client");
     env.settings = settings_;

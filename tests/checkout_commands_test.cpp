@@ -8,6 +8,7 @@
 
 #include "core/common/temp_home_for_test.h"
 #include "tests/cli_runner.h"
+#include "tests/fault_server.h"
 // Last: httplib brings a DELETE macro.
 #include "apps/sandbox/sandbox_test_support.h"
 
@@ -21,7 +22,9 @@ constexpr const char* kVoucherOffer = "2";
 
 class CheckoutCommandsTest : public ::testing::Test {
  protected:
-  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
+  testsupport::CliRun run(std::vector<std::string> args, const std::string& input = "") {
+    return testsupport::runQmv(home_.home(), std::move(args), input);
+  }
 
   // The member's balance in fen, as the next start sees it.
   long long balance() {
@@ -96,7 +99,7 @@ TEST_F(CheckoutCommandsTest, TheBalancePaysAllOrPartAndTheServerGetsTheFullTotal
   ASSERT_EQ(partial.status, 0) << partial.out;
   EXPECT_TRUE(partial.has("我的余额 ¥412.00 [x]\nalipay [x]  wechat [ ]  unionpay [ ]\n确认支付¥28.00\n"))
       << partial.out;
-  EXPECT_TRUE(partial.has("余额抵现 412.00元\n还需支付 28.00元\n")) << partial.out;
+  EXPECT_TRUE(partial.has("消费金额 440.00元\n余额抵现 412.00元\n还需支付 28.00元\n")) << partial.out;
   EXPECT_EQ(balance(), 0);
   bool found = false;
   for (const Json& order : ordersToUse("13800000000")) found |= order.value("totalPrices", "") == "440.00";
@@ -121,6 +124,61 @@ TEST_F(CheckoutCommandsTest, PagesPayForDrawSharesAndStoresPayDirectly) {
   EXPECT_EQ(run({"pay", "--store", "1"}).status, 2);
   EXPECT_EQ(run({"pay", "--store", "1", "--product", "1", "--total", "1"}).status, 2);
   EXPECT_EQ(run({"pay", "--product", "1", "--series", "12"}).status, 2);
+}
+
+TEST_F(CheckoutCommandsTest, PayNowReadsTheBalanceAgainAndShowsWhatADrawCosts) {
+  ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0);
+  // One process: the balance read at login is stale after the first payment. A page's
+  // draw link names no amount: the server's share price makes it, and the member's
+  // channel and balance switch hold for it.
+  auto shell = run({"shell"},
+                   "pay --store 1 --total 88\n"
+                   "pay --product 1 --series 12 --acount 3 --no-balance --channel wechat\n"
+                   "pay --product 1 --series 12 --acount 400\n"
+                   "exit\n");
+  ASSERT_EQ(shell.status, 0) << shell.out;
+  EXPECT_TRUE(
+      shell.has("一元夺宝-第12期\n¥3.00\n我的余额 ¥412.00 [x]\n确认支付\n"
+                "支付订单\n一元夺宝-第12期\n¥3.00\n我的余额 ¥412.00 [ ]\nalipay [ ]  wechat [x]  unionpay [ ]\n"
+                "确认支付¥3.00\n"))
+      << shell.out;
+  EXPECT_TRUE(shell.has("一元夺宝-第12期\n¥400.00\n我的余额 ¥412.00 [x]\n确认支付\n")) << shell.out;
+  EXPECT_TRUE(shell.has("消费金额 400.00元\n余额抵现 400.00元\n还需支付 0.00元\n")) << shell.out;
+  EXPECT_EQ(balance(), 50000 - 8800 - 40000) << "the messaging application paid the three shares";
+
+  // The same from the page's own link: the page host opens the screen, which reads both.
+  auto page = run({"page", "0", "--follow", "1", "--no-balance", "--channel", "unionpay"});
+  ASSERT_EQ(page.status, 0) << page.out;
+  EXPECT_TRUE(page.has("一元夺宝-第12期\n¥1.00\n我的余额 ¥12.00 [x]\n")) << page.out;
+  EXPECT_TRUE(page.has("alipay [ ]  wechat [ ]  unionpay [x]\n确认支付¥1.00\n支付成功\n")) << page.out;
+  EXPECT_TRUE(page.has("outcome: paid\n")) << page.out;
+  EXPECT_EQ(balance(), 1200);
+}
+
+TEST_F(CheckoutCommandsTest, TotalsThatAreNoPlainAmountAreRefused) {
+  ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0);
+  for (const char* bad : {"1,000", "1e2", "12.345", "1.5abc", "1_000", "-5", "0", "12.", ".5", "100000.01", ""}) {
+    ::testing::internal::CaptureStderr();
+    const auto refused = run({"pay", "--store", "1", "--total=" + std::string(bad)});
+    const std::string said = ::testing::internal::GetCapturedStderr();
+    EXPECT_EQ(refused.status, 2) << bad << "\n" << refused.out;
+    // An empty value is refused as a missing one, before the amount rule.
+    if (*bad != '\0') {
+      EXPECT_NE(said.find("expected a plain amount in yuan such as 12.50"), std::string::npos) << said;
+    }
+  }
+  EXPECT_EQ(balance(), 50000) << "nothing was paid";
+  auto largest = run({"pay", "--store", "1", "--total", "100000.00", "--no-balance", "--channel", "wechat"});
+  EXPECT_TRUE(largest.has("确认支付¥100000.00\n")) << largest.out;
+
+  // A price no number can mean is refused on the submit screen, not shown as 0.00.
+  testsupport::FaultServer server;
+  TempHome other;
+  const auto buy =
+      testsupport::runQmv(other.home(), {"--server", server.url("extreme"), "buy", "9", "--quantity", "2"});
+  EXPECT_EQ(buy.status, 1) << buy.out;
+  EXPECT_TRUE(buy.has("1e308元 x 2 = 金额有误\n订单金额有误,无法提交\n")) << buy.out;
+  EXPECT_FALSE(buy.has("支付订单")) << buy.out;
 }
 
 }  // namespace

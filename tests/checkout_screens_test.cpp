@@ -48,6 +48,28 @@ TEST_F(CheckoutScreensTest, SubmitTotalsFollowTheFirstPurchaseFlagInSinglePrecis
                                                              {"isFirst", "1"}}));
 }
 
+TEST_F(CheckoutScreensTest, ATotalNoPriceCanMeanIsShownAsSuchAndNeverSubmitted) {
+  ASSERT_NE(login(), nullptr);
+  auto navigator = std::make_shared<StackNavigator>();
+  Env::current().navigator = navigator;
+  navigator->setRoot("TabBarViewController");
+  // Beyond single precision (read as 0 before), below zero, and more than one checkout
+  // may take.
+  for (const auto& [price, quantity] :
+       std::vector<std::pair<const char*, int>>{{"1e308", 2}, {"3e38", 2}, {"-5", 1}, {"60000", 2}}) {
+    QXSubmitOderViewController submit(ActivityModel(Json{{"nowPrice", price}, {"commodityId", "2"}}), "0");
+    for (int i = 1; i < quantity; ++i) submit.plusAction();
+    EXPECT_EQ(submit.totalText(), "金额有误") << price;
+    bool refused = false;
+    submit.onRefused = [&] { refused = true; };
+    submit.onSubmitted = [](std::optional<ScreenId>) { ADD_FAILURE() << "submitted"; };
+    submit.submitAction();
+    EXPECT_TRUE(refused) << price;
+    EXPECT_EQ(shown().back(), "订单金额有误,无法提交");
+  }
+  EXPECT_EQ(navigator->topScreen()->name, "TabBarViewController");
+}
+
 TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
   ASSERT_NE(login(), nullptr);
   auto alipay = std::make_shared<RecordingAlipayService>();
@@ -66,6 +88,7 @@ TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
 
     PayNowRunner runner(payload);
     runner.appear();
+    ASSERT_TRUE(loop_->runUntil([&] { return runner.ready(); }, std::chrono::seconds(20)));
     ASSERT_TRUE(runner.tap({false, QXPayNowViewController::Channel::Alipay}));
     EXPECT_EQ(runner.screen().confirmTitle(), "确认支付¥12.50");
     runner.confirm();

@@ -7,9 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "apps/launch/app_launch.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/db_util.h"
 #include "core/session/global_data.h"
+#include "platform/testing/fake_secret_store.h"
 
 namespace qmv::testsupport {
 
@@ -31,9 +33,19 @@ inline CliRun runQmv(const std::filesystem::path& home, std::vector<std::string>
   std::istringstream in(input);
   GlobalData::resetSharedInstance();
   DBUtil::resetManagersForTesting();
+  // Runs never reach the desktop's keyring; a test that wants one installs its own.
+  auto& keyring = AppLaunch::keyringForTesting();
+  const bool noKeyring = keyring == nullptr;
+  if (noKeyring) {
+    auto away = std::make_shared<FakeSecretStore>();
+    away->available = false;
+    keyring = away;
+  }
   std::streambuf* const stderrBuffer = std::cerr.rdbuf(err.rdbuf());
   const int status = cli::runCli(static_cast<int>(argv.size()), argv.data(), out, in);
   std::cerr.rdbuf(stderrBuffer);
+  std::cerr << err.str() << std::flush;  // still on stderr, for tests that capture it there
+  if (noKeyring) keyring = nullptr;
   GlobalData::resetSharedInstance();
   DBUtil::resetManagersForTesting();
   return {status, out.str(), err.str()};

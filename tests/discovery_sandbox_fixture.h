@@ -20,6 +20,7 @@
 #include "platform/cookie_store.h"
 #include "platform/env.h"
 #include "platform/fake_location_source.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/stack_navigator.h"
@@ -42,7 +43,7 @@ class DiscoverySandboxTest : public ::testing::Test {
     env.settings = std::shared_ptr<SettingsStore>(&home_.settings(), [](SettingsStore*) {});
     env.files = home_.files();
     env.mainLoop = loop_;
-    env.cookies = std::make_shared<MemoryCookieStore>();
+    env.cookies = std::make_shared<CurlCookieStore>();
     env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
     env.notifications = std::make_shared<SynchronousNotificationCenter>();
     env.overlay = overlay_;

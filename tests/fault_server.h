@@ -21,12 +21,14 @@ class FaultServer {
   // Bytes of the oversized answers: well above the client's default limit.
   static constexpr std::size_t kHugeBytes = std::size_t{24} << 20;
   static constexpr std::size_t kDeep = 60000;
-  // A text that would retitle the terminal window, clear the screen and overwrite the
-  // line, if it reached a terminal as is.
-  static std::string hostileText() { return std::string("\x1b]0;owned\x07\x1b[2J\rfake") + '\0' + "\xc2\x9b" "1m"; }
+  // A text that would retitle the terminal window, clear the screen, overwrite the line
+  // and show the rest reversed behind invisible marks, if it reached a terminal as is.
+  static std::string hostileText() {
+    return std::string("\x1b]0;owned\x07\x1b[2J\rfake") + '\0' + "\xc2\x9b" "1m\u202Egnp\u200B\uFEFF";
+  }
 
   FaultServer() {
-    const std::map<std::string, httplib::Server::Handler> handlers = {
+    std::map<std::string, httplib::Server::Handler> handlers = {
         {"member", [](const auto& req, auto& res) { member(req, res); }},
         {"deep-data", [](const auto& req, auto& res) { deepData(req, res); }},
         {"deep-message", [](const auto& req, auto& res) { deepMessage(req, res); }},
@@ -39,6 +41,7 @@ class FaultServer {
         {"too-large", [](const auto& req, auto& res) { tooLarge(req, res); }},
         {"escapes", [](const auto& req, auto& res) { escapes(req, res); }},
         {"extreme", [](const auto& req, auto& res) { extreme(req, res); }},
+        {"cookies", [](const auto& req, auto& res) { cookies(req, res); }},
         // A signed-in member, then every other endpoint answered with one envelope.
         {"expired", [](const auto& req, auto& res) { memberThen(req, res, R"({"success":"2","message":""})"); }},
         {"bare-refusal", [](const auto& req, auto& res) { memberThen(req, res, R"({"success":true})"); }},
@@ -54,6 +57,13 @@ class FaultServer {
            if (endpoint(req) != "getUserLogin") res.status = 500;
          }},
     };
+    // A login whose record names another phone, or none that is a phone.
+    for (const auto& [fault, phone] : std::map<std::string, Json>{{"phone-other", "13999999999"},
+                                                                  {"phone-null", nullptr},
+                                                                  {"phone-list", Json::array({kPhone})},
+                                                                  {"phone-empty", ""}}) {
+      handlers.emplace(fault, [phone](const httplib::Request&, httplib::Response& res) { renamed(res, phone); });
+    }
     const auto route = [handlers](const httplib::Request& req, httplib::Response& res) {
       const auto it = handlers.find(req.matches[1]);
       if (it == handlers.end()) {
@@ -175,12 +185,30 @@ class FaultServer {
     record["nickName"] = hostileText();
     json(res, dumpJson(Json{{"success", "0"}, {"message", ""}, {"data", record}}));
   }
+  static void renamed(httplib::Response& res, const Json& phone) {
+    Json record = memberRecord();
+    record["phone"] = phone;
+    json(res, dumpJson(Json{{"success", "0"}, {"message", ""}, {"data", record}}));
+  }
+  // A well-behaved login whose answer also sets cookies for another host (127.0.0.2) and
+  // one for its own host alone.
+  static void cookies(const httplib::Request& req, httplib::Response& res) {
+    for (const char* cookie : {"foreign=1; Domain=127.0.0.2; Path=/", "tracker=1; Path=/"}) {
+      res.headers.emplace("Set-Cookie", cookie);
+    }
+    member(req, res);
+  }
   // A member with an experience point count at the bottom of int64 and a balance of
   // 1e300 fen; store "1" to route to from anywhere, every other store off the globe.
   static void extreme(const httplib::Request& req, httplib::Response& res) {
     if (endpoint(req) == "getStoreDetailInfo") {
       const std::string where = req.get_param_value("storeId") == "1" ? "118.354878,35.066057" : "1e300,-1e300";
       json(res, R"({"success":"0","message":"","data":{"storeName":"远店","coordinate":")" + where + "\"}}");
+      return;
+    }
+    if (endpoint(req) == "getCommodityDetailInfo") {
+      json(res, R"({"success":"0","message":"","data":{"commodityId":"9","storeId":"1","name":"天价",)"
+                R"("nowPrice":"1e308","firstPrice":"1e308","isFirst":"0"}})");
       return;
     }
     if (endpoint(req) == "getSearchList") {

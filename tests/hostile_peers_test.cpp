@@ -178,12 +178,14 @@ TEST_F(HostilePeersTest, KeywordsThatAreNoWordsAreNotRemembered) {
 TEST_F(HostilePeersTest, TerminalControlsFromTheServerArriveEscaped) {
   const auto refused = run("escapes", {"login", "13900000000", kPassword});
   EXPECT_EQ(refused.status, 1);
-  EXPECT_EQ(refused.out, "密码错误\\x1b]0;owned\\x07\\x1b[2J\\x0dfake\\x00\\u009b1m\n");
+  const std::string escaped = "\\x1b]0;owned\\x07\\x1b[2J\\x0dfake\\x00\\u009b1m\\u202egnp\\u200b\\ufeff\n";
+  EXPECT_EQ(refused.out, "密码错误" + escaped);
   const auto member = run("escapes", {"login", FaultServer::kPhone, kPassword});
   EXPECT_EQ(member.status, 0);
-  EXPECT_TRUE(member.has("昵称: \\x1b]0;owned\\x07\\x1b[2J\\x0dfake\\x00\\u009b1m\n")) << member.out;
-  for (const std::string& raw : {std::string("\x1b"), std::string("\x07"), std::string("\r"), std::string(1, '\0'),
-                                std::string("\xc2\x9b")}) {
+  EXPECT_TRUE(member.has("昵称: " + escaped)) << member.out;
+  for (const std::string& raw :
+       {std::string("\x1b"), std::string("\x07"), std::string("\r"), std::string(1, '\0'), std::string("\xc2\x9b"),
+        std::string("\u202E"), std::string("\u200B"), std::string("\uFEFF")}) {
     EXPECT_EQ((refused.out + member.out).find(raw), std::string::npos) << "a raw control reached the terminal";
   }
 }

@@ -30,6 +30,7 @@
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "platform/linux/asio_main_loop.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/settings_store.h"
 #include "platform/testing/recording_status_overlay.h"
@@ -54,7 +55,7 @@ class SandboxContractTest : public ::testing::Test {
 
     Env env;
     env.mainLoop = loop_;
-    env.cookies = std::make_shared<MemoryCookieStore>();
+    env.cookies = std::make_shared<CurlCookieStore>();
     env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
     env.settings = settings_;
     env.files = std::make_shared<HomeFileLocations>(home_ / "client");

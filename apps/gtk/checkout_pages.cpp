@@ -55,7 +55,7 @@ SubmitOrderPage::SubmitOrderPage(PageContext& context, const Json& payload)
 
 void SubmitOrderPage::refresh() {
   quantity_->set_text(screen_.quantityText());
-  total_->set_text(texts::kTotalPrefix + screen_.totalText());
+  total_->set_text(screen_.totalPayable() ? texts::kTotalPrefix + screen_.totalText() : screen_.totalText());
   minus_->set_sensitive(screen_.quantityText() != "1");
 }
 
@@ -107,16 +107,16 @@ void PayNowPage::refresh() {
   }, "suggested-action");
   confirm->set_name("confirm");
   confirm->add_css_class("pill");
-  // One payment at a time: the button rests while the server prepares it.
-  confirm->set_sensitive(!screen_.isPreparing() && !screen_.paid());
+  // One payment at a time, and none before the balance and the amount have been read:
+  // the button rests meanwhile.
+  confirm->set_sensitive(!screen_.isLoading() && !screen_.isPreparing() && !screen_.paid());
   body().append(*confirm);
   // The receipt of the order the server prepared, while its payment runs.
-  if (const auto& order = screen_.order()) {
-    const PayCashView receipt(*order);
+  if (const auto receipt = screen_.receipt()) {
     auto* rows = ui::boxedList();
     rows->set_name("receipt");
-    for (const auto& row : receipt.rows()) ui::addRow(*rows, row.title, "", row.value);
-    ui::addRow(*rows, receipt.orderNumber(), "");
+    for (const auto& row : receipt->rows()) ui::addRow(*rows, row.title, "", row.value);
+    ui::addRow(*rows, receipt->orderNumber(), "");
     body().append(*rows);
     body().append(*ui::label(PayCashView::note(), "dim-label"));
   }

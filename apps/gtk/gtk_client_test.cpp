@@ -130,6 +130,15 @@ class GtkClientTest : public ::testing::Test {
     return result;
   }
 
+  // Waits until the pay-now screen on top has read the balance and the amount: its
+  // confirm button rests until then.
+  bool payNowReady() {
+    return driver_->waitUntil([&] {
+      Gtk::Widget* confirm = driver_->topName() == "QXPayNowViewController" ? ui::findNamed(top(), "confirm") : nullptr;
+      return confirm != nullptr && confirm->get_sensitive();
+    });
+  }
+
   // Opens the member tab's row titled `title` and waits for the screen `name`.
   bool openFromMemberTab(const std::string& title, const std::string& name) {
     driver_->app().navigator().popToRoot();
@@ -332,7 +341,7 @@ TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutIt) {
     for (long i = 1; i < quantity; ++i) ASSERT_TRUE(tap("plus"));
     EXPECT_EQ(shownAs("quantity"), std::to_string(quantity));
     ASSERT_TRUE(tap("submit"));
-    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXPayNowViewController"; }));
+    ASSERT_TRUE(payNowReady());
   };
   const auto paidAndBack = [&](long times) {
     EXPECT_TRUE(toasted("支付成功", times));
@@ -382,7 +391,7 @@ TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
   ASSERT_TRUE(tap("buy"));
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXSubmitOderViewController"; }));
   ASSERT_TRUE(tap("submit"));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXPayNowViewController"; }));
+  ASSERT_TRUE(payNowReady());
   ASSERT_TRUE(tap("confirm"));
   ASSERT_TRUE(toasted("支付成功"));
 
@@ -510,6 +519,13 @@ TEST_F(GtkClientTest, WalksTheContactsAndSpinsTheWheel) {
 
 TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
   signIn("13800000000", "qmv123");
+  // A direct payment from the balance: the record read at sign-in still says 500.00.
+  driver_->app().navigator().push("QXPayNowViewController", {{"storeId", "1"}, {"totalFee", "88.00"}});
+  ASSERT_TRUE(payNowReady());
+  EXPECT_EQ(shownAs("total"), "¥88.00");
+  ASSERT_TRUE(tap("confirm"));
+  ASSERT_TRUE(toasted("支付成功"));
+
   ASSERT_TRUE(openFromMemberTab("一元夺宝", "QXH5ViewController"));
   auto* page = dynamic_cast<H5Page*>(&top());
   ASSERT_NE(page, nullptr);
@@ -552,9 +568,12 @@ TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
   ASSERT_NE(pay, links.end());
   EXPECT_FALSE(web->tapLink(static_cast<std::size_t>(pay - links.begin())));
 #endif
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXPayNowViewController"; }));
+  ASSERT_TRUE(payNowReady());
   EXPECT_TRUE(waitFor("一元夺宝-第12期"));
   EXPECT_EQ(web->page().url, shownUrl);
+  // Before anything is spent: the balance as it is now, and the one share's price.
+  EXPECT_TRUE(ui::shows(top(), "我的余额 ¥412.00"));
+  EXPECT_EQ(shownAs("total"), "¥1.00");
 
   // A home banner opens its page on the plain page screen under the banner's title.
   driver_->app().navigator().popToRoot();

@@ -127,8 +127,18 @@ void WebKitPageView::load(const std::string& url) {
   if (cookies_) {
     for (const Cookie& cookie : cookies_->cookies()) {
       if (cookie.domain.empty()) continue;
-      list = g_list_prepend(list, soup_cookie_new(cookie.name.c_str(), cookie.value.c_str(), cookie.domain.c_str(),
-                                                  cookie.path.c_str(), -1));
+      // libsoup's rule for a domain without a leading dot is the store's host-only one.
+      const std::string domain = cookie.hostOnly ? cookie.domain : "." + cookie.domain;
+      SoupCookie* made =
+          soup_cookie_new(cookie.name.c_str(), cookie.value.c_str(), domain.c_str(), cookie.path.c_str(), -1);
+      soup_cookie_set_secure(made, cookie.secure);
+      soup_cookie_set_http_only(made, cookie.httpOnly);
+      if (cookie.expires > 0) {
+        GDateTime* expires = g_date_time_new_from_unix_utc(cookie.expires);
+        soup_cookie_set_expires(made, expires);
+        g_date_time_unref(expires);
+      }
+      list = g_list_prepend(list, made);
     }
   }
   if (list == nullptr) {

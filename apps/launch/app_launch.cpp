@@ -6,16 +6,20 @@
 
 #include "apps/sandbox/sandbox_server.h"
 #include "core/common/url_parts.h"
+#include "core/session/settings_keys.h"
 #include "platform/clock.h"
 #include "platform/cookie_store.h"
 #include "platform/file_locations.h"
 #include "platform/fixed_location_source.h"
+#include "platform/keyring_settings_store.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
+#include "platform/linux/home_files.h"
 #include "platform/linux/http_object_storage.h"
 #include "platform/linux/interface_reachability.h"
+#include "platform/linux/libsecret_store.h"
 #include "platform/linux/logging_push_service.h"
 #include "platform/linux/logging_vendor_sdks.h"
-#include "platform/synchronous_notification_center.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/linux/pango_text_measurer.h"
 #include "platform/linux/qrencode_generator.h"
@@ -24,10 +28,24 @@
 #include "platform/linux/transport_web_view.h"
 #include "platform/linux/url_result_payment_channels.h"
 #include "platform/payment_channels.h"
+#include "platform/synchronous_notification_center.h"
 
 namespace qmv {
+namespace {
+
+// What a run reads or writes directly in the home.
+const std::vector<std::string> kHomeFiles = {"settings.db",         "settings.db-wal", "settings.db-shm",
+                                             "settings.db-journal", "shell_history",   "qmv.conf"};
+const std::vector<std::string> kHomeDirectories = {"Library", "Library/Caches", "sandbox"};
+
+}  // namespace
 
 AppLaunch::AppLaunch(LaunchOptions options) : options_(std::move(options)) {}
+
+std::shared_ptr<SecretStore>& AppLaunch::keyringForTesting() {
+  static std::shared_ptr<SecretStore> keyring;
+  return keyring;
+}
 
 AppLaunch::~AppLaunch() {
   if (sandbox_) sandbox_->stop();
@@ -47,6 +65,8 @@ std::string AppLaunch::prepare() {
   if (created || options_.home.empty()) {
     std::filesystem::permissions(home_, std::filesystem::perms::owner_all, std::filesystem::perm_options::replace, ec);
   }
+  // Before anything reads or writes in the home (the embedded sandbox starts below).
+  if (std::string why = home_files::firstRefusal(home_, kHomeFiles, kHomeDirectories); !why.empty()) return why;
 
   std::vector<std::string> warnings;
   config_ = AppConfig::load(home_ / "qmv.conf", &warnings);
@@ -76,14 +96,24 @@ std::string AppLaunch::prepare() {
 
 std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
   env.mainLoop = loop;
-  env.cookies = std::make_shared<MemoryCookieStore>();
+  env.cookies = std::make_shared<CurlCookieStore>();  // the web views take theirs from it too
   env.http = std::make_shared<CurlTransport>(loop, env.cookies);
   auto opened = SqliteSettingsStore::openInHome(home_);
   if (!opened.store) return "cannot open the settings store: " + opened.error;
   if (!opened.keptAside.empty()) {
     std::cerr << "qmv: an unreadable settings file was kept aside as " << opened.keptAside << '\n';
   }
-  env.settings = std::move(opened.store);
+  // The keyring tells homes apart by their full path.
+  std::error_code ec;
+  std::string homeName = std::filesystem::weakly_canonical(home_, ec).string();
+  if (ec) homeName = home_.string();
+  std::shared_ptr<SecretStore> keyring = keyringForTesting();
+  if (!keyring) keyring = std::make_shared<LibsecretStore>(homeName);
+  auto settings = std::make_shared<KeyringSettingsStore>(
+      std::move(opened.store), std::move(keyring), std::vector<std::string>{kPasswordKey}, "qmv (" + homeName + ") ");
+  // A password kept in the file while no keyring answered moves in once one does.
+  settings->moveSecretsToKeyring();
+  env.settings = std::move(settings);
   env.files = std::make_shared<HomeFileLocations>(home_);
   env.clock = std::make_shared<SystemClock>();
   env.notifications = std::make_shared<SynchronousNotificationCenter>();

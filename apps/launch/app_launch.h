@@ -16,6 +16,8 @@
 
 namespace qmv {
 
+class SecretStore;
+
 namespace sandbox {
 class SandboxServer;
 }
@@ -40,13 +42,20 @@ class AppLaunch {
   AppLaunch(const AppLaunch&) = delete;
   AppLaunch& operator=(const AppLaunch&) = delete;
 
-  // Creates the home, reads its qmv.conf (warnings go to stderr), and starts the
+  // Creates the home, refuses it when it or one of the entries a run uses is not the
+  // member's own (another user's, writable by others, a symbolic link, a FIFO; nothing
+  // is written then), reads its qmv.conf (warnings go to stderr), and starts the
   // embedded sandbox when no server is given or configured. Returns an error text,
   // empty on success.
   std::string prepare();
 
+  // Test seam: when set, every launch keeps the password in this keyring instead of the
+  // desktop's Secret Service.
+  static std::shared_ptr<SecretStore>& keyringForTesting();
+
   // Fills the shared ports of `env` around `loop` (HTTP transfers are watched on it):
-  // cookies, HTTP, settings, files, clock, notifications, reachability, position (the
+  // cookies, HTTP, settings (the password in the desktop's keyring when one answers,
+  // else in the settings file), files, clock, notifications, reachability, position (the
   // --at one, else none), geocoder, text measurer, object storage, the vendor SDKs and
   // the payment channels (the sandbox's payment applications when the sandbox is
   // embedded, else ones that wait for the vendors' applications to return). REQUIRES: prepare() succeeded. Returns an error text.

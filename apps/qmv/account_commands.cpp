@@ -15,6 +15,7 @@
 #include "core/session/qx_register_view_controller.h"
 #include "core/session/user_info_model.h"
 #include "platform/linux/image_file_camera.h"
+#include "platform/linux/qr_png.h"
 #include "platform/navigator.h"
 
 namespace qmv::cli {
@@ -102,6 +103,11 @@ int runRegister(CliApp& app, const RegisterArgs& args) {
   screen.confirmText = args.confirm;
   screen.inviteText = args.invite;
   if (!args.inviteQr.empty()) {
+    // A file that is no picture at all is the member's mistake, not an invalid code.
+    if (std::string problem = qrImageProblem(args.inviteQr); !problem.empty()) {
+      std::cerr << "qmv: " << problem << '\n';
+      return kExitFailure;
+    }
     Env::current().camera = std::make_shared<ImageFileCamera>(args.inviteQr);
     const std::string before = screen.inviteText;
     screen.QRCodeAction();

@@ -10,6 +10,7 @@
 #include "core/session/global_data.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/qx_activities_view_controller.h"
+#include "features/orders/amount_text.h"
 #include "features/orders/checkout_texts.h"
 #include "features/orders/pay_cash_view.h"
 #include "features/orders/pay_now_runner.h"
@@ -94,6 +95,7 @@ int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
   CliOutput& out = app.output();
   PayNowRunner runner(payload);
   runner.appear();
+  if (!app.waitUntil([&] { return runner.ready(); })) return timedOut("the pay-now screen");
   Json shown = Json::array({printPayNow(out, runner.screen())});
   const bool tapped = runner.tap({!choices.noBalance, channelNamed(choices.channel)});
   if (!tapped) {
@@ -116,16 +118,16 @@ int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
   const Outcome outcome = runner.outcome();
   out.line(std::string("outcome: ") + outcomeName(outcome));
   out.data("outcome", outcomeName(outcome));
-  if (outcome == Outcome::Paid && runner.screen().order()) {
-    const PayCashView receipt(*runner.screen().order());
+  const auto receipt = runner.screen().receipt();
+  if (outcome == Outcome::Paid && receipt) {
     Json rows = Json::object();
-    for (const auto& row : receipt.rows()) {
+    for (const auto& row : receipt->rows()) {
       out.line(row.title + " " + row.value);
       rows[row.title] = row.value;
     }
-    out.line("order " + receipt.orderNumber());
+    out.line("order " + receipt->orderNumber());
     out.line(PayCashView::note());
-    out.data("receipt", {{"rows", rows}, {"orderId", receipt.orderNumber()}});
+    out.data("receipt", {{"rows", rows}, {"orderId", receipt->orderNumber()}});
   }
   if (const auto& navigator = Env::current().navigator) {
     if (const auto top = navigator->topScreen()) out.data("screen", top->name);
@@ -165,8 +167,11 @@ int runBuy(CliApp& app, const BuyArgs& args) {
                       {"isFirst", submit.isFirst()}});
 
   std::optional<std::optional<ScreenId>> submitted;
+  bool refused = false;
   submit.onSubmitted = [&](std::optional<ScreenId> payNow) { submitted = payNow; };
+  submit.onRefused = [&] { refused = true; };
   submit.submitAction();
+  if (refused) return kExitFailure;
   if (!app.waitUntil([&] { return submitted.has_value(); })) return timedOut("submit");
   if (!*submitted) {
     std::cerr << "qmv: " << kNotLoggedIn << '\n';
@@ -246,7 +251,15 @@ void registerCheckoutCommands(CommandRegistry& registry) {
     pay->add_option("--series", args->series, "draw series (issue number)");
     pay->add_option("--acount", args->acount, "number of draw shares");
     pay->add_option("--store", args->storeId, "store id, for a direct payment");
-    pay->add_option("--total", args->total, "amount in yuan (a page's draw link carries none)");
+    pay->add_option("--total", args->total, "amount in yuan, at most two decimals (a page's draw link carries none)")
+        ->check(CLI::Validator(
+            [](std::string& text) {
+              return payableFen(text) ? std::string()
+                                      : "expected a plain amount in yuan such as 12.50: digits, at most two "
+                                        "decimals, from 0.01 to " +
+                                            formatAmount("%.2f", static_cast<double>(kMaxPayFen) / 100);
+            },
+            "YUAN"));
     addPayChoices(pay, args->pay);
   }
 }

@@ -3,8 +3,9 @@
 // message) are printed on their own line exactly as the system says them; data is
 // printed as readable lines, or, with --json, gathered into one JSON document
 // {"messages": [...], "data": {...}} printed when the command ends. Text mode writes
-// control characters and stray bytes as visible escapes, so that no text from outside
-// reaches the terminal as a command; the JSON document carries them escaped already.
+// control characters, stray bytes and invisible format characters (direction overrides,
+// zero-width marks) as visible escapes, so that no text from outside reaches the
+// terminal as a command or disguised; the JSON document carries them escaped already.
 #include <ostream>
 #include <string>
 

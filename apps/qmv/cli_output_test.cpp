@@ -50,6 +50,16 @@ TEST(CliOutputTest, ControlCharactersReachTheTerminalOnlyAsEscapes) {
   EXPECT_EQ(parseJson(json.str())["messages"][0], hostile.substr(0, 14)) << "--json keeps the text, escaped by JSON";
 }
 
+TEST(CliOutputTest, InvisibleFormatCharactersAreEscapedVisibleTextIsNot) {
+  // A holder name that a right-to-left override would show as "张三gpj.exe", and the
+  // other marks that hide or reorder text; letters, accents, emoji and CJK stay.
+  std::ostringstream text;
+  CliOutput plain(false, text);
+  plain.line("张三\u202Eexe.jpg\u202C \u2066x\u2069\u200B\u200D\uFEFF\U000E0001\u2028\u00AD é 😀 济南");
+  EXPECT_EQ(text.str(),
+            "张三\\u202eexe.jpg\\u202c \\u2066x\\u2069\\u200b\\u200d\\ufeff\\U000e0001\\u2028\\u00ad é 😀 济南\n");
+}
+
 TEST(CommandLineSplitTest, QuotesAndEscapes) {
   EXPECT_EQ(splitCommandLine("search  火锅 --page 2"), (std::vector<std::string>{"search", "火锅", "--page", "2"}));
   EXPECT_EQ(splitCommandLine(R"(open "qmv://pay?a=1&b=2" --source 'com.tencent.xin')"),

@@ -84,11 +84,25 @@ bool settle(SandboxStore& db, const Json& order) {
 
 Json loadOrder(SandboxStore& db, const std::string& id) { return db.queryOne(orderSql("WHERE o.id = ?"), {id}); }
 
+Json findProduct(Call& call) {
+  const auto productId = parseInteger(call.arg("productId"), 1, INT64_MAX);
+  return productId ? call.db.queryOne("SELECT * FROM products WHERE id = ?", {*productId}) : Json();
+}
+
+// What one share of a draw costs: the page selling it names no amount, so the client asks
+// here and shows the member shares × this before anything is spent.
+Reply drawProduct(Call& call) {
+  const Json product = findProduct(call);
+  if (!product.is_object()) return Reply::refuse(kMsgNoProduct);
+  return Reply::ok({{"productId", std::to_string(product["id"].get<int64_t>())},
+                    {"series", std::to_string(product["series"].get<int64_t>())},
+                    {"name", product["name"]},
+                    {"imageURL", absoluteUrl(call, product["image"].get<std::string>())},
+                    {"price", yuanText(product["share_fen"].get<int64_t>())}});
+}
+
 Reply preparePay(Call& call, OrderKind kind) {
-  // A draw share is priced here alone: the page that sells it knows no total, so whatever
-  // "totalFee" the client sends is taken and not checked.
-  const auto totalFee =
-      kind == OrderKind::kDraw ? std::optional<int64_t>(0) : parseInteger(call.arg("totalFee"), 1, 100000000);
+  const auto totalFee = parseInteger(call.arg("totalFee"), 1, 100000000);
   if (!totalFee) return Reply::refuse(kMsgBadAmount);
   const std::string accountType = call.arg("accountType");
   if (accountType != "0" && accountType != "1" && accountType != "2" && accountType != "3") {
@@ -103,8 +117,7 @@ Reply preparePay(Call& call, OrderKind kind) {
   int64_t total = *totalFee;
   NewOrder order;
   if (kind == OrderKind::kDraw) {
-    const auto productId = parseInteger(call.arg("productId"), 1, INT64_MAX);
-    const Json product = productId ? call.db.queryOne("SELECT * FROM products WHERE id = ?", {*productId}) : Json();
+    const Json product = findProduct(call);
     if (!product.is_object()) return Reply::refuse(kMsgNoProduct);
     const auto count = parseInteger(call.arg("acount"), 1, 100000);
     if (!count) return Reply::refuse(kMsgBadCount);
@@ -116,6 +129,8 @@ Reply preparePay(Call& call, OrderKind kind) {
     order.unitFen = product["share_fen"].get<int64_t>();
     order.number = *count;
     total = order.unitFen * order.number;
+    // The member was shown shares × the share price; any other total is not what he saw.
+    if (*totalFee != total) return Reply::refuse(kMsgBadAmount);
   } else if (kind == OrderKind::kActivity) {
     const auto commodityId = parseInteger(call.arg("activityId"), 1, INT64_MAX);
     const Json c = commodityId ? call.db.queryOne("SELECT * FROM commodities WHERE id = ?", {*commodityId}) : Json();
@@ -181,6 +196,8 @@ Reply preparePay(Call& call, OrderKind kind) {
   Json data = orderRecord(call, loadOrder(call.db, orderId));
   data["prepay_id"] = prepayId;
   data["orderId"] = orderId;
+  // The receipt's three rows: what this payment costs, the balance part and the rest.
+  data["price"] = yuanText(total);
   data["blance"] = yuanText(balancePart);
   data["money"] = yuanText(total - balancePart);
   data["payState"] = paid ? "paid" : "waiting";
@@ -263,6 +280,7 @@ void registerOrderHandlers(EndpointTable& table) {
             {kPost, kRequired, true, [](Call& call) { return preparePay(call, OrderKind::kActivity); }});
   table.add("postPayForIndiana",
             {kPost, kRequired, true, [](Call& call) { return preparePay(call, OrderKind::kDraw); }});
+  table.add("getIndianaProduct", {kGet, kNone, false, drawProduct});
   table.add("getMyPosts", {kGet, kRequired, false, myOrders});
   table.add("getOrderDetail", {kGet, kRequired, false, orderDetail});
   table.add("postRefund", {kPost, kRequired, true, refund});

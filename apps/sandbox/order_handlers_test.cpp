@@ -107,16 +107,48 @@ TEST_F(SandboxTest, ActivityAndDrawOrdersCheckTheirTotals) {
             "0");
   EXPECT_EQ(api_->post("postPayForActivity", form)["message"], "您已享受过首单优惠");
 
-  // A draw share is priced by the server from "acount": the page selling it sends no total.
+  // A draw is priced by its share price, which the server states; only acount × that is
+  // taken as the total, so the member pays what he was shown.
+  const Json product = api_->get("getIndianaProduct", {{"productId", "1"}})["data"];
+  EXPECT_EQ(product["price"], "1.00");
+  EXPECT_EQ(product["series"], "12");
   const long long beforeDraw = api_->balance(session);
   Args draw = {{"sessionId", session}, {"accountType", "3"}, {"useBalance", "true"}, {"productId", "1"},
                {"series", "12"},       {"acount", "5"},      {"totalFee", "0"}};
+  for (const char* wrong : {"0", "499", "501", ""}) {
+    draw["totalFee"] = wrong;
+    EXPECT_EQ(api_->post("postPayForIndiana", draw)["message"], "支付金额不正确") << wrong;
+  }
+  draw["totalFee"] = "500";
   const Json drawn = api_->post("postPayForIndiana", draw);
   ASSERT_EQ(code(drawn), "0");
   EXPECT_EQ(drawn["data"]["totalPrices"], "5.00");
   EXPECT_EQ(api_->balance(session), beforeDraw - 500);
   draw["productId"] = "99";
   EXPECT_EQ(code(api_->post("postPayForIndiana", draw)), "1");
+  EXPECT_EQ(code(api_->get("getIndianaProduct", {{"productId", "99"}})), "1");
+}
+
+TEST_F(SandboxTest, APreparedPaymentStatesItsPriceTheBalancePartAndTheRest) {
+  const std::string session = api_->login();
+  // 6 × 88.00 of the voucher offer against the 500.00 balance, and a wallet payment.
+  const Json partly = api_->post("postPayForActivity", {{"sessionId", session},
+                                                        {"totalFee", "52800"},
+                                                        {"accountType", "0"},
+                                                        {"useBalance", "true"},
+                                                        {"storeId", "1"},
+                                                        {"activityId", "2"},
+                                                        {"activityCount", "6"},
+                                                        {"isFirstOrder", "0"}});
+  ASSERT_EQ(code(partly), "0") << partly.dump();
+  EXPECT_EQ(partly["data"]["price"], "528.00");
+  EXPECT_EQ(partly["data"]["blance"], "500.00");
+  EXPECT_EQ(partly["data"]["money"], "28.00");
+  const Json channelOnly = api_->post("postPayForStore", storePayment(session, 1250, "1", false));
+  ASSERT_EQ(code(channelOnly), "0");
+  EXPECT_EQ(channelOnly["data"]["price"], "12.50");
+  EXPECT_EQ(channelOnly["data"]["blance"], "0.00");
+  EXPECT_EQ(channelOnly["data"]["money"], "12.50");
 }
 
 TEST_F(SandboxTest, OrderTabsRefundAndRating) {

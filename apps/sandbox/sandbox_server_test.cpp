@@ -49,6 +49,7 @@ TEST_F(SandboxTest, EveryCatalogueEndpointIsServedWithItsMethod) {
                                          "getPopularList",
                                          "getMyMessage",
                                          "getMyReadMessage",
+                                         "getIndianaProduct",
                                          "getMyPosts",
                                          "getOrderDetail",
                                          "getMyVoucher",

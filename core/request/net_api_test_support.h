@@ -17,6 +17,7 @@
 #include "platform/cookie_store.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/linux/stack_navigator.h"
 #include "platform/manual_main_loop.h"
@@ -143,7 +144,7 @@ class ApiServerTest : public ::testing::Test {
   LoopbackServer server_;
   std::filesystem::path home_;
   std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
-  std::shared_ptr<MemoryCookieStore> cookies_ = std::make_shared<MemoryCookieStore>();
+  std::shared_ptr<CurlCookieStore> cookies_ = std::make_shared<CurlCookieStore>();
   std::shared_ptr<MemorySettingsStore> settings_ = std::make_shared<MemorySettingsStore>();
   std::shared_ptr<RecordingStatusOverlay> overlay_ = std::make_shared<RecordingStatusOverlay>();
   std::shared_ptr<StackNavigator> navigator_ = std::make_shared<StackNavigator>();

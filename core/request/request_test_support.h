@@ -15,6 +15,7 @@
 #include "platform/cookie_store.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
@@ -170,7 +171,7 @@ class RequestTest : public ::testing::Test {
     Env env;
     env.files = std::make_shared<HomeFileLocations>(home_, home_ / "resources");
     env.mainLoop = loop_;
-    env.cookies = std::make_shared<MemoryCookieStore>();
+    env.cookies = std::make_shared<CurlCookieStore>();
     env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
     scopedEnv_.emplace(std::move(env));
     NetworkConfig::sharedInstance().setBaseUrl(server_.url("/"));

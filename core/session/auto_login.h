@@ -2,7 +2,8 @@
 // The silent sign-in of every start (the home screen's autoLoginNet): the stored phone
 // and password are sent again, and a correct answer restores the session's member and
 // the push alias. Nothing is shown, not even a refusal or a lost connection, and
-// nothing is stored beyond what the login answer itself records ("user_phone").
+// nothing is stored: whatever the answer names as the member's phone, the next start
+// signs in with the phone stored now.
 #include <functional>
 #include <memory>
 #include <string>

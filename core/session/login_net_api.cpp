@@ -3,9 +3,6 @@
 #include <utility>
 
 #include "core/common/dictionary.h"
-#include "core/session/settings_keys.h"
-#include "platform/env.h"
-#include "platform/settings_store.h"
 
 namespace qmv {
 
@@ -19,24 +16,10 @@ Json LoginNetApi::requestArgument() const {
   return arguments;
 }
 
-Json LoginNetApi::userPhone() const {
-  const Json& data = responseData();
-  Json phone;
-  if (data.is_object() && data.contains("phone")) phone = data["phone"];
-  // A number is kept as its text so that the login screen can read it back.
-  if (phone.is_number()) phone = textOf(phone);
-  return phone;
-}
-
-std::shared_ptr<UserInfoModel> LoginNetApi::userInfo() const {
+std::shared_ptr<UserInfoModel> LoginNetApi::getUserInfo() const {
   const Json& data = responseData();
   if (!data.is_object()) return nullptr;
   return std::make_shared<UserInfoModel>(data);
-}
-
-std::shared_ptr<UserInfoModel> LoginNetApi::getUserInfo() const {
-  if (const auto& settings = Env::current().settings) settings->setObject(userPhone(), kUserPhoneKey);
-  return userInfo();
 }
 
 }  // namespace qmv

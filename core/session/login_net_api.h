@@ -18,16 +18,11 @@ class LoginNetApi : public BaseNetApi {
   Json requestArgument() const override;
   std::string className() const override { return "LoginNetApi"; }
 
-  // On a finished request: stores "data"."phone" under "user_phone" (whatever it holds,
-  // without flushing), then returns the member record when "data" is an object, else
-  // null.
+  // On a finished request: the member record when "data" is an object, else null.
+  // Nothing is stored: the account phone kept for the next start is the one the member
+  // typed, never the answer's "phone", so that an answer cannot sign the next start in
+  // as another member.
   std::shared_ptr<UserInfoModel> getUserInfo() const;
-
-  // The two halves of getUserInfo, for a caller that stores the phone together with
-  // other keys: the value to keep under "user_phone" (null when "data" holds none; a
-  // number as its text), and the member record or null.
-  Json userPhone() const;
-  std::shared_ptr<UserInfoModel> userInfo() const;
 
   std::string userName;
   std::string userPassword;

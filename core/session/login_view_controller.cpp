@@ -41,11 +41,12 @@ void LoginViewController::loginFinished(bool correct) {
     if (onFinished) onFinished(false);
     return;
   }
-  auto info = loginApi_->userInfo();
+  auto info = loginApi_->getUserInfo();
   GlobalData::sharedInstance().setSelfInfo(info);
-  // The answer's phone and the typed password are one account: written apart, a crash
-  // between them would pair the new phone with the old password.
-  const bool stored = account_detail::storeCredentials(loginApi_->userPhone(), view_.passwordText);
+  // The phone and password the member typed are one account: written apart, a crash
+  // between them would pair the new phone with the old password. The answer's "phone"
+  // is not kept: a server could name another member there.
+  const bool stored = account_detail::storeCredentials(loginApi_->userName, view_.passwordText);
   account_detail::setPushAlias(info ? info->userName : std::string(kInvalidAlias), kAliasType);
   downloadHeaderImage();
   cancel();

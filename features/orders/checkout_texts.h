@@ -17,6 +17,10 @@ inline constexpr const char* kPayNowTitle = "支付订单";
 inline constexpr const char* kYuanSuffix = "元";
 inline constexpr const char* kQuantityFormat = "%ld";
 inline constexpr const char* kTotalFormat = "%.2f";
+// A total that no price list can mean (not a finite number, or beyond what one checkout
+// may take): shown in its place, and said when submitting.
+inline constexpr const char* kTotalInvalid = "金额有误";
+inline constexpr const char* kTotalRefused = "订单金额有误,无法提交";
 
 // Pay-now screen.
 inline constexpr const char* kTotalPrefix = "¥";
@@ -25,6 +29,10 @@ inline constexpr const char* kConfirmAmountFormat = "确认支付¥%.2f";
 inline constexpr const char* kBalanceFormat = "我的余额 ¥%.2f";
 inline constexpr const char* kAmountFormat = "%.0f";
 inline constexpr const char* kPaySuccess = "支付成功";
+// No amount to charge is known (a draw whose share price could not be read): shown in
+// place of the total, and said on confirm instead of paying.
+inline constexpr const char* kTotalUnknown = "金额未知";
+inline constexpr const char* kAmountUnknown = "未能确认支付金额,请稍后再试";
 inline constexpr const char* kBalanceChecked = "yuegouxuan_h";
 inline constexpr const char* kBalanceUnchecked = "yuegouxuan_g";
 inline constexpr const char* kChannelChecked = "gouxuan";

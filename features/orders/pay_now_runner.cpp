@@ -23,6 +23,8 @@ PayNowRunner::PayNowRunner(const Json& payload)
 void PayNowRunner::appear() { screen_.viewDidLoad(); }
 
 bool PayNowRunner::tap(const Choices& choices) {
+  // No amount, no choice to make: confirm says so.
+  if (!screen_.totalKnown()) return true;
   if (!choices.useBalance && screen_.yueSelected()) screen_.yueSelectAction();
   if (!choices.channel) return true;
   if (screen_.bottomHidden()) return false;

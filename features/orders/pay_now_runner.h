@@ -22,7 +22,7 @@ class PayNowRunner {
     NothingConfirmed,  // confirm started nothing (no channel selected)
   };
   struct Choices {
-    bool useBalance = true;  // false taps the balance off when it is selected
+    bool useBalance = true;                                  // false taps the balance off when it is selected
     std::optional<QXPayNowViewController::Channel> channel;  // tapped when the channel list shows
   };
 
@@ -34,10 +34,12 @@ class PayNowRunner {
   QXPayNowViewController& screen() { return screen_; }
   const QXPayNowViewController& screen() const { return screen_; }
 
-  // The screen appears (its set-up and observer).
+  // The screen appears (its set-up and observer) and reads the member's record and any
+  // share price; taps wait for ready().
   void appear();
+  bool ready() const { return !screen_.isLoading(); }
   // Applies the choices. False when the chosen channel could not be tapped because the
-  // channel list is hidden (the balance covers the total).
+  // channel list is hidden (the balance covers the total). REQUIRES: ready().
   bool tap(const Choices& choices);
   // confirmAction; outcome() and onFinished then follow the payment.
   void confirm();

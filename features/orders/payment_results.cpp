@@ -15,6 +15,12 @@ void show(const std::string& image, const std::string& text) {
   if (auto overlay = Env::current().overlay) overlay->showImage(image, text);
 }
 
+// The wallet's own message for a result that is not a success, when it gave one.
+void showAlipayMemo(const Json& resultDic) {
+  const std::string memo = strForKey(resultDic, "memo");
+  if (!memo.empty()) show("error", StringUtil::convertUnicodeToString(memo));
+}
+
 }  // namespace
 
 bool UPPayUtil::uppayWithTN(const std::string& tn, const std::string& controller, const std::string& scheme) {
@@ -46,13 +52,17 @@ void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSu
     if (onSuccess) onSuccess();
     return;
   }
-  const std::string memo = strForKey(resultDic, "memo");
-  if (!memo.empty()) show("error", StringUtil::convertUnicodeToString(memo));
+  showAlipayMemo(resultDic);
   PaymentFailureWatch::report();
 }
 
 void handleAlipayAuthResult(const Json& resultDic) {
-  handleAlipayResult(resultDic, [] { logLine("alipay: authorisation granted"); });
+  if (strForKey(resultDic, "resultStatus") == "9000") {
+    logLine("alipay: authorisation granted");
+    return;
+  }
+  // A refused authorisation says nothing about a payment that may still be under way.
+  showAlipayMemo(resultDic);
 }
 
 }  // namespace qmv

@@ -21,7 +21,8 @@ class UPPayUtil {
 void handleAlipayResult(const Json& resultDic, const std::function<void()>& onSuccess);
 
 // The external wallet's authorisation result ("platformapi"): it is never a payment, so
-// a granted authorisation is only logged; a refusal shows its "memo" as above.
+// a granted authorisation is only logged and a refusal shows its "memo" as above without
+// counting as a payment failure.
 void handleAlipayAuthResult(const Json& resultDic);
 
 }  // namespace qmv

@@ -62,4 +62,8 @@ std::optional<OrderInfoModel> PreparePayNetApi::getOrderInfo() const {
 
 std::string PreparePayNetApi::prepayId() const { return strForKey(responseData(), "prepay_id"); }
 
+std::string PreparePayNetApi::balancePart() const { return strForKey(responseData(), "blance"); }
+
+std::string PreparePayNetApi::amountDue() const { return strForKey(responseData(), "money"); }
+
 }  // namespace qmv

@@ -33,6 +33,10 @@ class PreparePayNetApi : public BaseNetApi {
   // "data"."prepay_id", what every payment library is handed; empty when "data" is not
   // a JSON object or holds no usable "prepay_id".
   std::string prepayId() const;
+  // What the server took from the balance and what is left for the channel, in yuan
+  // ("data"."blance" and "data"."money"); empty when it did not say.
+  std::string balancePart() const;
+  std::string amountDue() const;
 
   std::string amount;
   std::string type;  // channel code: "0" Alipay, "1" WeChat, "2" UnionPay, "3" balance

@@ -8,8 +8,10 @@
 #include "core/common/notification_names.h"
 #include "core/common/string_util.h"
 #include "core/session/global_data.h"
+#include "core/session/user_info_net_api.h"
 #include "features/orders/amount_text.h"
 #include "features/orders/checkout_texts.h"
+#include "features/orders/indiana_product_net_api.h"
 #include "features/orders/payment_results.h"
 #include "features/orders/prepare_pay_net_api.h"
 #include "features/orders/wechat_pay_request.h"
@@ -35,6 +37,21 @@ constexpr const char* kTextKeys[] = {"totalFee", "name",      "storeId", "activi
 
 std::string yuanOfFen(double fen) { return formatAmount("%.2f", fen / 100); }
 
+// A number of draw shares as a link gives it: digits only, one share at least.
+std::optional<std::int64_t> shareCount(const std::string& text) {
+  if (text.empty() || text.size() > 9 ||
+      !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+    return std::nullopt;
+  }
+  const std::int64_t count = std::stoll(text);
+  if (count < 1) return std::nullopt;
+  return count;
+}
+
+void show(const char* text) {
+  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
+}
+
 }  // namespace
 
 QXPayNowViewController::QXPayNowViewController(const Json& payload) {
@@ -45,11 +62,14 @@ QXPayNowViewController::QXPayNowViewController(const Json& payload) {
 QXPayNowViewController::~QXPayNowViewController() {
   if (notifications_ && paySuccessToken_ != 0) notifications_->removeObserver(paySuccessToken_);
   detachRequest(prepareNet_);
+  detachRequest(userInfoNet_);
+  detachRequest(priceNet_);
 }
 
 Json QXPayNowViewController::payload() const {
   Json result = {{"payType", payType}};
-  for (std::size_t i = 0; i < std::size(kTextKeys); ++i) setCustomString(result, this->*kTextProperties[i], kTextKeys[i]);
+  for (std::size_t i = 0; i < std::size(kTextKeys); ++i)
+    setCustomString(result, this->*kTextProperties[i], kTextKeys[i]);
   return result;
 }
 
@@ -71,13 +91,70 @@ void QXPayNowViewController::viewDidLoad() {
     paySuccessToken_ = notifications_->addObserver(kPaySuccessNotification,
                                                    [this](const std::string&, const Json&) { paySuceessNoti(); });
   }
+  userInfoNet();
+  if (!productId.empty() && totalFee.empty()) readDrawPrice();
+}
+
+void QXPayNowViewController::userInfoNet() {
+  const auto& self = GlobalData::sharedInstance().selfInfo();
+  // Nobody signed in has no record to read; the server would only ask for a login.
+  if (!self || self->sessionId.empty()) return;
+  detachRequest(userInfoNet_);
+  auto request = std::make_shared<UserInfoNetApi>();
+  attachRequest(*request);
+  userInfoNet_ = request;
+  refreshingMember_ = true;
+  const auto ended = [this](BaseRequest& done) {
+    auto& api = static_cast<UserInfoNetApi&>(done);
+    // An expired session has cleared the record by now.
+    const auto& member = GlobalData::sharedInstance().selfInfo();
+    if (api.isCorrectResult() && member) {
+      const Json envelope = parseJson(api.responseString());
+      if (envelope.is_object()) member->setWithDict(envelope.value("data", Json()));
+    }
+    refreshingMember_ = false;
+    loadEnded();
+  };
+  request->startWithCompletionBlockWithSuccess(ended, ended);
+}
+
+void QXPayNowViewController::readDrawPrice() {
+  detachRequest(priceNet_);
+  auto request = std::make_shared<IndianaProductNetApi>(productId, series);
+  attachRequest(*request);
+  priceNet_ = request;
+  readingPrice_ = true;
+  request->startWithCompletionBlockWithSuccess(
+      [this](BaseRequest& done) {
+        auto& api = static_cast<IndianaProductNetApi&>(done);
+        const std::int64_t share = api.isCorrectResult() ? api.shareFen().value_or(0) : 0;
+        const std::int64_t count = shareCount(acount).value_or(0);
+        // Without both, totalFee stays empty and the screen says it knows no amount.
+        if (share > 0 && count > 0 && count <= kMaxPayFen / share) {
+          totalFee = yuanOfFen(static_cast<double>(share * count));
+        }
+        readingPrice_ = false;
+        loadEnded();
+      },
+      [this](BaseRequest&) {
+        readingPrice_ = false;
+        loadEnded();
+      });
+}
+
+void QXPayNowViewController::loadEnded() {
+  if (isLoading()) return;
+  setUpAmounts();
+  refreshView();
 }
 
 void QXPayNowViewController::setUpAmounts() {
   const auto& self = GlobalData::sharedInstance().selfInfo();
   balance_ = self ? integerValueOf(self->balance) : 0;
   // Whole fen, so that a balance equal to the total covers it exactly.
-  total_ = std::nearbyint(doubleValueOf(totalFee) * 100);
+  const double total = std::nearbyint(doubleValueOf(totalFee) * 100);
+  totalKnown_ = total >= 1 && total <= static_cast<double>(kMaxPayFen);
+  total_ = totalKnown_ ? total : 0;
   if (balance_ < 1) {
     topHidden_ = true;
     bottomHidden_ = false;
@@ -104,13 +181,17 @@ void QXPayNowViewController::refreshView() {
   if (onChange) onChange();
 }
 
-std::string QXPayNowViewController::totalText() const { return texts::kTotalPrefix + totalFee; }
+std::string QXPayNowViewController::totalText() const {
+  return totalKnown_ ? texts::kTotalPrefix + totalFee : texts::kTotalUnknown;
+}
 
 const std::string& QXPayNowViewController::channelImage(Channel channel) const {
   return channelImages_[static_cast<int>(channel)];
 }
 
 void QXPayNowViewController::yueSelectAction() {
+  // The set-up after loading would undo a tap made before it.
+  if (isLoading()) return;
   yueSelected_ = !yueSelected_;
   if (!yueSelected_) {
     bottomHidden_ = false;
@@ -134,6 +215,7 @@ void QXPayNowViewController::setChannel(std::optional<Channel> channel) {
 }
 
 void QXPayNowViewController::selectChannel(Channel channel) {
+  if (isLoading()) return;
   setChannel(channel);
   refreshView();
 }
@@ -141,6 +223,12 @@ void QXPayNowViewController::selectChannel(Channel channel) {
 bool QXPayNowViewController::isPreparing() const { return prepareNet_ && prepareNet_->isExecuting(); }
 
 void QXPayNowViewController::confirmAction() {
+  if (isLoading()) return;
+  if (!totalKnown_) {
+    // Nothing is spent that the member has not seen.
+    show(texts::kAmountUnknown);
+    return;
+  }
   if (leftPayAmount_ == 0) {
     payWithBlance();
   } else if (zhifubaoSelected_) {
@@ -173,7 +261,9 @@ void QXPayNowViewController::prepare(const char* code) {
   attachRequest(*request);
   prepareNet_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this, channel = std::string(code)](BaseRequest& done) { prepared(static_cast<PreparePayNetApi&>(done), channel); },
+      [this, channel = std::string(code)](BaseRequest& done) {
+        prepared(static_cast<PreparePayNetApi&>(done), channel);
+      },
       [this](BaseRequest&) { step(PayStep::Stopped); });
 }
 
@@ -183,12 +273,10 @@ void QXPayNowViewController::prepared(PreparePayNetApi& api, const std::string& 
     return;
   }
   if (auto order = api.getOrderInfo()) {
-    // The server's total when it gives one; the balance pays first when it is used.
-    const double total = order->totalPrices.empty() ? total_ : std::nearbyint(doubleValueOf(order->totalPrices) * 100);
-    const bool balanceUsed = yueSelected_ || code == texts::kBalanceCode;
-    const double fromBalance = balanceUsed ? std::max(0.0, std::min(static_cast<double>(balance_), total)) : 0;
-    order->blance = yuanOfFen(fromBalance);
-    order->money = yuanOfFen(total - fromBalance);
+    // Only the server knows what it took from the balance; a balance read earlier may
+    // be stale by now.
+    order->blance = api.balancePart();
+    order->money = api.amountDue();
     order_ = std::move(order);
   }
   if (code == texts::kBalanceCode) {
@@ -203,10 +291,19 @@ void QXPayNowViewController::prepared(PreparePayNetApi& api, const std::string& 
   handOver(code, prepayId);
 }
 
+std::optional<PayCashView> QXPayNowViewController::receipt() const {
+  if (!order_) return std::nullopt;
+  const auto price = plainYuanFen(order_->price);
+  const auto used = plainYuanFen(order_->blance);
+  const auto due = plainYuanFen(order_->money);
+  if (!price || !used || !due || *used + *due != *price) return std::nullopt;
+  return PayCashView(*order_);
+}
+
 void QXPayNowViewController::handOver(const std::string& code, const std::string& prepayId) {
   const Env& env = Env::current();
   const auto payments = env.payments;
-  const bool installed = payments && (code == texts::kAlipayCode    ? payments->alipay != nullptr
+  const bool installed = payments && (code == texts::kAlipayCode   ? payments->alipay != nullptr
                                       : code == texts::kWeChatCode ? payments->wechat != nullptr
                                                                    : payments->uppay != nullptr);
   if (!installed) {

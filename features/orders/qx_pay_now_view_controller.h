@@ -8,6 +8,12 @@
 // to pay. The server is always sent the full total; with "useBalance" it takes the
 // balance part itself.
 //
+// On load the screen reads the member's record again, so that a balance spent or
+// refunded since login does not choose the channel; a draw opened without a total (a
+// page's pay link) also reads its share price, and T is shares × that price. Until both
+// answers are in, taps do nothing. A T that is not known, or not an amount one checkout
+// may take, is never confirmed.
+//
 // A success (the balance payment, the wallet's callback, or "pay_success_noti" from the
 // payment-result handling) shows "支付成功" and leaves the screen once: later successes
 // of the same screen are ignored, however they arrive.
@@ -19,11 +25,14 @@
 
 #include "core/session/base_view_controller.h"
 #include "features/orders/order_info_model.h"
+#include "features/orders/pay_cash_view.h"
 #include "platform/notification_center.h"
 
 namespace qmv {
 
+class IndianaProductNetApi;
 class PreparePayNetApi;
+class UserInfoNetApi;
 
 class QXPayNowViewController : public BaseViewController {
  public:
@@ -63,8 +72,17 @@ class QXPayNowViewController : public BaseViewController {
   std::string acount;
 
   // Set-up from B and T, refreshView, and the "pay_success_noti" observer (kept until
-  // the screen is destroyed). REQUIRES: once, on the interface thread.
+  // the screen is destroyed); then userInfoNet and, for a draw without a total, its
+  // share price, after which the set-up runs again. REQUIRES: once, on the interface
+  // thread.
   void viewDidLoad();
+  // Reads the member's record again ("getUserInfo"); a correct answer updates the
+  // session's record. A failure keeps the record there is.
+  void userInfoNet();
+  // Whether the screen still waits for the member's record or the share price.
+  bool isLoading() const { return refreshingMember_ || readingPrice_; }
+  // Whether T is an amount that may be confirmed.
+  bool totalKnown() const { return totalKnown_; }
   // Recomputes the texts and check pictures from the state.
   void refreshView();
 
@@ -76,7 +94,7 @@ class QXPayNowViewController : public BaseViewController {
   void weixinSelectAction() { selectChannel(Channel::WeChat); }
   void yinlianSelectAction() { selectChannel(Channel::UnionPay); }
   // Pays from the balance when nothing is left to pay, else with the selected channel;
-  // with no channel selected nothing happens.
+  // with no channel selected nothing happens. With T unknown it says so and pays nothing.
   void confirmAction();
   void payWithAliPay();
   void payWithWX();
@@ -97,7 +115,7 @@ class QXPayNowViewController : public BaseViewController {
   double totalFen() const { return total_; }            // T
 
   // What refreshView shows.
-  std::string totalText() const;  // "¥%@" with totalFee
+  std::string totalText() const;  // "¥%@" with totalFee; "金额未知" when T is not known
   const std::string& confirmTitle() const { return confirmTitle_; }
   const std::string& balanceText() const { return balanceText_; }
   const std::string& balanceImage() const { return balanceImage_; }
@@ -107,13 +125,18 @@ class QXPayNowViewController : public BaseViewController {
   // Whether a prepare request of this screen is running.
   bool isPreparing() const;
   // The order of the last correct prepare answer, with the balance part (`blance`) and
-  // the rest (`money`) in yuan as this screen reckoned them; nullopt before one.
+  // the rest (`money`) as the server stated them under those keys; nullopt before one.
   const std::optional<OrderInfoModel>& order() const { return order_; }
+  // The receipt of that order, when the server stated its price, the balance used and
+  // the amount due as plain amounts that add up; nullopt otherwise.
+  std::optional<PayCashView> receipt() const;
 
   std::function<void(PayStep)> onPayStep;
 
  private:
   void setUpAmounts();
+  void readDrawPrice();
+  void loadEnded();
   void setChannel(std::optional<Channel> channel);
   void selectChannel(Channel channel);
   void prepare(const char* code);
@@ -130,6 +153,9 @@ class QXPayNowViewController : public BaseViewController {
   double leftPayAmount_ = 0;
   std::int64_t balance_ = 0;
   double total_ = 0;
+  bool totalKnown_ = false;
+  bool refreshingMember_ = false;
+  bool readingPrice_ = false;
   std::string confirmTitle_;
   std::string balanceText_;
   std::string balanceImage_;
@@ -137,6 +163,8 @@ class QXPayNowViewController : public BaseViewController {
   bool paid_ = false;
   std::optional<OrderInfoModel> order_;
   std::shared_ptr<PreparePayNetApi> prepareNet_;
+  std::shared_ptr<UserInfoNetApi> userInfoNet_;
+  std::shared_ptr<IndianaProductNetApi> priceNet_;
   std::shared_ptr<NotificationCenter> notifications_;
   NotificationCenter::ObserverToken paySuccessToken_ = 0;
   // Callbacks handed to a payment library may outlive the screen; they check this first.

@@ -8,6 +8,7 @@
 #include "features/orders/amount_text.h"
 #include "features/orders/checkout_texts.h"
 #include "platform/env.h"
+#include "platform/status_overlay.h"
 
 namespace qmv {
 
@@ -35,16 +36,37 @@ Json QXSubmitOderViewController::activityPayload(const ActivityModel& activityIn
 
 std::string QXSubmitOderViewController::unitPriceText() const { return activityInfo_.nowPrice + texts::kYuanSuffix; }
 
+namespace {
+
+// A price beyond single precision ("1e308") is no price: infinite, so that the total is
+// refused rather than read as 0.
+float priceOf(const std::string& text) { return floatAmountOf(text).value_or(std::numeric_limits<float>::infinity()); }
+
+void show(const char* text) {
+  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
+}
+
+}  // namespace
+
 float QXSubmitOderViewController::totalFee() const {
   const float quantity = static_cast<float>(integerValueOf(quantity_));
-  const float nowPrice = floatValueOf(activityInfo_.nowPrice);
-  const float firstPrice = floatValueOf(activityInfo_.firstPrice);
+  const float nowPrice = priceOf(activityInfo_.nowPrice);
+  const float firstPrice = priceOf(activityInfo_.firstPrice);
   if (isFirst_ == "0") return quantity * nowPrice;
   if (isFirst_ == "1") return (quantity - 1) * nowPrice + firstPrice;
   return firstPrice;
 }
 
-std::string QXSubmitOderViewController::totalText() const { return formatAmount(texts::kTotalFormat, totalFee()); }
+std::string QXSubmitOderViewController::totalText() const {
+  const std::string text = formatAmount(texts::kTotalFormat, totalFee());
+  return payableFen(text) ? text : texts::kTotalInvalid;
+}
+
+// The text the pay-now screen would be given decides: "inf", "nan", "-5.00" and totals
+// of more than kMaxPayFen are not payable amounts.
+bool QXSubmitOderViewController::totalPayable() const {
+  return payableFen(formatAmount(texts::kTotalFormat, totalFee())).has_value();
+}
 
 void QXSubmitOderViewController::plusAction() {
   const long long quantity = integerValueOf(quantity_);
@@ -61,6 +83,11 @@ void QXSubmitOderViewController::reduceAction() {
 }
 
 void QXSubmitOderViewController::submitAction() {
+  if (!totalPayable()) {
+    show(texts::kTotalRefused);
+    if (onRefused) onRefused();
+    return;
+  }
   detachRequest(userInfoNet_);
   auto request = std::make_shared<UserInfoNetApi>();
   attachRequest(*request);

@@ -5,7 +5,8 @@
 //
 // The total is computed in single precision, as the screen always has: "0" quantity ×
 // nowPrice; "1" the first unit at firstPrice and the rest at nowPrice; any other flag
-// firstPrice alone, whatever the quantity.
+// firstPrice alone, whatever the quantity. A total that is not a finite amount one
+// checkout may take (a price beyond range, an endless quantity) is never submitted.
 #include <functional>
 #include <memory>
 #include <optional>
@@ -38,17 +39,21 @@ class QXSubmitOderViewController : public BaseViewController {
   const std::string& quantityText() const { return quantity_; }
   // "%@元" with nowPrice.
   std::string unitPriceText() const;
-  // The total in yuan by the rule above, and its "%.2f" text (what the pay-now screen
-  // is given as totalFee).
+  // The total in yuan by the rule above (infinite when a price is beyond single
+  // precision), and its "%.2f" text (what the pay-now screen is given as totalFee), or
+  // "金额有误" when the total is not payable.
   float totalFee() const;
   std::string totalText() const;
+  // Whether the total is a finite amount of at least one fen and at most kMaxPayFen.
+  bool totalPayable() const;
 
   // One more, without bound.
   void plusAction();
   // One fewer, never below 1.
   void reduceAction();
   // Refreshes the member, then opens the pay-now screen or the login screen. A submit
-  // while the refresh runs replaces it. onSubmitted tells which screen was opened.
+  // while the refresh runs replaces it. onSubmitted tells which screen was opened. A
+  // total that is not payable shows "订单金额有误,无法提交" and calls onRefused instead.
   void submitAction();
   // The pay-now screen's payload for the current quantity and total.
   Json payNowPayload() const;
@@ -56,6 +61,7 @@ class QXSubmitOderViewController : public BaseViewController {
   // After submitAction: the pushed pay-now screen, or nullopt when the login screen was
   // presented instead.
   std::function<void(std::optional<ScreenId> payNow)> onSubmitted;
+  std::function<void()> onRefused;
 
  private:
   void openPayNow();

@@ -1,6 +1,7 @@
 #include "platform/linux/curl_transport.h"
 
 #include "platform/env.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/detail/curl_driver.h"
 #include "platform/linux/detail/curl_transfer.h"
 #include "platform/linux/io_watcher.h"
@@ -8,7 +9,7 @@
 namespace qmv {
 
 CurlTransport::CurlTransport(std::shared_ptr<MainLoop> loop, std::shared_ptr<CookieStore> cookies, int maxConcurrent)
-    : loop_(std::move(loop)), cookies_(std::move(cookies)) {
+    : loop_(std::move(loop)), cookies_(std::dynamic_pointer_cast<CurlCookieStore>(std::move(cookies))) {
   if (auto* watcher = dynamic_cast<IoWatcher*>(loop_.get())) {
     driver_ = curl_detail::makeLoopDriver(*loop_, *watcher, maxConcurrent);
   } else {
@@ -24,7 +25,7 @@ TransferId CurlTransport::send(HttpRequest request, Completion completion) {
   transfer->request = std::move(request);
   transfer->completion = std::move(completion);
   transfer->loop = loop_ ? loop_ : Env::current().mainLoop;
-  transfer->cookies = cookies_ ? cookies_ : Env::current().cookies;
+  transfer->cookies = cookies_ ? cookies_ : std::dynamic_pointer_cast<CurlCookieStore>(Env::current().cookies);
   driver_->send(std::move(transfer));
   return id;
 }

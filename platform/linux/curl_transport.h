@@ -1,7 +1,9 @@
 #pragma once
 // The HTTP port over libcurl: a curl multi handle with at most `maxConcurrent` transfers
 // at once (the rest wait in order), timeouts, real cancellation of running transfers,
-// downloads resumed into partial files, and cookies kept in the shared cookie store.
+// downloads resumed into partial files, and cookies kept and sent by the shared cookie
+// store's engine (a CurlCookieStore; a store of another kind, a test's plain list, leaves
+// transfers without cookies).
 //
 // Given a loop that is also an IoWatcher (the Asio and GLib loops), the loop watches
 // curl's sockets and transfers run on the loop's thread; given any other loop (or none),
@@ -17,6 +19,7 @@
 namespace qmv {
 
 class CookieStore;
+class CurlCookieStore;
 class MainLoop;
 
 namespace curl_detail {
@@ -41,7 +44,7 @@ class CurlTransport : public HttpTransport {
 
  private:
   std::shared_ptr<MainLoop> loop_;  // outlives the driver, which may use its reactor
-  std::shared_ptr<CookieStore> cookies_;
+  std::shared_ptr<CurlCookieStore> cookies_;
   std::atomic<TransferId> nextId_{1};
   std::unique_ptr<curl_detail::CurlDriver> driver_;
 };

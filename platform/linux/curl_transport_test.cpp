@@ -9,10 +9,12 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <optional>
 
 #include "platform/cookie_store.h"
 #include "platform/linux/asio_main_loop.h"
+#include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/glib_main_loop.h"
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
@@ -56,8 +58,17 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
       });
     });
     s.Get("/moved", [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
+    // What a hostile server sets beside its session: cookies for other hosts and for a
+    // whole public suffix ("localhost" is one: unlisted names fall under the "*" rule).
     s.Get("/login", [](const httplib::Request&, httplib::Response& res) {
-      res.set_header("Set-Cookie", "sessionId=abc; Path=/");
+      for (const char* cookie : {"sessionId=abc; Path=/", "foreign=1; Domain=127.0.0.2", "wide=1; Domain=localhost",
+                                 "shared=1; Domain=shop.localhost", "theme=dark; Max-Age=3600"}) {
+        res.headers.emplace("Set-Cookie", cookie);
+      }
+      res.set_content("ok", "text/plain");
+    });
+    s.Get("/logout", [](const httplib::Request&, httplib::Response& res) {
+      res.set_header("Set-Cookie", "sessionId=; Max-Age=0; Path=/");
       res.set_content("ok", "text/plain");
     });
     s.Get("/whoami", [](const httplib::Request& req, httplib::Response& res) {
@@ -134,7 +145,7 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
   std::atomic<int> peak_{0};
   GMainContext* context_ = nullptr;
   std::shared_ptr<MainLoop> loop_;
-  std::shared_ptr<MemoryCookieStore> cookies_ = std::make_shared<MemoryCookieStore>();
+  std::shared_ptr<CurlCookieStore> cookies_ = std::make_shared<CurlCookieStore>();
   std::unique_ptr<CurlTransport> transport_;
 };
 
@@ -228,15 +239,51 @@ TEST_P(CurlTransportTest, CancelStopsARunningTransferAtOnce) {
   transport_->cancel(id);  // finished ids are ignored
 }
 
-TEST_P(CurlTransportTest, CookiesSetByTheServerAreSentBack) {
-  HttpRequest login;
-  login.url = server_.url("/login");
-  sendAndWait(login);
-  ASSERT_EQ(cookies_->cookies().size(), 1u);
-  EXPECT_EQ(cookies_->cookies()[0].domain, "127.0.0.1");
-  HttpRequest who;
-  who.url = server_.url("/whoami");
-  EXPECT_EQ(sendAndWait(who).body, "sessionId=abc");
+TEST_P(CurlTransportTest, CookiesFollowABrowsersRules) {
+  const auto get = [&](const std::string& host, const std::string& path) {
+    HttpRequest request;
+    request.url = "http://" + host + ":" + std::to_string(server_.port()) + path;
+    return sendAndWait(request).body;
+  };
+  const auto names = [&] {
+    std::map<std::string, bool> hostOnly;
+    for (const Cookie& c : cookies_->cookies()) hostOnly[c.name + "@" + c.domain] = c.hostOnly;
+    return hostOnly;
+  };
+  // Whatever a host sets is its own, or its domain's when that domain is no public suffix.
+  get("127.0.0.1", "/login");
+  get("a.shop.localhost", "/login");
+  EXPECT_EQ(names(), (std::map<std::string, bool>{{"sessionId@127.0.0.1", true},
+                                                  {"theme@127.0.0.1", true},
+                                                  {"sessionId@a.shop.localhost", true},
+                                                  {"theme@a.shop.localhost", true},
+                                                  {"shared@shop.localhost", false}}));
+  EXPECT_EQ(get("b.shop.localhost", "/whoami"), "shared=1");
+  EXPECT_EQ(get("localhost", "/whoami"), "");
+  const std::string own = get("127.0.0.1", "/whoami");
+  EXPECT_TRUE(own == "sessionId=abc; theme=dark" || own == "theme=dark; sessionId=abc") << own;
+
+  // A session ended by the server or deleted by the client is no longer sent.
+  get("127.0.0.1", "/logout");
+  EXPECT_EQ(get("127.0.0.1", "/whoami"), "theme=dark");
+  cookies_->deleteCookie({"theme", "", "127.0.0.1"});
+  EXPECT_EQ(get("127.0.0.1", "/whoami"), "");
+  EXPECT_EQ(names().count("theme@127.0.0.1"), 0u);
+
+  // The client's own cookies go through the same rules.
+  EXPECT_TRUE(cookies_->setCookie({"deviceId", "d-1", "127.0.0.1"}));
+  EXPECT_EQ(get("127.0.0.1", "/whoami"), "deviceId=d-1");
+  Cookie wide{"wide", "1", "localhost"};
+  wide.hostOnly = false;
+  EXPECT_FALSE(cookies_->setCookie(wide)) << "a public suffix";
+  wide.domain = "co.uk";
+  EXPECT_FALSE(cookies_->setCookie(wide)) << "a public suffix";
+  wide.domain = "127.0.0.1";
+  EXPECT_FALSE(cookies_->setCookie(wide)) << "an address has no subdomains";
+  EXPECT_FALSE(cookies_->setCookie({"sessionId", "a; evil=1", "127.0.0.1"}));
+  EXPECT_FALSE(cookies_->setCookie({"sessionId", "a\r\nX-Injected: 1", "127.0.0.1"}));
+  EXPECT_FALSE(cookies_->setCookie({"sessionId", "a", ""}));
+  EXPECT_EQ(get("127.0.0.1", "/whoami"), "deviceId=d-1");
 }
 
 TEST_P(CurlTransportTest, ResumedDownloadAppendsOrRewritesThePartialFile) {

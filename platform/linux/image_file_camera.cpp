@@ -5,7 +5,7 @@
 namespace qmv {
 
 void ImageFileCamera::scanQrCode(std::function<void(std::optional<std::string>)> completion) {
-  completion(decodeQrFromPng(image_));
+  completion(scanQrImage(image_).text);
 }
 
 }  // namespace qmv

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "core/common/log.h"
+#include "platform/linux/home_files.h"
 
 namespace qmv {
 namespace {
@@ -64,17 +65,26 @@ bool isCorruption(int code) {
   return primary == SQLITE_NOTADB || primary == SQLITE_CORRUPT;
 }
 
-// Creates the file owner-only when missing and narrows an older, wider one; SQLite
-// gives its journals the mode of the database file.
-void makePrivate(const std::filesystem::path& file) {
-  const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-  if (fd >= 0) ::close(fd);
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
-    std::filesystem::path path = file;
-    path += suffix;
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) ::chmod(path.c_str(), 0600);
+// Refuses a settings file or journal that is a link, a FIFO or someone else's (SQLite
+// would follow the link, or block on the FIFO); creates the file owner-only when missing
+// and narrows an older, wider one. SQLite gives its journals the mode of the database.
+std::string makePrivate(const std::filesystem::path& file) {
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+    std::filesystem::path journal = file;
+    journal += suffix;
+    if (std::string why = home_files::refusal(journal, home_files::Kind::file); !why.empty()) return why;
   }
+  const auto opened = home_files::openPrivate(file, O_RDWR | O_CREAT);
+  if (opened.fd < 0) return opened.error;
+  ::fchmod(opened.fd, 0600);
+  ::close(opened.fd);
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+    std::filesystem::path journal = file;
+    journal += suffix;
+    struct stat status {};
+    if (::lstat(journal.c_str(), &status) == 0 && S_ISREG(status.st_mode)) ::chmod(journal.c_str(), 0600);
+  }
+  return {};
 }
 
 std::string lastMessage(sqlite3* db) { return sqlite3_errmsg(db); }
@@ -86,13 +96,21 @@ struct Attempt {
   Json values = Json::object();
   int code = SQLITE_OK;
   std::string error;
+  bool refused = false;  // the file itself was refused: the error says why, naming it
 };
 
 Attempt tryOpen(const std::filesystem::path& file) {
   Attempt a;
-  makePrivate(file);
-  a.code =
-      sqlite3_open_v2(file.c_str(), &a.db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr);
+  if (std::string why = makePrivate(file); !why.empty()) {
+    a.code = SQLITE_CANTOPEN;
+    a.error = std::move(why);
+    a.refused = true;
+    return a;
+  }
+  // The file was checked above; the flag keeps SQLite from following a link planted since.
+  a.code = sqlite3_open_v2(file.c_str(), &a.db,
+                           SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX | SQLITE_OPEN_NOFOLLOW,
+                           nullptr);
   auto fail = [&a](int code) {
     a.code = code;
     a.error = a.db ? sqlite3_errmsg(a.db) : sqlite3_errstr(code);
@@ -102,7 +120,9 @@ Attempt tryOpen(const std::filesystem::path& file) {
   };
   if (a.code != SQLITE_OK) return fail(a.code);
   sqlite3_busy_timeout(a.db, 5000);
-  for (const char* sql : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL", kSchema}) {
+  // secure_delete: a replaced value (a password moved to the keyring) leaves no copy in
+  // the file's free space.
+  for (const char* sql : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL", "PRAGMA secure_delete=ON", kSchema}) {
     const int rc = sqlite3_exec(a.db, sql, nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK) return fail(rc);
   }
@@ -167,7 +187,8 @@ SqliteSettingsStore::OpenResult SqliteSettingsStore::open(const std::filesystem:
     attempt = tryOpen(file);
   }
   if (!attempt.db) {
-    result.error = "cannot open settings file " + file.string() + ": " + attempt.error;
+    result.error =
+        attempt.refused ? attempt.error : "cannot open settings file " + file.string() + ": " + attempt.error;
     return result;
   }
   result.store.reset(new SqliteSettingsStore(attempt.db, file, std::move(attempt.values)));

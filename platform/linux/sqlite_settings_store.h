@@ -4,7 +4,9 @@
 // write (one key, or a group of keys written together) is its own committed transaction
 // in WAL mode with synchronous=FULL, so a process killed at any moment loses at most the
 // write in progress, and never half of a group. The file and its journals are readable
-// by their owner only: they hold the password and the session. A file that SQLite
+// by their owner only: they hold the session, and the password where no keyring keeps
+// it; a settings file or journal that is a symbolic link, a FIFO or another user's is
+// refused (open fails naming it) and nothing is written through it. A file that SQLite
 // cannot read as a database is renamed aside (settings.db.corrupt-<time>) and a fresh
 // store is started; it is never deleted or overwritten.
 //

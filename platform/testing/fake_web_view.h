@@ -1,7 +1,8 @@
 #pragma once
 // Web views for tests. Pages come from a site the test scripts (URL -> page); a URL the
-// site lacks fails to load. Every fetch is recorded with the cookies the shared cookie
-// store would have sent with it. Loads end from the installed main loop, as real ones do.
+// site lacks fails to load. Every fetch is recorded with the shared cookie store's
+// cookies for the page's host (host-only ones of that host, domain ones above it; paths
+// are not looked at). Loads end from the installed main loop, as real ones do.
 #include <map>
 #include <memory>
 #include <string>
@@ -31,12 +32,12 @@ class FakeWebView : public HistoryWebView {
  protected:
   void fetch(const std::string& url, FetchCompletion done) override {
     const Env& env = Env::current();
-    // The path after "scheme://host", without its query.
-    const auto authority = url.find("://");
-    const auto slash = url.find('/', authority == std::string::npos ? 0 : authority + 3);
-    const std::string path =
-        slash == std::string::npos ? "/" : url.substr(slash, url.find_first_of("?#", slash) - slash);
-    site_->fetches.push_back({url, env.cookies ? env.cookies->cookiesFor(urlHost(url), path) : std::vector<Cookie>{}});
+    const std::string host = urlHost(url);
+    std::vector<Cookie> sent;
+    for (const Cookie& c : env.cookies ? env.cookies->cookies() : std::vector<Cookie>{}) {
+      if (c.domain == host || (!c.hostOnly && host.ends_with("." + c.domain))) sent.push_back(c);
+    }
+    site_->fetches.push_back({url, std::move(sent)});
     const auto found = site_->pages.find(url);
     std::optional<WebPage> page;
     if (found != site_->pages.end()) {

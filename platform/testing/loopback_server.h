@@ -1,19 +1,21 @@
 #pragma once
-// A cpp-httplib server on 127.0.0.1 and a free port, served from its own thread, for
-// tests and benchmarks. Register routes on server() and then call start(). Handlers that
-// wait (slow routes) should poll stopping() so that shutdown does not wait for them.
+// A cpp-httplib server on a loopback address (127.0.0.1 unless told) and a free port,
+// served from its own thread, for tests and benchmarks. Register routes on server() and then call start(). Handlers
+// that wait (slow routes) should poll stopping() so that shutdown does not wait for them.
 #include <httplib.h>
 
 #include <atomic>
 #include <chrono>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace qmv::testsupport {
 
 class LoopbackServer {
  public:
-  LoopbackServer() = default;
+  // `host`: another loopback address (127.0.0.2) stands for another host.
+  explicit LoopbackServer(std::string host = "127.0.0.1") : host_(std::move(host)) {}
   ~LoopbackServer() { shutdown(); }
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
@@ -28,7 +30,7 @@ class LoopbackServer {
     // Keep connections for the whole run, as a client's server would, instead of
     // closing them after five requests.
     server_.set_keep_alive_max_count(1000000);
-    port_ = server_.bind_to_any_port("127.0.0.1");
+    port_ = server_.bind_to_any_port(host_);
     thread_ = std::thread([this] { server_.listen_after_bind(); });
     while (!server_.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
@@ -42,8 +44,8 @@ class LoopbackServer {
   }
 
   int port() const { return port_; }
-  // "http://127.0.0.1:<port>" followed by `path`.
-  std::string url(const std::string& path = "") const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
+  // "http://<host>:<port>" followed by `path`.
+  std::string url(const std::string& path = "") const { return "http://" + host_ + ":" + std::to_string(port_) + path; }
   bool stopping() const { return stopping_; }
 
   // Sleeps up to `duration`, returning early when the server is shutting down.
@@ -55,6 +57,7 @@ class LoopbackServer {
   }
 
  private:
+  std::string host_;
   httplib::Server server_;
   std::thread thread_;
   int port_ = 0;

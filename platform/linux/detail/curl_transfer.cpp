@@ -1,12 +1,10 @@
 #include "platform/linux/detail/curl_transfer.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <mutex>
-#include <tuple>
 
-#include "platform/cookie_store.h"
+#include "platform/linux/curl_cookie_store.h"
 
 namespace qmv::curl_detail {
 namespace {
@@ -19,14 +17,6 @@ std::string_view trimmed(std::string_view text) {
   if (first == std::string_view::npos) return {};
   const auto last = text.find_last_not_of(" \t\r\n");
   return text.substr(first, last - first + 1);
-}
-
-std::string trim(std::string_view text) { return std::string(trimmed(text)); }
-
-bool equalsNoCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-           return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-         });
 }
 
 TransportError errorOf(CURLcode code) {
@@ -48,35 +38,6 @@ TransportError errorOf(CURLcode code) {
     default:
       return TransportError::other;
   }
-}
-
-// Host and path of an absolute URL, for cookie matching; an empty host when there is
-// none. Read by hand: curl's URL parser costs more than the rest of a small request.
-// Scanned with plain loops: find_first_of looks each character up in its set with a
-// call of its own, which made this parse a third of a small request's setup.
-std::pair<std::string, std::string> hostAndPath(std::string_view url) {
-  std::pair<std::string, std::string> out{std::string(), "/"};
-  const auto scheme = url.find("://");
-  if (scheme == std::string_view::npos) return out;
-  const std::string_view rest = url.substr(scheme + 3);
-  const auto endOf = [](std::string_view text, bool atSlash) {
-    std::size_t i = 0;
-    while (i < text.size() && text[i] != '?' && text[i] != '#' && !(atSlash && text[i] == '/')) ++i;
-    return i;
-  };
-  const auto authorityEnd = endOf(rest, true);
-  std::string_view host = rest.substr(0, authorityEnd);
-  if (const auto at = host.rfind('@'); at != std::string_view::npos) host.remove_prefix(at + 1);
-  if (host.starts_with('[')) {
-    host = host.substr(0, host.find(']') + 1);  // an IPv6 literal keeps its brackets
-  } else {
-    host = host.substr(0, host.find(':'));
-  }
-  out.first = host;
-  const std::string_view tail = rest.substr(authorityEnd);
-  const std::string_view path = tail.substr(0, endOf(tail, false));
-  if (!path.empty()) out.second = path;
-  return out;
 }
 
 }  // namespace
@@ -106,6 +67,8 @@ void Outbox::flush() {
 Transfer::~Transfer() {
   if (file_ != nullptr) std::fclose(file_);
   if (easy_ != nullptr) {
+    // A kept handle must not hold on to a cookie engine that may go before it.
+    if (cookies) curl_easy_setopt(easy_, CURLOPT_SHARE, nullptr);
     if (spares_ != nullptr && spares_->size() < kMaxSpareHandles) {
       if (plain_) {
         // Only what is freed with this transfer is let go of; the next plain GET sets
@@ -143,48 +106,6 @@ long Transfer::currentStatus() const {
   return status;
 }
 
-// Host and path are only needed for cookies; parsing waits until then.
-void Transfer::locate() {
-  if (located_) return;
-  std::tie(host_, path_) = hostAndPath(request.url);
-  located_ = true;
-}
-
-void Transfer::storeCookie(const std::string& value) {
-  if (!cookies) return;
-  locate();
-  Cookie cookie;
-  cookie.domain = host_;
-  bool expired = false;
-  std::size_t start = 0;
-  bool first = true;
-  while (start <= value.size()) {
-    const auto end = std::min(value.find(';', start), value.size());
-    const std::string item = trim(std::string_view(value).substr(start, end - start));
-    const auto eq = item.find('=');
-    const std::string key = trim(item.substr(0, eq));
-    const std::string val = eq == std::string::npos ? std::string() : trim(item.substr(eq + 1));
-    if (first) {
-      if (eq == std::string::npos || key.empty()) return;  // not a cookie
-      cookie.name = key;
-      cookie.value = val;
-      first = false;
-    } else if (equalsNoCase(key, "domain") && !val.empty()) {
-      cookie.domain = val.front() == '.' ? val.substr(1) : val;
-    } else if (equalsNoCase(key, "path") && !val.empty()) {
-      cookie.path = val;
-    } else if (equalsNoCase(key, "max-age")) {
-      expired = !val.empty() && (val.front() == '-' || val == "0");
-    }
-    start = end + 1;
-  }
-  if (expired) {
-    cookies->deleteCookie(cookie);
-  } else {
-    cookies->setCookie(cookie);
-  }
-}
-
 bool Transfer::exceedsLimit(std::size_t held, std::size_t bytes) {
   if (bytes <= request.maxResponseBytes && held <= request.maxResponseBytes - bytes) return false;
   tooLarge_ = true;
@@ -203,7 +124,6 @@ size_t Transfer::onHeader(char* data, size_t size, size_t count, void* self) {
   } else if (const auto colon = line.find(':'); colon != std::string_view::npos) {
     const std::string_view name = trimmed(line.substr(0, colon));
     const std::string_view value = trimmed(line.substr(colon + 1));
-    if (equalsNoCase(name, "set-cookie")) t->storeCookie(std::string(value));
     auto& headers = t->response_.headers;
     if (headers.empty()) headers.reserve(8);  // a small answer's fields, without regrowing
     headers.emplace_back(name, value);
@@ -323,15 +243,12 @@ bool Transfer::setUp(std::vector<SpareHandle>* spares) {
   for (const auto& [name, value] : r.headers) {
     headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
   }
-  if (cookies) {
-    locate();
-    std::string line;
-    for (const auto& c : cookies->cookiesFor(host_, path_)) {
-      line += (line.empty() ? "" : "; ") + c.name + "=" + c.value;
-    }
-    if (!line.empty()) headerList_ = curl_slist_append(headerList_, ("Cookie: " + line).c_str());
-  }
   curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
+  if (cookies) {
+    // The engine keeps what the answers set and sends what matches, redirects included.
+    curl_easy_setopt(easy, CURLOPT_SHARE, cookies->shareHandle());
+    curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
+  }
 
   if (r.basicAuth) {
     curl_easy_setopt(easy, CURLOPT_HTTPAUTH, CURLAUTH_BASIC);

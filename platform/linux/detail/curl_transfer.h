@@ -19,7 +19,7 @@
 
 namespace qmv {
 
-class CookieStore;
+class CurlCookieStore;
 
 namespace curl_detail {
 
@@ -44,7 +44,8 @@ struct Transfer {
   HttpRequest request;
   HttpTransport::Completion completion;
   std::shared_ptr<MainLoop> loop;  // null: the completion runs on the driver's thread
-  std::shared_ptr<CookieStore> cookies;
+  // The cookie engine the transfer's handle shares; null: no cookies kept or sent.
+  std::shared_ptr<CurlCookieStore> cookies;
 
   Transfer() = default;
   Transfer(const Transfer&) = delete;
@@ -63,8 +64,6 @@ struct Transfer {
  private:
   void deliver(HttpResponse response, Outbox& outbox);
   long currentStatus() const;
-  void locate();
-  void storeCookie(const std::string& value);
   bool openDownload();
   // Whether `bytes` more of headers or in-memory body would pass the request's limit;
   // marks the transfer too large when they would.
@@ -75,9 +74,6 @@ struct Transfer {
   static size_t onBody(char* data, size_t size, size_t count, void* self);
   static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
 
-  bool located_ = false;
-  std::string host_;
-  std::string path_;
   CURL* easy_ = nullptr;
   std::vector<SpareHandle>* spares_ = nullptr;  // where the handle goes back when done
   // A GET with a timeout, neither authorised nor downloaded to a file: it sets the same
