@@ -5,9 +5,11 @@
 #include <curl/curl.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <map>
 #include <memory>
+#include <string_view>
 
 #include "core/request/base_request.h"
 #include "core/request/network_config.h"
@@ -52,80 +54,126 @@ class SmallGet : public qmv::BaseRequest {
   std::string requestUrl() const override { return "small"; }
 };
 
-void BM_AgentGet(benchmark::State& state) {
-  auto loop = std::make_shared<qmv::AsioMainLoop>();
-  qmv::Env env;
-  env.mainLoop = loop;
-  env.cookies = std::make_shared<qmv::CurlCookieStore>();
-  env.http = std::make_shared<qmv::CurlTransport>(loop, env.cookies);
-  qmv::ScopedEnv scoped(std::move(env));
-  qmv::NetworkConfig::sharedInstance().setBaseUrl(server().url("/"));
+// The agent's side: four requests sent together and waited for, one round per call.
+class AgentSide {
+ public:
+  AgentSide() : loop_(std::make_shared<qmv::AsioMainLoop>()), scoped_(makeEnv(loop_)) {
+    qmv::NetworkConfig::sharedInstance().setBaseUrl(server().url("/"));
+    for (int i = 0; i < kParallel; ++i) requests_.push_back(std::make_shared<SmallGet>());
+  }
 
-  std::vector<std::shared_ptr<SmallGet>> requests;
-  for (int i = 0; i < kParallel; ++i) requests.push_back(std::make_shared<SmallGet>());
-  std::size_t bytes = 0;
-  const double startCpu = processCpuMicros();
-  for (auto _ : state) {
+  void round() {
     int done = 0;
-    for (auto& r : requests) {
+    for (auto& r : requests_) {
       r->setCompletionBlockWithSuccess(
           [&](qmv::BaseRequest& req) {
-            bytes += req.responseString().size();
+            bytes_ += req.responseString().size();
             ++done;
           },
           [&](qmv::BaseRequest&) { ++done; });
       r->start();
     }
-    loop->runUntil([&] { return done == kParallel; }, std::chrono::milliseconds(10000));
+    loop_->runUntil([&] { return done == kParallel; }, std::chrono::milliseconds(10000));
   }
-  reportCpu(state, startCpu);
-  benchmark::DoNotOptimize(bytes);
-  state.SetItemsProcessed(state.iterations() * kParallel);
-}
+
+  std::size_t bytes() const { return bytes_; }
+
+ private:
+  static qmv::Env makeEnv(const std::shared_ptr<qmv::AsioMainLoop>& loop) {
+    qmv::Env env;
+    env.mainLoop = loop;
+    env.cookies = std::make_shared<qmv::CurlCookieStore>();
+    env.http = std::make_shared<qmv::CurlTransport>(loop, env.cookies);
+    return env;
+  }
+
+  std::shared_ptr<qmv::AsioMainLoop> loop_;
+  qmv::ScopedEnv scoped_;
+  std::vector<std::shared_ptr<SmallGet>> requests_;
+  std::size_t bytes_ = 0;
+};
 
 size_t collect(char* data, size_t size, size_t count, void* out) {
   static_cast<std::string*>(out)->append(data, size * count);
   return size * count;
 }
 
-void BM_RawCurlGet(benchmark::State& state) {
-  curl_global_init(CURL_GLOBAL_DEFAULT);
-  const std::string url = server().url("/small");
-  CURLM* multi = curl_multi_init();
-  std::vector<CURL*> handles;
-  std::vector<std::string> bodies(kParallel);
-  for (int i = 0; i < kParallel; ++i) {
-    CURL* easy = curl_easy_init();
-    curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, 10000L);
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &collect);
-    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &bodies[i]);
-    handles.push_back(easy);
-  }
-  std::size_t bytes = 0;
-  const double startCpu = processCpuMicros();
-  for (auto _ : state) {
+// Raw libcurl: one multi handle driving four reused easy handles, one round per call.
+class RawSide {
+ public:
+  RawSide() : url_(server().url("/small")), bodies_(kParallel) {
+    curl_global_init(CURL_GLOBAL_DEFAULT);
+    multi_ = curl_multi_init();
     for (int i = 0; i < kParallel; ++i) {
-      bodies[i].clear();
-      curl_multi_add_handle(multi, handles[i]);
+      CURL* easy = curl_easy_init();
+      curl_easy_setopt(easy, CURLOPT_URL, url_.c_str());
+      curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+      curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, 10000L);
+      curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &collect);
+      curl_easy_setopt(easy, CURLOPT_WRITEDATA, &bodies_[i]);
+      handles_.push_back(easy);
+    }
+  }
+  ~RawSide() {
+    for (CURL* easy : handles_) curl_easy_cleanup(easy);
+    curl_multi_cleanup(multi_);
+  }
+  RawSide(const RawSide&) = delete;
+  RawSide& operator=(const RawSide&) = delete;
+
+  void round() {
+    for (int i = 0; i < kParallel; ++i) {
+      bodies_[i].clear();
+      curl_multi_add_handle(multi_, handles_[i]);
     }
     int running = kParallel;
     while (running > 0) {
-      curl_multi_perform(multi, &running);
-      if (running > 0) curl_multi_poll(multi, nullptr, 0, 1000, nullptr);
+      curl_multi_perform(multi_, &running);
+      if (running > 0) curl_multi_poll(multi_, nullptr, 0, 1000, nullptr);
     }
     int left = 0;
-    while (CURLMsg* msg = curl_multi_info_read(multi, &left)) {
-      if (msg->msg == CURLMSG_DONE) curl_multi_remove_handle(multi, msg->easy_handle);
+    while (CURLMsg* msg = curl_multi_info_read(multi_, &left)) {
+      if (msg->msg == CURLMSG_DONE) curl_multi_remove_handle(multi_, msg->easy_handle);
     }
-    for (const auto& b : bodies) bytes += b.size();
+    for (const auto& b : bodies_) bytes_ += b.size();
   }
+
+  std::size_t bytes() const { return bytes_; }
+
+ private:
+  std::string url_;
+  CURLM* multi_ = nullptr;
+  std::vector<CURL*> handles_;
+  std::vector<std::string> bodies_;
+  std::size_t bytes_ = 0;
+};
+
+template <typename Side>
+void measureGets(benchmark::State& state) {
+  Side side;
+  const double startCpu = processCpuMicros();
+  for (auto _ : state) side.round();
   reportCpu(state, startCpu);
-  benchmark::DoNotOptimize(bytes);
+  benchmark::DoNotOptimize(side.bytes());
   state.SetItemsProcessed(state.iterations() * kParallel);
-  for (CURL* easy : handles) curl_easy_cleanup(easy);
-  curl_multi_cleanup(multi);
+}
+
+void BM_AgentGet(benchmark::State& state) { measureGets<AgentSide>(state); }
+void BM_RawCurlGet(benchmark::State& state) { measureGets<RawSide>(state); }
+
+// For counting instructions (bench/instructions_per_get): warm connections first, then
+// `rounds` rounds inside countedRounds, the one function a profiler is told to collect in.
+template <typename Side>
+[[gnu::noinline]] void countedRounds(Side& side, int rounds) {
+  for (int i = 0; i < rounds; ++i) side.round();
+}
+
+template <typename Side>
+void countSide(int rounds) {
+  Side side;
+  for (int i = 0; i < 20; ++i) side.round();
+  countedRounds(side, rounds);
+  benchmark::DoNotOptimize(side.bytes());
 }
 
 // Repetitions are interleaved at random (see main) and compared by their medians, so
@@ -165,6 +213,16 @@ class RatioReporter : public benchmark::ConsoleReporter {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // --count=agent|raw ROUNDS: no benchmark, only the rounds to be counted.
+  if (argc == 4 && std::string_view(argv[1]) == "--count") {
+    const int rounds = std::atoi(argv[3]);
+    if (std::string_view(argv[2]) == "agent") {
+      countSide<AgentSide>(rounds);
+    } else {
+      countSide<RawSide>(rounds);
+    }
+    return 0;
+  }
   std::vector<char*> args(argv, argv + argc);
   static char interleave[] = "--benchmark_enable_random_interleaving=true";
   args.insert(args.begin() + 1, interleave);

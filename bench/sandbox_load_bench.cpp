@@ -1,11 +1,16 @@
 // Load on the sandbox: N clients on kept-alive connections ask a read endpoint back to back
-// for a while, optionally beside slow clients (one header byte every 2 s) and idle
-// connections (connected, silent). Prints requests per second, failures and the latency
-// percentiles of the answered requests.
+// for a while, optionally beside slow clients (one header byte every 2 s, connecting again
+// whenever the server closes them) and idle connections (connected, silent). Prints
+// requests per second, failures and the latency percentiles of the answered requests.
 //
 // usage: sandbox_load_bench [--url http://HOST:PORT] [--clients 50] [--seconds 10]
 //                           [--path /qmv/app/v3/getCategoryList] [--slow 0] [--idle 0]
-// Without --url it serves an embedded sandbox from a fresh temporary home.
+//                           [--slow-from 127.0.0.2]
+// Without --url it serves an embedded sandbox from a fresh temporary home. --slow-from
+// makes the slow and idle connections come from another address than the clients (any
+// 127.x.y.z is this machine), as a hostile peer on a network would.
+//
+// The slow-peer case: --clients 4 --slow 256 --slow-from 127.0.0.2 (p99 under 100 ms).
 #include <arpa/inet.h>
 #include <httplib.h>
 #include <netinet/in.h>
@@ -14,6 +19,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -36,6 +42,7 @@ struct Options {
   std::string path = "/qmv/app/v3/getCategoryList";
   int slow = 0;
   int idle = 0;
+  std::string slowFrom;
 };
 
 bool parse(int argc, char** argv, Options& o) {
@@ -58,6 +65,8 @@ bool parse(int argc, char** argv, Options& o) {
       o.slow = std::atoi(value.c_str());
     } else if (key == "--idle") {
       o.idle = std::atoi(value.c_str());
+    } else if (key == "--slow-from") {
+      o.slowFrom = value;
     } else {
       return false;
     }
@@ -65,8 +74,18 @@ bool parse(int argc, char** argv, Options& o) {
   return argc % 2 == 1 && o.clients > 0 && o.seconds > 0;
 }
 
-int connectTo(const Options& o) {
+// A connection to the server, from `from` when it is not empty; -1 when refused.
+int connectTo(const Options& o, const std::string& from = "") {
   const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+  if (!from.empty()) {
+    sockaddr_in local{};
+    local.sin_family = AF_INET;
+    ::inet_pton(AF_INET, from.c_str(), &local.sin_addr);
+    if (::bind(fd, reinterpret_cast<sockaddr*>(&local), sizeof local) != 0) {
+      ::close(fd);
+      return -1;
+    }
+  }
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<uint16_t>(o.port));
@@ -90,7 +109,8 @@ int main(int argc, char** argv) {
   Options o;
   if (!parse(argc, argv, o)) {
     std::fprintf(stderr,
-                 "usage: %s [--url http://HOST:PORT] [--clients N] [--seconds S] [--path P] [--slow N] [--idle N]\n",
+                 "usage: %s [--url http://HOST:PORT] [--clients N] [--seconds S] [--path P] [--slow N] [--idle N] "
+                 "[--slow-from ADDRESS]\n",
                  argv[0]);
     return 2;
   }
@@ -107,20 +127,29 @@ int main(int argc, char** argv) {
 
   std::atomic<bool> running{true};
   // Slow clients: a request line trickling in one byte every two seconds.
+  std::atomic<long> slowConnections{0};
   std::vector<std::thread> nuisances;
   for (int i = 0; i < o.slow; ++i) {
     nuisances.emplace_back([&] {
-      const int fd = connectTo(o);
       const std::string line = "GET " + o.path + " HTTP/1.1\r\nHost: x\r\nX-Padding: " + std::string(4000, 'a');
-      for (size_t k = 0; fd >= 0 && running && k < line.size(); ++k) {
-        if (::send(fd, &line[k], 1, MSG_NOSIGNAL) != 1) break;
-        for (int t = 0; t < 20 && running; ++t) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      while (running) {
+        const int fd = connectTo(o, o.slowFrom);
+        if (fd >= 0) ++slowConnections;
+        for (size_t k = 0; fd >= 0 && running && k < line.size(); ++k) {
+          char byte;
+          // Closed by the server (an end of stream or a reset): connect again.
+          const ssize_t peeked = ::recv(fd, &byte, 1, MSG_DONTWAIT | MSG_PEEK);
+          if (peeked == 0 || (peeked < 0 && errno != EAGAIN && errno != EWOULDBLOCK)) break;
+          if (::send(fd, &line[k], 1, MSG_NOSIGNAL) != 1) break;
+          for (int t = 0; t < 20 && running; ++t) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        if (fd >= 0) ::close(fd);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
       }
-      if (fd >= 0) ::close(fd);
     });
   }
   std::vector<int> idle;
-  for (int i = 0; i < o.idle; ++i) idle.push_back(connectTo(o));
+  for (int i = 0; i < o.idle; ++i) idle.push_back(connectTo(o, o.slowFrom));
   if (o.slow + o.idle > 0) std::this_thread::sleep_for(std::chrono::milliseconds(300));
 
   std::mutex mutex;
@@ -157,7 +186,9 @@ int main(int argc, char** argv) {
   }
 
   std::sort(latencies.begin(), latencies.end());
-  std::printf("%d clients, %d s, %s (slow %d, idle %d)\n", o.clients, o.seconds, o.path.c_str(), o.slow, o.idle);
+  std::printf("%d clients, %d s, %s (slow %d, idle %d%s%s)\n", o.clients, o.seconds, o.path.c_str(), o.slow, o.idle,
+              o.slowFrom.empty() ? "" : ", from ", o.slowFrom.c_str());
+  if (o.slow > 0) std::printf("slow connections made %ld\n", slowConnections.load());
   std::printf("answered %zu (%.0f req/s), failed %ld\n", latencies.size(),
               static_cast<double>(latencies.size()) / o.seconds, failures.load());
   std::printf("latency ms: p50 %.2f  p90 %.2f  p99 %.2f  max %.2f\n", percentile(latencies, 0.50),

@@ -113,13 +113,13 @@ TEST_F(OrdersContractTest, ChannelPaymentWaitsForTheVendorsCompletion) {
   EXPECT_EQ(tab(0).count(orderId), 0u) << "a waiting order is not listed";
   EXPECT_EQ(balance(), *before);
 
-  const Json completed = vendor_->post("/sandbox/pay/complete", {{"prepay_id", prepayId}, {"result", "success"}});
+  const Json completed = vendor_->complete(server_->paymentKey(), prepayId, "success");
   EXPECT_EQ(completed.value("success", ""), "0") << completed.dump();
   const auto rated = tab(2);
   ASSERT_EQ(rated.count(orderId), 1u);
   EXPECT_EQ(rated.at(orderId), "2");
   EXPECT_EQ(balance(), *before) << "the channel paid it all";
-  const Json replay = vendor_->post("/sandbox/pay/complete", {{"prepay_id", prepayId}, {"result", "success"}});
+  const Json replay = vendor_->complete(server_->paymentKey(), prepayId, "success");
   EXPECT_NE(replay.value("success", "0"), "0");
 
   // With the balance first, the balance part is taken when the channel completes.
@@ -128,7 +128,7 @@ TEST_F(OrdersContractTest, ChannelPaymentWaitsForTheVendorsCompletion) {
   EXPECT_EQ(balance(), *before);
   const std::string mixedPrepay = strForKey(dataOf(*mixed), "prepay_id");
   ASSERT_EQ(
-      vendor_->post("/sandbox/pay/complete", {{"prepay_id", mixedPrepay}, {"result", "success"}}).value("success", ""),
+      vendor_->complete(server_->paymentKey(), mixedPrepay, "success").value("success", ""),
       "0");
   EXPECT_EQ(balance(), 0);
 
@@ -136,8 +136,7 @@ TEST_F(OrdersContractTest, ChannelPaymentWaitsForTheVendorsCompletion) {
   auto cancelled = std::make_shared<PreparePayNetApi>("800", "2", "1", false);
   ASSERT_TRUE(sendCorrect(cancelled));
   const std::string cancelledId = strForKey(dataOf(*cancelled), "orderId");
-  vendor_->post("/sandbox/pay/complete",
-                {{"prepay_id", strForKey(dataOf(*cancelled), "prepay_id")}, {"result", "cancel"}});
+  vendor_->complete(server_->paymentKey(), strForKey(dataOf(*cancelled), "prepay_id"), "cancel");
   EXPECT_EQ(tab(0).count(cancelledId), 0u);
   EXPECT_EQ(balance(), 0);
 }

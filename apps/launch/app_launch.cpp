@@ -155,6 +155,7 @@ std::shared_ptr<PaymentChannels> AppLaunch::paymentChannels(const std::shared_pt
   SandboxPaymentSetup setup;
   setup.http = http;
   setup.completeUrl = sandbox_->rootUrl() + "/sandbox/pay/complete";
+  setup.paymentKey = sandbox_->paymentKey();
   setup.outcome = options_.payOutcome == "cancel" ? PayOutcome::Cancel
                   : options_.payOutcome == "fail" ? PayOutcome::Fail
                                                   : PayOutcome::Success;
@@ -162,7 +163,8 @@ std::shared_ptr<PaymentChannels> AppLaunch::paymentChannels(const std::shared_pt
   setup.openURL = [open = options_.openURL](const std::string& url, const std::string& source) {
     if (open) open(url, source);
   };
-  channels->wechat = std::make_shared<SandboxWeChatApp>(setup, config_.wechatApiKey);
+  channels->wechat = std::make_shared<SandboxWeChatApp>(
+      setup, WeChatMerchant{config_.wechatAppId, config_.wechatPartnerId, config_.wechatApiKey});
   channels->alipay = std::make_shared<SandboxAlipayApp>(setup);
   channels->uppay = std::make_shared<SandboxUPPayApp>(setup);
   return channels;

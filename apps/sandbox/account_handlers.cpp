@@ -1,15 +1,12 @@
 // Account endpoints: login, SMS codes, registration, password recovery and change, profile,
 // portrait, messages and feedback.
-#define PCRE2_CODE_UNIT_WIDTH 8
-#include <pcre2.h>
-
 #include <cstdio>
-#include <memory>
 
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/sandbox_records.h"
 #include "apps/sandbox/sandbox_server.h"
 #include "apps/sandbox/sandbox_util.h"
+#include "apps/sandbox/user_names.h"
 
 namespace qmv::sandbox {
 namespace {
@@ -24,11 +21,9 @@ constexpr const char* kMsgNotVerified = "请先验证手机号";
 constexpr const char* kMsgNothingToChange = "没有可修改的资料";
 constexpr const char* kMsgNoImage = "请选择图片";
 constexpr const char* kMsgEmptyFeedback = "请输入反馈内容";
-constexpr const char* kMsgBadUserName = "用户名格式不正确";
-constexpr const char* kMsgUserNameTaken = "该用户名已被使用";
 constexpr const char* kMsgTooManyCodes = "验证码发送过于频繁，请稍后再试";
+constexpr const char* kMsgTooManyLogins = "密码错误次数过多，请稍后再试";
 constexpr size_t kMaxPortraitBytes = 2 * 1024 * 1024;
-constexpr size_t kMaxUserNameBytes = 32;
 // Wrong guesses a code survives; six digits would otherwise fall to a loop of requests
 // well within a code's ten minutes.
 constexpr int64_t kMaxCodeAttempts = 5;
@@ -65,6 +60,26 @@ std::string newSession(Call& call, int64_t memberId) {
   return id;
 }
 
+// The throttle's key for the member `row` (one for his phone and his user name alike), or
+// for the typed name when no member has it.
+std::string throttleKey(const Json& row, const std::string& typed) {
+  return row.is_object() ? "member:" + std::to_string(row["id"].get<int64_t>()) : "name:" + typed;
+}
+
+// Whether the password of `account` may be checked now (see LoginThrottle).
+bool mayTryPassword(const Call& call, const std::string& account) {
+  return call.throttle == nullptr || call.throttle->wait(account, call.peer) == LoginThrottle::Clock::duration::zero();
+}
+
+void notePassword(const Call& call, const std::string& account, bool right) {
+  if (call.throttle == nullptr) return;
+  if (right) {
+    call.throttle->succeeded(account);
+  } else {
+    call.throttle->failed(account, call.peer);
+  }
+}
+
 Reply login(Call& call) {
   const std::string user = call.arg("userName");
   const std::string password = call.arg("userPassword");
@@ -72,7 +87,11 @@ Reply login(Call& call) {
   // A phone number signs in its own member even where an older account took it as a name.
   const Json member = call.db.queryOne(
       "SELECT * FROM members WHERE phone = ? OR user_name = ? ORDER BY phone = ? DESC, id LIMIT 1", {user, user, user});
-  if (!member.is_object() || member["password"].get<std::string>() != password) return Reply::refuse(kMsgLoginFailed);
+  const std::string account = throttleKey(member, user);
+  if (!mayTryPassword(call, account)) return Reply::refuse(kMsgTooManyLogins);
+  const bool right = member.is_object() && member["password"].get<std::string>() == password;
+  notePassword(call, account, right);
+  if (!right) return Reply::refuse(kMsgLoginFailed);
   const std::string session = newSession(call, member["id"].get<int64_t>());
   call.member = member;
   return Reply::ok(memberRecord(call, member, session));
@@ -120,37 +139,6 @@ Reply checkCode(Call& call) {
   return Reply::ok();
 }
 
-// Whether `name` has the shape of a user name: UTF-8 (PCRE2 in UTF mode matches nothing
-// else), no control character, slash or backslash, no leading dot, at most kMaxUserNameBytes.
-bool wellFormedUserName(const std::string& name) {
-  struct Free {
-    void operator()(pcre2_code* code) const { pcre2_code_free(code); }
-  };
-  static const std::unique_ptr<pcre2_code, Free> shape([] {
-    int error = 0;
-    PCRE2_SIZE offset = 0;
-    return pcre2_compile(reinterpret_cast<PCRE2_SPTR>(R"([^\x00-\x1f\x7f/\\.][^\x00-\x1f\x7f/\\]*)"),
-                         PCRE2_ZERO_TERMINATED, PCRE2_UTF, &error, &offset, nullptr);
-  }());
-  if (!shape || name.size() > kMaxUserNameBytes) return false;
-  const std::unique_ptr<pcre2_match_data, void (*)(pcre2_match_data*)> match(
-      pcre2_match_data_create_from_pattern(shape.get(), nullptr), pcre2_match_data_free);
-  return match && pcre2_match(shape.get(), reinterpret_cast<PCRE2_SPTR>(name.data()), name.size(), 0,
-                              PCRE2_ANCHORED | PCRE2_ENDANCHORED, match.get(), nullptr) >= 0;
-}
-
-// Why `name` cannot be the user name of a new member with `phone` (null when it can):
-// the rule of README.md ("User names").
-const char* userNameProblem(SandboxStore& db, const std::string& name, const std::string& phone) {
-  if (!wellFormedUserName(name)) return kMsgBadUserName;
-  if (name == phone) return nullptr;  // a phone always belongs to its own registrant
-  if (isPhone(name)) return kMsgBadUserName;
-  if (!db.queryOne("SELECT 1 FROM members WHERE user_name = ? OR phone = ?", {name, name}).is_null()) {
-    return kMsgUserNameTaken;
-  }
-  return nullptr;
-}
-
 Reply registerMember(Call& call) {
   const std::string phone = call.arg("phone");
   const std::string password = call.arg("password");
@@ -159,7 +147,8 @@ Reply registerMember(Call& call) {
   if (!codeMatches(call, call.arg("sessionId"), phone)) return Reply::refuse(kMsgBadCode);
   if (!call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null())
     return Reply::refuse(kMsgPhoneTaken);
-  const std::string userName = call.hasArg("userName") ? call.arg("userName") : phone;
+  const std::string typedName = normalizedUserName(call.arg("userName"));
+  const std::string userName = typedName.empty() ? phone : typedName;
   if (const char* problem = userNameProblem(call.db, userName, phone)) return Reply::refuse(problem);
   Json inviter;
   const std::string invite = call.arg("inviteId");
@@ -171,8 +160,9 @@ Reply registerMember(Call& call) {
   const Json last = call.db.queryOne("SELECT MAX(CAST(num AS INTEGER)) AS n FROM members");
   const int64_t number = last["n"].is_number_integer() ? last["n"].get<int64_t>() + 1 : 100001;
   call.db.execute(
-      "INSERT INTO members(num, phone, user_name, password, nick_name, inviter_id, created) VALUES(?,?,?,?,?,?,?)",
-      {std::to_string(number), phone, userName, password, userName, inviter, nowSeconds()});
+      "INSERT INTO members(num, phone, user_name, name_key, password, nick_name, inviter_id, created) "
+      "VALUES(?,?,?,?,?,?,?,?)",
+      {std::to_string(number), phone, userName, userNameKey(userName), password, userName, inviter, nowSeconds()});
   call.db.execute("UPDATE sms_codes SET used = 1 WHERE id = ?", {call.arg("sessionId")});
   return Reply::ok();
 }
@@ -212,7 +202,12 @@ Reply changePassword(Call& call) {
   const std::string oldPassword = call.arg("oldPassword");
   const std::string newPassword = call.arg("newPassword");
   if (!isMd5Hex(newPassword)) return Reply::refuse(kMsgBadPassword);
-  if (call.member["password"].get<std::string>() != oldPassword) return Reply::refuse(kMsgOldPassword);
+  // A session left open somewhere must not become a way to guess the password.
+  const std::string account = throttleKey(call.member, "");
+  if (!mayTryPassword(call, account)) return Reply::refuse(kMsgTooManyLogins);
+  const bool right = call.member["password"].get<std::string>() == oldPassword;
+  notePassword(call, account, right);
+  if (!right) return Reply::refuse(kMsgOldPassword);
   call.db.execute("UPDATE members SET password = ? WHERE id = ?", {newPassword, call.memberId()});
   // The session that changed the password stays; every other one ends with the old password.
   call.db.execute("DELETE FROM sessions WHERE member_id = ? AND id != ?", {call.memberId(), call.sessionId});

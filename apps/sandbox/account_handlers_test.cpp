@@ -91,6 +91,16 @@ TEST_F(SandboxTest, UserNamesAreUniqueAndAPhoneNumberSignsInItsOwnMember) {
   for (const std::string& bad : std::vector<std::string>{"../up", ".hidden", "a\nb", "\xff\xfe", std::string(33, 'a')}) {
     EXPECT_EQ(registerAs("139123400" + std::to_string(other++), bad), "用户名格式不正确") << bad;
   }
+  // Look-alikes: white space around a name is dropped, and names compare regardless of
+  // case and width, so none can pass for a phone number or for another member's name.
+  for (const char* lookAlike : {" 13800000001", "13800000001 ", "１３８０００００００１"}) {
+    EXPECT_EQ(registerAs("139123400" + std::to_string(other++), lookAlike), "用户名格式不正确") << lookAlike;
+  }
+  ASSERT_EQ(registerAs("139123400" + std::to_string(other++), "Alice"), "");
+  for (const char* lookAlike : {"alice", "ALICE", "  Alice ", "Ａｌｉｃｅ", "小明\u3000"}) {
+    EXPECT_EQ(registerAs("139123400" + std::to_string(other++), lookAlike), "该用户名已被使用") << lookAlike;
+  }
+  EXPECT_EQ(registerAs("139123400" + std::to_string(other++), "Ali\u200bce"), "用户名格式不正确");
   ASSERT_EQ(registerAs(b, std::nullopt), "");
   EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", api_->login(b, "abc123")}})["data"]["userName"], b);
   EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", api_->login("小明", "abc123")}})["data"]["phone"], a);

@@ -15,6 +15,8 @@ namespace {
 constexpr auto kWaitSlice = std::chrono::milliseconds(50);
 // Gathered output is sent once it reaches this size.
 constexpr size_t kSendChunk = 64 * 1024;
+// Bytes asked of the socket at once.
+constexpr size_t kReadChunk = 4096;
 
 void describe(const sockaddr_storage& address, std::string& ip, int& port) {
   char text[INET6_ADDRSTRLEN] = {};
@@ -32,8 +34,15 @@ void describe(const sockaddr_storage& address, std::string& ip, int& port) {
 
 }  // namespace
 
-DeadlineSocketStream::DeadlineSocketStream(int sock, std::function<bool()> stopping)
-    : sock_(sock), stopping_(std::move(stopping)) {}
+DeadlineSocketStream::DeadlineSocketStream(int sock, std::string input, std::function<bool()> stopping)
+    : sock_(sock), stopping_(std::move(stopping)), input_(std::move(input)) {}
+
+std::string DeadlineSocketStream::takeUnread() {
+  std::string unread = input_.substr(begin_);
+  input_.clear();
+  begin_ = 0;
+  return unread;
+}
 
 bool DeadlineSocketStream::waitFor(short events) const {
   for (;;) {
@@ -57,17 +66,18 @@ ssize_t DeadlineSocketStream::read(char* ptr, size_t size) {
   if (!pending_.empty() && !flush()) return -1;
   while (!hasBufferedInput()) {
     if (!waitFor(POLLIN)) return -1;
-    const ssize_t got = ::recv(sock_, buffer_, sizeof buffer_, MSG_DONTWAIT);
+    input_.resize(kReadChunk);
+    begin_ = 0;
+    const ssize_t got = ::recv(sock_, input_.data(), input_.size(), MSG_DONTWAIT);
+    input_.resize(got > 0 ? static_cast<size_t>(got) : 0);
     if (got == 0) return 0;
     if (got < 0) {
       if (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR) continue;
       return -1;
     }
-    begin_ = 0;
-    end_ = static_cast<size_t>(got);
   }
-  const size_t n = std::min(size, end_ - begin_);
-  std::memcpy(ptr, buffer_ + begin_, n);
+  const size_t n = std::min(size, input_.size() - begin_);
+  std::memcpy(ptr, input_.data() + begin_, n);
   begin_ += n;
   return static_cast<ssize_t>(n);
 }

@@ -3,7 +3,8 @@
 // and write of an exchange (one request and its answer) must finish before the exchange's
 // deadline, however the peer spaces its bytes: a client that trickles a header byte every
 // few seconds is cut off at the deadline instead of holding a worker for hours. Reads are
-// buffered (the request parser reads byte by byte). Writes are gathered until `flush`, the
+// buffered (the request parser reads byte by byte), starting with what was read before the
+// connection reached a worker. Writes are gathered until `flush`, the
 // next read or a full buffer, so that an answer's headers and body leave in one send
 // instead of two; they never raise SIGPIPE. Waits are cut into short slices so that a
 // stopping server is noticed promptly.
@@ -19,13 +20,14 @@ class DeadlineSocketStream : public httplib::Stream {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // `sock` stays owned by the caller. `stopping` is polled while waiting.
-  DeadlineSocketStream(int sock, std::function<bool()> stopping);
+  // `sock` stays owned by the caller; `input` is read before the socket. `stopping` is
+  // polled while waiting.
+  DeadlineSocketStream(int sock, std::string input, std::function<bool()> stopping);
 
   // Starts the next exchange: everything it reads and writes must be done by `deadline`.
   void beginExchange(Clock::time_point deadline) { deadline_ = deadline; }
-  // Whether bytes already read from the socket wait to be parsed (a pipelined request).
-  bool hasBufferedInput() const { return begin_ < end_; }
+  // The bytes read and not parsed (a pipelined request), taken out of the stream.
+  std::string takeUnread();
 
   bool is_readable() const override;
   bool is_writable() const override;
@@ -47,9 +49,10 @@ class DeadlineSocketStream : public httplib::Stream {
   int sock_;
   std::function<bool()> stopping_;
   Clock::time_point deadline_ = Clock::now();
-  char buffer_[4096];
+  bool hasBufferedInput() const { return begin_ < input_.size(); }
+
+  std::string input_;
   size_t begin_ = 0;
-  size_t end_ = 0;
   std::string pending_;
 };
 

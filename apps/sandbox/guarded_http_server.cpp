@@ -1,22 +1,15 @@
 #include "apps/sandbox/guarded_http_server.h"
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 
 #include "apps/sandbox/deadline_socket_stream.h"
 
 namespace qmv::sandbox {
 namespace {
 
-using Clock = DeadlineSocketStream::Clock;
-
-constexpr auto kIdleSlice = std::chrono::milliseconds(50);
 // The library listens with a queue of 5: fifty clients connecting at once would see SYNs
 // dropped and retried a second later.
 constexpr int kListenQueue = 256;
@@ -56,11 +49,23 @@ class MemoryStream final : public httplib::Stream {
   std::string output_;
 };
 
+// The library's task queue, standing for the gate: the accepting thread runs each job at
+// once, and the job only hands the socket to the gate.
+class GateQueue final : public httplib::TaskQueue {
+ public:
+  GateQueue(const ServerLimits& limits, ConnectionGate::Serve serve) : gate(limits, std::move(serve)) {}
+  void enqueue(std::function<void()> job) override { job(); }
+  void shutdown() override { gate.shutdown(); }
+
+  ConnectionGate gate;
+};
+
 ServerLimits sanitized(ServerLimits limits) {
   limits.workers = std::max(1, limits.workers);
   limits.requestsPerConnection = std::max(1, limits.requestsPerConnection);
   limits.idle = std::max(limits.idle, std::chrono::milliseconds(1));
   limits.exchange = std::max(limits.exchange, std::chrono::milliseconds(1));
+  limits.header = std::max(limits.header, std::chrono::milliseconds(1));
   return limits;
 }
 
@@ -71,9 +76,9 @@ GuardedHttpServer::GuardedHttpServer(ServerLimits limits) : limits_(sanitized(li
   set_keep_alive_max_count(static_cast<size_t>(limits_.requestsPerConnection));
   set_keep_alive_timeout(std::max<time_t>(1, std::chrono::duration_cast<std::chrono::seconds>(limits_.idle).count()));
   new_task_queue = [this] {
-    auto* pool = new WorkerPool(static_cast<size_t>(limits_.workers));
-    pool_ = pool;
-    return pool;
+    auto* queue = new GateQueue(limits_, [this](ConnectionGate::Connection& c) { return serveArrived(c); });
+    gate_ = &queue->gate;
+    return queue;
   };
   // Address reuse only: the library's default also shares the port, which would let two
   // sandboxes listen on one fixed port instead of reporting it taken.
@@ -107,42 +112,26 @@ int GuardedHttpServer::bindTo(const std::string& host, int port) {
   return bound > 0 ? bound : 0;
 }
 
-bool GuardedHttpServer::awaitRequest(int sock, const DeadlineSocketStream& stream) const {
-  if (stream.hasBufferedInput()) return true;
-  const auto idleUntil = Clock::now() + limits_.idle;
-  for (;;) {
-    if (stopping()) return false;
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(idleUntil - Clock::now());
-    if (left.count() <= 0) return false;
-    pollfd watched{sock, POLLIN, 0};
-    const int ready = ::poll(&watched, 1, static_cast<int>(std::min(left, kIdleSlice).count()));
-    if (ready > 0) return (watched.revents & POLLIN) != 0;
-    if (ready < 0 && errno != EINTR) return false;
-    // Quiet for a whole slice while others wait for a worker: give way. Not before the
-    // first slice: a client asking back to back sends its next request microseconds after
-    // the answer, and cutting it then fails the request already on its way.
-    const WorkerPool* pool = pool_.load();
-    if (pool != nullptr && pool->starved()) return false;
+bool GuardedHttpServer::process_and_close_socket(socket_t sock) {
+  ConnectionGate* gate = gate_.load();
+  if (gate == nullptr) {
+    ::close(sock);
+    return false;
   }
+  gate->admit(sock);
+  return true;
 }
 
-bool GuardedHttpServer::process_and_close_socket(socket_t sock) {
-  int on = 1;
-  setsockopt(sock, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-  DeadlineSocketStream stream(sock, [this] { return stopping(); });
-  bool ok = true;
-  for (int served = 0; served < limits_.requestsPerConnection; ++served) {
-    if (!awaitRequest(sock, stream)) break;
-    stream.beginExchange(Clock::now() + limits_.exchange);
-    const bool last = served + 1 == limits_.requestsPerConnection || stopping();
-    bool closed = false;
-    closeRequested = false;
-    ok = process_request(stream, last, closed, nullptr) && stream.flush();
-    if (!ok || closed || closeRequested) break;
-  }
-  ::shutdown(sock, SHUT_RDWR);
-  ::close(sock);
-  return ok;
+bool GuardedHttpServer::serveArrived(ConnectionGate::Connection& connection) {
+  DeadlineSocketStream stream(connection.fd, std::move(connection.input), [this] { return stopping(); });
+  stream.beginExchange(connection.firstByte + limits_.exchange);
+  ++connection.served;
+  const bool last = connection.served >= limits_.requestsPerConnection || stopping();
+  bool closed = false;
+  closeRequested = false;
+  const bool ok = process_request(stream, last, closed, nullptr) && stream.flush();
+  connection.input = stream.takeUnread();
+  return ok && !closed && !closeRequested && !last;
 }
 
 }  // namespace qmv::sandbox

@@ -1,23 +1,23 @@
 #pragma once
 // GuardedHttpServer: cpp-httplib's server with the connection handling the sandbox needs
-// to face a LAN. The library's own loop lets a peer hold a worker as long as it sends a byte
-// before each read timeout, keeps idle connections for their whole keep-alive time however
-// many others wait, and answers with headers and body in two segments, so that a kept-alive
-// client's delayed acknowledgement stalls every later answer by ~40 ms under Nagle. Here:
-// Nagle is off, every exchange has a deadline (DeadlineSocketStream), workers come from a
-// growing WorkerPool, and connections idle between requests give way to waiting ones.
+// to face a LAN. The library's own loop hands each accepted connection to a worker that
+// then waits on the peer: a peer that trickles its headers, or sends nothing, holds a
+// worker for as long as it keeps sending a byte before each read timeout, and enough of
+// them stall every other client. Here a connection waits for its request in the
+// ConnectionGate and reaches a worker only once the request has arrived; the gate bounds
+// connections and workers per peer and the time a header block may take, and every
+// exchange on a worker has a deadline (DeadlineSocketStream). Answers leave without
+// Nagle's delay, in one segment where they fit.
 #include <httplib.h>
 
 #include <atomic>
 #include <string>
 #include <string_view>
 
+#include "apps/sandbox/connection_gate.h"
 #include "apps/sandbox/sandbox_server.h"
-#include "apps/sandbox/worker_pool.h"
 
 namespace qmv::sandbox {
-
-class DeadlineSocketStream;
 
 class GuardedHttpServer : public httplib::Server {
  public:
@@ -37,15 +37,14 @@ class GuardedHttpServer : public httplib::Server {
   std::string answerInMemory(std::string_view request);
 
  private:
+  // Hands an accepted socket to the gate (on the accepting thread; never blocks).
   bool process_and_close_socket(socket_t sock) override;
-  // Waits for the next request on a connection: true when its first byte is there; false
-  // when the peer leaves, the idle time ends, a connection waits for a worker, or the
-  // server stops.
-  bool awaitRequest(int sock, const DeadlineSocketStream& stream) const;
+  // Serves the request that has arrived on `connection`, on a worker; true to keep it.
+  bool serveArrived(ConnectionGate::Connection& connection);
   bool stopping() const { return svr_sock_ == INVALID_SOCKET; }
 
   const ServerLimits limits_;
-  std::atomic<WorkerPool*> pool_{nullptr};
+  std::atomic<ConnectionGate*> gate_{nullptr};
 };
 
 }  // namespace qmv::sandbox

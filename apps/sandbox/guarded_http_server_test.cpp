@@ -20,8 +20,18 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-int connectTo(int port) {
+// A connection from `from` (any 127.x.y.z is this machine); -1 when it cannot be made.
+int connectTo(int port, const char* from = nullptr) {
   const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+  if (from != nullptr) {
+    sockaddr_in local{};
+    local.sin_family = AF_INET;
+    ::inet_pton(AF_INET, from, &local.sin_addr);
+    if (::bind(fd, reinterpret_cast<sockaddr*>(&local), sizeof local) != 0) {
+      ::close(fd);
+      return -1;
+    }
+  }
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<uint16_t>(port));
@@ -145,6 +155,48 @@ TEST(SandboxConnections, SlowAndSilentPeersNeitherStallOthersNorKeepTheirWorker)
     ::close(busy);
     for (const int fd : silent) ::close(fd);
   }
+  std::filesystem::remove_all(home);
+}
+
+// A hostile peer opening 256 connections and trickling their headers once kept 64 workers
+// for ten seconds each and left everyone else waiting. Now the peer holds no worker, only
+// its share of connections, each until its header deadline; a client behind its address
+// still gets in.
+TEST(SandboxConnections, ManySlowConnectionsFromOnePeerNeitherDelayOthersNorStayOpen) {
+  const auto home = freshHome();
+  SandboxOptions options{home};
+  options.limits.header = milliseconds(1000);
+  options.limits.idle = milliseconds(3000);
+  SandboxServer server(options);
+  ASSERT_EQ(server.start(), "");
+  std::vector<int> slow;
+  for (int i = 0; i < 256; ++i) {
+    const int fd = connectTo(server.port(), "127.0.0.2");
+    ASSERT_GE(fd, 0);
+    ::send(fd, "G", 1, MSG_NOSIGNAL);
+    slow.push_back(fd);
+  }
+  const auto began = Clock::now();
+  double slowest = 0;
+  for (int i = 0; i < 20; ++i) {
+    const int fd = connectTo(server.port());
+    const auto start = Clock::now();
+    EXPECT_TRUE(askedAndAnswered(fd));
+    slowest = std::max(slowest, std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+    ::close(fd);
+  }
+  const int neighbour = connectTo(server.port(), "127.0.0.2");
+  EXPECT_TRUE(askedAndAnswered(neighbour));
+  ::close(neighbour);
+  EXPECT_LT(slowest, 500.0);
+  // Past its share the peer's oldest trickles are closed at once; the rest go at the
+  // header deadline.
+  int closed = 0;
+  for (const int fd : slow) closed += closedBy(fd, Clock::now() + milliseconds(5)) ? 1 : 0;
+  EXPECT_GE(closed, 256 - ServerLimits{}.connectionsPerPeer);
+  for (const int fd : slow) EXPECT_TRUE(closedBy(fd, began + milliseconds(2500)));
+  for (const int fd : slow) ::close(fd);
+  server.stop();
   std::filesystem::remove_all(home);
 }
 

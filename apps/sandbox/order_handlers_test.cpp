@@ -54,22 +54,17 @@ TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThe
   for (const Json& order : listed) {
     EXPECT_NE(order["orderId"], orderId) << "unpaid orders are not listed";
   }
-  EXPECT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", prepay}, {"result", "maybe"}})), "1");
-  EXPECT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", "unknown"}, {"result", "success"}})), "1");
-  ASSERT_EQ(code(api_->post("/sandbox/pay/complete", {{"prepay_id", prepay}, {"result", "success"}})), "0");
+  EXPECT_EQ(code(complete(prepay, "maybe")), "1");
+  EXPECT_EQ(code(complete("unknown", "success")), "1");
+  ASSERT_EQ(code(complete(prepay, "success")), "0");
   EXPECT_EQ(api_->balance(session), 0);
   EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", orderId}})["data"]["status"], "2");
-  EXPECT_EQ(api_->post("/sandbox/pay/complete", {{"prepay_id", prepay}, {"result", "success"}})["message"],
-            "该订单已处理");
+  EXPECT_EQ(complete(prepay, "success")["message"], "该订单已处理");
 
   // Without balance use the channel pays it all; a cancelled payment closes the order.
   const Json cancelled = api_->post("postPayForStore", storePayment(session, 800, "2", false));
-  ASSERT_EQ(
-      code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "cancel"}})),
-      "0");
-  EXPECT_EQ(
-      code(api_->post("/sandbox/pay/complete", {{"prepay_id", cancelled["data"]["prepay_id"]}, {"result", "success"}})),
-      "1");
+  ASSERT_EQ(code(complete(cancelled["data"]["prepay_id"], "cancel")), "0");
+  EXPECT_EQ(code(complete(cancelled["data"]["prepay_id"], "success")), "1");
   EXPECT_EQ(api_->balance(session), 0);
 }
 
@@ -78,9 +73,7 @@ TEST_F(SandboxTest, BalancePartThatVanishedBeforeCompletionIsRefused) {
   const Json waiting = api_->post("postPayForStore", storePayment(session, kDemoBalanceFen + 100, "1", true));
   ASSERT_EQ(code(waiting), "0");
   ASSERT_EQ(code(api_->post("postPayForStore", storePayment(session, 1000, "3", true))), "0");
-  EXPECT_EQ(api_->post("/sandbox/pay/complete",
-                       {{"prepay_id", waiting["data"]["prepay_id"]}, {"result", "success"}})["message"],
-            "余额不足");
+  EXPECT_EQ(complete(waiting["data"]["prepay_id"], "success")["message"], "余额不足");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 1000);
 }
 

@@ -11,7 +11,8 @@ constexpr const char* kMsgNotContact = "该用户不是您的人脉";
 Reply contactsOf(Call& call, int64_t inviterId, int64_t page) {
   Json list = Json::array();
   for (const Json& row :
-       call.db.query("SELECT m.*, (SELECT COUNT(*) FROM members x WHERE x.inviter_id = m.id) AS invited FROM members m "
+       call.db.query("SELECT m.id, m.num, m.phone, m.nick_name, m.user_name, m.created, "
+                     "(SELECT COUNT(*) FROM members x WHERE x.inviter_id = m.id) AS invited FROM members m "
                      "WHERE m.inviter_id = ? ORDER BY m.created, m.id LIMIT ? OFFSET ?",
                      {inviterId, kPageSize, (page - 1) * kPageSize})) {
     list.push_back(contactRecord(call, row, row["invited"].get<int64_t>()));

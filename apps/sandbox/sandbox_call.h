@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/sandbox/login_throttle.h"
 #include "apps/sandbox/sandbox_reply.h"
 #include "apps/sandbox/sandbox_store.h"
 #include "core/common/json.h"
@@ -35,6 +36,9 @@ struct Call {
   // Set by a handler whose refusal must still commit what it wrote (a failed code attempt
   // counts even though the request is refused).
   bool keepWritesOnRefusal = false;
+  // Who asked (peerKey of the address) and the back-off its password attempts are under.
+  std::string peer{};
+  LoginThrottle* throttle = nullptr;
 
   // The argument, or "" when absent.
   std::string arg(const std::string& key) const {

@@ -18,6 +18,13 @@ int64_t integer(const Json& row, const char* key) {
   return (it != row.end() && it->is_number_integer()) ? it->get<int64_t>() : 0;
 }
 
+// The served portrait of a member, or "" when he has none.
+std::string portraitUrl(const Call& call, const Json& m) {
+  const bool hasPortrait =
+      !call.db.queryOne("SELECT 1 FROM members WHERE id = ? AND portrait IS NOT NULL", {m["id"]}).is_null();
+  return hasPortrait ? call.rootUrl + "/sandbox/portrait/" + text(m, "num") + ".png" : "";
+}
+
 }  // namespace
 
 const char* const kStoreColumns =
@@ -41,8 +48,6 @@ Json memberRecord(const Call& call, const Json& m, const std::string& sessionId)
   if (m.contains("inviter_id") && m["inviter_id"].is_number_integer()) {
     inviter = text(call.db.queryOne("SELECT num FROM members WHERE id = ?", {m["inviter_id"]}), "num");
   }
-  const bool hasPortrait =
-      !call.db.queryOne("SELECT 1 FROM members WHERE id = ? AND portrait IS NOT NULL", {m["id"]}).is_null();
   Json record = Json::object();
   record["sessionId"] = sessionId;
   record["phone"] = text(m, "phone");
@@ -55,7 +60,7 @@ Json memberRecord(const Call& call, const Json& m, const std::string& sessionId)
   record["inviterId"] = inviter;
   record["balance"] = std::to_string(integer(m, "balance"));
   record["bankCardNum"] = hasCard ? "1" : "0";
-  record["imgUrl"] = hasPortrait ? call.rootUrl + "/sandbox/portrait/" + text(m, "num") + ".png" : "";
+  record["imgUrl"] = portraitUrl(call, m);
   record["address"] = text(m, "address");
   record["address_name"] = text(m, "address_name");
   record["address_phone"] = text(m, "address_phone");
@@ -69,9 +74,15 @@ Json memberRecord(const Call& call, const Json& m, const std::string& sessionId)
 }
 
 Json contactRecord(const Call& call, const Json& m, int64_t invitedCount) {
-  Json record = memberRecord(call, m, "");
-  record["num"] = std::to_string(invitedCount);
+  // What the contacts screens show, and no more: a contact's balance, legal name, birthday
+  // and addresses are his own. "name" is the name he goes by.
+  const std::string nickName = text(m, "nick_name");
+  Json record = Json::object();
+  record["imgUrl"] = portraitUrl(call, m);
+  record["name"] = nickName.empty() ? text(m, "user_name") : nickName;
+  record["phone"] = text(m, "phone");
   record["time"] = dateText(integer(m, "created"));
+  record["num"] = std::to_string(invitedCount);
   return record;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 // The JSON records the sandbox answers with, in the shapes the client reads: the member
-// record (also used for contacts), stores with "coordinate" longitude first (BD-09), offers
+// record and the narrower contact entry, stores with "coordinate" longitude first (BD-09), offers
 // ("commodities") with their rule, package and note lists, orders, and remarks. Rows are
 // those of the sandbox's tables.
 #include <cstdint>
@@ -12,7 +12,8 @@ namespace qmv::sandbox {
 
 // Member record keys of the login and profile answers; `sessionId` may be empty.
 Json memberRecord(const Call& call, const Json& memberRow, const std::string& sessionId);
-// Contact entry: the member record with "num" = how many members this one invited.
+// Contact entry: what the contacts screens show ("imgUrl", "name", "phone", "time") and
+// "num" = how many members this one invited.
 Json contactRecord(const Call& call, const Json& memberRow, int64_t invitedCount);
 
 // SELECT list producing the store columns `storeRecord` reads (table alias "s").

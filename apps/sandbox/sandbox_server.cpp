@@ -16,12 +16,17 @@
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/fair_lock.h"
 #include "apps/sandbox/guarded_http_server.h"
+#include "apps/sandbox/login_throttle.h"
 #include "apps/sandbox/object_handlers.h"
 #include "apps/sandbox/order_payment.h"
 #include "apps/sandbox/page_handlers.h"
+#include "apps/sandbox/parameter_rules.h"
+#include "apps/sandbox/payment_key.h"
+#include "apps/sandbox/peer_address.h"
 #include "apps/sandbox/sandbox_records.h"
 #include "apps/sandbox/sandbox_store.h"
 #include "apps/sandbox/sandbox_util.h"
+#include "apps/sandbox/user_names.h"
 #include "core/common/log.h"
 #include "platform/file_locations.h"
 
@@ -29,6 +34,7 @@ namespace qmv::sandbox {
 namespace {
 
 constexpr size_t kMaxPayload = 8 * 1024 * 1024;
+constexpr const char* kMsgUnsignedPayment = "支付结果验证失败";
 
 std::string envelope(const Reply& reply) {
   Json body = Json::object();
@@ -92,6 +98,9 @@ struct SandboxServer::Impl {
   std::thread thread;
   int port = 0;
   std::string rememberedImage;
+  std::string paymentKey;
+  Endpoint completion;
+  std::unique_ptr<LoginThrottle> throttle;
   // Requests take the store in the order they arrive (see FairLock).
   FairLock turns;
 
@@ -124,14 +133,21 @@ struct SandboxServer::Impl {
   }
 
   // Runs a handler inside one transaction and answers with its envelope.
-  void serve(const httplib::Request& req, httplib::Response& res, const Endpoint& endpoint) {
+  void serve(const httplib::Request& req, httplib::Response& res, const Endpoint& endpoint,
+             const EndpointParameters& parameters) {
     Reply reply;
     std::vector<std::string> setCookies;
     try {
       std::lock_guard turn(turns);
       db->transact(endpoint.writes, [&] {
         Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode, {}, {}, false};
+        call.peer = peerKey(req.remote_addr);
+        call.throttle = throttle.get();
         readArguments(req, call);
+        if (auto refusal = applyParameterRules(parameters, call)) {
+          reply = std::move(*refusal);
+          return false;
+        }
         call.cookies = parseCookies(req.get_header_value("Cookie"));
         call.sessionId = call.arg("sessionId");
         if (endpoint.session != SessionRule::kNone) call.member = memberOfSession(call.sessionId);
@@ -160,12 +176,16 @@ struct SandboxServer::Impl {
     std::filesystem::create_directories(options.home, ec);
     if (ec) return "cannot create " + options.home.string() + ": " + ec.message();
     std::string error;
-    db = SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db", &error);
+    paymentKey = loadPaymentKey(options.home, &error);
+    if (paymentKey.empty()) return error;
+    db = SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db",
+                            &error);
     if (!db) return error;
     try {
       const std::filesystem::path resources =
           options.resources.empty() ? HomeFileLocations(options.home).resourceDirectory() : options.resources;
       prepareDatabase(*db, resources / "area.db");
+      prepareUserNameKeys(*db);
     } catch (const std::exception& failure) {
       db.reset();
       return std::string("cannot prepare the sandbox database: ") + failure.what();
@@ -202,15 +222,24 @@ struct SandboxServer::Impl {
           res.status = 405;
           return;
         }
-        serve(req, res, *endpoint);
+        serve(req, res, *endpoint, parametersOf(req.matches[1].str()));
       };
     };
     http->Get(R"(/qmv/app/v3/([^/]+))", api(HttpMethod::kGet));
     http->Post(R"(/qmv/app/v3/([^/]+))", api(HttpMethod::kPost));
 
-    static const Endpoint kComplete{HttpMethod::kPost, SessionRule::kNone, true, completePayment};
-    http->Post("/sandbox/pay/complete",
-               [this](const httplib::Request& req, httplib::Response& res) { serve(req, res, kComplete); });
+    // Only the payment applications, which hold the home's payment key, may report a
+    // payment: the member who prepared it knows its prepay id too.
+    completion =
+        Endpoint{HttpMethod::kPost, SessionRule::kNone, true, [this](Call& call) {
+                   if (!completionSigned(paymentKey, call.arg("prepay_id"), call.arg("result"), call.arg("sign"))) {
+                     return Reply::refuse(kMsgUnsignedPayment);
+                   }
+                   return completePayment(call);
+                 }};
+    http->Post("/sandbox/pay/complete", [this](const httplib::Request& req, httplib::Response& res) {
+      serve(req, res, completion, parametersOf(kCompletionRoute));
+    });
 
     // Pages greet the member whose session came in the "sessionId" cookie, so that a
     // client can see that its page host handed the session over.
@@ -264,6 +293,7 @@ struct SandboxServer::Impl {
 
 SandboxServer::SandboxServer(SandboxOptions options) : impl_(std::make_unique<Impl>()) {
   impl_->options = std::move(options);
+  impl_->throttle = std::make_unique<LoginThrottle>(impl_->options.clock);
 }
 
 SandboxServer::~SandboxServer() { stop(); }
@@ -301,6 +331,8 @@ std::string SandboxServer::baseUrl() const { return rootUrl() + "/qmv/app/v3/"; 
 
 std::string SandboxServer::rootUrl() const { return impl_->root(); }
 
+std::string SandboxServer::paymentKey() const { return impl_->paymentKey; }
+
 std::string SandboxServer::answerRequest(std::string_view request) {
   if (!impl_->prepare().empty()) return "";
   return impl_->http->answerInMemory(request);
@@ -320,6 +352,7 @@ std::string SandboxServer::returnToState() {
   if (!impl_->db || impl_->rememberedImage.empty()) return "nothing remembered";
   try {
     impl_->db->restoreImage(impl_->rememberedImage);
+    impl_->throttle->clear();
   } catch (const StoreError& error) {
     return error.what();
   }

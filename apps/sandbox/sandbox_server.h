@@ -5,8 +5,9 @@
 // the rest live in <home>/sandbox.db. Besides the application API it serves the server-hosted
 // pages under /static/, pictures under /sandbox/img/ and /sandbox/portrait/, an object store
 // under /oss/ (GET and PUT, files in <home>/oss), and the payment
-// completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel) through
-// which the sandbox payment adapters finish a payment the way a vendor application would.
+// completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel, sign)
+// through which the sandbox payment adapters finish a payment the way a vendor application
+// would; "sign" proves the adapter holds the home's payment key (payment_key.h).
 //
 // Embedding: construct, start() (binds and serves on its own thread), stop() or destroy.
 //
@@ -15,6 +16,7 @@
 // for the application API, answer-<pid>-<n>.body otherwise); the fuzzers' seeds come from there.
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,18 +26,25 @@ namespace qmv::sandbox {
 // The SMS code of demo mode: every code request is answered with it (and it is logged).
 inline constexpr const char* kDemoSmsCode = "123456";
 
-// How long a connection may hold one of the server's workers. Each accepted connection
-// takes a worker for its life; the limits keep slow or silent peers from taking them all.
+// How long and how much a peer may take of the server. A connection waits for its request
+// without a worker (see ConnectionGate) and takes one only while it is served.
 struct ServerLimits {
-  // Connections served at once; more wait in a queue, and while any waits, kept-alive
-  // connections that are between requests are closed to make room.
+  // Requests served at once; more arrived ones wait for a worker.
   int workers = 64;
   // How long a connection may sit between requests (or before its first one).
   std::chrono::milliseconds idle{5000};
+  // From a request's first byte until its header block (and a small body) is in.
+  std::chrono::milliseconds header{5000};
   // From the first byte of a request to the last byte of its answer.
   std::chrono::milliseconds exchange{10000};
   // Requests on one connection before it is closed.
   int requestsPerConnection = 1000;
+  // Connections one peer (an IPv4 address, an IPv6 /64) may hold open (past them its
+  // longest-waiting one is closed), and how many of its requests are served at once.
+  int connectionsPerPeer = 64;
+  int workersPerPeer = 16;
+  // Connections open in all (also kept within the process's descriptor limit).
+  int connections = 4096;
 };
 
 struct SandboxOptions {
@@ -48,6 +57,9 @@ struct SandboxOptions {
   // for running many requests with no disk behind each.
   bool memoryStore = false;
   ServerLimits limits{};
+  // The clock password back-off is measured by; empty: the steady clock. Tests move it
+  // instead of waiting.
+  std::function<std::chrono::steady_clock::time_point()> clock{};
   // Directory of the client's shipped databases, whose area table the sandbox serves;
   // empty: where the client itself finds them (HomeFileLocations).
   std::filesystem::path resources{};
@@ -72,6 +84,9 @@ class SandboxServer {
   std::string baseUrl() const;
   // "http://<host>:<port>"
   std::string rootUrl() const;
+  // The key completions must be signed with (sandboxCompletionSignature), for the payment
+  // applications standing in for the vendors; "" before the home is opened.
+  std::string paymentKey() const;
 
   // Serves one raw HTTP request without any socket and returns the raw answer: empty when
   // the request could not be read, or when the home could not be opened (as start() does

@@ -2,6 +2,9 @@
 // Test support: a sandbox started in-process on a free port with a fresh temporary home,
 // and a small JSON client over httplib for driving its endpoints.
 #include <gtest/gtest.h>
+
+#include "platform/linux/sandbox_payment_apps.h"
+// After the client's headers: httplib brings a DELETE macro.
 #include <httplib.h>
 
 #include <atomic>
@@ -45,6 +48,13 @@ class ApiClient {
   }
   httplib::Client& raw() { return http_; }
 
+  // Reports a waiting payment's `result` as the payment applications do, signed with `key`.
+  Json complete(const std::string& key, const std::string& prepayId, const std::string& result) {
+    return post(
+        "/sandbox/pay/complete",
+        {{"prepay_id", prepayId}, {"result", result}, {"sign", sandboxCompletionSignature(key, prepayId, result)}});
+  }
+
   // Signs in and returns the session id ("" when refused).
   std::string login(const std::string& phone = kDemoPhone, const std::string& password = kDemoPassword) {
     const Json reply = get("getUserLogin", {{"userName", phone}, {"userPassword", md5Hex(password)}});
@@ -78,6 +88,10 @@ class SandboxTest : public ::testing::Test {
     std::filesystem::remove_all(home_);
   }
   static std::string code(const Json& reply) { return reply.value("success", "<none>"); }
+  // A payment application's report on a waiting payment.
+  Json complete(const std::string& prepayId, const std::string& result) {
+    return api_->complete(server_->paymentKey(), prepayId, result);
+  }
 
   std::filesystem::path home_;
   std::unique_ptr<SandboxServer> server_;

@@ -12,7 +12,6 @@ void WorkerPool::enqueue(std::function<void()> job) {
     jobs_.push_back(std::move(job));
     // A thread is started only when no started one is free to take the job.
     if (idle_ < jobs_.size() && threads_.size() < maxThreads_) threads_.emplace_back([this] { work(); });
-    noteStarvation();
   }
   ready_.notify_one();
 }
@@ -28,10 +27,6 @@ void WorkerPool::shutdown() {
   }
 }
 
-void WorkerPool::noteStarvation() {
-  starved_.store(jobs_.size() > idle_ && threads_.size() >= maxThreads_, std::memory_order_relaxed);
-}
-
 void WorkerPool::work() {
   for (;;) {
     std::function<void()> job;
@@ -43,7 +38,6 @@ void WorkerPool::work() {
       if (jobs_.empty()) return;  // stopping, nothing left to run
       job = std::move(jobs_.front());
       jobs_.pop_front();
-      noteStarvation();
     }
     job();
   }

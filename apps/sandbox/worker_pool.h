@@ -1,12 +1,9 @@
 #pragma once
-// WorkerPool: the sandbox server's task queue. Each accepted connection is one job that
-// holds a worker for the connection's life, so the pool starts threads as jobs arrive
-// (up to a maximum) instead of all at once, and tells the server how many connections
-// wait with no worker to take them, so that idle kept-alive connections can make room.
-// REQUIRES: no enqueue after shutdown (the server stops accepting first).
+// WorkerPool: the threads that serve the sandbox's requests. Each job serves one request
+// that has arrived; the pool starts threads as jobs arrive (up to a maximum) instead of
+// all at once. REQUIRES: no enqueue after shutdown (the server stops accepting first).
 #include <httplib.h>
 
-#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -29,14 +26,8 @@ class WorkerPool : public httplib::TaskQueue {
   // Runs the jobs still queued, then joins every thread. Safe to call more than once.
   void shutdown() override;
 
-  // Whether a job waits that no worker can take: every thread is started and busy. A job
-  // that merely waits for a thread being started does not count. Thread-safe.
-  bool starved() const { return starved_.load(std::memory_order_relaxed); }
-
  private:
   void work();
-  // REQUIRES: mutex_ held.
-  void noteStarvation();
 
   const size_t maxThreads_;
   std::mutex mutex_;
@@ -45,7 +36,6 @@ class WorkerPool : public httplib::TaskQueue {
   std::vector<std::thread> threads_;
   size_t idle_ = 0;
   bool stopping_ = false;
-  std::atomic<bool> starved_{false};
 };
 
 }  // namespace qmv::sandbox

@@ -60,10 +60,12 @@ std::string formEncoded(const Json& arguments) {
   return out;
 }
 
-std::string withQuery(const std::string& url, const Json& arguments) {
+std::string withQuery(std::string url, const Json& arguments) {
   const std::string query = formEncoded(arguments);
   if (query.empty()) return url;
-  return url + (url.find('?') != std::string::npos ? "&" : "?") + query;
+  url += url.find('?') != std::string::npos ? '&' : '?';
+  url += query;
+  return url;
 }
 
 std::string randomBoundary() {
@@ -123,27 +125,29 @@ std::string NetworkAgent::buildRequestUrl(const BaseRequest& request) const {
   std::string detail = request.requestUrl();
   if (detail.starts_with("http")) return detail;
   const NetworkConfig& config = NetworkConfig::sharedInstance();
-  const auto filters = config.urlFilters();
-  for (const auto& filter : filters) detail = filter->filterUrl(detail, request);
-  std::string base;
-  if (request.useCDN()) {
-    base = request.cdnUrl().empty() ? config.cdnUrl() : request.cdnUrl();
-  } else {
-    base = request.baseUrl().empty() ? config.baseUrl() : request.baseUrl();
+  if (!config.urlFilters().empty()) {
+    // A copy: a filter may change the configuration's list while it runs.
+    const auto filters = config.urlFilters();
+    for (const auto& filter : filters) detail = filter->filterUrl(detail, request);
   }
-  return base + detail;
+  const bool cdn = request.useCDN();
+  const std::string own = cdn ? request.cdnUrl() : request.baseUrl();
+  const std::string& base = !own.empty() ? own : cdn ? config.cdnUrl() : config.baseUrl();
+  std::string url;
+  url.reserve(base.size() + detail.size());
+  url.append(base).append(detail);
+  return url;
 }
 
 void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
   if (!request) return;
   const RequestMethod method = request->requestMethod();
-  const std::string url = buildRequestUrl(*request);
+  std::string url = buildRequestUrl(*request);
   const Json arguments = request->requestArgument();
   const auto bodyBlock = request->constructingBodyBlock();
   const RequestSerializerType serializer = request->requestSerializerType();
 
   HttpRequest http;
-  http.url = url;
   http.timeout = std::chrono::milliseconds(static_cast<long long>(request->requestTimeoutInterval() * 1000.0));
   http.maxResponseBytes = NetworkConfig::sharedInstance().maxResponseBytes();
 
@@ -181,14 +185,15 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
           http.resume = true;
           http.progress = request->resumableDownloadProgressBlock();
         } else {
-          http.url = withQuery(url, arguments);
+          http.url = withQuery(std::move(url), arguments);
         }
         break;
       case RequestMethod::HEAD:
       case RequestMethod::DELETE:
-        http.url = withQuery(url, arguments);
+        http.url = withQuery(std::move(url), arguments);
         break;
       case RequestMethod::POST:
+        http.url = std::move(url);
         if (bodyBlock) {
           setMultipartBody(http, arguments, bodyBlock);
         } else {
@@ -197,14 +202,16 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
         break;
       case RequestMethod::PUT:
       case RequestMethod::PATCH:
+        http.url = std::move(url);
         setBody(http, arguments, serializer);
         break;
     }
   }
 
-  auto operation = std::make_shared<RequestOperation>(std::move(http));
+  auto operation = std::make_shared<RequestOperation>();
   request->requestOperation = operation;
-  operation->start(transport(), [this](const std::shared_ptr<RequestOperation>& op) { handleRequestResult(op); });
+  operation->start(transport(), std::move(http),
+                   [this](const std::shared_ptr<RequestOperation>& op) { handleRequestResult(op); });
   if (logLineEnabled()) logLine("Add request: " + request->className());
   addOperation(request);
 }

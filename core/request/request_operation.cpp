@@ -12,7 +12,7 @@ std::uint64_t nextHash() {
 
 }  // namespace
 
-RequestOperation::RequestOperation(HttpRequest request) : hash_(nextHash()), request_(std::move(request)) {}
+RequestOperation::RequestOperation() : hash_(nextHash()) {}
 
 const Json& RequestOperation::responseObject() const {
   if (!responseObject_) {
@@ -22,12 +22,12 @@ const Json& RequestOperation::responseObject() const {
   return *responseObject_;
 }
 
-void RequestOperation::start(std::shared_ptr<HttpTransport> transport, Completion completion) {
+void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpRequest request, Completion completion) {
   transport_ = std::move(transport);
   executing_ = true;
   // The transfer keeps its operation alive until it reports.
   transferId_ = transport_->send(
-      request_, [self = shared_from_this(), completion = std::move(completion)](HttpResponse response) {
+      std::move(request), [self = shared_from_this(), completion = std::move(completion)](HttpResponse response) {
         if (self->cancelled_) return;
         self->response_ = std::move(response);
         self->responseObject_.reset();

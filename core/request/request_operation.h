@@ -1,7 +1,6 @@
 #pragma once
-// One HTTP transfer carrying a request: the typed request that was sent, the response
-// once it ended, and its identity (hash) under which the agent records the request.
-// Used on the interface thread only.
+// One HTTP transfer carrying a request: the response once it ended, and its identity
+// (hash) under which the agent records the request. Used on the interface thread only.
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -16,11 +15,10 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
  public:
   using Completion = std::function<void(const std::shared_ptr<RequestOperation>&)>;
 
-  explicit RequestOperation(HttpRequest request);
+  RequestOperation();
 
   // Unique for the life of the process.
   std::uint64_t hash() const { return hash_; }
-  const HttpRequest& request() const { return request_; }
   // Empty (status 0) until the transfer ends.
   const HttpResponse& response() const { return response_; }
   // The response body decoded as JSON; null when it is not JSON. Decoded once.
@@ -29,15 +27,14 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
   bool isExecuting() const { return executing_; }
   bool isCancelled() const { return cancelled_; }
 
-  // Sends through `transport`. `completion` runs on the main loop when the transfer ends,
-  // with success or error alike; it never runs for a cancelled operation.
-  void start(std::shared_ptr<HttpTransport> transport, Completion completion);
+  // Sends `request` through `transport`. `completion` runs on the main loop when the
+  // transfer ends, with success or error alike; it never runs for a cancelled operation.
+  void start(std::shared_ptr<HttpTransport> transport, HttpRequest request, Completion completion);
   // Stops the transfer. No effect once the operation has ended.
   void cancel();
 
  private:
   const std::uint64_t hash_;
-  HttpRequest request_;
   HttpResponse response_;
   mutable std::optional<Json> responseObject_;
   std::shared_ptr<HttpTransport> transport_;

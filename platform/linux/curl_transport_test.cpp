@@ -1,6 +1,7 @@
 #include "platform/linux/curl_transport.h"
 
 #include <glib.h>
+#include <malloc.h>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 #include <optional>
 
 #include "platform/cookie_store.h"
+#include "platform/env.h"
 #include "platform/linux/asio_main_loop.h"
 #include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/glib_main_loop.h"
@@ -366,6 +368,59 @@ TEST_P(CurlTransportTest, AReusedHandleKeepsNothingOfTheRequestBefore) {
   EXPECT_EQ(headAnswer.status, 200);
   EXPECT_EQ(headAnswer.body, "");
   EXPECT_EQ(sendAndWait(get).body, "GET||");
+  // Plain GETs in turn: one's header fields are not sent with the next.
+  HttpRequest withField;
+  withField.url = server_.url("/whoami");
+  withField.headers = {{"Cookie", "manual=1"}};
+  EXPECT_EQ(sendAndWait(withField).body, "manual=1");
+  HttpRequest withoutField = withField;
+  withoutField.headers.clear();
+  EXPECT_EQ(sendAndWait(withoutField).body, "");
+  EXPECT_EQ(sendAndWait(withField).body, "manual=1");
+}
+
+// Handles pass from transfer to transfer, plain GETs' without a reset and others' with
+// one; each must keep sending the store's cookies, and none may gather anything per
+// transfer (curl keeps every cookie file it is given, and reads them all each time).
+TEST_P(CurlTransportTest, ReusedHandlesKeepTheirCookiesAndGrowNothing) {
+  HttpRequest login;
+  login.url = server_.url("/login");
+  sendAndWait(login);
+  HttpRequest whoami;
+  whoami.url = server_.url("/whoami");
+  HttpRequest authorised = whoami;
+  authorised.basicAuth = BasicAuth{"user", "secret"};
+  const auto heapInUse = [] { return mallinfo2().uordblks; };
+  std::size_t before = 0;
+  for (int i = 0; i < 700; ++i) {
+    if (i == 100) before = heapInUse();
+    const std::string sent = sendAndWait(i % 2 == 0 ? authorised : whoami).body;
+    ASSERT_TRUE(sent == "sessionId=abc; theme=dark" || sent == "theme=dark; sessionId=abc") << i << ": " << sent;
+  }
+  const std::size_t after = heapInUse();
+  EXPECT_LT(after, before + 12 * 1024) << "grew by " << after - before << " bytes over 600 transfers";
+
+  // A handle that served the store and then a transfer without one: that transfer neither
+  // sends the store's cookies nor keeps what it is sent, in the store or anywhere else.
+  CurlTransport fromEnv(loop_, nullptr);
+  const auto send = [&](const HttpRequest& request, std::shared_ptr<CookieStore> store) {
+    Env env;
+    env.mainLoop = loop_;
+    env.cookies = std::move(store);
+    ScopedEnv scoped(std::move(env));
+    std::optional<HttpResponse> got;
+    fromEnv.send(request, [&](HttpResponse r) { got = std::move(r); });
+    EXPECT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(10000)));
+    return got.value_or(HttpResponse{}).body;
+  };
+  EXPECT_NE(send(whoami, cookies_).find("sessionId=abc"), std::string::npos);
+  EXPECT_EQ(send(whoami, nullptr), "");
+  HttpRequest logout = whoami;
+  logout.url = server_.url("/logout");
+  send(logout, nullptr);
+  send(login, nullptr);
+  EXPECT_EQ(send(whoami, nullptr), "");
+  EXPECT_NE(send(whoami, cookies_).find("sessionId=abc"), std::string::npos);
 }
 
 TEST_P(CurlTransportTest, DestroyingTheTransportDropsRunningAndQueuedTransfers) {

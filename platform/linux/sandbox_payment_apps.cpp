@@ -1,5 +1,9 @@
 #include "platform/linux/sandbox_payment_apps.h"
 
+#include <openssl/evp.h>
+#include <openssl/hmac.h>
+
+#include <cstdlib>
 #include <map>
 
 #include "core/common/json.h"
@@ -38,7 +42,9 @@ void completeAtSandbox(const SandboxPaymentSetup& setup, const std::string& prep
   request.method = "POST";
   request.url = setup.completeUrl;
   request.contentType = "application/x-www-form-urlencoded";
-  request.body = "prepay_id=" + percentEncode(prepayId) + "&result=" + resultName(setup.outcome);
+  const std::string result = resultName(setup.outcome);
+  request.body = "prepay_id=" + percentEncode(prepayId) + "&result=" + result +
+                 "&sign=" + sandboxCompletionSignature(setup.paymentKey, prepayId, result);
   setup.http->send(std::move(request), [outcome = setup.outcome, done = std::move(done)](HttpResponse response) {
     const Json envelope = response.status == 200 ? parseJson(response.body) : Json();
     if (envelope.is_object() && envelope.value("success", Json()) == "0") {
@@ -71,17 +77,45 @@ std::string unicodeEscaped(const std::u16string& text) {
 
 }  // namespace
 
-SandboxWeChatApp::SandboxWeChatApp(SandboxPaymentSetup setup, std::string apiKey)
-    : setup_(std::move(setup)), apiKey_(std::move(apiKey)) {}
+std::string sandboxCompletionSignature(const std::string& key, const std::string& prepayId, const std::string& result) {
+  const std::string message = "prepay_id=" + prepayId + "&result=" + result;
+  unsigned char digest[EVP_MAX_MD_SIZE];
+  unsigned int length = 0;
+  if (HMAC(EVP_sha256(), key.data(), static_cast<int>(key.size()),
+           reinterpret_cast<const unsigned char*>(message.data()), message.size(), digest, &length) == nullptr) {
+    return "";
+  }
+  static const char* const kHex = "0123456789abcdef";
+  std::string out;
+  for (unsigned int i = 0; i < length; ++i) {
+    out += kHex[digest[i] >> 4];
+    out += kHex[digest[i] & 0xF];
+  }
+  return out;
+}
+
+SandboxWeChatApp::SandboxWeChatApp(SandboxPaymentSetup setup, WeChatMerchant merchant)
+    : setup_(std::move(setup)), merchant_(std::move(merchant)) {}
+
+std::string SandboxWeChatApp::problemWith(const PayReq& r) const {
+  if (r.openID != merchant_.appId) return "an app id that is not the merchant's";
+  if (r.partnerId != merchant_.partnerId) return "a partner id that is not the merchant's";
+  const long now = static_cast<long>(setup_.clock ? setup_.clock->unixSeconds() : SystemClock().unixSeconds());
+  if (std::labs(now - r.timeStamp) > kTimeStampSkewSeconds) return "a time stamp too far from now";
+  if (r.prepayId.empty() || r.package != "Sign=WXPay") return "no prepared payment";
+  const std::map<std::string, std::string> signed_ = {
+      {"appid", r.openID},        {"noncestr", r.nonceStr}, {"package", r.package},
+      {"partnerid", r.partnerId}, {"prepayid", r.prepayId}, {"timestamp", std::to_string(r.timeStamp)}};
+  if (StringUtil::createMd5Sign(signed_, merchant_.apiKey) != r.sign) return "a signature that does not check";
+  return "";
+}
 
 bool SandboxWeChatApp::sendReq(const PayReq& r) {
   UrlResultWeChatApi::sendReq(r);
-  const std::map<std::string, std::string> signed_ = {
-      {"appid", r.openID},       {"noncestr", r.nonceStr}, {"package", r.package},
-      {"partnerid", r.partnerId}, {"prepayid", r.prepayId}, {"timestamp", std::to_string(r.timeStamp)}};
-  const std::string back = (r.openID.empty() ? std::string("wx") : r.openID) + "://pay/?errCode=";
-  if (r.prepayId.empty() || r.package != "Sign=WXPay" || StringUtil::createMd5Sign(signed_, apiKey_) != r.sign) {
-    logLine("sandbox payment: the payment request's signature does not check");
+  // Back to the application that asked, whatever app id its request named.
+  const std::string back = (merchant_.appId.empty() ? std::string("wx") : merchant_.appId) + "://pay/?errCode=";
+  if (const std::string problem = problemWith(r); !problem.empty()) {
+    logLine("sandbox payment: the payment request has " + problem);
     returnTo(setup_, back + "-1", kWeChatSource);
     return true;
   }

@@ -12,11 +12,21 @@ namespace {
 constexpr std::size_t kMaxSpareHandles = 8;
 constexpr long kLowSpeedBackstopSeconds = 24L * 60 * 60;
 
+// The header list of a request without fields of its own (only turning off curl's
+// "Expect: 100-continue"): shared by every transfer, as curl only reads it.
+curl_slist* expectOnlyList() {
+  static char field[] = "Expect:";
+  static curl_slist list{field, nullptr};
+  return &list;
+}
+
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+// Plain loops: called for every field of every answer.
 std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string_view::npos) return {};
-  const auto last = text.find_last_not_of(" \t\r\n");
-  return text.substr(first, last - first + 1);
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 TransportError errorOf(CURLcode code) {
@@ -49,51 +59,89 @@ void initCurlOnce() {
 
 void Outbox::flush() {
   std::size_t i = 0;
-  while (i < tasks.size()) {
-    const auto loop = tasks[i].first;
-    std::vector<MainLoop::Task> batch;
-    while (i < tasks.size() && tasks[i].first == loop) batch.push_back(std::move(tasks[i++].second));
-    if (batch.size() == 1) {
-      loop->post(std::move(batch.front()));
+  while (i < letters.size()) {
+    // One task per run of letters to the same loop, delivering them in order.
+    std::size_t end = i + 1;
+    while (end < letters.size() && letters[end].loop == letters[i].loop) ++end;
+    const std::shared_ptr<MainLoop> loop = letters[i].loop;
+    if (end - i == 1) {
+      loop->post([letter = std::move(letters[i])]() mutable { letter.completion(std::move(letter.response)); });
     } else {
-      loop->post([batch = std::move(batch)] {
-        for (const auto& task : batch) task();
+      std::vector<Letter> batch(std::make_move_iterator(letters.begin() + static_cast<std::ptrdiff_t>(i)),
+                                std::make_move_iterator(letters.begin() + static_cast<std::ptrdiff_t>(end)));
+      loop->post([batch = std::move(batch)]() mutable {
+        for (auto& letter : batch) letter.completion(std::move(letter.response));
       });
     }
+    i = end;
   }
-  tasks.clear();
+  letters.clear();
 }
 
 Transfer::~Transfer() {
   if (file_ != nullptr) std::fclose(file_);
-  if (easy_ != nullptr) {
-    // A kept handle must not hold on to a cookie engine that may go before it.
-    if (cookies) curl_easy_setopt(easy_, CURLOPT_SHARE, nullptr);
+  CURL* easy = handle_.easy;
+  if (easy != nullptr) {
     if (spares_ != nullptr && spares_->size() < kMaxSpareHandles) {
       if (plain_) {
         // Only what is freed with this transfer is let go of; the next plain GET sets
         // everything else again.
-        curl_easy_setopt(easy_, CURLOPT_PRIVATE, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_ERRORBUFFER, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_HEADERDATA, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_WRITEDATA, nullptr);
-        curl_easy_setopt(easy_, CURLOPT_XFERINFODATA, nullptr);
+        curl_easy_setopt(easy, CURLOPT_PRIVATE, nullptr);
+        curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
+        if (headerList_ != nullptr) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
+        curl_easy_setopt(easy, CURLOPT_HEADERDATA, nullptr);
+        curl_easy_setopt(easy, CURLOPT_WRITEDATA, nullptr);
+        curl_easy_setopt(easy, CURLOPT_XFERINFODATA, nullptr);
       } else {
-        curl_easy_reset(easy_);
+        resetHandle();
       }
-      spares_->push_back({easy_, plain_});
+      handle_.holdsPlainOptions = plain_;
+      spares_->push_back(std::move(handle_));
     } else {
-      curl_easy_cleanup(easy_);
+      // The handle goes before the cookie engine it holds, released with this transfer.
+      curl_easy_cleanup(easy);
     }
   }
   if (headerList_ != nullptr) curl_slist_free_all(headerList_);
 }
 
+void Transfer::resetHandle() {
+  // A reset drops the list of cookie files without freeing it, so the list is emptied
+  // first; that also unhooks the engine's jar from the handle, which keeps its share.
+  curl_easy_setopt(handle_.easy, CURLOPT_COOKIEFILE, nullptr);
+  curl_easy_reset(handle_.easy);
+  handle_.cookieFileListed = false;
+  handle_.holdsPlainOptions = false;
+  handle_.expectOnlyHeaders = false;
+}
+
+void Transfer::useCookies() {
+  CURL* easy = handle_.easy;
+  if (cookies) {
+    if (handle_.cookies != cookies || !handle_.cookieFileListed) {
+      // Attaching (again) hooks the engine's jar to the handle.
+      curl_easy_setopt(easy, CURLOPT_SHARE, cookies->shareHandle());
+      handle_.cookies = cookies;
+    }
+    if (!handle_.cookieFileListed) {
+      // The empty file name turns the engine on; it keeps what the answers set and sends
+      // what matches, redirects included.
+      curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
+      handle_.cookieFileListed = true;
+    }
+  } else if (handle_.cookies) {
+    // A listed file would give the handle a jar of its own.
+    if (handle_.cookieFileListed) curl_easy_setopt(easy, CURLOPT_COOKIEFILE, nullptr);
+    curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
+    handle_.cookies = nullptr;
+    handle_.cookieFileListed = false;
+  }
+}
+
 void Transfer::deliver(HttpResponse r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
-    outbox.tasks.emplace_back(loop, [c = std::move(completion), r = std::move(r)]() mutable { c(std::move(r)); });
+    outbox.letters.push_back({loop, std::move(completion), std::move(r)});
   } else {
     completion(std::move(r));
   }
@@ -102,7 +150,7 @@ void Transfer::deliver(HttpResponse r, Outbox& outbox) {
 
 long Transfer::currentStatus() const {
   long status = 0;
-  if (easy_ != nullptr) curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
+  if (handle_.easy != nullptr) curl_easy_getinfo(handle_.easy, CURLINFO_RESPONSE_CODE, &status);
   return status;
 }
 
@@ -180,50 +228,62 @@ int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_
   return 0;
 }
 
-bool Transfer::setUp(std::vector<SpareHandle>* spares) {
+bool Transfer::setUp(std::vector<EasyHandle>* spares) {
   const HttpRequest& r = request;
   plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.timeout.count() > 0;
   spares_ = spares;
   if (spares_ != nullptr && !spares_->empty()) {
-    const SpareHandle spare = spares_->back();
+    handle_ = std::move(spares_->back());
     spares_->pop_back();
-    easy_ = spare.easy;
-    // A plain GET's options would outlive it into a transfer that does not set them all.
-    if (spare.holdsPlainOptions && !plain_) curl_easy_reset(easy_);
+    // A plain GET's options would outlive it into a transfer that does not set them all;
+    // the next plain GET only changes what differs.
+    if (handle_.holdsPlainOptions && !plain_) resetHandle();
+    keptOptions_ = handle_.holdsPlainOptions;
   } else {
-    easy_ = curl_easy_init();
+    handle_.easy = curl_easy_init();
   }
-  if (easy_ == nullptr) return false;
-  CURL* easy = easy_;
+  if (handle_.easy == nullptr) return false;
+  CURL* easy = handle_.easy;
+  const bool kept = keptOptions_;
   curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
   curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
-  curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-  // Redirects are followed, as the platforms' URL loaders do; only the last answer counts.
-  curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
-  curl_easy_setopt(easy, CURLOPT_MAXREDIRS, 10L);
   curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorBuffer_);
-  curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
   curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-  curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
   curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  if (!kept) {
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    // Redirects are followed, as the platforms' URL loaders do; only the last answer counts.
+    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(easy, CURLOPT_MAXREDIRS, 10L);
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
+  }
   if (r.timeout.count() > 0) {
     // The timeout is an idle limit, as the platforms' URL loaders have it: a slow upload
     // or download that keeps moving runs on, a silent peer fails. The progress callback
     // measures the silence; a low-speed limit makes curl call it at least every second
     // while nothing moves, and only backs it up (a transfer under one byte a second for
     // a whole day).
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(r.timeout.count()));
-    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, kLowSpeedBackstopSeconds);
+    const long timeoutMs = static_cast<long>(r.timeout.count());
+    if (!kept || handle_.connectTimeoutMs != timeoutMs) {
+      curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, timeoutMs);
+      handle_.connectTimeoutMs = timeoutMs;
+    }
+    if (!kept) {
+      curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+      curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, kLowSpeedBackstopSeconds);
+    }
     lastActivity_ = std::chrono::steady_clock::now();
   }
   // An announced length above the limit is refused before any of the body arrives.
-  if (r.downloadPath.empty()) {
-    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(r.maxResponseBytes));
+  if (const auto limit = static_cast<curl_off_t>(r.maxResponseBytes);
+      r.downloadPath.empty() && (!kept || handle_.maxFileSize != limit)) {
+    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, limit);
+    handle_.maxFileSize = limit;
   }
 
   if (r.method == "GET") {
-    curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
+    if (!kept) curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
   } else if (r.method == "HEAD") {
     curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
   } else {
@@ -238,17 +298,21 @@ bool Transfer::setUp(std::vector<SpareHandle>* spares) {
     }
   }
 
-  headerList_ = curl_slist_append(headerList_, "Expect:");
-  if (!r.contentType.empty()) headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
-  for (const auto& [name, value] : r.headers) {
-    headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
+  if (r.contentType.empty() && r.headers.empty()) {
+    if (!kept || !handle_.expectOnlyHeaders) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, expectOnlyList());
+    handle_.expectOnlyHeaders = true;
+  } else {
+    headerList_ = curl_slist_append(headerList_, "Expect:");
+    if (!r.contentType.empty()) {
+      headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
+    }
+    for (const auto& [name, value] : r.headers) {
+      headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
+    }
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
+    handle_.expectOnlyHeaders = false;
   }
-  curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
-  if (cookies) {
-    // The engine keeps what the answers set and sends what matches, redirects included.
-    curl_easy_setopt(easy, CURLOPT_SHARE, cookies->shareHandle());
-    curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
-  }
+  useCookies();
 
   if (r.basicAuth) {
     curl_easy_setopt(easy, CURLOPT_HTTPAUTH, CURLAUTH_BASIC);
@@ -263,9 +327,11 @@ bool Transfer::setUp(std::vector<SpareHandle>* spares) {
     if (existingBytes_ > 0) curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
   }
   if (!r.downloadPath.empty() || r.timeout.count() > 0) {
-    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
-    curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
+    if (!kept) {
+      curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+      curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
+    }
   }
   return true;
 }
@@ -309,7 +375,8 @@ TransferQueue::~TransferQueue() {
   }
   active_.clear();  // before the spares, which the transfers hand their handles back to
   queued_.clear();
-  for (const SpareHandle& spare : spares_) curl_easy_cleanup(spare.easy);
+  // Each handle before the cookie engine it holds.
+  for (const EasyHandle& spare : spares_) curl_easy_cleanup(spare.easy);
 }
 
 void TransferQueue::cancel(TransferId id) {
@@ -332,7 +399,7 @@ void TransferQueue::startQueued() {
       t->finish(CURLE_FAILED_INIT, outbox_);
       continue;
     }
-    if (prepare_) prepare_(t->easy());
+    if (prepare_ && !t->keptOptions()) prepare_(t->easy());
     if (curl_multi_add_handle(multi_, t->easy()) != CURLM_OK) {
       t->finish(CURLE_FAILED_INIT, outbox_);
       continue;

@@ -28,15 +28,33 @@ void initCurlOnce();
 // Completions gathered during one pass of a driver, posted together so that the interface
 // thread wakes once for several finished transfers.
 struct Outbox {
-  std::vector<std::pair<std::shared_ptr<MainLoop>, MainLoop::Task>> tasks;
+  struct Letter {
+    std::shared_ptr<MainLoop> loop;
+    HttpTransport::Completion completion;
+    HttpResponse response;
+  };
+  std::vector<Letter> letters;
   void flush();
 };
 
-// An easy handle kept for the next transfer. One that served a plain GET (see
-// Transfer::plain_) goes back without a reset and still holds that GET's options.
-struct SpareHandle {
+// An easy handle and what it carries from one transfer to the next. One that served a
+// plain GET (see Transfer::plain_) goes back without a reset and still holds that GET's
+// options.
+struct EasyHandle {
   CURL* easy = nullptr;
   bool holdsPlainOptions = false;
+  // The cookie engine the handle stays attached to between transfers (re-attaching takes
+  // the share's lock twice), kept alive by the handle.
+  std::shared_ptr<CurlCookieStore> cookies;
+  // Whether the handle's list of cookie files names the engine's empty one, with the
+  // engine's jar hooked to the handle. curl adds to that list at every setting and reads
+  // every entry at the start of each transfer: it is set once, and a handle without an
+  // engine has none (it would make a jar of its own).
+  bool cookieFileListed = false;
+  // The options of the plain GET held that vary from one such GET to the next.
+  long connectTimeoutMs = 0;
+  curl_off_t maxFileSize = 0;
+  bool expectOnlyHeaders = false;  // the header list is the shared one of no fields
 };
 
 struct Transfer {
@@ -54,8 +72,11 @@ struct Transfer {
 
   // Takes a handle from `spares` (or a new one) and sets every option of the request.
   // False when libcurl could not give a handle.
-  bool setUp(std::vector<SpareHandle>* spares);
-  CURL* easy() const { return easy_; }
+  bool setUp(std::vector<EasyHandle>* spares);
+  CURL* easy() const { return handle_.easy; }
+  // Whether the handle came with a plain GET's options, which this one keeps (the
+  // driver's own options included).
+  bool keptOptions() const { return keptOptions_; }
 
   // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
   void finish(CURLcode code, Outbox& outbox);
@@ -63,6 +84,10 @@ struct Transfer {
 
  private:
   void deliver(HttpResponse response, Outbox& outbox);
+  // Back to curl's defaults, with no cookie file listed.
+  void resetHandle();
+  // Attaches the handle to the transfer's cookie engine, or detaches it when there is none.
+  void useCookies();
   long currentStatus() const;
   bool openDownload();
   // Whether `bytes` more of headers or in-memory body would pass the request's limit;
@@ -74,14 +99,15 @@ struct Transfer {
   static size_t onBody(char* data, size_t size, size_t count, void* self);
   static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
 
-  CURL* easy_ = nullptr;
-  std::vector<SpareHandle>* spares_ = nullptr;  // where the handle goes back when done
+  EasyHandle handle_;
+  std::vector<EasyHandle>* spares_ = nullptr;  // where the handle goes back when done
   // A GET with a timeout, neither authorised nor downloaded to a file: it sets the same
   // options as every other such GET, only with its own values, so a handle can pass from
   // one to the next without curl_easy_reset (which costs a small request more than all
   // its other options together). Any other transfer gets a reset handle.
   bool plain_ = false;
-  curl_slist* headerList_ = nullptr;
+  bool keptOptions_ = false;
+  curl_slist* headerList_ = nullptr;  // null: the shared list of no fields
   HttpResponse response_;
   std::FILE* file_ = nullptr;
   bool fileDecided_ = false;
@@ -100,7 +126,8 @@ struct Transfer {
 // `maxConcurrent` slots is free. Used from the driver's thread only.
 class TransferQueue {
  public:
-  // `prepare`, when given, sets a driver's own options on each handle before it starts.
+  // `prepare`, when given, sets a driver's own options on each handle before it starts
+  // (not again on one that kept them, see Transfer::keptOptions).
   TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr);
   // Drops every transfer without completing it.
   ~TransferQueue();
@@ -125,7 +152,7 @@ class TransferQueue {
   std::function<void(CURL*)> prepare_;
   std::deque<std::unique_ptr<Transfer>> queued_;
   std::vector<std::unique_ptr<Transfer>> active_;
-  std::vector<SpareHandle> spares_;
+  std::vector<EasyHandle> spares_;
   Outbox outbox_;
 };
 
