@@ -165,9 +165,10 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
     if (!payments || !payments->wechat) return false;
     return payments->wechat->handleOpenURL(url, [this](int errCode) { onResp(errCode); });
   }
-  // Anything from outside may knock: only our own scheme and an exact host pass.
+  // Anything from outside may knock: only our own scheme and an exact host pass (both
+  // compare without case, as URL schemes and hosts do).
   if (urlScheme(url) != lower(config_.urlScheme) || url.find('#') != std::string::npos) return false;
-  const std::string host = urlAuthority(url);
+  const std::string host = lower(urlAuthority(url));
   if (host == "safepay") {
     if (!payments || !payments->alipay) return false;
     payments->alipay->processOrderWithPaymentResult(url, [](const Json& result) {

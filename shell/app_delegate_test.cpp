@@ -281,7 +281,7 @@ TEST_F(ShellFixture, InboundUrlsRouteBySourceFirstThenHost) {
   EXPECT_EQ(alipay->authUrls.size(), 1u);
   EXPECT_EQ(posted.size(), 2u) << "a granted authorisation posts no payment success";
   alipay->nextResult = Json{{"resultStatus", "6001"}, {"memo", "\\u7528\\u6237\\u53d6\\u6d88"}};
-  EXPECT_TRUE(app.openURL("QQQMMMVVV://platformapi/auth", ""));
+  EXPECT_TRUE(app.openURL("QQQMMMVVV://PlatformAPI/auth", ""));
   EXPECT_EQ(overlay->statuses().back(), "用户取消");
 
   uppay->nextCode = "cancel";

@@ -140,12 +140,12 @@ TEST_F(QXH5ViewControllerTest, PagesGetTheSessionAndDeviceAsCookiesAndTheirOwnTi
 }
 
 TEST_F(QXH5ViewControllerTest, AppLinksOpenNativeScreensAndNeverLoad) {
-  auto screen = coinPageWithLinks({"qmv://pay?productId=1&series=12&acount=5", "qmv://login", "qmv://pay?productId=9",
+  auto screen = coinPageWithLinks({"qmv://pay?productId=1&series=12&acount=5", "QMV://LOGIN", "qmv://pay?productId=9",
                                    "qmv://pay?series=1&acount=3&series=2&acount="});
   EXPECT_FALSE(screen->webView()->tapLink(0));
   EXPECT_EQ(navigator_->topScreen()->name, "LoginViewController") << "no session: log in first";
   navigator_->dismiss();
-  EXPECT_FALSE(screen->webView()->tapLink(1));
+  EXPECT_FALSE(screen->webView()->tapLink(1)) << "schemes and hosts compare without case";
   EXPECT_EQ(navigator_->topScreen()->name, "LoginViewController");
   navigator_->dismiss();
 

@@ -126,7 +126,14 @@ TEST_F(AccountCommandsTest, TheShellListsAndRunsEveryCommandAndTheServerSwitchHo
   ASSERT_EQ(shown.status, 0) << shown.out;
   EXPECT_TRUE(shown.has("server: http://127.0.0.1:")) << shown.out;
   EXPECT_TRUE(shown.has("正式环境: http://127.0.0.1:")) << shown.out;
-  EXPECT_EQ(run({"server", "switch"}).status, 1) << "nobody answered the sheet";
+  const auto unanswered = run({"server", "switch"});
+  EXPECT_EQ(unanswered.status, 1) << "nobody answered the sheet";
+  EXPECT_TRUE(unanswered.said("--answer 正式环境")) << unanswered.err;
+  // The shell answers with its own word, and the sheet waits for it.
+  const auto inShell = run({"shell"}, "server switch\nanswer 2\nserver\nexit\n");
+  EXPECT_TRUE(inShell.said("\"answer 2\" for 测试环境")) << inShell.err;
+  EXPECT_FALSE(inShell.said("--answer")) << inShell.err;
+  EXPECT_FALSE(inShell.said("no alert waits")) << "the sheet took the answer: " << inShell.err;
   EXPECT_EQ(run({"server", "elsewhere"}).status, 2);
 
   // In the shell: help lists the commands, convert runs, and a manual server stays in

@@ -2,6 +2,7 @@
 // Runs the CLI in-process as one start of the application, in a given home, with the
 // shared singletons reset before and after so that runs are as separate as processes.
 #include <filesystem>
+#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -17,8 +18,10 @@ namespace qmv::testsupport {
 struct CliRun {
   int status;
   std::string out;
+  std::string err;  // what the CLI itself wrote to std::cerr (warnings of the core go to stderr directly)
 
   bool has(const std::string& part) const { return out.find(part) != std::string::npos; }
+  bool said(const std::string& part) const { return err.find(part) != std::string::npos; }
 };
 
 inline CliRun runQmv(const std::filesystem::path& home, std::vector<std::string> args, const std::string& input = "") {
@@ -26,6 +29,7 @@ inline CliRun runQmv(const std::filesystem::path& home, std::vector<std::string>
   std::vector<char*> argv;
   for (auto& a : args) argv.push_back(a.data());
   std::ostringstream out;
+  std::ostringstream err;
   std::istringstream in(input);
   GlobalData::resetSharedInstance();
   DBUtil::resetManagersForTesting();
@@ -37,11 +41,14 @@ inline CliRun runQmv(const std::filesystem::path& home, std::vector<std::string>
     away->available = false;
     keyring = away;
   }
+  std::streambuf* const stderrBuffer = std::cerr.rdbuf(err.rdbuf());
   const int status = cli::runCli(static_cast<int>(argv.size()), argv.data(), out, in);
+  std::cerr.rdbuf(stderrBuffer);
+  std::cerr << err.str() << std::flush;  // still on stderr, for tests that capture it there
   if (noKeyring) keyring = nullptr;
   GlobalData::resetSharedInstance();
   DBUtil::resetManagersForTesting();
-  return {status, out.str()};
+  return {status, out.str(), err.str()};
 }
 
 }  // namespace qmv::testsupport

@@ -35,6 +35,11 @@ TEST_F(DiscoveryCommandsTest, SearchHistoryAndCitySurviveBetweenRuns) {
   EXPECT_TRUE(has(chosen.out, "济南市 370100")) << chosen.out;
   EXPECT_TRUE(has(run({"city"}).out, "济南市 370100"));
   EXPECT_EQ(run({"city", "没有这个市"}).status, 1);
+
+  // In one shell the home screen exists from the start; it names the city it shows.
+  const auto shell = testsupport::runQmv(home_.home(), {"shell"}, "city 临沂市\nhome\nexit\n");
+  EXPECT_TRUE(has(shell.out, "city: 临沂市\n")) << shell.out;
+  EXPECT_TRUE(has(shell.out, "沂蒙小调火锅")) << "a store of 临沂市: " << shell.out;
 }
 
 TEST_F(DiscoveryCommandsTest, RouteNeedsAPositionAndConvertNeedsNoStart) {

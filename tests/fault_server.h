@@ -42,6 +42,20 @@ class FaultServer {
         {"escapes", [](const auto& req, auto& res) { escapes(req, res); }},
         {"extreme", [](const auto& req, auto& res) { extreme(req, res); }},
         {"cookies", [](const auto& req, auto& res) { cookies(req, res); }},
+        // A signed-in member, then every other endpoint answered with one envelope.
+        {"expired", [](const auto& req, auto& res) { memberThen(req, res, R"({"success":"2","message":""})"); }},
+        {"bare-refusal", [](const auto& req, auto& res) { memberThen(req, res, R"({"success":true})"); }},
+        {"list-object",
+         [](const auto& req, auto& res) {
+           memberThen(req, res, R"({"success":"0","message":"","data":{"dataList":{"orderId":"O1"}}})");
+         }},
+        {"refund-noop", [](const auto& req, auto& res) { refundNoop(req, res); }},
+        {"second-page-fails", [](const auto& req, auto& res) { secondPageFails(req, res); }},
+        {"broken",
+         [](const auto& req, auto& res) {
+           memberThen(req, res, R"({"success":"1","message":"broken"})");
+           if (endpoint(req) != "getUserLogin") res.status = 500;
+         }},
     };
     // A login whose record names another phone, or none that is a phone.
     for (const auto& [fault, phone] : std::map<std::string, Json>{{"phone-other", "13999999999"},
@@ -90,6 +104,33 @@ class FaultServer {
       json(res, dumpJson(Json{{"success", "0"}, {"message", ""}, {"data", memberRecord()}}));
     } else {
       json(res, R"({"success":"1","message":"not here"})");
+    }
+  }
+  static void memberThen(const httplib::Request& req, httplib::Response& res, const std::string& body) {
+    if (endpoint(req) == "getUserLogin") return member(req, res);
+    json(res, body);
+  }
+  // One order to be used, whose refund is accepted while the order stays as it was.
+  static void refundNoop(const httplib::Request& req, httplib::Response& res) {
+    if (endpoint(req) == "getMyPosts") {
+      const bool first = req.get_param_value("page") == "1";
+      json(res, std::string(R"({"success":"0","message":"","data":{"dataList":[)") +
+                    (first ? R"({"orderId":"O1","orderName":"套餐","price":"10.00","number":"1","status":"1"})" : "") +
+                    "]}}");
+      return;
+    }
+    memberThen(req, res, R"({"success":"0","message":""})");
+  }
+  // One order and one store on page 1 of their lists; every page 2 fails.
+  static void secondPageFails(const httplib::Request& req, httplib::Response& res) {
+    if (req.get_param_value("page") == "2") {
+      res.status = 500;
+    } else if (endpoint(req) == "getMyPosts") {
+      json(res, R"({"success":"0","message":"","data":{"dataList":[{"orderId":"O1","orderName":"套餐","status":"2"}]}})");
+    } else if (endpoint(req) == "getSearchList") {
+      json(res, R"({"success":"0","message":"","data":{"count":20,"dataList":[{"storeId":"5","storeName":"一店"}]}})");
+    } else {
+      memberThen(req, res, R"({"success":"1","message":"not here"})");
     }
   }
   static void deepData(const httplib::Request&, httplib::Response& res) {

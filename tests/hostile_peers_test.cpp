@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <chrono>
 
 #include "apps/qmv/cli_app.h"
@@ -61,7 +62,7 @@ TEST_F(HostilePeersTest, UnreadableAnswersFailAndSayWhy) {
   }
 
   // "success" "0" with a "data" that is no record: nothing is signed in or shown, and the
-  // run says why. (A list read from it is empty, which is no failure.)
+  // run says why.
   warnings.clear();
   const auto login = run("wrong-data", {"login", FaultServer::kPhone, kPassword});
   EXPECT_EQ(login.status, 1) << login.out;
@@ -70,7 +71,71 @@ TEST_F(HostilePeersTest, UnreadableAnswersFailAndSayWhy) {
     EXPECT_EQ(run("wrong-data", {command, "1"}).status, 1) << command;
     EXPECT_TRUE(warned("carried no \"data\" object")) << command;
   }
-  EXPECT_EQ(run("wrong-data", {"search", "火锅"}).out, "page 1\n");
+  const auto search = run("wrong-data", {"search", "火锅"});
+  EXPECT_EQ(search.status, 1);
+  EXPECT_EQ(search.out, "") << "no empty page is shown for a page that could not be read";
+  EXPECT_TRUE(warned("the answer of getSearchList carried no \"data\" object"));
+}
+
+TEST_F(HostilePeersTest, FailuresSayWhatHappenedInsteadOfShowingNothing) {
+  std::vector<std::string> warnings;
+  ScopedLogSink sink([&warnings](const std::string& line) { warnings.push_back(line); });
+  const auto warned = [&warnings](const std::string& line) {
+    const bool found = std::find(warnings.begin(), warnings.end(), line) != warnings.end();
+    warnings.clear();
+    return found;
+  };
+  ASSERT_EQ(run("member", {"login", FaultServer::kPhone, kPassword}).status, 0);
+
+  // The stored account cannot be signed in: the run says why, not that nobody ever was.
+  const auto unreachable = testsupport::runQmv(home_.home(), {"--server", "http://127.0.0.1:9/qmv/app/v3/", "orders"});
+  EXPECT_EQ(unreachable.status, 1);
+  EXPECT_TRUE(unreachable.said("not signed in: the automatic login with the stored account failed: ")) << unreachable.err;
+  EXPECT_FALSE(unreachable.said("qmv login")) << unreachable.err;
+  const auto oversized = run("huge", {"contacts"});
+  EXPECT_EQ(oversized.status, 1);
+  EXPECT_TRUE(oversized.said("failed: answer larger than 8388608 bytes")) << oversized.err;
+  const auto invalid = testsupport::runQmv(home_.home(), {"--server", "localhost:8080/qmv/app/v3/", "wheel"});
+  EXPECT_EQ(invalid.status, 1);
+  EXPECT_TRUE(invalid.said("\"localhost:8080/qmv/app/v3/\" (--server) is not an http or https URL")) << invalid.err;
+
+  // The order list of a signed-in member: each failure is said, none reads as "no orders".
+  const auto expired = run("expired", {"orders"});
+  EXPECT_EQ(expired.status, 1);
+  EXPECT_EQ(expired.out, "");
+  EXPECT_TRUE(warned("getMyPosts: the session has expired"));
+  EXPECT_TRUE(expired.said("signed out by the server")) << expired.err;
+  const auto bare = run("bare-refusal", {"orders"});
+  EXPECT_EQ(bare.status, 1);
+  EXPECT_EQ(bare.out, "");
+  EXPECT_TRUE(warned("getMyPosts: refused without a message"));
+  const auto broken = run("broken", {"orders"});
+  EXPECT_EQ(broken.status, 1);
+  EXPECT_EQ(broken.out, std::string(kConnectionFailed) + "\n");
+  EXPECT_TRUE(warned("getMyPosts: HTTP status 500"));
+  // A list answered as an object is no empty list, wherever a list is read.
+  for (const auto& [command, endpoint] : {std::pair{"orders", "getMyPosts"}, {"contacts", "getMyContacts"}}) {
+    const auto object = run("list-object", {command});
+    EXPECT_EQ(object.status, 1) << command;
+    EXPECT_FALSE(object.has("no orders")) << object.out;
+    EXPECT_TRUE(warned(std::string("the answer of ") + endpoint + " carried no \"dataList\" array")) << command;
+  }
+
+  // A later page that fails keeps the rows before it on show, and the run fails.
+  const auto orders = run("second-page-fails", {"orders", "--page", "2"});
+  EXPECT_EQ(orders.status, 1);
+  EXPECT_TRUE(orders.has("订单号:O1 | 套餐")) << orders.out;
+  EXPECT_TRUE(orders.has(kConnectionFailed)) << orders.out;
+  EXPECT_TRUE(warned("getMyPosts: HTTP status 500"));
+  const auto stores = run("second-page-fails", {"search", "店", "--page", "2"});
+  EXPECT_EQ(stores.status, 1);
+  EXPECT_TRUE(stores.has("一店")) << stores.out;
+  EXPECT_TRUE(stores.has("page 1\n")) << "page 2 stays the one to ask for: " << stores.out;
+
+  // A refund the server accepts while the order stays to be used is no refund.
+  const auto refund = run("refund-noop", {"refund", "O1", "--answer", "确定"});
+  EXPECT_EQ(refund.status, 1);
+  EXPECT_TRUE(refund.said("the server accepted the refund, but order O1 still reads 待使用")) << refund.err;
 }
 
 TEST_F(HostilePeersTest, MessageInAStrayEncodingIsStillShown) {
@@ -80,12 +145,18 @@ TEST_F(HostilePeersTest, MessageInAStrayEncodingIsStillShown) {
 }
 
 TEST_F(HostilePeersTest, OversizedAnswersFailAsConnectionFailuresAtOnce) {
+  std::vector<std::string> warnings;
+  ScopedLogSink sink([&warnings](const std::string& line) { warnings.push_back(line); });
   for (const char* fault : {"huge", "endless"}) {
+    warnings.clear();
     const auto started = std::chrono::steady_clock::now();
     const auto search = run(fault, {"search", "火锅"});
     const auto took = std::chrono::steady_clock::now() - started;
     EXPECT_EQ(search.status, 1) << fault;
-    EXPECT_EQ(search.out, std::string(kConnectionFailed) + "\npage 1\n") << fault;
+    EXPECT_EQ(search.out, std::string(kConnectionFailed) + "\n") << fault;
+    EXPECT_NE(std::find(warnings.begin(), warnings.end(), "getSearchList: answer larger than 8388608 bytes"),
+              warnings.end())
+        << fault << ": the reason beside the message";
     // Well inside the 10-second transfer timeout: the limit ended it, not the clock.
     EXPECT_LT(took, std::chrono::seconds(5)) << fault;
   }

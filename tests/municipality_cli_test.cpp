@@ -1,6 +1,7 @@
 // A municipality chosen through the CLI, run as separate starts against the sandbox behind
-// a proxy that records what the client asks for: the city row's id (not the province's
-// of the same name), its districts, and searches and the map sent for that city.
+// a proxy that records what the client asks for: after the home screen has refreshed the
+// area cache, the city row's id (not the province's of the same name), its districts, and
+// searches and the map sent for that city.
 #include <gtest/gtest.h>
 
 #include <mutex>
@@ -69,6 +70,12 @@ TEST(MunicipalityCliTest, AMunicipalityEndToEnd) {
     args.insert(args.begin(), {"--server", proxy.baseUrl()});
     return testsupport::runQmv(home.home(), std::move(args));
   };
+
+  // The home screen first: its area refresh puts the server's table in the cache, which
+  // from then on answers every look-up by name.
+  const auto shown = run({"home"});
+  ASSERT_EQ(shown.status, 0) << shown.out;
+  EXPECT_EQ(proxy.lastArgument("getAreaList", "ver"), "0");
 
   // Each municipality's name is its province's too; choosing it selects the city row.
   for (const auto& [name, cityId] :

@@ -47,9 +47,15 @@ TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
   EXPECT_TRUE(store.has("comment button: shown"));
   EXPECT_EQ(run({"order", "SB404"}).status, 1);
 
-  // Unanswered, the question is printed and nothing is sent; confirmed, the row moves.
+  // Unanswered or cancelled, the question is printed, nothing is sent and the run says
+  // so; confirmed, the row moves.
   const auto asked = run({"refund", "SB20161000014"});
+  EXPECT_EQ(asked.status, 1);
   EXPECT_TRUE(asked.has("提示\n请确定是否退款，退款后优惠码失效！\n")) << asked.out;
+  EXPECT_TRUE(asked.said("--answer 确定")) << asked.err;
+  const auto cancelled = run({"refund", "SB20161000014", "--answer", "取消"});
+  EXPECT_EQ(cancelled.status, 1);
+  EXPECT_TRUE(cancelled.said("was not refunded")) << cancelled.err;
   EXPECT_TRUE(run({"orders", "--tab", "1"}).has("SB20161000014"));
   const auto refunded = run({"refund", "SB20161000014", "--answer", "确定"});
   ASSERT_EQ(refunded.status, 0) << refunded.out;
@@ -57,6 +63,11 @@ TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
       << refunded.out;
   EXPECT_FALSE(run({"orders", "--tab", "1"}).has("SB20161000014"));
   EXPECT_EQ(run({"refund", "SB20161000014", "--answer", "确定"}).status, 1) << "refunded already";
+  // The shell takes the answer from its next line, while the list that asked still lives,
+  // though an older alert (home's failed location) waits too.
+  const auto shell = testsupport::runQmv(home_.home(), {"shell"}, "home\nrefund SB20161000010\nanswer 2\nexit\n");
+  EXPECT_TRUE(shell.has("订单号:SB20161000010 | 杂粮煎饼 | 总价:¥8.00 | 数量:1 | 已完成 | [已退款] disabled"))
+      << shell.out << shell.err;
 
   // Rating: out-of-range stars are a usage error; a rated order leaves the to-rate tab.
   EXPECT_EQ(run({"rate", "SB20161000012", "--star", "6"}).status, 2);

@@ -37,11 +37,18 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
   ASSERT_EQ(card.status, 0) << card.out;
   EXPECT_TRUE(card.has("+ 添加银行卡")) << card.out;
 
-  // Off a terminal the code button is tapped and the run ends once the code is sent.
-  auto sent = bind("张三", kCard, "");
+  // Asking for the code is its own command; binding without one runs every check up to
+  // the code's.
+  auto sent = run({"card", "code"});
   EXPECT_EQ(sent.status, 0) << sent.out;
-  EXPECT_TRUE(sent.has("验证码发送成功")) << sent.out;
-  EXPECT_TRUE(sent.has("    138****0000\n")) << sent.out;
+  EXPECT_TRUE(sent.has("    138****0000\n验证码发送成功\n")) << sent.out;
+  auto noCode = bind("张三", kCard, "");
+  EXPECT_EQ(noCode.status, 1);
+  EXPECT_TRUE(noCode.has("请输入验证码\n")) << noCode.out;
+  EXPECT_FALSE(noCode.has("验证码发送成功")) << noCode.out;
+  auto blank = run({"card", "bind"});
+  EXPECT_EQ(blank.status, 1);
+  EXPECT_TRUE(blank.has("请输入持卡人姓名\n")) << blank.out;
 
   // The name is checked before the card number; a checksum failure reads as unsupported.
   auto badName = bind("Zhang", kFailingCard, "123456");
@@ -67,18 +74,24 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
   auto text = run({"card"});
   EXPECT_TRUE(text.has("张三   " + cardBank + "\n" + kCard + "\n")) << text.out;
 
-  // The demo balance is 500.00 yuan.
+  // The demo balance is 500.00 yuan. Texts that are no numbers are refused for their form;
+  // a number too long for any field is clamped like any other.
   for (const auto& [amount, message] : std::vector<std::pair<std::string, std::string>>{
            {"9.99", "提现最小金额为10元"},
            {"10.005", "金额为整数或者最多两位小数"},
            {"12a50", "金额为整数或者最多两位小数"},
+           {"NaN", "金额为整数或者最多两位小数"},
+           {"0x10", "金额为整数或者最多两位小数"},
+           {"１００", "金额为整数或者最多两位小数"},
            {"500.01", "余额不足"},
-           {"12345678", "余额不足"}}) {
+           {"12345678", "余额不足"},
+           {"1" + std::string(1199, '0'), "余额不足"}}) {
     auto refused = withdraw(amount);
     EXPECT_EQ(refused.status, 1) << amount;
     EXPECT_TRUE(refused.has(message + "\n")) << amount << ": " << refused.out;
   }
   EXPECT_TRUE(withdraw("12345678").has("  金额 (元) : 9999999\n"));
+  EXPECT_TRUE(withdraw("9" + std::string(1199, '9')).has("  金额 (元) : 9999999\n"));
   // 10.01 x 100 in binary floating point truncates to 1000; the withdrawal takes 1001 fen.
   auto first = withdraw("10.01");
   ASSERT_EQ(first.status, 0) << first.out;
@@ -94,9 +107,11 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
   auto unanswered = run({"card", "unbind"});
   EXPECT_EQ(unanswered.status, 1);
   EXPECT_TRUE(unanswered.has("提示\n是否确定解除银行卡绑定？\n")) << unanswered.out;
+  EXPECT_TRUE(unanswered.said("--answer 确定")) << unanswered.err;
   auto kept = run({"card", "unbind", "--answer", "取消"});
-  EXPECT_EQ(kept.status, 0);
-  EXPECT_TRUE(kept.has(kCard)) << kept.out;
+  EXPECT_EQ(kept.status, 1) << "nothing was unbound";
+  EXPECT_TRUE(kept.said("the card stays bound")) << kept.err;
+  EXPECT_TRUE(run({"card"}).has(kCard));
   auto unbound = run({"card", "unbind", "--answer", "确定"});
   ASSERT_EQ(unbound.status, 0) << unbound.out;
   EXPECT_TRUE(unbound.has("解绑成功\n")) << unbound.out;

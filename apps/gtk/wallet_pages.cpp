@@ -37,24 +37,30 @@ BindCardPage::BindCardPage(PageContext& context) : ScreenPage(context, QXBindBan
   follow(screen_);
   screen_.viewDidLoad();
   auto* form = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
-  const auto field = [this](const char* name, const char* icon, std::string& text) {
-    auto* e = ui::entry("", text, [this, &text](const std::string& t) {
+  using Field = QXBindBankCardViewController::Field;
+  const auto field = [this](Field which, const char* name, const char* icon, std::string& text) {
+    auto* e = ui::entry(QXBindBankCardViewController::placeholder(which), text, [this, &text](const std::string& t) {
       text = t;
       if (bank_ != nullptr) bank_->set_text(screen_.bankNameText());
     });
     e->set_name(name);
     e->set_icon_from_icon_name(icon, Gtk::Entry::IconPosition::PRIMARY);
+    // Enter goes on to the next field; on the code field it binds.
+    e->signal_activate().connect([this, which] {
+      if (const auto next = screen_.textFieldShouldReturn(which)) fields_[static_cast<std::size_t>(*next)]->grab_focus();
+    });
+    fields_[static_cast<std::size_t>(which)] = e;
     return e;
   };
-  form->append(*field("holder", "avatar-default-symbolic", screen_.nameText));
-  form->append(*field("id-number", "contact-new-symbolic", screen_.idNumText));
-  form->append(*field("card-number", "auth-smartcard-symbolic", screen_.cardNumText));
+  form->append(*field(Field::Name, "holder", "avatar-default-symbolic", screen_.nameText));
+  form->append(*field(Field::IdNumber, "id-number", "contact-new-symbolic", screen_.idNumText));
+  form->append(*field(Field::CardNumber, "card-number", "auth-smartcard-symbolic", screen_.cardNumText));
   bank_ = ui::label(screen_.bankNameText(), "dim-label");
   bank_->set_name("bank-name");
   form->append(*bank_);
   form->append(*ui::label(screen_.phoneLabelText()));
   auto* codeRow = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-  auto* code = field("code", "mail-unread-symbolic", screen_.codeText);
+  auto* code = field(Field::Code, "code", "mail-unread-symbolic", screen_.codeText);
   code->set_hexpand(true);
   codeButton_ = ui::button(screen_.codeButtonTitle(), [this] { screen_.getCodeAction(); });
   codeButton_->set_name("get-code");

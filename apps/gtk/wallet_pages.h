@@ -1,6 +1,8 @@
 #pragma once
 // The wallet screens: my bank card (with unbinding), binding a card with its SMS code,
 // and withdrawal to the bound card.
+#include <array>
+
 #include "apps/gtk/screen_page.h"
 #include "features/wallet/my_bank_card_view_controller.h"
 #include "features/wallet/qx_bind_bank_card_view_controller.h"
@@ -26,6 +28,8 @@ class BindCardPage : public ScreenPage {
 
  private:
   QXBindBankCardViewController screen_;
+  // By QXBindBankCardViewController::Field, the order the return key walks.
+  std::array<Gtk::Entry*, 4> fields_{};
   Gtk::Button* codeButton_ = nullptr;
   Gtk::Label* bank_ = nullptr;
 };

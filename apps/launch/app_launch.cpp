@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "apps/sandbox/sandbox_server.h"
+#include "core/common/url_parts.h"
 #include "core/session/settings_keys.h"
 #include "platform/clock.h"
 #include "platform/cookie_store.h"
@@ -71,6 +72,12 @@ std::string AppLaunch::prepare() {
   config_ = AppConfig::load(home_ / "qmv.conf", &warnings);
   for (const auto& w : warnings) std::cerr << "qmv: " << w << '\n';
   if (!options_.server.empty()) config_.serverBaseUrl = options_.server;
+  // Every request would fail on such a base, each saying only that it could not connect.
+  const std::string scheme = urlScheme(config_.serverBaseUrl);
+  if (!config_.serverBaseUrl.empty() && ((scheme != "http" && scheme != "https") || urlHost(config_.serverBaseUrl).empty())) {
+    return "the server URL \"" + config_.serverBaseUrl + "\" (" + (options_.server.empty() ? "qmv.conf" : "--server") +
+           ") is not an http or https URL with a host";
+  }
   if (config_.serverBaseUrl.empty()) {
     sandbox_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "sandbox"});
     if (std::string error = sandbox_->start(); !error.empty()) return "cannot start the embedded sandbox: " + error;

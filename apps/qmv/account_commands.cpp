@@ -69,25 +69,19 @@ int runLogin(CliApp& app, const std::string& phone, const std::string& password)
 }
 
 int runLogout(CliApp& app) {
+  if (!memberSignedIn(app)) return kExitFailure;
   LogoutFlow flow;
   Outcome outcome;
   flow.onFinished = outcome.callback();
-  if (!flow.logout()) {
-    std::cerr << "qmv: " << kNotLoggedIn << '\n';
-    return kExitFailure;
-  }
+  flow.logout();
   outcome.wait(app);
   app.output().line("logged out");
   return kExitOk;
 }
 
 int runMe(CliApp& app) {
-  const auto& me = GlobalData::sharedInstance().selfInfo();
-  if (!me) {
-    std::cerr << "qmv: " << kNotLoggedIn << '\n';
-    return kExitFailure;
-  }
-  printMember(app, *me);
+  if (!memberSignedIn(app)) return kExitFailure;
+  printMember(app, *GlobalData::sharedInstance().selfInfo());
   return kExitOk;
 }
 
@@ -169,9 +163,9 @@ int runRecover(CliApp& app, const RecoverArgs& args) {
 
 }  // namespace
 
-bool memberSignedIn() {
+bool memberSignedIn(CliApp& app) {
   if (GlobalData::sharedInstance().selfInfo()) return true;
-  std::cerr << "qmv: " << kNotLoggedIn << '\n';
+  if (!app.tellAutoLoginFailure()) std::cerr << "qmv: " << kNotLoggedIn << '\n';
   return false;
 }
 

@@ -82,10 +82,21 @@ std::string CliApp::boot() {
   if (MainViewController* home = appDelegate_->mainCtrl()) {
     bool finished = false;
     home->onAutoLoginFinished = [&finished](bool) { finished = true; };
-    if (home->autoLoginNet()) waitUntil([&finished] { return finished; });
+    if (home->autoLoginNet()) {
+      waitUntil([&finished] { return finished; });
+      autoLoginFailure_ = finished ? home->autoLoginFailure() : "it did not end in time";
+    }
     home->onAutoLoginFinished = nullptr;
   }
   return {};
+}
+
+bool CliApp::tellAutoLoginFailure() {
+  if (autoLoginFailure_.empty() || autoLoginFailureTold_) return false;
+  autoLoginFailureTold_ = true;
+  std::cerr << "qmv: not signed in: the automatic login with the stored account failed: " << autoLoginFailure_
+            << '\n';
+  return true;
 }
 
 void CliApp::endCommand() {

@@ -79,6 +79,15 @@ class CliApp {
   // `remember`, the shell's editor keeps the line in its history.
   std::optional<std::string> readLine(const std::string& prompt, bool remember = false);
   bool interactive() const { return interactive_; }
+  // Whether commands come from the shell (whose alerts are answered with "answer N").
+  bool inShell() const { return lineReader_ != nullptr; }
+
+  // Why the automatic login of boot() did not sign in the stored account; empty when it
+  // did, or when no account is stored.
+  const std::string& autoLoginFailure() const { return autoLoginFailure_; }
+  // Says once, on stderr, that no member is signed in because the stored account could not
+  // be, and why; false (and silent) when there is nothing to say.
+  bool tellAutoLoginFailure();
 
   const GlobalOptions& options() const { return options_; }
   // REQUIRE boot() to have run.
@@ -116,6 +125,8 @@ class CliApp {
   std::unique_ptr<AppDelegate> appDelegate_;
   std::shared_ptr<StreamAlerts> alerts_;
   std::deque<std::string> answers_;
+  std::string autoLoginFailure_;
+  bool autoLoginFailureTold_ = false;
 
   struct LineReader;
   std::shared_ptr<LineReader> lineReader_;

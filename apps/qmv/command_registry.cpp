@@ -3,6 +3,8 @@
 #include <iostream>
 
 #include "apps/qmv/cli_app.h"
+#include "core/common/log.h"
+#include "core/session/global_data.h"
 #include "platform/fixed_location_source.h"
 #include "platform/settings_store.h"
 #include "qmv/version.h"
@@ -38,6 +40,22 @@ void registerAllCommands(CommandRegistry& registry) {
   registerWheelCommands(registry);
   registerPageCommands(registry);
   registerShellCommands(registry);
+}
+
+int runFlow(CliApp& app, const CommandRegistry::Entry& entry) {
+  // The shell runs each of its lines through here; its own end has nothing to add.
+  if (entry.command->get_name() == "shell") return entry.run(app);
+  const std::size_t warnings = warningCount();
+  const bool signedIn = GlobalData::sharedInstance().selfInfo() != nullptr;
+  int status = entry.run(app);
+  if (status == kExitOk && warningCount() != warnings) status = kExitFailure;
+  if (GlobalData::sharedInstance().selfInfo()) return status;
+  if (signedIn && entry.command->get_name() != "logout") {
+    std::cerr << "qmv: signed out by the server: run \"qmv login PHONE PASSWORD\" to sign in again\n";
+    return kExitFailure;
+  }
+  if (status != kExitOk) app.tellAutoLoginFailure();
+  return status;
 }
 
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
@@ -82,7 +100,7 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
       return kExitFailure;
     }
   }
-  int status = entry->run(cli);
+  int status = runFlow(cli, *entry);
   cli.endCommand();
   // A setting that did not reach the disk is gone at the next start, so the flow did not
   // end as it should; the store has said why on stderr.

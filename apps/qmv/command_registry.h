@@ -65,14 +65,30 @@ int runPayNowScreen(CliApp& app, const Json& payload, bool noBalance, const std:
 // The options of those taps, --no-balance and --channel, for a command that reaches the screen.
 void addPayNowOptions(CLI::App* command, bool& noBalance, std::string& channel);
 
-// Whether a member is signed in; when not, says on stderr how to sign in.
-bool memberSignedIn();
+// How to answer an alert of these buttons where the command runs: "--answer TITLE" on the
+// command line, "answer N" in the shell.
+std::string alertAnswerHint(CliApp& app, const std::vector<std::string>& buttons);
+// Runs `ask`, which raises an alert, and waits for that alert's answer: one given with
+// --answer is delivered; in the shell it is read from the next lines (a button's number or
+// title, or "answer N") while the screen that asked still lives, whatever older alerts
+// wait. False, after saying how to answer it, when it is left waiting.
+bool askAndAwaitAnswer(CliApp& app, const std::function<void()>& ask);
+
+// Whether a member is signed in; when not, says on stderr why (the automatic login's
+// failure) or how to sign in.
+bool memberSignedIn(CliApp& app);
 
 // Signs in on the login screen already presented: its fields hold the stored phone and
 // password, replaced by `phone` and `password` when given. Prints the member on success.
 // Exit status of the flow.
 int signInOnLoginScreen(CliApp& app, const std::optional<std::string>& phone,
                         const std::optional<std::string>& password);
+
+// Runs the chosen command's flow and returns its exit status, made 1 when the system
+// reported a fault meanwhile (logWarning) that the flow itself did not count. When the
+// member is signed out by an expired session, or the flow failed without a member because
+// the automatic login had failed, says so on stderr.
+int runFlow(CliApp& app, const CommandRegistry::Entry& entry);
 
 // Runs one command line; returns the exit status.
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in);

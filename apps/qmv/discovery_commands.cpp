@@ -11,6 +11,7 @@
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
 #include "apps/qmv/discovery_rows.h"
+#include "core/common/log.h"
 #include "core/session/global_data.h"
 #include "core/session/settings_keys.h"
 #include "features/discovery/area_select_view.h"
@@ -113,6 +114,9 @@ int runHome(CliApp& app, long pages) {
   CliOutput& out = app.output();
   out.line("city: " + home.addressButtonTitle());
   out.data("city", home.addressButtonTitle());
+  // Nothing arrived to show: what went wrong was shown or reported on stderr.
+  const bool shown = !home.popularStores().empty() || !home.recommendStores().empty();
+  if (!shown) return kExitFailure;
   Json banners = Json::array();
   for (const ResourceModel& banner : home.resources()) {
     out.line("banner: " + banner.title + " " + banner.URL);
@@ -127,8 +131,7 @@ int runHome(CliApp& app, long pages) {
   printStores(out, texts::kPopularSection, "popular", popular);
   out.data("page", home.popularPage());
   out.data("total", home.popularTotal());
-  const bool shown = !home.popularStores().empty() || !home.recommendStores().empty();
-  return shown && !pageFailed ? kExitOk : kExitFailure;
+  return pageFailed ? kExitFailure : kExitOk;
 }
 
 // ---- search and history ----
@@ -163,6 +166,8 @@ int runSearch(CliApp& app, const SearchOptions& options) {
 
   std::optional<bool> answer;
   view.onLoaded = [&](bool correct) { answer = correct; };
+  // A page the answer held in an unreadable form is reported, not shown as empty.
+  const std::size_t warnings = warningCount();
   if (!options.keyword.empty()) {
     view.searchKeyword(options.keyword);
   } else {
@@ -176,6 +181,9 @@ int runSearch(CliApp& app, const SearchOptions& options) {
     if (!app.waitUntil([&] { return answer.has_value(); })) return timedOut("search");
     correct = *answer;
   }
+  const bool loaded = correct && warningCount() == warnings;
+  // Nothing to show: what went wrong was shown or reported on stderr.
+  if (!loaded && view.storeList.empty()) return kExitFailure;
   CliOutput& out = app.output();
   if (options.keyword.empty()) {
     out.line(view.areaButton.title + " | " + view.categoryButton.title + " | " + view.sortButton.title);
@@ -187,7 +195,7 @@ int runSearch(CliApp& app, const SearchOptions& options) {
                        {"category", view.categoryButton.title},
                        {"sort", view.sortButton.title},
                        {"keyword", options.keyword}});
-  return correct ? kExitOk : kExitFailure;
+  return loaded ? kExitOk : kExitFailure;
 }
 
 int runHistory(CliApp& app, bool clear) {
@@ -249,6 +257,8 @@ int runMap(CliApp& app, const std::string& category) {
     map.mapViewChangedTypeID(category);
   }
   if (!app.waitUntil([&] { return loaded.has_value(); })) return timedOut("map");
+  // Nothing to show: what went wrong was shown or reported on stderr.
+  if (!*loaded) return kExitFailure;
   CliOutput& out = app.output();
   out.line(map.categoryTitle);
   Json pins = Json::array();
@@ -261,7 +271,7 @@ int runMap(CliApp& app, const std::string& category) {
   }
   out.data("category", {{"id", map.typeID}, {"name", map.categoryTitle}});
   out.data("pins", pins);
-  return *loaded ? kExitOk : kExitFailure;
+  return kExitOk;
 }
 
 // Loads one store; nullopt (after the screen said why) when it could not be shown.

@@ -8,6 +8,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
+#include "core/common/log.h"
 #include "core/session/global_data.h"
 #include "features/orders/grade_store_view_controller.h"
 #include "features/orders/order_texts.h"
@@ -15,8 +16,6 @@
 #include "features/orders/qx_my_order_view_controller.h"
 #include "features/orders/qx_my_store_order_detail_view_controller.h"
 #include "platform/linux/qr_png.h"
-#include "platform/linux/stream_alerts.h"
-#include "platform/main_loop.h"
 #include "platform/navigator.h"
 #include "shell/app_delegate.h"
 
@@ -32,11 +31,6 @@ int fail(const std::string& why) {
   return kExitFailure;
 }
 
-bool loggedIn() {
-  if (GlobalData::sharedInstance().selfInfo()) return true;
-  std::cerr << "qmv: not logged in: run \"qmv login PHONE PASSWORD\" first\n";
-  return false;
-}
 
 // Runs `action` on the list and waits for the list's answer; nullopt on time-out.
 std::optional<bool> load(CliApp& app, QXMyOrderViewController& list, const std::function<void()>& action) {
@@ -91,13 +85,18 @@ Json rowJson(const QXMyOrderTableViewCell& cell) {
 // ---- orders ----
 
 int runOrders(CliApp& app, long tab, long pages) {
-  if (!loggedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   QXMyOrderViewController list(tab);
+  // A list the answer held in an unreadable form is reported, not shown as no orders.
+  const std::size_t warnings = warningCount();
   std::optional<bool> correct = openList(app, list);
   while (correct.value_or(false) && list.pageNum < pages && !list.footerHidden) {
     correct = load(app, list, [&list] { list.footerRefresh(); });
   }
   if (!correct) return fail("the order list did not load in time");
+  const bool loaded = *correct && warningCount() == warnings;
+  // Nothing to show: what went wrong was shown or reported on stderr.
+  if (!loaded && list.orderList.empty()) return kExitFailure;
   CliOutput& out = app.output();
   out.line(list.title() + " (tab " + std::to_string(list.index) + ", page " + std::to_string(list.pageNum) + ")");
   Json rows = Json::array();
@@ -106,15 +105,15 @@ int runOrders(CliApp& app, long tab, long pages) {
     out.line("  " + rowText(cell));
     rows.push_back(rowJson(cell));
   }
-  if (list.noDataShown) out.line("  no orders");
-  if (list.footerHidden && !list.noDataShown) out.line("  no more orders");
+  if (loaded && list.noDataShown) out.line("  no orders");
+  if (loaded && list.footerHidden && !list.noDataShown) out.line("  no more orders");
   out.data("title", list.title());
   out.data("tab", list.index);
   out.data("page", list.pageNum);
   out.data("footerHidden", list.footerHidden);
   out.data("noData", list.noDataShown);
   out.data("orders", rows);
-  return *correct ? kExitOk : kExitFailure;
+  return loaded ? kExitOk : kExitFailure;
 }
 
 // ---- order ----
@@ -213,7 +212,7 @@ int showActivityOrder(CliApp& app, const std::string& orderId, const std::string
 }
 
 int runOrder(CliApp& app, const std::string& orderId, const std::string& qrPath) {
-  if (!loggedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   QXMyOrderViewController list;
   if (!openList(app, list).value_or(false)) return kExitFailure;
   const auto row = findRow(app, list, orderId);
@@ -231,7 +230,7 @@ int runOrder(CliApp& app, const std::string& orderId, const std::string& qrPath)
 // ---- refund ----
 
 int runRefund(CliApp& app, const std::string& orderId) {
-  if (!loggedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   QXMyOrderViewController list;
   if (!openList(app, list).value_or(false)) return kExitFailure;
   auto row = findRow(app, list, orderId);
@@ -245,19 +244,13 @@ int runRefund(CliApp& app, const std::string& orderId) {
   }
   std::optional<bool> refunded;
   list.onRefunded = [&refunded](bool correct) { refunded = correct; };
-  before.rightBtnAction();
-  // An answer given with --answer is delivered on the loop ahead of this marker.
-  bool answered = false;
-  app.loop()->post([&answered] { answered = true; });
-  app.waitUntil([&answered] { return answered; });
-  const auto alerts = std::dynamic_pointer_cast<StreamAlerts>(Env::current().alerts);
-  if (alerts && alerts->pendingCount() > 0) {
+  if (!askAndAwaitAnswer(app, [&before] { before.rightBtnAction(); })) {
     out.data("refunded", false);
-    return kExitOk;  // no answer: the question stays open and nothing is sent
+    return kExitFailure;  // nothing is sent without an answer
   }
-  if (!list.isRefunding()) {
+  if (!list.isRefunding() && !refunded) {
     out.data("refunded", false);
-    return kExitOk;  // "取消"
+    return fail("order " + orderId + " was not refunded: the question was answered " + texts::kCancel);
   }
   // A correct refund reloads the list; the order keeps its place, possibly on a later page.
   bool reloaded = false;
@@ -265,19 +258,23 @@ int runRefund(CliApp& app, const std::string& orderId) {
   app.waitUntil([&] { return refunded.has_value() && (!*refunded || reloaded); });
   list.onLoaded = nullptr;
   out.data("refunded", refunded.value_or(false));
-  if (!refunded.value_or(false)) return kExitFailure;
+  if (!refunded) return fail("the refund did not end in time");
+  if (!*refunded) return kExitFailure;  // the refusal was shown or reported
   row = findRow(app, list, orderId);
   if (!row) return fail("order " + orderId + " is no longer listed");
   const QXMyOrderTableViewCell after = list.cellForRow(*row);
   out.line(rowText(after));
   out.data("after", rowJson(after));
+  if (after.orderInfo.status == before.orderInfo.status) {
+    return fail("the server accepted the refund, but order " + orderId + " still reads " + after.look.statusText);
+  }
   return kExitOk;
 }
 
 // ---- rate ----
 
 int runRate(CliApp& app, const std::string& orderId, long star, const std::string& text) {
-  if (!loggedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   QXMyOrderViewController list;
   if (!openList(app, list).value_or(false)) return kExitFailure;
   const auto row = findRow(app, list, orderId);
@@ -339,7 +336,7 @@ void registerOrderCommands(CommandRegistry& registry) {
   }
   {
     auto id = std::make_shared<std::string>();
-    CLI::App* refund = registry.add("refund", "refund an order to be used (answer the question with --answer)",
+    CLI::App* refund = registry.add("refund", "refund an order to be used (answer the question with --answer 确定)",
                                     [id](CliApp& app) { return runRefund(app, *id); });
     refund->add_option("ID", *id, "order id (see qmv orders --tab 1)")->required();
   }

@@ -43,7 +43,7 @@ void printRows(CliOutput& out, const std::vector<ContactCell>& cells) {
 }
 
 int runContacts(CliApp& app, const std::string& phone, long pages) {
-  if (!memberSignedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   MyContactViewController first;
   // The second level is reached through its row, so the first level is read to its end.
   if (!loadPages(app, first, phone.empty() ? pages : 1000)) return kExitFailure;

@@ -137,7 +137,7 @@ int runShell(CliApp& app) {
     const CommandRegistry::Entry* entry = registry.chosen();
     if (entry == nullptr) continue;
     app.beginCommand(json || app.options().json);
-    entry->run(app);
+    runFlow(app, *entry);
     app.endCommand();
   }
   return kExitOk;
@@ -153,8 +153,11 @@ int runServer(CliApp& app, bool choose) {
     auto chosen = std::make_shared<std::optional<std::string>>();
     serverSwitch.showAlert([chosen](const std::string& baseUrl) { *chosen = baseUrl; });
     if (!app.waitUntil([&] { return chosen->has_value() || app.pendingAlerts() > 0; }) || !chosen->has_value()) {
-      std::cerr << "qmv: choose " << ServerSwitch::kProduction << ", " << ServerSwitch::kTest << " or "
-                << ServerSwitch::kManual << " with --answer (then --answer HOST for " << ServerSwitch::kManual << ")\n";
+      // In the shell the sheet stays open for "answer N" after the command.
+      std::cerr << "qmv: the server sheet waits: "
+                << alertAnswerHint(app, {ServerSwitch::kProduction, ServerSwitch::kTest, ServerSwitch::kManual}) << " ("
+                << ServerSwitch::kManual << " then takes " << (app.inShell() ? "\"answer HOST:PORT\"" : "--answer HOST:PORT")
+                << ")\n";
       return kExitFailure;
     }
   }

@@ -1,6 +1,6 @@
-// Wallet commands: the bound bank card (show, bind, unbind), withdrawal to it, and the
-// bank-name look-up of the local database. Each drives the headless screen and prints
-// what it shows.
+// Wallet commands: the bound bank card (show, the code for binding, bind, unbind),
+// withdrawal to it, and the bank-name look-up of the local database. Each drives the
+// headless screen and prints what it shows.
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -8,24 +8,16 @@
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/db_util.h"
-#include "core/session/account_texts.h"
 #include "core/session/global_data.h"
 #include "features/wallet/my_bank_card_view_controller.h"
 #include "features/wallet/qx_bind_bank_card_view_controller.h"
 #include "features/wallet/qx_with_draw_view_controller.h"
-#include "platform/linux/stream_alerts.h"
 #include "platform/navigator.h"
 
 namespace qmv::cli {
 namespace {
 
 namespace texts = wallet_texts;
-
-bool loggedIn() {
-  if (GlobalData::sharedInstance().selfInfo()) return true;
-  std::cerr << "qmv: not logged in: run \"qmv login PHONE PASSWORD\" first\n";
-  return false;
-}
 
 int timedOut(const char* what) {
   std::cerr << "qmv: " << what << " did not end in time\n";
@@ -64,7 +56,7 @@ std::optional<bool> loadCardScreen(CliApp& app, MyBankCardViewController& screen
 }
 
 int runCard(CliApp& app) {
-  if (!loggedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   pushScreen(texts::kMyBankCardScreen);
   MyBankCardViewController screen;
   const auto stayed = loadCardScreen(app, screen);
@@ -74,8 +66,8 @@ int runCard(CliApp& app) {
   return kExitOk;
 }
 
-int runUnbind(CliApp& app, bool inShell) {
-  if (!loggedIn()) return kExitFailure;
+int runUnbind(CliApp& app) {
+  if (!memberSignedIn(app)) return kExitFailure;
   pushScreen(texts::kMyBankCardScreen);
   MyBankCardViewController screen;
   const auto stayed = loadCardScreen(app, screen);
@@ -90,31 +82,16 @@ int runUnbind(CliApp& app, bool inShell) {
   std::optional<bool> reloaded;
   screen.onUnbindFinished = [&outcome](MyBankCardViewController::UnbindOutcome o) { outcome = o; };
   screen.onLoaded = [&reloaded](bool stayed) { reloaded = stayed; };
-  screen.unbindAction();
-  const auto alertWaiting = [] {
-    const auto alerts = std::dynamic_pointer_cast<StreamAlerts>(Env::current().alerts);
-    return alerts && alerts->pendingCount() > 0;
-  };
-  if (!app.waitUntil([&] { return outcome.has_value() || alertWaiting(); })) return timedOut("unbind");
-  // The shell takes the answer from its next line: the alert must not outlive the screen.
-  while (inShell && !outcome && alertWaiting()) {
-    const auto line = app.readLine("[1] " + std::string(texts::kCancel) + " [2] " + texts::kConfirm + "> ");
-    if (!line) break;
-    const char* number = *line == "1" || *line == texts::kCancel ? "1" : *line == "2" || *line == texts::kConfirm ? "2" : "";
-    if (!*number || !app.answerAlert(number)) {
-      std::cerr << "qmv: answer 1 or 2\n";
-      continue;
-    }
-    if (!app.waitUntil([&] { return outcome.has_value(); })) return timedOut("unbind");
-  }
-  if (!outcome) {
-    std::cerr << "qmv: answer the alert with --answer " << texts::kConfirm << " (or " << texts::kCancel << ")\n";
+  if (!askAndAwaitAnswer(app, [&screen] { screen.unbindAction(); })) return kExitFailure;
+  if (!app.waitUntil([&] { return outcome.has_value(); })) return timedOut("unbind");
+  using enum MyBankCardViewController::UnbindOutcome;
+  if (*outcome == Cancelled) {
+    std::cerr << "qmv: the card stays bound: the question was answered " << texts::kCancel << '\n';
     return kExitFailure;
   }
-  using enum MyBankCardViewController::UnbindOutcome;
-  if (*outcome == Failed) return kExitFailure;
-  if (*outcome == Unbound && !app.waitUntil([&reloaded] { return reloaded.has_value(); })) return timedOut("card");
-  if (reloaded == false) return kExitFailure;
+  if (*outcome == Failed) return kExitFailure;  // the refusal was shown or reported
+  if (!app.waitUntil([&reloaded] { return reloaded.has_value(); })) return timedOut("card");
+  if (!*reloaded) return kExitFailure;
   printCardScreen(app, screen.view());
   return kExitOk;
 }
@@ -123,45 +100,50 @@ struct BindArgs {
   std::string name, idNumber, card, code;
 };
 
+// The bind screen as it loads: the phone the code goes to.
+void printBindScreen(CliApp& app, const QXBindBankCardViewController& screen) {
+  app.output().line(screen.phoneLabelText());
+  app.output().data("phoneLabel", screen.phoneLabelText());
+}
+
+// The bind screen's code button: a code for the member's own phone.
+int runCode(CliApp& app) {
+  if (!memberSignedIn(app)) return kExitFailure;
+  pushScreen(texts::kBindScreen);
+  QXBindBankCardViewController screen;
+  screen.viewDidLoad();
+  printBindScreen(app, screen);
+  std::optional<bool> sent;
+  screen.onCodeFinished = [&sent](bool correct) { sent = correct; };
+  screen.getCodeAction();
+  if (!app.waitUntil([&sent] { return sent.has_value(); })) return timedOut("the code request");
+  app.output().data("sent", *sent);
+  return *sent ? kExitOk : kExitFailure;
+}
+
+// The bind screen's fields as given, then its bind button with every check.
 int runBind(CliApp& app, const BindArgs& args) {
-  if (!loggedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   pushScreen(texts::kBindScreen);
   QXBindBankCardViewController screen;
   screen.viewDidLoad();
   screen.nameText = args.name;
   screen.idNumText = args.idNumber;
   screen.cardNumText = args.card;
-  CliOutput& out = app.output();
-  out.line(screen.phoneLabelText());
+  screen.codeText = args.code;
+  printBindScreen(app, screen);
   const std::string bank = screen.bankNameText();
-  out.line(bank.empty() ? args.card : args.card + "  " + bank);
-  out.data("phoneLabel", screen.phoneLabelText());
-  out.data("bankName", bank);
-
-  std::string code = args.code;
-  if (code.empty()) {
-    std::optional<bool> sent;
-    screen.onCodeFinished = [&sent](bool correct) { sent = correct; };
-    screen.getCodeAction();
-    if (!app.waitUntil([&sent] { return sent.has_value(); })) return timedOut("the code request");
-    if (!*sent) return kExitFailure;
-    // Without a terminal to type on, the run ends once the code is on its way; the next
-    // run brings it with --code.
-    if (!app.interactive()) return kExitOk;
-    const auto typed = app.readLine(std::string(account_texts::kCodePlaceholder) + ": ");
-    if (!typed) return kExitFailure;
-    code = *typed;
-  }
-  screen.codeText = code;
+  if (!args.card.empty()) app.output().line(bank.empty() ? args.card : args.card + "  " + bank);
+  app.output().data("bankName", bank);
   std::optional<bool> bound;
   screen.onFinished = [&bound](bool correct) { bound = correct; };
-  if (!screen.bindAction()) return kExitFailure;
+  if (!screen.bindAction()) return kExitFailure;  // the check's message is on the overlay
   if (!app.waitUntil([&bound] { return bound.has_value(); })) return timedOut("bind");
   return *bound ? kExitOk : kExitFailure;
 }
 
 int runWithdraw(CliApp& app, const std::string& amount) {
-  if (!loggedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   pushScreen(texts::kWithDrawScreen);
   QXWithDrawViewController screen;
   bool refreshed = false;
@@ -208,22 +190,24 @@ void registerWalletCommands(CommandRegistry& registry) {
   {
     auto bindArgs = std::make_shared<BindArgs>();
     // The subcommands exist before the card's own run looks at them.
+    auto code = std::make_shared<CLI::App*>(nullptr);
     auto bind = std::make_shared<CLI::App*>(nullptr);
     auto unbind = std::make_shared<CLI::App*>(nullptr);
     CLI::App* card = registry.add("card", "the bound bank card, or the panel to add one",
-                                  [bindArgs, bind, unbind, inShell = registry.inShell()](CliApp& app) {
+                                  [bindArgs, code, bind, unbind](CliApp& app) {
+                                    if ((*code)->parsed()) return runCode(app);
                                     if ((*bind)->parsed()) return runBind(app, *bindArgs);
-                                    if ((*unbind)->parsed()) return runUnbind(app, inShell);
+                                    if ((*unbind)->parsed()) return runUnbind(app);
                                     return runCard(app);
                                   });
     card->require_subcommand(0, 1);
-    *bind = card->add_subcommand("bind", "bind a bank card (the SMS code goes to the member's phone)");
-    (*bind)->add_option("--name", bindArgs->name, "card holder's name")->required();
-    (*bind)->add_option("--id", bindArgs->idNumber, "identity-card number")->required();
-    (*bind)->add_option("--card", bindArgs->card, "card number")->required();
-    (*bind)->add_option("--code", bindArgs->code,
-                        "the SMS code; without it the code is sent (and asked for on a terminal)");
-    *unbind = card->add_subcommand("unbind", "unbind the card (answer the alert with --answer)");
+    *code = card->add_subcommand("code", "send the SMS code for binding to the member's phone");
+    *bind = card->add_subcommand("bind", "bind a bank card with the SMS code of \"card code\"");
+    (*bind)->add_option("--name", bindArgs->name, "card holder's name");
+    (*bind)->add_option("--id", bindArgs->idNumber, "identity-card number");
+    (*bind)->add_option("--card", bindArgs->card, "card number");
+    (*bind)->add_option("--code", bindArgs->code, "the SMS code");
+    *unbind = card->add_subcommand("unbind", "unbind the card (answer the question with --answer 确定)");
   }
   {
     auto amount = std::make_shared<std::string>();

@@ -33,7 +33,7 @@ void printWheel(CliOutput& out, const WheelViewController& screen) {
 }
 
 int runWheel(CliApp& app, bool spin) {
-  if (!memberSignedIn()) return kExitFailure;
+  if (!memberSignedIn(app)) return kExitFailure;
   WheelViewController screen;
   std::optional<bool> loaded;
   screen.onLoaded = [&loaded](bool ok) { loaded = ok; };

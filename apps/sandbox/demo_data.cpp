@@ -5,14 +5,22 @@
 #include <vector>
 
 #include "apps/sandbox/sandbox_util.h"
+#include "core/common/sqlite_database.h"
 
 namespace qmv::sandbox {
 namespace {
 
+// "seq" is the row's place in the list as sent; "ver" the area version that last changed it.
+constexpr const char* kAreasSchema = R"sql(
+CREATE TABLE IF NOT EXISTS areas(id INTEGER PRIMARY KEY, parent_id INTEGER NOT NULL, name TEXT NOT NULL,
+  py_name TEXT NOT NULL, type INTEGER NOT NULL, special INTEGER NOT NULL DEFAULT 0, seq INTEGER NOT NULL,
+  ver INTEGER NOT NULL);
+CREATE INDEX IF NOT EXISTS areas_parent ON areas(parent_id);
+CREATE INDEX IF NOT EXISTS areas_ver ON areas(ver, seq);
+)sql";
+
 constexpr const char* kSchema = R"sql(
 CREATE TABLE IF NOT EXISTS meta(key TEXT PRIMARY KEY, value TEXT NOT NULL);
-CREATE TABLE IF NOT EXISTS areas(id INTEGER PRIMARY KEY, parent_id INTEGER NOT NULL, name TEXT NOT NULL,
-  py_name TEXT NOT NULL, type INTEGER NOT NULL, special INTEGER NOT NULL DEFAULT 0);
 CREATE TABLE IF NOT EXISTS members(id INTEGER PRIMARY KEY, num TEXT NOT NULL UNIQUE, phone TEXT NOT NULL UNIQUE,
   user_name TEXT NOT NULL, password TEXT NOT NULL, nick_name TEXT NOT NULL DEFAULT '', sex TEXT NOT NULL DEFAULT '',
   birthday TEXT NOT NULL DEFAULT '', email TEXT NOT NULL DEFAULT '', inviter_id INTEGER REFERENCES members(id),
@@ -70,31 +78,6 @@ CREATE INDEX IF NOT EXISTS orders_member ON orders(member_id, created);
 CREATE INDEX IF NOT EXISTS ledger_member ON ledger(member_id, id);
 CREATE INDEX IF NOT EXISTS members_inviter ON members(inviter_id);
 )sql";
-
-struct Area {
-  int id;
-  int parent;
-  const char* name;
-  const char* pinyin;
-  int type;
-};
-
-// Provinces are type 1, cities type 2, districts and counties type 3.
-const Area kAreas[] = {
-    {370000, 0, "山东省", "shandong", 1},       {370100, 370000, "济南市", "jinan", 2},
-    {370102, 370100, "历下区", "lixia", 3},     {370103, 370100, "市中区", "shizhong", 3},
-    {370104, 370100, "槐荫区", "huaiyin", 3},   {370105, 370100, "天桥区", "tianqiao", 3},
-    {370112, 370100, "历城区", "licheng", 3},   {370113, 370100, "长清区", "changqing", 3},
-    {370200, 370000, "青岛市", "qingdao", 2},   {370202, 370200, "市南区", "shinan", 3},
-    {370203, 370200, "市北区", "shibei", 3},    {370212, 370200, "崂山区", "laoshan", 3},
-    {371300, 370000, "临沂市", "linyi", 2},     {371302, 371300, "兰山区", "lanshan", 3},
-    {371311, 371300, "罗庄区", "luozhuang", 3}, {371312, 371300, "河东区", "hedong", 3},
-    {371321, 371300, "沂南县", "yinan", 3},     {371322, 371300, "郯城县", "tancheng", 3},
-    {371323, 371300, "沂水县", "yishui", 3},    {371324, 371300, "兰陵县", "lanling", 3},
-    {371325, 371300, "费县", "feixian", 3},     {371326, 371300, "平邑县", "pingyi", 3},
-    {371327, 371300, "莒南县", "junan", 3},     {371328, 371300, "蒙阴县", "mengyin", 3},
-    {371329, 371300, "临沭县", "linshu", 3},
-};
 
 struct DemoStore {
   int district;
@@ -185,11 +168,31 @@ std::pair<double, double> wgsToBd09(double lat, double lng) {
   return {z * std::sin(theta) + 0.006, z * std::cos(theta) + 0.0065};
 }
 
-void seedAreas(SandboxStore& db) {
-  for (const Area& area : kAreas) {
-    db.execute("INSERT INTO areas(id, parent_id, name, py_name, type, special) VALUES(?,?,?,?,?,0)",
-               {area.id, area.parent, area.name, area.pinyin, area.type});
+// The client's own table, row for row and in its order (a municipality's city row before
+// its province of the same name, since look-ups by name take the first row), all at
+// kAreaVersion.
+void seedAreas(SandboxStore& db, const std::filesystem::path& areaDatabase) {
+  SQLiteDatabase shipped = SQLiteDatabase::atPath(areaDatabase, SQLiteDatabase::Mode::kImmutable);
+  if (const auto error = shipped.openDatabase()) {
+    throw StoreError("the shipped area database " + areaDatabase.string() + " cannot be read: " + error->description);
   }
+  const Json rows = shipped.getRowsForQuery(
+      "SELECT area_id, parent_id, area_name, py_name, area_type, special FROM areas ORDER BY rowid");
+  shipped.closeDatabase();
+  if (!rows.is_array() || rows.empty()) throw StoreError("no areas in " + areaDatabase.string());
+  db.execute("DELETE FROM areas");
+  int64_t seq = 0;
+  for (const Json& row : rows) {
+    // NULL columns are left out of a row; the table refuses such an area.
+    const auto column = [&row](const char* name) {
+      const auto it = row.find(name);
+      return it == row.end() ? Json() : *it;
+    };
+    db.execute("INSERT INTO areas(id, parent_id, name, py_name, type, special, seq, ver) VALUES(?,?,?,?,?,?,?,?)",
+               {column("area_id"), column("parent_id"), column("area_name"), column("py_name"), column("area_type"),
+                column("special").is_null() ? Json(0) : column("special"), ++seq, kAreaVersion});
+  }
+  db.execute("INSERT OR REPLACE INTO meta(key, value) VALUES('area_ver', ?)", {std::to_string(kAreaVersion)});
 }
 
 void seedStores(SandboxStore& db) {
@@ -362,20 +365,24 @@ void seedContent(SandboxStore& db, int64_t now) {
 
 }  // namespace
 
-void prepareDatabase(SandboxStore& db) {
+void prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase) {
   db.transact(true, [&] {
+    // Areas of homes seeded before they carried versions are a few demo rows: replaced.
+    const bool versioned = db.queryOne("SELECT 1 FROM pragma_table_info('areas') WHERE name = 'ver'").is_object();
+    if (!versioned) db.executeScript("DROP TABLE IF EXISTS areas");
+    db.executeScript(kAreasSchema);
     db.executeScript(kSchema);
+    if (!versioned) seedAreas(db, areaDatabase);
     // Homes made before codes counted their wrong attempts.
     if (db.queryOne("SELECT 1 FROM pragma_table_info('sms_codes') WHERE name = 'attempts'").is_null()) {
       db.executeScript("ALTER TABLE sms_codes ADD COLUMN attempts INTEGER NOT NULL DEFAULT 0");
     }
     if (!db.queryOne("SELECT value FROM meta WHERE key = 'seeded'").is_null()) return true;
     const int64_t now = nowSeconds();
-    seedAreas(db);
     seedStores(db);
     seedContent(db, now);
     seedMembers(db, now);
-    db.execute("INSERT INTO meta(key, value) VALUES('seeded', ?), ('area_ver', ?)", {timeText(now), kAreaVersion});
+    db.execute("INSERT INTO meta(key, value) VALUES('seeded', ?)", {timeText(now)});
     return true;
   });
 }

@@ -1,9 +1,11 @@
 #pragma once
-// The sandbox's schema and its demo world: two cities of areas (临沂市 with its districts as
-// the default city, 济南市, and 青岛市 areas), stores across every category of the built-in
-// catalogue at real places (stored BD-09), offers with first-purchase prices, draw products,
-// banners, a prize wheel, and the demo member with contacts two levels deep, messages,
-// vouchers, fund records and orders in every status.
+// The sandbox's schema and its demo world: the areas the client ships (so that the area
+// refresh never takes a city away from it), stores across every category of the built-in
+// catalogue at real places in 临沂市 and 济南市 (stored BD-09), offers with first-purchase
+// prices, draw products, banners, a prize wheel, and the demo member with contacts two
+// levels deep, messages, vouchers, fund records and orders in every status.
+#include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "apps/sandbox/sandbox_store.h"
@@ -14,11 +16,15 @@ inline constexpr const char* kDemoPhone = "13800000000";
 inline constexpr const char* kDemoPassword = "qmv123";
 inline constexpr const char* kDemoMemberNumber = "100001";
 inline constexpr long long kDemoBalanceFen = 50000;
-// Version of the area list; a client holding it is sent an empty list.
-inline constexpr const char* kAreaVersion = "20161001";
+// Version of the area list. Each area row carries the version that last changed it; a
+// client holding version V is sent the rows changed after V, so one holding this one is
+// sent nothing. Homes seeded before the areas carried versions held 20161001.
+inline constexpr int64_t kAreaVersion = 20250701;
 
 // Creates the tables when missing and seeds the demo world once per database (a marker in
-// the meta table records that it was done). Throws StoreError on a database failure.
-void prepareDatabase(SandboxStore& db);
+// the meta table records that it was done). The areas come from the "areas" table of the
+// client's shipped database `areaDatabase`, in its order; a home whose areas predate their
+// versions gets them anew. Throws StoreError on a database failure.
+void prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase);
 
 }  // namespace qmv::sandbox

@@ -132,19 +132,27 @@ Reply categoryList(Call& call) { return Reply::ok({{"dataList", withAbsoluteImag
 
 Reply templateList(Call& call) { return Reply::ok({{"dataList", withAbsoluteImages(call, templates())}}); }
 
+// The rows changed after the version the client holds, in the table's order; the whole
+// table for "0" and for any version this server never had. The highest id goes last, since
+// the client takes the last id for the highest one that its rebuilt cache must hold.
 Reply areaList(Call& call) {
   const std::string current =
       call.db.queryOne("SELECT value FROM meta WHERE key = 'area_ver'")["value"].get<std::string>();
+  const auto held = parseInteger(call.arg("ver"), 0, std::stoll(current));
+  std::vector<Json> rows = call.db.query(
+      "SELECT id, parent_id, name, py_name, type, special FROM areas WHERE ver > ? ORDER BY seq", {held.value_or(0)});
+  const auto highest = std::max_element(rows.begin(), rows.end(), [](const Json& a, const Json& b) {
+    return a["id"].get<int64_t>() < b["id"].get<int64_t>();
+  });
+  if (highest != rows.end()) std::rotate(highest, highest + 1, rows.end());
   Json list = Json::array();
-  if (call.arg("ver") != current) {
-    for (const Json& row : call.db.query("SELECT * FROM areas ORDER BY id")) {
-      list.push_back({{"id", row["id"]},
-                      {"parentId", row["parent_id"]},
-                      {"name", row["name"]},
-                      {"pyName", row["py_name"]},
-                      {"type", row["type"]},
-                      {"special", row["special"]}});
-    }
+  for (const Json& row : rows) {
+    list.push_back({{"id", row["id"]},
+                    {"parentId", row["parent_id"]},
+                    {"name", row["name"]},
+                    {"pyName", row["py_name"]},
+                    {"type", row["type"]},
+                    {"special", row["special"]}});
   }
   return Reply::ok({{"dataList", list}, {"ver", current}});
 }

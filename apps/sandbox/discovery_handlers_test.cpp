@@ -12,7 +12,7 @@ std::pair<double, double> lngLat(const Json& store) {
   return {std::stod(text.substr(0, comma)), std::stod(text.substr(comma + 1))};
 }
 
-TEST_F(SandboxTest, CatalogueTemplatesAndAreaListWithVersion) {
+TEST_F(SandboxTest, CatalogueAndTemplatesAgree) {
   const Json categories = api_->get("getCategoryList")["data"]["dataList"];
   ASSERT_EQ(categories.size(), 9u);
   EXPECT_EQ(categories[0]["name"], "全部分类");
@@ -39,25 +39,50 @@ TEST_F(SandboxTest, CatalogueTemplatesAndAreaListWithVersion) {
     }
   }
   EXPECT_EQ(checked, 21);
+}
 
-  const Json full = api_->get("getAreaList", {{"ver", "0"}})["data"];
+TEST_F(SandboxTest, AreaListIsTheShippedTableAndThenOnlyItsChanges) {
+  const auto areas = [this](const std::string& ver) { return api_->get("getAreaList", {{"ver", ver}})["data"]; };
+  const Json full = areas("0");
   const std::string ver = full["ver"];
-  ASSERT_FALSE(ver.empty());
-  std::map<std::string, Json> byName;
-  long long lastId = 0;
+  ASSERT_EQ(full["dataList"].size(), 3346u);
+  std::map<std::string, Json> firstByName;
+  long long highest = 0;
   for (const Json& area : full["dataList"]) {
     for (const char* key : {"id", "parentId", "name", "pyName", "type", "special"}) ASSERT_TRUE(area.contains(key));
-    EXPECT_GT(area["id"].get<long long>(), lastId) << "ids ascend so the last one is the highest";
-    lastId = area["id"];
-    byName[area["name"]] = area;
+    firstByName.emplace(area["name"], area);
+    highest = std::max(highest, area["id"].get<long long>());
   }
-  EXPECT_EQ(byName["临沂市"]["id"], 371300);
-  EXPECT_EQ(byName["临沂市"]["type"], 2);
-  EXPECT_EQ(byName["兰山区"]["parentId"], 371300);
-  EXPECT_EQ(byName["历下区"]["parentId"], byName["济南市"]["id"]);
-  const Json same = api_->get("getAreaList", {{"ver", ver}})["data"];
-  EXPECT_TRUE(same["dataList"].empty());
-  EXPECT_EQ(same["ver"], ver);
+  EXPECT_EQ(full["dataList"].back()["id"], highest) << "the client's cache is valid only with the highest id last";
+  // A municipality's city row comes before its province: the client's look-up by name
+  // takes the first.
+  for (const auto& [name, city] : {std::pair{"北京市", 110100}, {"上海市", 310100}, {"天津市", 120100}, {"重庆市", 500100}}) {
+    EXPECT_EQ(firstByName[name]["id"], city) << name;
+    EXPECT_EQ(firstByName[name]["type"], 2) << name;
+  }
+  EXPECT_EQ(firstByName["兰山区"]["parentId"], 371300);
+  EXPECT_EQ(firstByName["历下区"]["parentId"], firstByName["济南市"]["id"]);
+  EXPECT_TRUE(areas(ver)["dataList"].empty());
+  EXPECT_EQ(areas(ver)["ver"], ver);
+  EXPECT_EQ(areas("not-a-version")["dataList"].size(), 3346u);
+
+  // A later version: a client holding the earlier one is sent just the changed rows.
+  {
+    std::string error;
+    auto db = SandboxStore::open(home_ / "sandbox.db", &error);
+    ASSERT_TRUE(db) << error;
+    db->transact(true, [&] {
+      db->execute("UPDATE areas SET ver = ver + 1, name = name || '新' WHERE id IN (110100, 110000)");
+      db->execute("UPDATE meta SET value = value + 1 WHERE key = 'area_ver'");
+      return true;
+    });
+  }
+  const Json changes = areas(ver);
+  EXPECT_NE(changes["ver"], ver);
+  ASSERT_EQ(changes["dataList"].size(), 2u);
+  EXPECT_EQ(changes["dataList"][0]["name"], "北京市新");
+  EXPECT_EQ(changes["dataList"][1]["id"], 110100) << "the highest id last, whatever its place";
+  EXPECT_TRUE(areas(changes["ver"])["dataList"].empty());
 }
 
 TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {

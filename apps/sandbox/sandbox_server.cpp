@@ -28,6 +28,7 @@
 #include "apps/sandbox/sandbox_util.h"
 #include "apps/sandbox/user_names.h"
 #include "core/common/log.h"
+#include "platform/file_locations.h"
 
 namespace qmv::sandbox {
 namespace {
@@ -181,7 +182,9 @@ struct SandboxServer::Impl {
                             &error);
     if (!db) return error;
     try {
-      prepareDatabase(*db);
+      const std::filesystem::path resources =
+          options.resources.empty() ? HomeFileLocations(options.home).resourceDirectory() : options.resources;
+      prepareDatabase(*db, resources / "area.db");
       prepareUserNameKeys(*db);
     } catch (const std::exception& failure) {
       db.reset();

@@ -60,6 +60,9 @@ struct SandboxOptions {
   // The clock password back-off is measured by; empty: the steady clock. Tests move it
   // instead of waiting.
   std::function<std::chrono::steady_clock::time_point()> clock{};
+  // Directory of the client's shipped databases, whose area table the sandbox serves;
+  // empty: where the client itself finds them (HomeFileLocations).
+  std::filesystem::path resources{};
 };
 
 class SandboxServer {

@@ -29,6 +29,7 @@ void toSink(const std::string& line) {
 }
 
 std::atomic<bool> warningsOnStderr{true};
+std::atomic<std::size_t> warningsLogged{0};
 std::atomic<int> installedSinks{0};  // ScopedLogSink guards alive, empty sinks included
 
 bool debugOnStderr() {
@@ -46,9 +47,12 @@ void logLine(const std::string& line) {
 bool logLineEnabled() { return debugOnStderr() || installedSinks.load(std::memory_order_relaxed) > 0; }
 
 void logWarning(const std::string& line) {
+  warningsLogged.fetch_add(1, std::memory_order_relaxed);
   if (warningsOnStderr.load(std::memory_order_relaxed)) std::fprintf(stderr, "qmv: %s\n", line.c_str());
   toSink(line);
 }
+
+std::size_t warningCount() { return warningsLogged.load(std::memory_order_relaxed); }
 
 void setWarningsOnStderr(bool on) { warningsOnStderr.store(on, std::memory_order_relaxed); }
 

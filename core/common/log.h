@@ -2,6 +2,7 @@
 // Debug log. Lines go to stderr when QMV_DEBUG is set in the environment, and always to
 // an installed sink (tests install one to assert that a line was written). Warnings go
 // to stderr always.
+#include <cstddef>
 #include <functional>
 #include <string>
 
@@ -18,6 +19,10 @@ bool logLineEnabled();
 // that could not be read, a setting that could not be saved): always written to stderr
 // as "qmv: <line>", and to the installed sink.
 void logWarning(const std::string& line);
+
+// Warnings logged so far in this process. A front end compares it before and after a flow:
+// a flow during which one was logged did not end as it should. Thread-safe.
+std::size_t warningCount();
 
 // Turns the stderr copy of warnings off (or back on); the sink still gets them. For a
 // process that feeds hostile input in a loop, where a line per input would drown the rest.

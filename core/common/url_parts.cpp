@@ -70,7 +70,9 @@ std::string urlHost(std::string_view url) {
   std::string_view rest = authority;
   if (const auto at = rest.rfind('@'); at != std::string_view::npos) rest = rest.substr(at + 1);
   if (const auto colon = rest.find(':'); colon != std::string_view::npos) rest = rest.substr(0, colon);
-  return std::string(rest);
+  std::string host(rest);
+  for (char& c : host) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return host;
 }
 
 std::map<std::string, std::string> urlQueryPairs(std::string_view url) {

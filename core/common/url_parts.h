@@ -14,7 +14,8 @@ std::string percentEncode(std::string_view text);
 // 0..15 for a hexadecimal digit, -1 for any other character.
 int hexDigitValue(char c);
 
-// "qqqmmmvvv://safepay/?x=1" -> "safepay". Empty when the text has no "scheme://".
+// "qqqmmmvvv://safepay/?x=1" -> "safepay", lower-cased as a host compares ("qmv://LOGIN"
+// -> "login"). Empty when the text has no "scheme://".
 std::string urlHost(std::string_view url);
 
 // Everything between "://" and the first "/", "?" or "#", as written: user information

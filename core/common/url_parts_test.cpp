@@ -9,6 +9,7 @@ TEST(UrlPartsTest, HostSchemeAndQueryPairs) {
   EXPECT_EQ(urlHost("qqqmmmvvv://safepay/?resultStatus=9000"), "safepay");
   EXPECT_EQ(urlHost("qqqmmmvvv://uppayresult?code=success"), "uppayresult");
   EXPECT_EQ(urlHost("http://user:pw@example.test:8080/a"), "example.test");
+  EXPECT_EQ(urlHost("QMV://LOGIN?x=Y"), "login");
   EXPECT_EQ(urlHost("no scheme here"), "");
   EXPECT_EQ(urlAuthority("qqqmmmvvv://evil.test@uppayresult:80?code=success"), "evil.test@uppayresult:80");
   EXPECT_EQ(urlAuthority("qqqmmmvvv://uppayresult#?code=success"), "uppayresult");

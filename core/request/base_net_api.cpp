@@ -70,6 +70,18 @@ Json BaseNetApi::getBaseArgument() const {
   return arguments;
 }
 
+const Json& BaseNetApi::responseList(const char* key) const {
+  static const Json kNoList = Json::array();
+  const Json& data = responseData();
+  if (!data.is_object()) return kNoList;
+  const auto it = data.find(key);
+  if (it != data.end() && it->is_array()) return *it;
+  if (verdict_ == Verdict::Correct && !std::exchange(dataWarned_, true)) {
+    logWarning("the answer of " + requestUrl() + " carried no \"" + key + "\" array");
+  }
+  return kNoList;
+}
+
 const Json& BaseNetApi::responseData() const {
   static const Json kNothing;
   const Json& root = parsedResponse(*this);
@@ -86,9 +98,11 @@ const Json& BaseNetApi::responseData() const {
 
 void BaseNetApi::requestCompleteFilter() {
   dataWarned_ = false;
+  refusal_.clear();
   const std::string& text = responseString();
   const Envelope envelope = envelopeOf(*this);
   if (!envelope.isObject) {
+    verdict_ = Verdict::Unreadable;
     // No envelope, so no message to show: the answer fails without a word from the
     // system, and the user learns why here. Refused too: nesting deeper than parseJson
     // allows.
@@ -98,21 +112,56 @@ void BaseNetApi::requestCompleteFilter() {
   }
   const std::string& success = envelope.success;
   if (success == kSessionExpired) {
+    verdict_ = Verdict::SessionExpired;
+    // The login screen comes up; a front end that draws none has only this line to say why.
+    if (needShowError) logWarning(requestUrl() + ": " + failureReason());
     if (sessionDelegate) sessionDelegate->sessionIsExpire(*this);
     return;
   }
   if (success == kCorrect) {
+    verdict_ = Verdict::Correct;
     isCorrectResult_ = true;
     return;
   }
+  verdict_ = Verdict::Refused;
+  refusal_ = StringUtil::convertUnicodeToString(envelope.message);
   if (!needShowError) return;
-  const std::string message = StringUtil::convertUnicodeToString(envelope.message);
-  if (!message.empty()) showStatus(message);
+  if (refusal_.empty()) {
+    logWarning(requestUrl() + ": " + failureReason());
+  } else {
+    showStatus(refusal_);
+  }
 }
 
 void BaseNetApi::requestFailedFilter() {
-  if (needShowError) showStatus(kConnectionFailedMessage);
+  verdict_ = Verdict::Failed;
+  if (needShowError) {
+    showStatus(kConnectionFailedMessage);
+    logWarning(requestUrl() + ": " + failureReason());
+  }
   if (noNetWorkingDelegate) noNetWorkingDelegate->noNetWorking();
+}
+
+std::string BaseNetApi::failureReason() const {
+  switch (verdict_) {
+    case Verdict::None:
+    case Verdict::Correct:
+      return {};
+    case Verdict::SessionExpired:
+      return "the session has expired";
+    case Verdict::Refused:
+      return refusal_.empty() ? "refused without a message" : "refused: " + refusal_;
+    case Verdict::Unreadable:
+      return "the answer could not be read";
+    case Verdict::Failed:
+      break;
+  }
+  if (requestOperation && requestOperation->response().error != TransportError::none) {
+    const std::string& why = requestOperation->response().errorMessage;
+    return why.empty() ? std::string("the connection failed") : why;
+  }
+  if (!statusCodeValidator()) return "HTTP status " + std::to_string(responseStatusCode());
+  return "the answer did not have the expected form";
 }
 
 void BaseNetApi::toggleAccessoriesWillStartCallBack() {

@@ -31,10 +31,20 @@ class BaseNetApi : public CachedRequest {
 
   // Envelope decoding, run after the status check passed: "0" correct, "2" session
   // expired (sessionDelegate told, nothing shown), anything else a failure whose
-  // decoded "message" is shown when needShowError.
+  // decoded "message" is shown when needShowError. What the system shows nothing for
+  // (an expired session, a refusal without a message, an answer that is no envelope)
+  // is reported with logWarning, unless needShowError is off.
   void requestCompleteFilter() override;
-  // Shows kConnectionFailedMessage when needShowError, then tells noNetWorkingDelegate.
+  // Shows kConnectionFailedMessage when needShowError, and reports failureReason() with
+  // logWarning (the message alone does not say what failed); then tells
+  // noNetWorkingDelegate.
   void requestFailedFilter() override;
+
+  // Why the last answer was not correct, for a person to read: the transport's own words
+  // ("answer larger than 8388608 bytes"), "HTTP status 404", "the session has expired",
+  // "refused: <message>", "refused without a message" or "the answer could not be read".
+  // Empty before an answer and after a correct one.
+  std::string failureReason() const;
   // Replace the accessory walks: they tell netLoadingDelegate instead.
   void toggleAccessoriesWillStartCallBack() override;
   void toggleAccessoriesWillStopCallBack() override;
@@ -53,9 +63,17 @@ class BaseNetApi : public CachedRequest {
   // correct answer whose "data" is not an object is reported once (logWarning). The
   // value lives as long as the response.
   const Json& responseData() const;
+  // The array under `key` of "data" ("dataList" of the list endpoints); an empty array
+  // when there is none. A correct answer whose "data" is an object without such an array
+  // is reported once (logWarning), as a missing "data" is.
+  const Json& responseList(const char* key = "dataList") const;
 
  private:
+  enum class Verdict { None, Correct, Refused, SessionExpired, Unreadable, Failed };
+
   bool isCorrectResult_ = false;
+  Verdict verdict_ = Verdict::None;
+  std::string refusal_;  // the decoded message of the last refusal
   mutable bool dataWarned_ = false;
 };
 

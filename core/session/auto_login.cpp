@@ -33,6 +33,7 @@ void AutoLogin::finished(bool correct) {
     GlobalData::sharedInstance().setSelfInfo(info);
   }
   const bool signedIn = info != nullptr;
+  failureReason_ = signedIn ? std::string() : correct ? "the answer carried no member" : loginApi_->failureReason();
   account_detail::setPushAlias(signedIn ? info->userName : std::string(BaseViewController::kInvalidAlias),
                                BaseViewController::kAliasType);
   if (onFinished) onFinished(signedIn);

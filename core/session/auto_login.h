@@ -6,6 +6,7 @@
 // signs in with the phone stored now.
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "core/session/login_net_api.h"
 
@@ -26,6 +27,9 @@ class AutoLogin {
   bool autoLoginNet();
 
   bool isRunning() const { return loginApi_ && loginApi_->isExecuting(); }
+  // Why the last login that was sent did not sign the member in (nothing is shown for it,
+  // so a front end may tell it where a member is needed); empty after a sign-in.
+  const std::string& failureReason() const { return failureReason_; }
 
   // When a sent login ends: true when the member is signed in.
   std::function<void(bool correct)> onFinished;
@@ -34,6 +38,7 @@ class AutoLogin {
   void finished(bool correct);
 
   std::shared_ptr<LoginNetApi> loginApi_;
+  std::string failureReason_;
 };
 
 }  // namespace qmv

@@ -22,12 +22,7 @@ Json AreaNetApi::requestArgument() const {
   return arguments;
 }
 
-Json AreaNetApi::getAreaList() const {
-  const Json& data = responseData();
-  if (!data.is_object()) return nullptr;
-  const auto list = data.find("dataList");
-  return list != data.end() && list->is_array() ? *list : Json(nullptr);
-}
+Json AreaNetApi::getAreaList() const { return responseList(); }
 
 std::string AreaNetApi::getAreaVersion() const { return strForKey(responseData(), "ver"); }
 

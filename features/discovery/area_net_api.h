@@ -20,7 +20,7 @@ class AreaNetApi : public BaseNetApi {
   // The version the request sends (see above).
   static std::string currentVersion();
 
-  // "data"."dataList" when it is an array, else null.
+  // "data"."dataList" when it is an array, else an empty array.
   Json getAreaList() const;
   // "data"."ver" as text ("" when absent).
   std::string getAreaVersion() const;

@@ -104,6 +104,10 @@ void MainViewController::homeRequestEnded() {
 }
 
 void MainViewController::refreshNet() {
+  // The content is the selected city's, so the button names it too: the city may have
+  // been chosen on another screen since this one was made.
+  addressButtonTitle_ = GlobalData::sharedInstance().getCurrentCityName();
+  lastSelectCity_ = addressButtonTitle_;
   popularPage_ = 1;
   pendingHomeRequests_ = 4;
   const std::string city = currentCityId();

@@ -55,10 +55,13 @@ class MainViewController : public BaseViewController {
   // The silent sign-in of every start: see AutoLogin. Returns whether a login was sent;
   // onAutoLoginFinished follows once it ends.
   bool autoLoginNet();
+  // Why the automatic login did not sign the member in; empty when it did or was not sent.
+  const std::string& autoLoginFailure() const { return autoLogin_.failureReason(); }
 
   // Restarts the popular list at page 1 and asks for the banners, the recommended
-  // stores, popular page 1 and the templates of the current city; onLoaded runs when
-  // all four have ended. A popular page still loading is stopped: the refresh wins.
+  // stores, popular page 1 and the templates of the current city, whose name the address
+  // button then shows; onLoaded runs when all four have ended. A popular page still
+  // loading is stopped: the refresh wins.
   void refreshNet();
   // Asks for the next popular page; a failed page is asked for again next time. Refused
   // (false) while a popular page, the refresh's first among them, is still loading.

@@ -21,7 +21,7 @@ Json MapListNetApi::requestArgument() const {
 }
 
 std::vector<StoreInfoModel> MapListNetApi::getMapList() const {
-  std::vector<StoreInfoModel> stores = storesOfData(responseData());
+  std::vector<StoreInfoModel> stores = StoreInfoModel::listWithArray(responseList());
   std::erase_if(stores, [](const StoreInfoModel& store) { return !isValidInfo(store); });
   return stores;
 }

@@ -12,7 +12,7 @@ Json PopularStoreNetApi::requestArgument() const {
   return arguments;
 }
 
-std::vector<StoreInfoModel> PopularStoreNetApi::getPopularStores() const { return storesOfData(responseData()); }
+std::vector<StoreInfoModel> PopularStoreNetApi::getPopularStores() const { return StoreInfoModel::listWithArray(responseList()); }
 
 long PopularStoreNetApi::getTotleCount() const { return countOfData(responseData()); }
 

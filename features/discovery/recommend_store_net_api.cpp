@@ -11,6 +11,6 @@ Json RecommendStoreNetApi::requestArgument() const {
   return arguments;
 }
 
-std::vector<StoreInfoModel> RecommendStoreNetApi::getRecommendStores() const { return storesOfData(responseData()); }
+std::vector<StoreInfoModel> RecommendStoreNetApi::getRecommendStores() const { return StoreInfoModel::listWithArray(responseList()); }
 
 }  // namespace qmv

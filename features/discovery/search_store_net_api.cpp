@@ -39,10 +39,10 @@ Json SearchStoreNetApi::requestArgument() const {
 
 std::vector<StoreInfoModel> SearchStoreNetApi::getSearchStores() const {
   // A page is read in place from the text; the parsed response is needed only to report
-  // a correct answer without "data", which has no stores anyway.
-  bool dataIsObject = false;
-  std::vector<StoreInfoModel> stores = storesOfAnswer(responseString(), &dataIsObject);
-  if (!dataIsObject) (void)responseData();
+  // a correct answer without a list, which has no stores anyway.
+  bool readable = false;
+  std::vector<StoreInfoModel> stores = storesOfAnswer(responseString(), &readable);
+  if (!readable) (void)responseList();
   return stores;
 }
 

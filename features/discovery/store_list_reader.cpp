@@ -17,25 +17,26 @@ std::vector<StoreInfoModel> storesOfData(const Json& data) {
   return list == data.end() ? std::vector<StoreInfoModel>{} : StoreInfoModel::listWithArray(*list);
 }
 
-std::vector<StoreInfoModel> storesOfAnswer(std::string_view text, bool* dataIsObject) {
+std::vector<StoreInfoModel> storesOfAnswer(std::string_view text, bool* listRead) {
   std::vector<StoreInfoModel> stores;
-  bool hasData = false;
-  const bool read = fastjson::readDocument(text, [&stores, &hasData](fastjson::Element root) {
+  bool hasList = false;
+  const bool read = fastjson::readDocument(text, [&stores, &hasList](fastjson::Element root) {
     const auto data = fastjson::member(root, "data");
-    hasData = data && data->is_object();
-    if (!hasData) return;
+    if (!data || !data->is_object()) return;
     const auto list = fastjson::member(*data, "dataList");
-    if (!list || !list->is_array()) return;
+    hasList = list && list->is_array();
+    if (!hasList) return;
     stores.reserve(fastjson::sizeOf(*list));
     fastjson::forEachElement(*list, [&stores](fastjson::Element store) { stores.push_back(detail::storeIn(store)); });
   });
   if (!read) {
     const Json root = parseJson(text);
     const Json* data = fastjson::member(root, "data");
-    hasData = data && data->is_object();
-    if (hasData) stores = storesOfData(*data);
+    const Json* list = data && data->is_object() ? fastjson::member(*data, "dataList") : nullptr;
+    hasList = list && list->is_array();
+    if (hasList) stores = StoreInfoModel::listWithArray(*list);
   }
-  if (dataIsObject) *dataIsObject = hasData;
+  if (listRead) *listRead = hasList;
   return stores;
 }
 

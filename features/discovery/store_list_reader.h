@@ -14,8 +14,9 @@ std::vector<StoreInfoModel> storesOfData(const Json& data);
 
 // The stores of a whole answer's text, as storesOfData gives them for its "data": read in
 // place, without building the answer's Json tree, whenever parseJson would read the text
-// the same way. `dataIsObject`, when given, tells whether the answer had a "data" object.
-std::vector<StoreInfoModel> storesOfAnswer(std::string_view text, bool* dataIsObject = nullptr);
+// the same way. `listRead`, when given, tells whether the answer had a "data" object with
+// a "dataList" array.
+std::vector<StoreInfoModel> storesOfAnswer(std::string_view text, bool* listRead = nullptr);
 
 // data."count" as an integer (a number, or text holding one); 0 otherwise.
 long countOfData(const Json& data);

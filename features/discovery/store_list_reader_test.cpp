@@ -93,12 +93,13 @@ TEST(StoreListReaderTest, AnswersReadInPlaceGiveTheRecordsOfTheParsedAnswer) {
   };
   for (const std::string& page : pages) {
     SCOPED_TRACE(page);
-    bool dataIsObject = false;
-    const std::vector<StoreInfoModel> inPlace = storesOfAnswer(page, &dataIsObject);
+    bool listRead = false;
+    const std::vector<StoreInfoModel> inPlace = storesOfAnswer(page, &listRead);
     const std::vector<StoreInfoModel> parsed = throughTree(page);
     expectSameStores(inPlace, parsed);
     const Json root = parseJson(page);
-    EXPECT_EQ(dataIsObject, root.is_object() && root.contains("data") && root["data"].is_object());
+    EXPECT_EQ(listRead, root.is_object() && root.contains("data") && root["data"].is_object() &&
+                            root["data"].contains("dataList") && root["data"]["dataList"].is_array());
   }
   // The readings above must have had something to compare.
   const auto first = storesOfAnswer(pages[0]);

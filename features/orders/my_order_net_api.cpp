@@ -16,10 +16,7 @@ Json MyOrderNetApi::requestArgument() const {
 }
 
 std::vector<OrderInfoModel> MyOrderNetApi::getOrderList() const {
-  const Json& data = responseData();
-  if (!data.is_object()) return {};
-  const auto list = data.find("dataList");
-  return list == data.end() ? std::vector<OrderInfoModel>{} : OrderInfoModel::listWithArray(*list);
+  return OrderInfoModel::listWithArray(responseList());
 }
 
 }  // namespace qmv

@@ -20,11 +20,7 @@ Json MyContactsNetApi::requestArgument() const {
 
 std::vector<UserInfoModel> MyContactsNetApi::getMyContacts() const {
   std::vector<UserInfoModel> contacts;
-  const Json& data = responseData();
-  if (!data.is_object()) return contacts;
-  const auto list = data.find("dataList");
-  if (list == data.end() || !list->is_array()) return contacts;
-  for (const auto& element : *list) contacts.emplace_back(element);
+  for (const auto& element : responseList()) contacts.emplace_back(element);
   return contacts;
 }
 

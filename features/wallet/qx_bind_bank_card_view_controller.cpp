@@ -113,6 +113,20 @@ void QXBindBankCardViewController::bindNet() {
       });
 }
 
+const char* QXBindBankCardViewController::placeholder(Field field) {
+  switch (field) {
+    case Field::Name:
+      return wallet_texts::kNoHolderName;
+    case Field::IdNumber:
+      return wallet_texts::kNoIdNumber;
+    case Field::CardNumber:
+      return wallet_texts::kNoCardNumber;
+    case Field::Code:
+      break;
+  }
+  return wallet_texts::kNoCode;
+}
+
 std::optional<QXBindBankCardViewController::Field> QXBindBankCardViewController::textFieldShouldReturn(Field field) {
   switch (field) {
     case Field::Name:

@@ -68,6 +68,8 @@ class QXBindBankCardViewController : public BaseViewController {
   // The return key on `field`: the field that takes the focus next, or nullopt when the
   // code field ran bindAction.
   std::optional<Field> textFieldShouldReturn(Field field);
+  // What an empty field shows: what its check asks for ("请输入持卡人姓名", ...).
+  static const char* placeholder(Field field);
 
   // The phone as the label shows it: texts shorter than 7 characters whole, otherwise
   // the first 3 characters, one "*" per character beyond 7, and the last 4. Characters

@@ -1,5 +1,8 @@
 #include "features/wallet/qx_with_draw_view_controller.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "core/common/control_util.h"
 #include "core/common/dictionary.h"
 #include "core/common/string_util.h"
@@ -22,8 +25,70 @@ std::size_t skipDigits(std::string_view text, std::size_t& at) {
   return at - start;
 }
 
-bool isWholeFen(const std::string& text) {
-  return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+// An optional sign, then digits with at most one point (at least one digit). Other texts
+// ("NaN", "0x10", full-width digits, "12a50") are no amounts at all: they are refused for
+// their form, not measured against the minimum.
+bool isPlainNumber(std::string_view text) {
+  std::size_t at = 0;
+  if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
+  std::size_t digits = skipDigits(text, at);
+  if (at < text.size() && text[at] == '.') {
+    ++at;
+    digits += skipDigits(text, at);
+  }
+  return digits > 0 && at == text.size();
+}
+
+// The power of ten of the first significant digit of a number text in leadingNumber's
+// form ("1" followed by 1,200 zeros: 1200); nullopt for zero and negative numbers. Exact
+// at any length, where the decimal texts stop at 1000 characters.
+std::optional<long> decimalMagnitude(std::string_view number) {
+  std::size_t at = 0;
+  if (at < number.size() && number[at] == '-') return std::nullopt;
+  if (at < number.size() && number[at] == '+') ++at;
+  const std::size_t integerStart = at;
+  const std::size_t integerDigits = skipDigits(number, at);
+  std::size_t fractionStart = at;
+  if (at < number.size() && number[at] == '.') fractionStart = ++at;
+  const std::size_t fractionDigits = skipDigits(number, at);
+  long exponent = 0;
+  if (at < number.size() && (number[at] == 'e' || number[at] == 'E')) {
+    exponent = std::strtol(std::string(number.substr(at + 1)).c_str(), nullptr, 10);
+  }
+  for (std::size_t i = 0; i < integerDigits; ++i) {
+    if (number[integerStart + i] != '0') return static_cast<long>(integerDigits - i - 1) + exponent;
+  }
+  for (std::size_t i = 0; i < fractionDigits; ++i) {
+    if (number[fractionStart + i] != '0') return -static_cast<long>(i + 1) + exponent;
+  }
+  return std::nullopt;
+}
+
+// Whether the plain number `text` is below the minimum, at any length: two integer digits
+// put it above, and digits past the eighth decimal cannot lift a value below 9.9999999
+// to it.
+bool belowMinimum(std::string_view text) {
+  if (text.front() == '-') return true;
+  if (text.front() == '+') text.remove_prefix(1);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  std::string_view integer = text.substr(0, point);
+  while (integer.size() > 1 && integer.front() == '0') integer.remove_prefix(1);
+  if (integer.size() >= 2) return false;
+  const std::string_view fraction = point < text.size() ? text.substr(point + 1, 8) : std::string_view();
+  const std::string shortened = std::string(integer.empty() ? "0" : integer) + "." + std::string(fraction) + "0";
+  return StringUtil::stringCompareWithString(shortened, QXWithDrawViewController::kMinimumYuan).value_or(-1) < 0;
+}
+
+// Whole fen of an amount the money rule accepts (digits, at most two decimals): the point
+// moves two places, at any length.
+std::string fenOf(std::string_view yuan) {
+  const std::size_t point = std::min(yuan.find('.'), yuan.size());
+  std::string fen(yuan.substr(0, point));
+  std::string fraction(point < yuan.size() ? yuan.substr(point + 1) : std::string_view());
+  fraction.resize(2, '0');
+  fen += fraction;
+  const std::size_t first = fen.find_first_not_of('0');
+  return first == std::string::npos ? "0" : fen.substr(first);
 }
 
 // The member's balance in fen, as exact text ("0" when there is no readable balance).
@@ -32,6 +97,15 @@ std::string balanceFen() {
   const std::string balance = self ? self->balance : std::string();
   const bool readable = StringUtil::stringCompareWithString(balance, "0").has_value();
   return readable ? balance : "0";
+}
+
+bool exceedsBalance(const std::string& fen) {
+  const std::string balance = balanceFen();
+  if (const auto order = StringUtil::stringCompareWithString(fen, balance)) return *order > 0;
+  // Too long to compare as text: then only a balance of a higher power of ten holds it.
+  const auto amount = decimalMagnitude(fen);
+  const auto held = decimalMagnitude(balance);
+  return !held || (amount && *amount >= *held);
 }
 
 }  // namespace
@@ -64,8 +138,10 @@ std::string QXWithDrawViewController::leadingNumber(std::string_view text) {
 }
 
 std::string QXWithDrawViewController::clampedAmount(std::string_view text) {
-  const auto order = StringUtil::stringCompareWithString(leadingNumber(text), kFieldLimit);
-  return order && *order >= 0 ? std::string(kFieldClamp) : std::string(text);
+  // The limit is a power of ten: a value reaches it exactly when its magnitude does.
+  static const long limit = *decimalMagnitude(kFieldLimit);
+  const auto magnitude = decimalMagnitude(leadingNumber(text));
+  return magnitude && *magnitude >= limit ? std::string(kFieldClamp) : std::string(text);
 }
 
 std::string QXWithDrawViewController::balanceText() const {
@@ -116,25 +192,22 @@ void QXWithDrawViewController::refreshEnded() {
 
 bool QXWithDrawViewController::withDrawAction() {
   const char* refusal = nullptr;
-  std::optional<std::string> fen;
+  const bool plain = isPlainNumber(amountText);
   if (amountText.empty()) {
     refusal = wallet_texts::kNoAmount;
-  } else if (StringUtil::stringCompareWithString(leadingNumber(amountText), kMinimumYuan).value_or(-1) < 0) {
+  } else if (plain && belowMinimum(amountText)) {
     refusal = wallet_texts::kBelowMinimum;
-  } else if (!ControlUtil::validateMoney(amountText)) {
+  } else if (!plain || !ControlUtil::validateMoney(amountText)) {
+    // The amount rule alone lets any character stand for the point ("12a50").
     refusal = wallet_texts::kBadAmount;
-  } else if (fen = StringUtil::stringMutiplyWithString(amountText, "100"); !fen || !isWholeFen(*fen)) {
-    // The amount rule lets any character stand for the point ("12a50"); such a text
-    // is no amount at all.
-    refusal = wallet_texts::kBadAmount;
-  } else if (StringUtil::stringCompareWithString(*fen, balanceFen()).value_or(1) > 0) {
+  } else if (exceedsBalance(fenOf(amountText))) {
     refusal = wallet_texts::kInsufficientBalance;
   }
   if (refusal != nullptr) {
     wallet_detail::showError(refusal);
     return false;
   }
-  withDrawNet(*fen);
+  withDrawNet(fenOf(amountText));
   return true;
 }
 

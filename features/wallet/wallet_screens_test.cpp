@@ -1,10 +1,12 @@
-// The card screens against a scripted server: what the my-bank-card screen does with each
-// kind of answer, and the bind screen's code button, checks and binding.
+// The wallet screens against a scripted server: what the my-bank-card screen does with each
+// kind of answer and with an unbinding, the bind screen's code button, checks and binding,
+// and the withdrawal's checks and the amount it sends.
 #include <gtest/gtest.h>
 
 #include "core/request/net_api_test_support.h"
 #include "features/wallet/my_bank_card_view_controller.h"
 #include "features/wallet/qx_bind_bank_card_view_controller.h"
+#include "features/wallet/qx_with_draw_view_controller.h"
 
 namespace qmv {
 namespace {
@@ -43,6 +45,20 @@ TEST_F(WalletScreensTest, MyBankCardShowsOnlyACardWithANumberAndLeavesOnAFailedL
   EXPECT_EQ(screen.view().nameText(), "张三   中国银行");
   EXPECT_EQ(screen.view().cardNumberText(), "6222020200112233446");
   EXPECT_EQ(topScreen(), wallet_texts::kMyBankCardScreen);
+
+  // A correct unbinding: the member has no card any more, and the screen loads again.
+  GlobalData::sharedInstance().selfInfo()->bankCardNum = "1";
+  answer("unBindingBankCard", R"({"success":"0","message":""})");
+  answer("getBoundBankCard", R"({"success":"0","data":{"cardId":""}})");
+  std::optional<MyBankCardViewController::UnbindOutcome> unbound;
+  screen.onUnbindFinished = [&](MyBankCardViewController::UnbindOutcome outcome) { unbound = outcome; };
+  stayed.reset();
+  screen.unbindNet();
+  ASSERT_TRUE(loop_->runUntil([&] { return unbound.has_value() && stayed.has_value(); }, std::chrono::seconds(10)));
+  EXPECT_EQ(unbound, MyBankCardViewController::UnbindOutcome::Unbound);
+  EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "0");
+  EXPECT_EQ(overlay_->statuses().back(), "解绑成功");
+  EXPECT_TRUE(screen.view().addPanelShown());
 
   EXPECT_FALSE(load(R"({"success":"1","message":"系统繁忙"})"));
   EXPECT_TRUE(screen.view().addPanelShown()) << "every appearance hides the card first";
@@ -117,6 +133,62 @@ TEST_F(WalletScreensTest, BindScreenSendsTheCodeChecksInOrderAndBindsTheFieldsAs
   EXPECT_EQ(overlay_->statuses().back(), "绑定成功");
   EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "1");
   EXPECT_EQ(topScreen(), wallet_texts::kMyBankCardScreen);
+}
+
+TEST_F(WalletScreensTest, WithdrawalChecksInOrderAndSendsWholeFen) {
+  navigator_->push(wallet_texts::kWithDrawScreen);
+  answer("getUserInfo", R"({"success":"0","data":{"sessionId":"S1","phone":"13800001234","balance":"100000"}})");
+  answer("getBoundBankCard", R"({"success":"0","data":{"cardId":"6222020200112233446","name":"张三","cardBank":"工商银行"}})");
+  QXWithDrawViewController screen;
+  bool refreshed = false;
+  screen.onRefreshed = [&] { refreshed = true; };
+  screen.viewWillAppear();
+  ASSERT_TRUE(loop_->runUntil([&] { return refreshed; }, std::chrono::seconds(10)));
+  EXPECT_EQ(screen.balanceText(), "1000.00元");
+  ASSERT_TRUE(screen.bank());
+  EXPECT_EQ(screen.bank()->cardBank, "工商银行");
+  const std::size_t reads = received().size();
+
+  // Each refusal is the first check that fails, whatever else is wrong; none sends.
+  const auto refusal = [&](const std::string& typed) {
+    screen.amountText = typed;
+    screen.textFieldDidEndEditing();
+    EXPECT_FALSE(screen.withDrawAction()) << typed;
+    return overlay_->statuses().back();
+  };
+  EXPECT_EQ(refusal(""), "请输入提现金额");
+  EXPECT_EQ(refusal("9.999"), "提现最小金额为10元") << "the minimum before the decimals";
+  EXPECT_EQ(refusal("-20"), "提现最小金额为10元");
+  EXPECT_EQ(refusal("10.001"), "金额为整数或者最多两位小数");
+  for (const char* hostile : {"NaN", "inf", "0x10", "1e3", " 20", "２０", "12a50", "+20"}) {
+    EXPECT_EQ(refusal(hostile), "金额为整数或者最多两位小数") << hostile;
+  }
+  EXPECT_EQ(refusal("1000.01"), "余额不足");
+  EXPECT_EQ(refusal(std::string(1200, '7')), "余额不足") << "clamped to 9999999 when the field was left";
+  EXPECT_EQ(screen.amountText, "9999999");
+  screen.amountText = "3" + std::string(1199, '0');
+  EXPECT_FALSE(screen.withDrawAction()) << "unclamped, still measured";
+  EXPECT_EQ(overlay_->statuses().back(), "余额不足");
+  EXPECT_EQ(received().size(), reads);
+
+  // The amount goes out in whole fen, exactly: 10.01 x 100 is 1001, not 1000.
+  answer("withDraw", R"({"success":"0","message":""})");
+  std::optional<bool> done;
+  screen.onFinished = [&](bool correct) { done = correct; };
+  screen.amountText = "10.01";
+  ASSERT_TRUE(screen.withDrawAction());
+  ASSERT_TRUE(waitFor(done));
+  EXPECT_TRUE(*done);
+  EXPECT_EQ(last().endpoint, "withDraw");
+  EXPECT_EQ(last().arguments, (testsupport::Arguments{{"sessionId", "S1"}, {"amount", "1001"}}));
+  EXPECT_EQ(overlay_->statuses().back(), "您的提现申请已提交,申请将在1-3个工作日内处理完成");
+  EXPECT_EQ(topScreen(), "QXWalletViewController");
+  done.reset();
+  navigator_->push(wallet_texts::kWithDrawScreen);
+  screen.amountText = "1000";
+  ASSERT_TRUE(screen.withDrawAction()) << "exactly the balance";
+  ASSERT_TRUE(waitFor(done));
+  EXPECT_EQ(last().arguments.back(), (std::pair<std::string, std::string>{"amount", "100000"}));
 }
 
 }  // namespace

@@ -112,7 +112,9 @@ void WheelViewController::spun(WheelResultNetApi& request, bool correct) {
     if (!wheel_->resultIndex.empty()) wheel_->lastIndex = wheel_->resultIndex;
     wheel_->resultIndex = drawn->resultIndex;
     wheel_->result = drawn->result;
-    if (!drawn->leftCount.empty()) wheel_->leftCount = drawn->leftCount;
+    // The spins left after this one, as the answer says; a count it leaves out is unknown
+    // now, not the count from before the spin.
+    wheel_->leftCount = drawn->leftCount;
   }
   if (onChange) onChange();
   if (onSpun) onSpun(drawn.has_value());

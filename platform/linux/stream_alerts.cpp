@@ -28,4 +28,12 @@ bool StreamAlerts::answer(const AlertAnswer& answer) {
   return true;
 }
 
+bool StreamAlerts::answerNewest(const AlertAnswer& answer) {
+  if (pending_.empty()) return false;
+  auto [alert, choice] = std::move(pending_.back());
+  pending_.pop_back();
+  if (choice) choice(answer);
+  return true;
+}
+
 }  // namespace qmv

@@ -28,6 +28,10 @@ class StreamAlerts : public Alerts {
   std::size_t pendingCount() const { return pending_.size(); }
   // The oldest alert still waiting, or null.
   const AlertSpec* pendingAlert() const { return pending_.empty() ? nullptr : &pending_.front().first; }
+  // The newest alert still waiting, or null, and its answer: a flow answers the question it
+  // has just asked, whatever older ones still wait.
+  const AlertSpec* newestAlert() const { return pending_.empty() ? nullptr : &pending_.back().first; }
+  bool answerNewest(const AlertAnswer& answer);
 
  private:
   std::ostream& out_;
