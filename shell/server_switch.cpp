@@ -25,7 +25,16 @@ void askForHost(ServerSwitch::Switched onSwitched) {
 
 }  // namespace
 
-std::string ServerSwitch::manualBaseUrl(const std::string& host) { return "http://" + host + "/qmv/app/v3/"; }
+std::string ServerSwitch::manualBaseUrl(const std::string& host) { return "http://" + host + kApplicationPath; }
+
+std::string ServerSwitch::withApplicationPath(const std::string& url) {
+  const auto authority = url.find("://");
+  if (authority == std::string::npos) return url;
+  const auto path = url.find_first_of("/?#", authority + 3);
+  if (path == std::string::npos) return url + kApplicationPath;
+  if (path + 1 == url.size() && url[path] == '/') return url.substr(0, path) + kApplicationPath;
+  return url;
+}
 
 void ServerSwitch::showAlert(Switched onSwitched) const {
   const auto alerts = Env::current().alerts;

@@ -17,6 +17,8 @@ class ServerSwitch {
   static constexpr const char* kManual = "手动输入";
   static constexpr const char* kHostField = "IP:";
   static constexpr const char* kOk = "OK";
+  // Where a server answers the application's endpoints.
+  static constexpr const char* kApplicationPath = "/qmv/app/v3/";
 
   using Switched = std::function<void(const std::string& baseUrl)>;
 
@@ -27,6 +29,10 @@ class ServerSwitch {
   // not run when the sheet is dismissed. The object may go away before the answer.
   // REQUIRES: the interface thread; without an Alerts port nothing is shown.
   void showAlert(Switched onSwitched = {}) const;
+
+  // A server named by its root alone ("http://host:8080" or "http://host:8080/") means its
+  // application path; any other URL is kept as given.
+  static std::string withApplicationPath(const std::string& url);
 
   const std::string& production() const { return production_; }
   const std::string& test() const { return test_; }

@@ -41,6 +41,7 @@ class RecordingProxy {
   }
 
   std::string baseUrl() const { return server_.url("/qmv/app/v3/"); }
+  std::string rootUrl() const { return server_.url(""); }
 
   // The argument `key` of the last call of `endpoint`; "(not sent)" when there was none.
   std::string lastArgument(const std::string& endpoint, const std::string& key) {
@@ -99,6 +100,11 @@ TEST(MunicipalityCliTest, AMunicipalityEndToEnd) {
   ASSERT_EQ(keyword.status, 0) << keyword.out;
   EXPECT_EQ(proxy.lastArgument("getSearchList", "area"), "110100");
   EXPECT_EQ(proxy.lastArgument("getSearchList", "keyword"), "烤鸭");
+
+  // A server named by its root alone is asked at its application path.
+  const auto byRoot = testsupport::runQmv(home.home(), {"--server", proxy.rootUrl(), "city"});
+  ASSERT_EQ(byRoot.status, 0) << byRoot.out;
+  EXPECT_TRUE(byRoot.has("北京市 110100\n")) << byRoot.out;
 
   const auto map = run({"--at", "39.9087,116.3975", "map"});
   ASSERT_EQ(map.status, 0) << map.out;

@@ -29,6 +29,7 @@
 #include "platform/linux/url_result_payment_channels.h"
 #include "platform/payment_channels.h"
 #include "platform/synchronous_notification_center.h"
+#include "shell/server_switch.h"
 
 namespace qmv {
 namespace {
@@ -72,6 +73,7 @@ std::string AppLaunch::prepare() {
   config_ = AppConfig::load(home_ / "qmv.conf", &warnings);
   for (const auto& w : warnings) std::cerr << "qmv: " << w << '\n';
   if (!options_.server.empty()) config_.serverBaseUrl = options_.server;
+  config_.serverBaseUrl = ServerSwitch::withApplicationPath(config_.serverBaseUrl);
   // Every request would fail on such a base, each saying only that it could not connect.
   const std::string scheme = urlScheme(config_.serverBaseUrl);
   if (!config_.serverBaseUrl.empty() && ((scheme != "http" && scheme != "https") || urlHost(config_.serverBaseUrl).empty())) {

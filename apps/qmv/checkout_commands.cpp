@@ -174,7 +174,8 @@ int runBuy(CliApp& app, const BuyArgs& args) {
   if (refused) return kExitFailure;
   if (!app.waitUntil([&] { return submitted.has_value(); })) return timedOut("submit");
   if (!*submitted) {
-    std::cerr << "qmv: " << kNotLoggedIn << '\n';
+    // memberSignedIn says why the stored account did not sign in, when it did not.
+    if (memberSignedIn(app)) std::cerr << "qmv: " << kNotLoggedIn << '\n';
     return kExitFailure;
   }
   return runPayNow(app, navigator->topScreen()->payload, args.pay);
@@ -206,7 +207,8 @@ int runPay(CliApp& app, const PayArgs& args) {
   if (!loggedIn()) {
     // Pages ask for the login screen first, and so does this.
     if (navigator) navigator->present(BaseViewController::kLoginScreen);
-    std::cerr << "qmv: " << kNotLoggedIn << '\n';
+    // memberSignedIn says why the stored account did not sign in, when it did not.
+    if (memberSignedIn(app)) std::cerr << "qmv: " << kNotLoggedIn << '\n';
     return kExitFailure;
   }
   Json payload = args.productId.empty()
