@@ -4,8 +4,9 @@
 #include <openssl/crypto.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <fstream>
-#include <iterator>
+#include <string_view>
 
 #include "apps/sandbox/sandbox_util.h"
 #include "platform/linux/sandbox_payment_apps.h"
@@ -16,11 +17,14 @@ namespace {
 constexpr size_t kKeyLength = 64;
 
 std::string readKey(const std::filesystem::path& file) {
+  // A key and its line end at most: anything longer is not a key, whatever follows.
+  char buffer[kKeyLength + 3] = {};
   std::ifstream in(file, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(in), {}};
-  while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
-  if (text.size() != kKeyLength || text.find_first_not_of("0123456789abcdef") != std::string::npos) return "";
-  return text;
+  in.read(buffer, sizeof buffer);
+  std::string_view text(buffer, static_cast<size_t>(in.gcount()));
+  while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
+  if (text.size() != kKeyLength || text.find_first_not_of("0123456789abcdef") != std::string_view::npos) return {};
+  return std::string(text);
 }
 
 }  // namespace
@@ -31,7 +35,9 @@ std::string loadPaymentKey(const std::filesystem::path& home, std::string* error
   // Written aside and then moved into place, so that a second process starting on the same
   // home never reads half a key; whichever move lands first is the home's key.
   const std::string key = randomHex(kKeyLength);
-  const auto aside = home / (std::string(kPaymentKeyFile) + "." + std::to_string(::getpid()) + ".new");
+  char asideName[96];
+  std::snprintf(asideName, sizeof asideName, "%s.%ld.new", kPaymentKeyFile, static_cast<long>(::getpid()));
+  const auto aside = home / asideName;
   const int fd = ::open(aside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600);
   const std::string line = key + "\n";
   const bool written =
