@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "core/common/json.h"
+#include "features/discovery/nearby_handoff.h"
 #include "platform/main_loop.h"
 #include "platform/notification_center.h"
 #include "shell/app_config.h"
-#include "shell/nearby_handoff.h"
 #include "shell/tab_bar_view_controller.h"
 
 namespace qmv {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/session/mobile_code_net_api.h"
+#include "core/session/search_types_reader.h"
 #include "features/discovery/built_in_search_types.h"
 #include "features/discovery/search_type_net_api.h"
-#include "features/discovery/search_types_reader.h"
 #include "features/discovery/templates_net_api.h"
 #include "features/orders/top_up_record_net_api.h"
 #include "features/wallet/bind_bank_net_api.h"

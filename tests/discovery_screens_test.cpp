@@ -2,9 +2,9 @@
 #include <algorithm>
 
 #include "apps/sandbox/demo_data.h"
-#include "core/common/db_util.h"
 #include "core/common/dictionary.h"
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
+#include "core/storage/db_util.h"
 #include "features/discovery/location_converter.h"
 #include "features/discovery/main_view_controller.h"
 #include "features/discovery/near_by_map_view.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/nearby_view.h"
 #include "features/discovery/nearby_view_controller.h"

@@ -1,8 +1,8 @@
 #include "core/session/find_pwd_step2_view_controller.h"
 
+#include "core/common/settings_keys.h"
 #include "core/common/string_util.h"
-#include "core/session/detail/account_ports.h"
-#include "core/session/settings_keys.h"
+#include "core/session/account_ports.h"
 #include "platform/navigator.h"
 
 namespace qmv {

@@ -1,6 +1,6 @@
 #include "core/session/find_pwd_view_controller.h"
 
-#include "core/session/detail/account_ports.h"
+#include "core/session/account_ports.h"
 #include "platform/main_loop.h"
 #include "platform/navigator.h"
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/common/control_util.h"
+#include "core/common/settings_keys.h"
 #include "core/common/string_util.h"
-#include "core/session/detail/account_ports.h"
-#include "core/session/settings_keys.h"
+#include "core/session/account_ports.h"
 #include "platform/alerts.h"
 #include "platform/camera.h"
 #include "platform/main_loop.h"

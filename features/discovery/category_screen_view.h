@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "features/discovery/search_type_model.h"
+#include "core/session/search_type_model.h"
 
 namespace qmv {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/session/search_types_reader.h"
 #include "features/discovery/built_in_search_types.h"
-#include "features/discovery/search_types_reader.h"
 
 namespace qmv {
 namespace {

@@ -1,10 +1,10 @@
 #include "features/discovery/main_view_controller.h"
 
-#include "core/common/db_util.h"
 #include "core/common/notification_names.h"
+#include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
+#include "core/storage/db_util.h"
 #include "features/discovery/area_net_api.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "core/common/db_util.h"
 #include "core/common/notification_names.h"
 #include "core/common/paged_list.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/map_list_net_api.h"

@@ -1,8 +1,8 @@
 #include "features/discovery/templates_net_api.h"
 
+#include "core/common/settings_keys.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
-#include "features/discovery/search_types_reader.h"
+#include "core/session/search_types_reader.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
 

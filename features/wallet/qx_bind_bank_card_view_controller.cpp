@@ -1,9 +1,9 @@
 #include "features/wallet/qx_bind_bank_card_view_controller.h"
 
 #include "core/common/control_util.h"
-#include "core/common/db_util.h"
-#include "core/session/detail/account_ports.h"
+#include "core/session/account_ports.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "features/wallet/bind_bank_net_api.h"
 #include "features/wallet/detail/wallet_status.h"
 #include "platform/main_loop.h"

@@ -1,4 +1,4 @@
-#include "core/common/sqlite_database.h"
+#include "core/sqlite/sqlite_database.h"
 
 #include <sqlite3.h>
 

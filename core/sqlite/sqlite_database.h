@@ -22,8 +22,8 @@
 #include <variant>
 #include <vector>
 
-#include "core/common/db_error.h"
 #include "core/common/json.h"
+#include "core/sqlite/db_error.h"
 
 namespace qmv {
 

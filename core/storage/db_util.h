@@ -22,9 +22,9 @@
 #include <vector>
 
 #include "core/common/area_model.h"
-#include "core/common/db_error.h"
 #include "core/common/json.h"
-#include "core/common/sqlite_database.h"
+#include "core/sqlite/db_error.h"
+#include "core/sqlite/sqlite_database.h"
 
 namespace qmv {
 

@@ -1,4 +1,4 @@
-#include "core/common/db_util.h"
+#include "core/storage/db_util.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <fstream>
 #include <set>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {

@@ -1,4 +1,4 @@
-#include "core/common/db_util.h"
+#include "core/storage/db_util.h"
 
 #include <algorithm>
 #include <array>

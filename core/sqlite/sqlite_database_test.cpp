@@ -1,4 +1,4 @@
-#include "core/common/sqlite_database.h"
+#include "core/sqlite/sqlite_database.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <thread>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {
