@@ -8,8 +8,6 @@
 
 #include "core/common/decimal_text.h"
 #include "core/common/url_parts.h"
-#include "platform/env.h"
-#include "platform/file_locations.h"
 #include "qmv/version.h"
 
 namespace qmv {
@@ -125,12 +123,6 @@ std::optional<int> StringUtil::stringCompareWithString(std::string_view a, std::
 }
 
 std::string StringUtil::getAppVersion() { return QMV_VERSION_STRING; }
-
-std::string StringUtil::libCachePath() {
-  const auto& files = Env::current().files;
-  if (!files) return {};
-  return files->libraryDirectory().string() + "/Caches";
-}
 
 std::string StringUtil::signingString(const std::map<std::string, std::string>& dictionary,
                                       std::string_view merchantKey) {

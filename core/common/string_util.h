@@ -1,8 +1,7 @@
 #pragma once
 // Text helpers shared by the screens and the request layer: MD5 digests and the payment
 // signature, display masks and sizes, unescaping of "\uXXXX" texts, exact decimal
-// arithmetic on price texts, the application version and the caches path.
-// All operations are thread-safe except libCachePath (it reads the installed Env).
+// arithmetic on price texts and the application version. All operations are thread-safe.
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -48,10 +47,6 @@ class StringUtil {
 
   // The application's short version ("0.1.0").
   static std::string getAppVersion();
-
-  // The library directory of the installed Env followed by "/Caches"; "" when no file
-  // locations are installed.
-  static std::string libCachePath();
 
   // Payment signature: keys in ascending order, pairs "key=value&" for every key except
   // "sign" and "key" and except empty values, then "key=<merchantKey>"; the MD5 of that

@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <set>
 
-#include "platform/env.h"
-#include "platform/file_locations.h"
 #include "qmv/version.h"
 
 namespace qmv {
@@ -136,17 +133,9 @@ TEST(StringUtilTest, NonceIsThirtyTwoUpperCaseLetters) {
   EXPECT_EQ(letters.size(), 26u);  // 6400 draws reach every letter
 }
 
-TEST(StringUtilTest, VersionAndCachePathComeFromBuildAndEnv) {
+TEST(StringUtilTest, VersionComesFromTheBuild) {
   EXPECT_EQ(StringUtil::getAppVersion(), QMV_VERSION_STRING);
   EXPECT_FALSE(StringUtil::getAppVersion().empty());
-  {
-    Env env;
-    env.files = std::make_shared<HomeFileLocations>("/tmp/qmv-home", "/tmp/res");
-    ScopedEnv scoped(std::move(env));
-    EXPECT_EQ(StringUtil::libCachePath(), "/tmp/qmv-home/Library/Caches");
-  }
-  ScopedEnv empty(Env{});
-  EXPECT_EQ(StringUtil::libCachePath(), "");
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 // back as JSON objects keyed by column name (integers and reals as numbers, text as
 // strings, blobs as JSON binary, NULL columns left out).
 //
-// The name given at creation is either an existing file path, used as is, or a name
-// resolved inside the caches directory of the installed Env (see getDatabasePath).
-// Each query opens the database when needed; doQuery and doQuerys close it afterwards.
+// The database is named by its full path; callers resolve names against their own
+// locations. Each query opens the database when needed; doQuery and doQuerys close it
+// afterwards.
 //
 // Thread-safety: every operation takes the object's lock, so a background writer and
 // readers on the interface thread never use the handle at the same time. isWriting()
@@ -38,10 +38,8 @@ class SQLiteDatabase {
   // read-only, and SQLite skips file locking and change detection on every query.
   enum class Mode { kReadWrite, kReadOnly, kImmutable };
 
-  // Resolves the path at once. kReadOnly and kImmutable never create a file: opening a
-  // missing one fails.
-  explicit SQLiteDatabase(std::string nameOrPath, Mode mode = Mode::kReadWrite);
-  // A database at exactly `path`, without resolution (safe off the interface thread).
+  // A database at exactly `path`. kReadOnly and kImmutable never create a file: opening
+  // a missing one fails.
   static SQLiteDatabase atPath(std::filesystem::path path, Mode mode = Mode::kReadWrite);
   ~SQLiteDatabase();
   SQLiteDatabase(SQLiteDatabase&&) noexcept;
@@ -49,8 +47,6 @@ class SQLiteDatabase {
   SQLiteDatabase(const SQLiteDatabase&) = delete;
   SQLiteDatabase& operator=(const SQLiteDatabase&) = delete;
 
-  // The given name when it names an existing file; otherwise the caches directory
-  // (library directory + "/Caches") followed by the name. Fixed at construction.
   const std::filesystem::path& getDatabasePath() const;
 
   // Opening an open database does nothing. A read-write database creates its parent
@@ -95,7 +91,7 @@ class SQLiteDatabase {
   static DBError createDBErrorWithDescription(std::string description, int code);
 
  private:
-  SQLiteDatabase(std::filesystem::path path, Mode mode, bool /*resolved*/);
+  SQLiteDatabase(std::filesystem::path path, Mode mode);
 
   struct Impl;
   std::unique_ptr<Impl> impl_;

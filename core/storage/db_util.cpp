@@ -10,6 +10,7 @@
 #include "core/common/control_util.h"
 #include "core/common/dictionary.h"
 #include "core/common/log.h"
+#include "core/common/settings_keys.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "platform/settings_store.h"
@@ -17,8 +18,6 @@
 namespace qmv {
 namespace {
 
-constexpr const char* kLastAreaIdKey = "last_area_id";
-constexpr const char* kAreaVersionKey = "area_version";
 constexpr const char* kAreaDbName = "area.db";
 constexpr const char* kBankBinDbName = "bank_card_bin.db";
 constexpr const char* kDirectlyGoverned = "省直辖县级行政单位";

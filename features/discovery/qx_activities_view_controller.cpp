@@ -3,10 +3,9 @@
 #include "core/common/dictionary.h"
 #include "core/session/global_data.h"
 #include "features/discovery/activity_detail_net_api.h"
+#include "features/discovery/activity_screens.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
-#include "features/orders/checkout_texts.h"
-#include "features/orders/qx_submit_oder_view_controller.h"
 #include "platform/env.h"
 
 namespace qmv {
@@ -101,8 +100,7 @@ std::optional<ScreenId> QXActivitiesViewController::openSubmitOrder() {
   if (!activity_ || !navigator) return std::nullopt;
   const auto from = navigator->topScreen();
   GlobalData::sharedInstance().setPopToAfterPayVC(from ? std::optional(from->id) : std::nullopt);
-  return navigator->push(checkout_texts::kSubmitScreen,
-                         QXSubmitOderViewController::activityPayload(*activity_, activity_->isFirst));
+  return navigator->push(discovery_texts::kSubmitScreen, submitOrderPayload(*activity_, activity_->isFirst));
 }
 
 }  // namespace qmv
