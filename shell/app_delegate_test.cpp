@@ -331,7 +331,7 @@ TEST_F(ShellFixture, HomeJumpsToNearbyDeliverAtOnceOrAfterTheTabLoads) {
   app.changeToNearWithKey("火锅");
   EXPECT_EQ(nearby->received.back(), "key 火锅");
 
-  app.changeToCirecles();
+  app.changeToCircles();
   EXPECT_EQ(app.tabBarViewCtrl()->selectedIndex(), 3);
 
   app.applicationWillEnterForeground();

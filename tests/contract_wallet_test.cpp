@@ -207,7 +207,7 @@ TEST_F(WalletContractTest, CatalogueAndTemplatesReadAsTheClientsOwnRecords) {
 
   auto templates = std::make_shared<TemplatesNetApi>();
   ASSERT_TRUE(sendCorrect(templates));
-  const auto read = templates->getTemplatesFromResopnse();
+  const auto read = templates->templatesFromResponse();
   ASSERT_FALSE(read.empty());
   EXPECT_EQ(settings_->stringForKey("templates"), templates->responseString());
   TemplatesNetApi::resetTemplates(read);

@@ -67,7 +67,7 @@ void locateQuietly(CliApp& app) {
 int runHome(CliApp& app, long pages) {
   AppDelegate& delegate = app.appDelegate();
   // Asking for the home page leaves the first-run guide for the main tabs.
-  if (delegate.mainCtrl() == nullptr) delegate.jump2MainViewCtrl();
+  if (delegate.mainCtrl() == nullptr) delegate.showMainTabs();
   MainViewController& home = *delegate.mainCtrl();
   // The screen outlives this command in the shell: its callbacks must not outlive our frame.
   struct Unhook {

@@ -8,12 +8,12 @@
 namespace qmv {
 
 FindPwdStep2ViewController::FindPwdStep2ViewController(std::string phone) : phone_(std::move(phone)) {
-  view_.onSubmit = [this](const std::string& password) { findPwdNetWithNewPwd(password); };
+  view_.onSubmit = [this](const std::string& password) { sendNewPassword(password); };
 }
 
 FindPwdStep2ViewController::~FindPwdStep2ViewController() { detachRequest(findApi_); }
 
-void FindPwdStep2ViewController::findPwdNetWithNewPwd(const std::string& newPassword) {
+void FindPwdStep2ViewController::sendNewPassword(const std::string& newPassword) {
   detachRequest(findApi_);
   sentPassword_ = newPassword;
   findApi_ = std::make_shared<FindPwdNetApi>(phone_, StringUtil::getmd5WithString(newPassword));

@@ -33,8 +33,8 @@ bool FindPwdView::nextAction() {
   return true;
 }
 
-void FindPwdView::codeNetSucess() {
-  countdown_.codeNetSucess();
+void FindPwdView::codeSent() {
+  countdown_.codeSent();
   if (onTitleChange_) onTitleChange_();
 }
 

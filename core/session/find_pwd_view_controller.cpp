@@ -26,7 +26,7 @@ void FindPwdViewController::viewDidLoad() {
 
 void FindPwdViewController::getPhoneCodeNet(const std::string& phone) {
   account_detail::sendCodeRequest(
-      codeApi_, *this, phone, codeSessionId_, [this] { view_.codeNetSucess(); },
+      codeApi_, *this, phone, codeSessionId_, [this] { view_.codeSent(); },
       [this](bool correct) {
         if (onCodeFinished) onCodeFinished(correct);
       });

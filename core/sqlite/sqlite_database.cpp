@@ -242,7 +242,7 @@ std::optional<DBError> SQLiteDatabase::doQuery(std::string_view sql) {
   return error;
 }
 
-std::optional<DBError> SQLiteDatabase::doQuerys(const std::vector<std::string>& sqls) {
+std::optional<DBError> SQLiteDatabase::runInTransaction(const std::vector<std::string>& sqls) {
   std::lock_guard lock(impl_->mutex);
   const bool wasWriting = impl_->writing.exchange(true);
   std::optional<DBError> error = impl_->execute("BEGIN IMMEDIATE");

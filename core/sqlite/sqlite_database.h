@@ -4,8 +4,8 @@
 // strings, blobs as JSON binary, NULL columns left out).
 //
 // The database is named by its full path; callers resolve names against their own
-// locations. Each query opens the database when needed; doQuery and doQuerys close it
-// afterwards.
+// locations. Each query opens the database when needed; doQuery and runInTransaction
+// close it afterwards.
 //
 // Thread-safety: every operation takes the object's lock, so a background writer and
 // readers on the interface thread never use the handle at the same time. isWriting()
@@ -61,7 +61,7 @@ class SQLiteDatabase {
 
   // Runs the statements in order inside one transaction with isWriting() set, then closes
   // the database. The first failure rolls the whole batch back and is returned.
-  std::optional<DBError> doQuerys(const std::vector<std::string>& sqls);
+  std::optional<DBError> runInTransaction(const std::vector<std::string>& sqls);  // the system's doQuerys:
 
   // Prepares `sql`, binds params[i] to placeholder i+1 by kind and steps once.
   std::optional<DBError> doUpdateQuery(std::string_view sql, const std::vector<DBValue>& params);
@@ -80,7 +80,7 @@ class SQLiteDatabase {
   // table its CREATE statement and one insert line per row (NULLs written as null).
   std::string getDatabaseDump();
 
-  // True while doQuerys or replaceWith runs. Readable from any thread.
+  // True while runInTransaction or replaceWith runs. Readable from any thread.
   bool isWriting() const;
 
   // Builds a new database in a side file with `fill`, then swaps it in for this one in

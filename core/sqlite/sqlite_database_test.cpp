@@ -77,7 +77,8 @@ TEST(SQLiteDatabaseTest, BatchIsAllOrNothingAndFlagsWriting) {
   TempHome home;
   auto db = SQLiteDatabase::atPath(home.caches() / "batch.db");
   ASSERT_EQ(db.doQuery("create table n (v integer unique)"), std::nullopt);
-  EXPECT_TRUE(db.doQuerys({"insert into n values (1)", "insert into n values (2)", "insert into n values (1)"}));
+  EXPECT_TRUE(
+      db.runInTransaction({"insert into n values (1)", "insert into n values (2)", "insert into n values (1)"}));
   EXPECT_EQ(db.getRowsForQuery("select count(*) as c from n")[0]["c"], 0);
 
   std::vector<std::string> inserts;
@@ -89,7 +90,7 @@ TEST(SQLiteDatabaseTest, BatchIsAllOrNothingAndFlagsWriting) {
       if (db.isWriting()) sawWriting = true;
     }
   });
-  EXPECT_EQ(db.doQuerys(inserts), std::nullopt);
+  EXPECT_EQ(db.runInTransaction(inserts), std::nullopt);
   done = true;
   watcher.join();
   EXPECT_TRUE(sawWriting);
@@ -100,9 +101,9 @@ TEST(SQLiteDatabaseTest, BatchIsAllOrNothingAndFlagsWriting) {
 TEST(SQLiteDatabaseTest, DumpListsTablesAndRows) {
   TempHome home;
   auto db = SQLiteDatabase::atPath(home.caches() / "dump.db");
-  ASSERT_EQ(db.doQuerys({"create table a (x integer, y text)", "insert into a values (1, 'one')",
-                         "insert into a values (2, null)", "insert into a values (null, 'it''s')",
-                         "create table b (z real)"}),
+  ASSERT_EQ(db.runInTransaction({"create table a (x integer, y text)", "insert into a values (1, 'one')",
+                                 "insert into a values (2, null)", "insert into a values (null, 'it''s')",
+                                 "create table b (z real)"}),
             std::nullopt);
   const std::string dump = db.getDatabaseDump();
   const std::string expectedBody =
@@ -120,7 +121,7 @@ TEST(SQLiteDatabaseTest, DumpListsTablesAndRows) {
 TEST(SQLiteDatabaseTest, ReplaceSwapsOnlyCompleteDatabases) {
   TempHome home;
   auto db = SQLiteDatabase::atPath(home.caches() / "swap.db");
-  ASSERT_EQ(db.doQuerys({"create table v (n integer)", "insert into v values (1)"}), std::nullopt);
+  ASSERT_EQ(db.runInTransaction({"create table v (n integer)", "insert into v values (1)"}), std::nullopt);
   ASSERT_EQ(db.getRowsForQuery("select n from v").size(), 1u);  // leaves the old handle open
 
   const auto failed = db.replaceWith([&](SQLiteDatabase& fresh) {
@@ -135,7 +136,8 @@ TEST(SQLiteDatabaseTest, ReplaceSwapsOnlyCompleteDatabases) {
   EXPECT_FALSE(std::filesystem::exists(home.caches() / "swap.db.rebuild"));
 
   EXPECT_EQ(db.replaceWith([](SQLiteDatabase& fresh) {
-    return fresh.doQuerys({"create table v (n integer)", "insert into v values (2)", "insert into v values (3)"});
+    return fresh.runInTransaction(
+        {"create table v (n integer)", "insert into v values (2)", "insert into v values (3)"});
   }),
             std::nullopt);
   EXPECT_EQ(db.getRowsForQuery("select sum(n) as s from v")[0]["s"], 5);
@@ -149,8 +151,8 @@ TEST(SQLiteDatabaseTest, KeptStatementsAndImmutableFiles) {
   const auto dir = home.home() / "a?b #50%";
   std::filesystem::create_directories(dir);
   auto db = SQLiteDatabase::atPath(dir / "kept.db");
-  ASSERT_EQ(db.doQuerys({"create table k (n integer, s text)", "insert into k values (1, 'one')",
-                         "insert into k values (2, 'two')"}),
+  ASSERT_EQ(db.runInTransaction({"create table k (n integer, s text)", "insert into k values (1, 'one')",
+                                 "insert into k values (2, 'two')"}),
             std::nullopt);
   const char* byNumber = "select s from k where n = ?";
   EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{2}}), Json::parse(R"([{"s":"two"}])"));
@@ -159,7 +161,7 @@ TEST(SQLiteDatabaseTest, KeptStatementsAndImmutableFiles) {
   EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{1}, std::int64_t{2}}), Json::array());
   EXPECT_EQ(db.getRowsForQuery("select nonsense from", {}), Json::array());
   ASSERT_EQ(db.replaceWith([](SQLiteDatabase& fresh) {
-    return fresh.doQuerys({"create table k (n integer, s text)", "insert into k values (1, 'uno')"});
+    return fresh.runInTransaction({"create table k (n integer, s text)", "insert into k values (1, 'uno')"});
   }),
             std::nullopt);
   EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{1}}), Json::parse(R"([{"s":"uno"}])"));

@@ -151,7 +151,7 @@ std::optional<DBError> rebuildCache(SQLiteDatabase& cache, const Json& areas) {
   if (skipped > 0) logLine("area cache: left out " + std::to_string(skipped) + " areas with an apostrophe");
   const auto error = cache.replaceWith([&](SQLiteDatabase& fresh) -> std::optional<DBError> {
     if (auto created = fresh.doQuery(kCreateAreasSql)) return created;
-    return fresh.doQuerys(inserts);
+    return fresh.runInTransaction(inserts);
   });
   if (error) logLine("area cache rebuild failed: " + error->description);
   return error;
@@ -200,7 +200,7 @@ bool DBUtil::cacheDBValid() {
   return !last.empty() && last == expected;
 }
 
-std::optional<DBError> DBUtil::insertAreaToCatcheDB(const Json& areas) {
+std::optional<DBError> DBUtil::rebuildAreaCache(const Json& areas) {
   if (!areas.is_array()) return SQLiteDatabase::createDBErrorWithDescription("the area list is not an array", 0);
   return rebuildCache(*sharedCacheManager(), areas);
 }
@@ -214,7 +214,7 @@ std::map<std::string, std::vector<AreaModel>> DBUtil::getAllCity() {
   return byLetter;
 }
 
-std::vector<AreaModel> DBUtil::getCitysWithKey(std::string_view key) {
+std::vector<AreaModel> DBUtil::getCitiesWithKey(std::string_view key) {
   if (!isSafeValue(key)) return {};
   std::vector<AreaModel> cities = citiesFor(formatStatement(kCitiesWithKeySql, {key, key}));
   // The statement has no ESCAPE clause to give "%" and "_" in the key their literal

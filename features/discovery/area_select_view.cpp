@@ -20,7 +20,7 @@ AreaSelectView::AreaSelectView() : sections_(DBUtil::getAllCity()) {
 
 std::vector<AreaModel> AreaSelectView::search(const std::string& key) {
   if (key.empty()) return {};
-  return DBUtil::getCitysWithKey(key);
+  return DBUtil::getCitiesWithKey(key);
 }
 
 bool AreaSelectView::selectCity(const std::string& name) {

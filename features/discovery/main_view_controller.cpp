@@ -119,7 +119,7 @@ void MainViewController::refreshNet() {
   sendPopular();
   sendHomeRequest<TemplatesNetApi>(templatesRequest_, std::make_shared<TemplatesNetApi>(),
                                    [this](TemplatesNetApi& api) {
-                                     templates_ = api.getTemplatesFromResopnse();
+                                     templates_ = api.templatesFromResponse();
                                      TemplatesNetApi::resetTemplates(templates_);
                                    });
 }
@@ -141,7 +141,7 @@ void MainViewController::sendPopular() {
   const auto ended = [this](PopularStoreNetApi& api, bool correct) {
     if (correct) {
       std::vector<StoreInfoModel> stores = api.getPopularStores();
-      popularTotal_ = api.getTotleCount();
+      popularTotal_ = api.totalCount();
       popularFooterHidden_ = stores.empty();
       if (popularPage_ <= 1) {
         popularStores_ = std::move(stores);

@@ -25,7 +25,7 @@ NearbyView::NearbyView()
       sortButton{discovery_texts::kSortButtonTitle} {
   sortList.assign(std::begin(discovery_texts::kSortLabels), std::end(discovery_texts::kSortLabels));
   rebuildAreaList();
-  categoryScreen.cagetoryDataList = SearchTypeNetApi::getSearchTypes();
+  categoryScreen.categoryList = SearchTypeNetApi::getSearchTypes();
   categoryScreen.delegate = this;
   if (const auto& center = Env::current().notifications) {
     cityObserver_ = center->addObserver(kCityChangedNotification,

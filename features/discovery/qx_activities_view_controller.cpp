@@ -65,7 +65,7 @@ std::string QXActivitiesViewController::soldText() const { return activity_ ? ac
 std::vector<QXActivitiesViewController::Package> QXActivitiesViewController::packages() const {
   std::vector<Package> result;
   if (!activity_) return result;
-  for (const Json& element : arrayOf(activity_->taocanList)) {
+  for (const Json& element : arrayOf(activity_->packageList)) {
     Package package{strForKey(element, "title"), {}};
     const Json content = element.is_object() ? element.value("contentList", Json()) : Json();
     if (content.is_array()) {

@@ -8,7 +8,7 @@
 
 namespace qmv {
 
-std::vector<SearchTypeModel> TemplatesNetApi::getTemplatesFromResopnse() const {
+std::vector<SearchTypeModel> TemplatesNetApi::templatesFromResponse() const {
   if (!responseData().is_object()) return {};
   if (const auto& settings = Env::current().settings) {
     settings->setString(responseString(), kTemplatesKey);

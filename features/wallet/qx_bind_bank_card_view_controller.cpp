@@ -54,7 +54,7 @@ void QXBindBankCardViewController::getCodeAction() {
   account_detail::sendCodeRequest(
       codeNet_, *this, self ? self->phone : std::string(), codeSessionId_,
       [this] {
-        countdown_.codeNetSucess();
+        countdown_.codeSent();
         if (onChange) onChange();
       },
       [this](bool correct) {
