@@ -2,8 +2,8 @@
 // a card number (found at a 6-digit prefix, and not found at all, which tries every length).
 #include <benchmark/benchmark.h>
 
-#include "core/common/db_util.h"
-#include "core/common/temp_home_for_test.h"
+#include "core/storage/db_util.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {

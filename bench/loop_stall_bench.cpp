@@ -13,7 +13,6 @@
 
 #include "bench/search_page.h"
 #include "core/common/loop_stall_probe.h"
-#include "core/common/temp_home_for_test.h"
 #include "core/request/network_agent.h"
 #include "core/request/network_config.h"
 #include "core/session/global_data.h"
@@ -26,6 +25,7 @@
 #include "platform/synchronous_notification_center.h"
 #include "platform/testing/loopback_server.h"
 #include "platform/testing/recording_status_overlay.h"
+#include "platform/testing/temp_home.h"
 
 int main(int argc, char** argv) {
   using namespace qmv;

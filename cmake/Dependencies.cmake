@@ -1,4 +1,5 @@
-# Every third-party library comes from a Debian package installed by scripts/setup.
+# Every third-party library comes from a Debian package installed by scripts/setup. Each
+# layer's target links the ones it uses itself (CMakeLists.txt, apps/CMakeLists.txt).
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(CURL REQUIRED)
@@ -19,19 +20,10 @@ pkg_check_modules(PANGOFT2 REQUIRED IMPORTED_TARGET pangoft2)
 # GLib's main context: the interface thread of the graphical client.
 pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
 
-add_library(qmv_deps INTERFACE)
-add_library(qmv::deps ALIAS qmv_deps)
-# Standalone Asio, header only.
-target_compile_definitions(qmv_deps INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
-target_link_libraries(qmv_deps INTERFACE
-  CURL::libcurl SQLite::SQLite3 OpenSSL::Crypto nlohmann_json::nlohmann_json simdjson::simdjson
-  PkgConfig::PCRE2 PkgConfig::HTTPLIB PkgConfig::PANGOFT2 PkgConfig::GLIB Threads::Threads)
-
 # QR codes: zbar decodes the invitation scan, libqrencode draws redemption codes, libpng reads/writes them.
 pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
 pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
-target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE PkgConfig::PNG)
 
 # Secrets and cookies: the desktop's keyring through libsecret (the stored password),
 # and the public-suffix list through libpsl (no cookie for "com").
@@ -39,13 +31,11 @@ target_link_libraries(qmv_deps INTERFACE PkgConfig::ZBAR PkgConfig::QRENCODE Pkg
 # file alone, so that every other file keeps its compiler cache hits.
 pkg_check_modules(LIBSECRET REQUIRED libsecret-1)
 pkg_check_modules(PSL REQUIRED libpsl)
-target_link_libraries(qmv_deps INTERFACE ${LIBSECRET_LINK_LIBRARIES} ${PSL_LINK_LIBRARIES})
 set_property(SOURCE ${CMAKE_SOURCE_DIR}/platform/linux/libsecret_store.cpp APPEND PROPERTY
   INCLUDE_DIRECTORIES ${LIBSECRET_INCLUDE_DIRS})
 
 # HTML: libxml2's forgiving HTML parser reads the server pages of the headless web view.
 pkg_check_modules(LIBXML2 REQUIRED IMPORTED_TARGET libxml-2.0)
-target_link_libraries(qmv_deps INTERFACE PkgConfig::LIBXML2)
 
 # The graphical client: gtkmm for the widgets, libadwaita's C API for the adaptive
 # pieces, libshumate for the map, GeoClue for the position. Optional, so that a machine

@@ -14,6 +14,7 @@
 #include "core/request/base_net_api.h"
 #include "core/session/login_net_api.h"
 #include "core/session/mobile_code_net_api.h"
+#include "core/session/search_sub_type_model.h"
 #include "features/discovery/activity_detail_net_api.h"
 #include "features/discovery/area_net_api.h"
 #include "features/discovery/map_list_net_api.h"
@@ -22,7 +23,6 @@
 #include "features/discovery/recommend_store_net_api.h"
 #include "features/discovery/resources_net_api.h"
 #include "features/discovery/search_store_net_api.h"
-#include "features/discovery/search_sub_type_model.h"
 #include "features/discovery/store_detail_net_api.h"
 #include "features/discovery/store_list_reader.h"
 #include "features/discovery/templates_net_api.h"
@@ -63,7 +63,7 @@ class BareNetApi : public BaseNetApi {
 
 class CountingSessionDelegate : public SessionExpireDelegate {
  public:
-  void sessionIsExpire(BaseNetApi& /*request*/) override { ++expired; }
+  void sessionExpired(BaseNetApi& /*request*/) override { ++expired; }
   std::size_t expired = 0;
 };
 
@@ -112,7 +112,7 @@ const std::map<std::string, Exchange, std::less<>>& exchanges() {
       {"getPopularList",
        [] {
          exchange(std::make_shared<PopularStoreNetApi>("1", "1"),
-                  [](auto& a) { return sizeOf(a.getPopularStores()) + sizeOf(a.getTotleCount()); });
+                  [](auto& a) { return sizeOf(a.getPopularStores()) + sizeOf(a.totalCount()); });
        }},
       {"getRecommendStore",
        [] { exchange(std::make_shared<RecommendStoreNetApi>("1"), [](auto& a) { return sizeOf(a.getRecommendStores()); }); }},
@@ -123,7 +123,7 @@ const std::map<std::string, Exchange, std::less<>>& exchanges() {
          SearchConditionModel condition;
          condition.keyword = "a";
          exchange(std::make_shared<SearchStoreNetApi>(condition),
-                  [](auto& a) { return sizeOf(a.getSearchStores()) + sizeOf(a.getTotleCount()); });
+                  [](auto& a) { return sizeOf(a.getSearchStores()) + sizeOf(a.totalCount()); });
        }},
       {"getStoreDetailInfo",
        [] {
@@ -131,7 +131,7 @@ const std::map<std::string, Exchange, std::less<>>& exchanges() {
                   [](auto& a) { return sizeOf(a.getStoreDetail()) + sizeOf(a.getGradeList()); });
        }},
       {"getCategorTemplates1",
-       [] { exchange(std::make_shared<TemplatesNetApi>(), [](auto& a) { return sizeOf(a.getTemplatesFromResopnse()); }); }},
+       [] { exchange(std::make_shared<TemplatesNetApi>(), [](auto& a) { return sizeOf(a.templatesFromResponse()); }); }},
       {"getMyPosts",
        [] { exchange(std::make_shared<MyOrderNetApi>("1", 0), [](auto& a) { return sizeOf(a.getOrderList()); }); }},
       {"getOrderDetail",

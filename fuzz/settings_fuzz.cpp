@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "core/common/settings_keys.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
 #include "features/discovery/search_history.h"
 #include "features/discovery/search_type_net_api.h"
 #include "fuzz/fuzz_env.h"

@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto ba = StringUtil::stringCompareWithString(b, a);
   check(ab.has_value() == ba.has_value() && (!ab || *ab == -*ba));
   if (ab) check(StringUtil::stringCompareWithString(a, a) == 0);
-  check(StringUtil::stringMutiplyWithString(a, b) == StringUtil::stringMutiplyWithString(b, a));
-  StringUtil::stringDividWithString(a, b, static_cast<int>(size % 70));
+  check(StringUtil::multiplyDecimalTexts(a, b) == StringUtil::multiplyDecimalTexts(b, a));
+  StringUtil::divideDecimalTexts(a, b, static_cast<int>(size % 70));
   return 0;
 }

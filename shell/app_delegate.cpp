@@ -82,7 +82,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
   }
 
   if (env.settings && env.settings->boolForKey("isLaunched")) {
-    jump2MainViewCtrl();
+    showMainTabs();
   } else {
     if (env.navigator) env.navigator->setRoot("LaunchViewController");
     if (env.settings) env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
@@ -93,7 +93,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
     env.settings->setBool(true, "isLaunched");
     env.settings->synchronize();
   }
-  setLunchImage();
+  showLaunchImage();
   return true;
 }
 
@@ -110,7 +110,7 @@ void AppDelegate::initShare() {
   if (auto sharing = Env::current().sharing) sharing->registerApp(config_.shareAppKey, kSharePlatforms);
 }
 
-void AppDelegate::jump2MainViewCtrl() {
+void AppDelegate::showMainTabs() {
   std::vector<std::string> tabs = {"MainViewController", "NearbyViewController", "WealthViewController",
                                    "QXH5ViewController", "ZDMyViewController"};
   tabBarViewCtrl_.emplace(tabs);
@@ -127,7 +127,7 @@ void AppDelegate::jump2MainViewCtrl() {
   if (env.window) env.window->makeKeyAndVisible();
 }
 
-void AppDelegate::setLunchImage() {
+void AppDelegate::showLaunchImage() {
   const Env& env = Env::current();
   if (!env.window) return;
   // Dropping the cached copy first shows the newest server image on every start.
@@ -138,12 +138,12 @@ void AppDelegate::setLunchImage() {
     if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
     launchTimer_ = env.mainLoop->postAfter(kLaunchImageDuration, [this] {
       launchTimer_ = 0;
-      removeLun();
+      removeLaunchImage();
     });
   }
 }
 
-void AppDelegate::removeLun() {
+void AppDelegate::removeLaunchImage() {
   if (auto window = Env::current().window) window->removeLaunchView();
 }
 
@@ -184,7 +184,7 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
     return true;
   }
   if (host == "uppayresult") {
-    UPPayUtil::handleURL(url, [this] { postPaySuccessNotiDelay(); });
+    UPPayUtil::handleURL(url, [this] { postPaySuccessLater(); });
     return true;
   }
   return false;
@@ -200,7 +200,7 @@ void AppDelegate::onResp(int errCode) {
   }
 }
 
-void AppDelegate::postPaySuccessNotiDelay() {
+void AppDelegate::postPaySuccessLater() {
   const Env& env = Env::current();
   if (!env.mainLoop) return;
   env.mainLoop->postAfter(kPaySuccessDelay, [] {
@@ -208,7 +208,7 @@ void AppDelegate::postPaySuccessNotiDelay() {
   });
 }
 
-void AppDelegate::changeToCirecles() {
+void AppDelegate::changeToCircles() {
   if (tabBarViewCtrl_) tabBarViewCtrl_->selectItem(TabBarViewController::kCirclesTab);
 }
 
@@ -220,7 +220,7 @@ void AppDelegate::changeToNearWithType(const std::string& typeId) {
   }
   // The nearby view is being created by the tab switch; hand over once it exists.
   currentType_ = typeId;
-  handOffLater(&AppDelegate::jump2nearByTypeThread);
+  handOffLater(&AppDelegate::deliverNearbyCategory);
 }
 
 void AppDelegate::changeToNearWithKey(const std::string& keyword) {
@@ -230,7 +230,7 @@ void AppDelegate::changeToNearWithKey(const std::string& keyword) {
     return;
   }
   currentKey_ = keyword;
-  handOffLater(&AppDelegate::jump2nearByKeyThread);
+  handOffLater(&AppDelegate::deliverNearbyKeyword);
 }
 
 void AppDelegate::handOffLater(void (AppDelegate::*jump)()) {
@@ -244,11 +244,11 @@ void AppDelegate::handOffLater(void (AppDelegate::*jump)()) {
   handOffTimers_.push_back(*timer);
 }
 
-void AppDelegate::jump2nearByTypeThread() {
+void AppDelegate::deliverNearbyCategory() {
   if (nearbyCtrl_) nearbyCtrl_->selectedCategoryFromMain(currentType_);
 }
 
-void AppDelegate::jump2nearByKeyThread() {
+void AppDelegate::deliverNearbyKeyword() {
   if (nearbyCtrl_) nearbyCtrl_->selectedKeyFromMain(currentKey_);
 }
 

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "core/common/json.h"
+#include "features/discovery/nearby_handoff.h"
 #include "platform/main_loop.h"
 #include "platform/notification_center.h"
 #include "shell/app_config.h"
-#include "shell/nearby_handoff.h"
 #include "shell/tab_bar_view_controller.h"
 
 namespace qmv {
@@ -26,7 +26,7 @@ class AppDelegate {
   static constexpr const char* kWeChatSource = "com.tencent.xin";
   static constexpr MainLoop::Duration kLaunchImageDuration{3000};
   static constexpr MainLoop::Duration kNearbyHandoffDelay{100};
-  // How long postPaySuccessNotiDelay waits, so the payment library's own screen has
+  // How long postPaySuccessLater waits, so the payment library's own screen has
   // closed before the pay-now screen reacts.
   static constexpr MainLoop::Duration kPaySuccessDelay{500};
 
@@ -37,9 +37,9 @@ class AppDelegate {
 
   // application:didFinishLaunchingWithOptions:
   bool didFinishLaunchingWithOptions(const Json& launchOptions = nullptr);
-  void jump2MainViewCtrl();
-  void setLunchImage();
-  void removeLun();
+  void showMainTabs();       // the system's jump2MainViewCtrl
+  void showLaunchImage();    // the system's setLunchImage
+  void removeLaunchImage();  // the system's removeLun
   // The "changeBaseUrl" handler: the user info's "type" becomes the base URL.
   void changeBaseUrl(const Json& userInfo);
   void applicationWillEnterForeground();
@@ -52,17 +52,17 @@ class AppDelegate {
   bool openURL(const std::string& url, const std::string& sourceApplication);
   // The messaging application's payment response.
   void onResp(int errCode);
-  void postPaySuccessNotiDelay();
+  void postPaySuccessLater();  // the system's postPaySuccessNotiDelay
 
   // Jumps requested by the home screen. A jump to a nearby screen whose view does not
   // exist yet is delivered 0.1 s later, unless the delegate has gone by then.
-  void changeToCirecles();
+  void changeToCircles();  // the system's changeToCirecles
   void changeToNearWithType(const std::string& typeId);
   void changeToNearWithKey(const std::string& keyword);
-  void jump2nearByTypeThread();
-  void jump2nearByKeyThread();
+  void deliverNearbyCategory();  // the system's jump2nearByTypeThread
+  void deliverNearbyKeyword();   // the system's jump2nearByKeyThread
 
-  // Replaces the nearby screen that jump2MainViewCtrl built (tests hand in a fake).
+  // Replaces the nearby screen that showMainTabs built (tests hand in a fake).
   void setNearbyCtrl(std::shared_ptr<NearbyHandoff> nearby) { nearbyCtrl_ = std::move(nearby); }
 
   const AppConfig& config() const { return config_; }

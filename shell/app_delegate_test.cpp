@@ -12,10 +12,10 @@
 #include "features/discovery/main_view_controller.h"
 #include "platform/env.h"
 #include "platform/linux/headless_app_window.h"
-#include "platform/linux/stack_navigator.h"
 #include "platform/manual_main_loop.h"
 #include "platform/push_service.h"
 #include "platform/settings_store.h"
+#include "platform/stack_navigator.h"
 #include "platform/synchronous_notification_center.h"
 #include "platform/testing/fixed_reachability.h"
 #include "platform/testing/recording_payment_channels.h"
@@ -331,7 +331,7 @@ TEST_F(ShellFixture, HomeJumpsToNearbyDeliverAtOnceOrAfterTheTabLoads) {
   app.changeToNearWithKey("火锅");
   EXPECT_EQ(nearby->received.back(), "key 火锅");
 
-  app.changeToCirecles();
+  app.changeToCircles();
   EXPECT_EQ(app.tabBarViewCtrl()->selectedIndex(), 3);
 
   app.applicationWillEnterForeground();

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <random>
 
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
 

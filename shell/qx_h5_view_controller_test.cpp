@@ -6,9 +6,9 @@
 
 #include "core/request/network_config.h"
 #include "core/session/global_data.h"
-#include "platform/linux/stack_navigator.h"
 #include "platform/manual_main_loop.h"
 #include "platform/settings_store.h"
+#include "platform/stack_navigator.h"
 #include "platform/testing/fake_web_view.h"
 #include "platform/vendor_sdks.h"
 #include "shell/tab_bar_view_controller.h"

@@ -3,9 +3,9 @@
 // exit status of each flow.
 #include <gtest/gtest.h>
 
-#include "core/common/temp_home_for_test.h"
 #include "platform/linux/qr_png.h"
 #include "platform/linux/sqlite_settings_store.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {

@@ -1,10 +1,10 @@
 // Login, automatic login on the next start, and logout, against the sandbox.
 #include <httplib.h>
 
+#include "core/common/settings_keys.h"
 #include "core/session/auto_login.h"
 #include "core/session/login_view_controller.h"
 #include "core/session/logout_flow.h"
-#include "core/session/settings_keys.h"
 #include "tests/account_test_env.h"
 
 namespace qmv::testsupport {

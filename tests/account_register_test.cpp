@@ -1,9 +1,9 @@
 // Registration with an SMS code and password recovery in two steps, against the sandbox.
+#include "core/common/settings_keys.h"
 #include "core/session/auto_login.h"
 #include "core/session/find_pwd_step2_view_controller.h"
 #include "core/session/find_pwd_view_controller.h"
 #include "core/session/qx_register_view_controller.h"
-#include "core/session/settings_keys.h"
 #include "platform/linux/qr_png.h"
 #include "tests/account_test_env.h"
 

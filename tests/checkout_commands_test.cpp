@@ -6,7 +6,7 @@
 
 #include <set>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 #include "tests/fault_server.h"
 // Last: httplib brings a DELETE macro.

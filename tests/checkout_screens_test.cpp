@@ -3,7 +3,7 @@
 #include "features/orders/checkout_texts.h"
 #include "features/orders/pay_now_runner.h"
 #include "features/orders/qx_submit_oder_view_controller.h"
-#include "platform/linux/stack_navigator.h"
+#include "platform/stack_navigator.h"
 #include "platform/synchronous_notification_center.h"
 #include "platform/testing/recording_payment_channels.h"
 #include "shell/app_delegate.h"

@@ -9,8 +9,8 @@
 
 #include "apps/launch/app_launch.h"
 #include "apps/qmv/command_registry.h"
-#include "core/common/db_util.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "platform/testing/fake_secret_store.h"
 
 namespace qmv::testsupport {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/session/mobile_code_net_api.h"
+#include "core/session/search_types_reader.h"
 #include "features/discovery/built_in_search_types.h"
 #include "features/discovery/search_type_net_api.h"
-#include "features/discovery/search_types_reader.h"
 #include "features/discovery/templates_net_api.h"
 #include "features/orders/top_up_record_net_api.h"
 #include "features/wallet/bind_bank_net_api.h"
@@ -207,7 +207,7 @@ TEST_F(WalletContractTest, CatalogueAndTemplatesReadAsTheClientsOwnRecords) {
 
   auto templates = std::make_shared<TemplatesNetApi>();
   ASSERT_TRUE(sendCorrect(templates));
-  const auto read = templates->getTemplatesFromResopnse();
+  const auto read = templates->templatesFromResponse();
   ASSERT_FALSE(read.empty());
   EXPECT_EQ(settings_->stringForKey("templates"), templates->responseString());
   TemplatesNetApi::resetTemplates(read);

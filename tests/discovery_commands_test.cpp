@@ -2,7 +2,7 @@
 // its embedded sandbox, in a fresh home.
 #include <gtest/gtest.h>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {

@@ -12,23 +12,23 @@
 #include <memory>
 
 #include "apps/sandbox/sandbox_server.h"
-#include "core/common/db_util.h"
-#include "core/common/temp_home_for_test.h"
 #include "core/request/network_agent.h"
 #include "core/request/network_config.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "platform/cookie_store.h"
 #include "platform/env.h"
-#include "platform/fake_location_source.h"
 #include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/linux/nearest_city_geocoder.h"
-#include "platform/linux/stack_navigator.h"
 #include "platform/manual_main_loop.h"
+#include "platform/stack_navigator.h"
 #include "platform/synchronous_notification_center.h"
+#include "platform/testing/fake_location_source.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/recording_url_opener.h"
 #include "platform/testing/scripted_alerts.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv::testsupport {
 

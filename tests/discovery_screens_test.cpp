@@ -2,9 +2,9 @@
 #include <algorithm>
 
 #include "apps/sandbox/demo_data.h"
-#include "core/common/db_util.h"
 #include "core/common/dictionary.h"
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
+#include "core/storage/db_util.h"
 #include "features/discovery/location_converter.h"
 #include "features/discovery/main_view_controller.h"
 #include "features/discovery/near_by_map_view.h"
@@ -365,7 +365,7 @@ TEST_F(DiscoveryScreensTest, AreaRefreshFillsTheCacheWhichIsUsedOnlyOnceComplete
   EXPECT_EQ(DBUtil::getDistrictIdWithName("河东区", "371300"), "371312");
   ASSERT_TRUE(DBUtil::getCityWithName("北京市"));
   EXPECT_EQ(DBUtil::getCityWithName("北京市")->areaID, "110100");
-  EXPECT_EQ(DBUtil::getCitysWithKey("上海").size(), 1u);
+  EXPECT_EQ(DBUtil::getCitiesWithKey("上海").size(), 1u);
 
   // Up to date: the server sends nothing, nothing is rebuilt.
   started.reset();

@@ -9,10 +9,10 @@
 
 #include "apps/qmv/cli_app.h"
 #include "core/common/log.h"
-#include "core/common/temp_home_for_test.h"
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/testing/forwarding_settings_store.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 #include "tests/fault_server.h"
 

@@ -13,11 +13,11 @@
 #include <mutex>
 
 #include "apps/launch/app_launch.h"
-#include "core/common/temp_home_for_test.h"
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/testing/fake_secret_store.h"
 #include "platform/testing/loopback_server.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 #include "tests/fault_server.h"
 

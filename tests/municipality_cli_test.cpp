@@ -11,8 +11,8 @@
 
 #include "apps/sandbox/sandbox_server.h"
 #include "core/common/json.h"
-#include "core/common/temp_home_for_test.h"
 #include "platform/testing/loopback_server.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/nearby_view.h"
 #include "features/discovery/nearby_view_controller.h"
@@ -94,8 +94,8 @@ TEST_F(NearbySearchTest, DistrictCategoryAndSortFiltersNarrowTheList) {
 
   // Category 美食 (10) within 河东区: a subset.
   long food = -1;
-  for (std::size_t i = 0; i < view.categoryScreen.cagetoryDataList.size(); ++i) {
-    if (view.categoryScreen.cagetoryDataList[i].name == "美食") food = static_cast<long>(i);
+  for (std::size_t i = 0; i < view.categoryScreen.categoryList.size(); ++i) {
+    if (view.categoryScreen.categoryList[i].name == "美食") food = static_cast<long>(i);
   }
   ASSERT_GE(food, 0);
   ASSERT_TRUE(search(view, [&] { view.chooseCategory(food, 0); }));

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "apps/sandbox/demo_data.h"
-#include "core/common/temp_home_for_test.h"
 #include "platform/linux/qr_png.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {

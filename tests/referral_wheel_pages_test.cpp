@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "core/common/json.h"
-#include "core/common/temp_home_for_test.h"
 #include "features/orders/top_up_record_net_api.h"
 #include "features/wheel/wheel_view_controller.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 #include "tests/sandbox_fixture.h"
 

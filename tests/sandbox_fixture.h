@@ -41,7 +41,7 @@ namespace qmv::contract {
 
 class CountingSessionDelegate : public SessionExpireDelegate {
  public:
-  void sessionIsExpire(BaseNetApi&) override { ++calls; }
+  void sessionExpired(BaseNetApi&) override { ++calls; }
   int calls = 0;
 };
 

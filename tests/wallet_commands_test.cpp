@@ -3,7 +3,7 @@
 // unbinding it, with the screen's checks and the server's refusals on the way.
 #include <gtest/gtest.h>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {

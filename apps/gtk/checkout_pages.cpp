@@ -83,7 +83,8 @@ void PayNowPage::refresh() {
   if (!screen_.topHidden()) {
     auto* balance = ui::boxedList();
     balance->set_name("balance");
-    ui::addCheckRow(*balance, screen_.balanceText(), screen_.yueSelected(), tap(&QXPayNowViewController::yueSelectAction));
+    ui::addCheckRow(*balance, screen_.balanceText(), screen_.balanceSelected(),
+                    tap(&QXPayNowViewController::toggleBalance));
     body().append(*balance);
   }
   if (!screen_.bottomHidden()) {
@@ -94,9 +95,9 @@ void PayNowPage::refresh() {
       bool selected;
       void (QXPayNowViewController::*action)();
     } rows[] = {
-        {texts::kAlipayName, screen_.zhifubaoSelected(), &QXPayNowViewController::zhifubaoSelectAction},
-        {texts::kWeChatName, screen_.weixinSelected(), &QXPayNowViewController::weixinSelectAction},
-        {texts::kUnionPayName, screen_.yinlianSelected(), &QXPayNowViewController::yinlianSelectAction},
+        {texts::kAlipayName, screen_.alipaySelected(), &QXPayNowViewController::selectAlipay},
+        {texts::kWeChatName, screen_.weChatSelected(), &QXPayNowViewController::selectWeChat},
+        {texts::kUnionPayName, screen_.unionPaySelected(), &QXPayNowViewController::selectUnionPay},
     };
     for (const auto& row : rows) ui::addCheckRow(*channels, row.title, row.selected, tap(row.action));
     body().append(*channels);

@@ -6,8 +6,8 @@
 #include "apps/gtk/gtk_application.h"
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/renderer_choice.h"
-#include "core/common/db_util.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "platform/linux/glib_main_loop.h"
 
 namespace qmv::gtk {

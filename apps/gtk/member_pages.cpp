@@ -88,7 +88,7 @@ GuidePage::GuidePage(PageContext& context) : ScreenPage(context, "qmv", false) {
   go->add_css_class("circular");
   go->set_halign(Gtk::Align::CENTER);
   go->set_valign(Gtk::Align::END);
-  go->signal_clicked().connect([&context] { context.appDelegate().jump2MainViewCtrl(); });
+  go->signal_clicked().connect([&context] { context.appDelegate().showMainTabs(); });
   body().append(*go);
 }
 

@@ -149,14 +149,14 @@ void NearbyPage::drawFilterDropDown() {
     auto* left = ui::boxedList();
     auto* right = ui::boxedList();
     CategoryScreenView& categories = view.categoryScreen;
-    for (std::size_t i = 0; i < categories.cagetoryDataList.size(); ++i) {
+    for (std::size_t i = 0; i < categories.categoryList.size(); ++i) {
       const bool selected = static_cast<long>(i) == categories.selectedLeftIndex;
-      ui::addRow(*left, categories.cagetoryDataList[i].name, "", selected ? "●" : "",
+      ui::addRow(*left, categories.categoryList[i].name, "", selected ? "●" : "",
                  choose([&categories, i] { categories.selectLeftRow(static_cast<long>(i)); }));
     }
     if (categories.selectedLeftIndex >= 0 &&
-        categories.selectedLeftIndex < static_cast<long>(categories.cagetoryDataList.size())) {
-      const auto& subs = categories.cagetoryDataList[static_cast<std::size_t>(categories.selectedLeftIndex)].list;
+        categories.selectedLeftIndex < static_cast<long>(categories.categoryList.size())) {
+      const auto& subs = categories.categoryList[static_cast<std::size_t>(categories.selectedLeftIndex)].list;
       for (std::size_t j = 0; j < subs.size(); ++j) {
         ui::addRow(*right, subs[j].name, "", "",
                    choose([&categories, j] { categories.selectRightRow(static_cast<long>(j)); }));

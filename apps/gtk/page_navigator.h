@@ -4,7 +4,7 @@
 // screen of the top layer and drops the pages of screens that left.
 #include <functional>
 
-#include "platform/linux/stack_navigator.h"
+#include "platform/stack_navigator.h"
 
 namespace qmv::gtk {
 

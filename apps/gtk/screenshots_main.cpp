@@ -70,9 +70,9 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] { return driver.topName() == kGuideScreen || driver.topName() == kTabBarScreen; });
     if (driver.topName() == kGuideScreen) {
       shot("00-guide");
-      app.appDelegate().jump2MainViewCtrl();
+      app.appDelegate().showMainTabs();
     }
-    app.appDelegate().removeLun();
+    app.appDelegate().removeLaunchImage();
     TabBarPage* tabs = nullptr;
     driver.waitUntil([&] { return (tabs = app.view().tabBar()) != nullptr; });
     auto& home = static_cast<HomePage&>(tabs->tab(0));

@@ -5,8 +5,8 @@
 #include <iostream>
 
 #include "apps/sandbox/sandbox_server.h"
+#include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
-#include "core/session/settings_keys.h"
 #include "platform/clock.h"
 #include "platform/cookie_store.h"
 #include "platform/file_locations.h"

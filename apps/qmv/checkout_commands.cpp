@@ -71,22 +71,22 @@ Json printPayNow(CliOutput& out, const QXPayNowViewController& screen) {
   out.line(texts::kPayNowTitle);
   out.line(screen.name);
   out.line(screen.totalText());
-  if (!screen.topHidden()) out.line(screen.balanceText() + check(screen.yueSelected()));
+  if (!screen.topHidden()) out.line(screen.balanceText() + check(screen.balanceSelected()));
   if (!screen.bottomHidden()) {
-    out.line("alipay" + check(screen.zhifubaoSelected()) + "  wechat" + check(screen.weixinSelected()) + "  unionpay" +
-             check(screen.yinlianSelected()));
+    out.line("alipay" + check(screen.alipaySelected()) + "  wechat" + check(screen.weChatSelected()) + "  unionpay" +
+             check(screen.unionPaySelected()));
   }
   out.line(screen.confirmTitle());
   Json shown = {{"name", screen.name},
                 {"total", screen.totalText()},
                 {"confirm", screen.confirmTitle()},
-                {"balanceSelected", screen.yueSelected()},
+                {"balanceSelected", screen.balanceSelected()},
                 {"leftPayAmount", screen.leftPayAmount()}};
   if (!screen.topHidden()) shown["balance"] = screen.balanceText();
   if (!screen.bottomHidden()) {
-    shown["channels"] = {{"alipay", screen.zhifubaoSelected()},
-                         {"wechat", screen.weixinSelected()},
-                         {"unionpay", screen.yinlianSelected()}};
+    shown["channels"] = {{"alipay", screen.alipaySelected()},
+                         {"wechat", screen.weChatSelected()},
+                         {"unionpay", screen.unionPaySelected()}};
   }
   return shown;
 }
@@ -184,7 +184,7 @@ int runBuy(CliApp& app, const BuyArgs& args) {
 // ---- pay ----
 
 struct PayArgs {
-  std::string productId, series, acount;
+  std::string productId, series, shareCount;
   std::string storeId;
   std::string total;
   PayChoices pay;
@@ -195,7 +195,7 @@ int runPay(CliApp& app, const PayArgs& args) {
     std::cerr << "qmv: give either --product (with --series and --acount) or --store (with --total)\n";
     return kExitUsage;
   }
-  if (!args.productId.empty() && (args.series.empty() || args.acount.empty())) {
+  if (!args.productId.empty() && (args.series.empty() || args.shareCount.empty())) {
     std::cerr << "qmv: --product needs --series and --acount\n";
     return kExitUsage;
   }
@@ -213,7 +213,7 @@ int runPay(CliApp& app, const PayArgs& args) {
   }
   Json payload = args.productId.empty()
                      ? Json{{"storeId", args.storeId}}
-                     : QXPayNowViewController::drawProductPayload(args.productId, args.series, args.acount);
+                     : QXPayNowViewController::drawProductPayload(args.productId, args.series, args.shareCount);
   if (!args.total.empty()) payload["totalFee"] = args.total;
   if (navigator) navigator->push(texts::kPayNowScreen, payload);
   return runPayNow(app, payload, args.pay);
@@ -251,7 +251,7 @@ void registerCheckoutCommands(CommandRegistry& registry) {
                                  [args](CliApp& app) { return runPay(app, *args); });
     pay->add_option("--product", args->productId, "draw product id");
     pay->add_option("--series", args->series, "draw series (issue number)");
-    pay->add_option("--acount", args->acount, "number of draw shares");
+    pay->add_option("--acount", args->shareCount, "number of draw shares");
     pay->add_option("--store", args->storeId, "store id, for a direct payment");
     pay->add_option("--total", args->total, "amount in yuan, at most two decimals (a page's draw link carries none)")
         ->check(CLI::Validator(

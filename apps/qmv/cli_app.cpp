@@ -16,10 +16,10 @@
 #include "platform/linux/asio_main_loop.h"
 #include "platform/linux/headless_app_window.h"
 #include "platform/linux/printing_url_opener.h"
-#include "platform/linux/stack_navigator.h"
 #include "platform/linux/stream_alerts.h"
 #include "platform/linux/stream_status_overlay.h"
 #include "platform/main_loop.h"
+#include "platform/stack_navigator.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::cli {

@@ -12,8 +12,8 @@
 #include "apps/qmv/command_registry.h"
 #include "apps/qmv/discovery_rows.h"
 #include "core/common/log.h"
+#include "core/common/settings_keys.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
 #include "features/discovery/area_select_view.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/location_converter.h"
@@ -67,7 +67,7 @@ void locateQuietly(CliApp& app) {
 int runHome(CliApp& app, long pages) {
   AppDelegate& delegate = app.appDelegate();
   // Asking for the home page leaves the first-run guide for the main tabs.
-  if (delegate.mainCtrl() == nullptr) delegate.jump2MainViewCtrl();
+  if (delegate.mainCtrl() == nullptr) delegate.showMainTabs();
   MainViewController& home = *delegate.mainCtrl();
   // The screen outlives this command in the shell: its callbacks must not outlive our frame.
   struct Unhook {

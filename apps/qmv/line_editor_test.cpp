@@ -7,7 +7,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv::cli {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/command_registry.h"
-#include "core/common/db_util.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "features/wallet/my_bank_card_view_controller.h"
 #include "features/wallet/qx_bind_bank_card_view_controller.h"
 #include "features/wallet/qx_with_draw_view_controller.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "apps/sandbox/sandbox_util.h"
-#include "core/common/sqlite_database.h"
+#include "core/sqlite/sqlite_database.h"
 
 namespace qmv::sandbox {
 namespace {

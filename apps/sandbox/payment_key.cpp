@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "apps/sandbox/sandbox_util.h"
-#include "platform/linux/sandbox_payment_apps.h"
+#include "core/common/completion_signature.h"
 
 namespace qmv::sandbox {
 namespace {

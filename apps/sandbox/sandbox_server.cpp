@@ -28,7 +28,7 @@
 #include "apps/sandbox/sandbox_util.h"
 #include "apps/sandbox/user_names.h"
 #include "core/common/log.h"
-#include "platform/file_locations.h"
+#include "core/common/resource_directory.h"
 
 namespace qmv::sandbox {
 namespace {
@@ -183,7 +183,7 @@ struct SandboxServer::Impl {
     if (!db) return error;
     try {
       const std::filesystem::path resources =
-          options.resources.empty() ? HomeFileLocations(options.home).resourceDirectory() : options.resources;
+          options.resources.empty() ? defaultResourceDirectory() : options.resources;
       prepareDatabase(*db, resources / "area.db");
       prepareUserNameKeys(*db);
     } catch (const std::exception& failure) {

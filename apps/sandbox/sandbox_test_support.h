@@ -3,7 +3,7 @@
 // and a small JSON client over httplib for driving its endpoints.
 #include <gtest/gtest.h>
 
-#include "platform/linux/sandbox_payment_apps.h"
+#include "core/common/completion_signature.h"
 // After the client's headers: httplib brings a DELETE macro.
 #include <httplib.h>
 

@@ -8,8 +8,6 @@
 
 #include "core/common/decimal_text.h"
 #include "core/common/url_parts.h"
-#include "platform/env.h"
-#include "platform/file_locations.h"
 #include "qmv/version.h"
 
 namespace qmv {
@@ -112,11 +110,11 @@ std::string StringUtil::convertUnicodeToString(std::string_view text) {
   return out;
 }
 
-std::optional<std::string> StringUtil::stringMutiplyWithString(std::string_view a, std::string_view b) {
+std::optional<std::string> StringUtil::multiplyDecimalTexts(std::string_view a, std::string_view b) {
   return detail::decimalMultiply(a, b);
 }
 
-std::optional<std::string> StringUtil::stringDividWithString(std::string_view a, std::string_view b, int precision) {
+std::optional<std::string> StringUtil::divideDecimalTexts(std::string_view a, std::string_view b, int precision) {
   return detail::decimalDivide(a, b, precision);
 }
 
@@ -125,12 +123,6 @@ std::optional<int> StringUtil::stringCompareWithString(std::string_view a, std::
 }
 
 std::string StringUtil::getAppVersion() { return QMV_VERSION_STRING; }
-
-std::string StringUtil::libCachePath() {
-  const auto& files = Env::current().files;
-  if (!files) return {};
-  return files->libraryDirectory().string() + "/Caches";
-}
 
 std::string StringUtil::signingString(const std::map<std::string, std::string>& dictionary,
                                       std::string_view merchantKey) {
@@ -149,7 +141,7 @@ std::string StringUtil::createMd5Sign(const std::map<std::string, std::string>& 
   return getmd5WithString(signingString(dictionary, merchantKey));
 }
 
-std::string StringUtil::ret32bitString() {
+std::string StringUtil::random32Letters() {
   thread_local std::mt19937 engine{std::random_device{}()};
   std::uniform_int_distribution<int> letter(0, 25);
   std::string nonce(32, 'A');

@@ -1,8 +1,7 @@
 #pragma once
 // Text helpers shared by the screens and the request layer: MD5 digests and the payment
 // signature, display masks and sizes, unescaping of "\uXXXX" texts, exact decimal
-// arithmetic on price texts, the application version and the caches path.
-// All operations are thread-safe except libCachePath (it reads the installed Env).
+// arithmetic on price texts and the application version. All operations are thread-safe.
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -34,13 +33,13 @@ class StringUtil {
 
   // a x b, exact. nullopt when either text is not a decimal number (see decimal_text.h
   // for the accepted form). Results have no trailing fractional zeros: "10.01" x "100"
-  // is "1001".
-  static std::optional<std::string> stringMutiplyWithString(std::string_view a, std::string_view b);
+  // is "1001". The system's stringMutiplyWithString:withString:.
+  static std::optional<std::string> multiplyDecimalTexts(std::string_view a, std::string_view b);
 
   // a / b rounded half away from zero to `precision` fractional digits (0..64), trailing
   // zeros dropped. nullopt when either text is not a number, b is zero, or the precision
-  // is out of range.
-  static std::optional<std::string> stringDividWithString(std::string_view a, std::string_view b, int precision = 2);
+  // is out of range. The system's stringDividWithString:withString:.
+  static std::optional<std::string> divideDecimalTexts(std::string_view a, std::string_view b, int precision = 2);
 
   // -1, 0 or 1 as a is below, equal to or above b, compared exactly ("10.10" equals
   // "10.1"); nullopt when either text is not a decimal number.
@@ -48,10 +47,6 @@ class StringUtil {
 
   // The application's short version ("0.1.0").
   static std::string getAppVersion();
-
-  // The library directory of the installed Env followed by "/Caches"; "" when no file
-  // locations are installed.
-  static std::string libCachePath();
 
   // Payment signature: keys in ascending order, pairs "key=value&" for every key except
   // "sign" and "key" and except empty values, then "key=<merchantKey>"; the MD5 of that
@@ -62,7 +57,7 @@ class StringUtil {
   static std::string signingString(const std::map<std::string, std::string>& dictionary, std::string_view merchantKey);
 
   // 32 upper-case letters 'A'..'Z', each drawn uniformly at random (a payment nonce).
-  static std::string ret32bitString();
+  static std::string random32Letters();  // the system's ret32bitString
 };
 
 }  // namespace qmv

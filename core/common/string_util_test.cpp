@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <set>
 
-#include "platform/env.h"
-#include "platform/file_locations.h"
 #include "qmv/version.h"
 
 namespace qmv {
@@ -56,25 +53,25 @@ TEST(StringUtilTest, ConvertUnicodeToStringDecodesEscapes) {
 }
 
 TEST(StringUtilTest, DecimalArithmeticIsExact) {
-  EXPECT_EQ(StringUtil::stringMutiplyWithString("10.01", "100"), "1001");
-  EXPECT_EQ(StringUtil::stringMutiplyWithString("0.1", "3"), "0.3");
-  EXPECT_EQ(StringUtil::stringMutiplyWithString("19.99", "3"), "59.97");
-  EXPECT_EQ(StringUtil::stringMutiplyWithString("-1.5", "2"), "-3");
-  EXPECT_EQ(StringUtil::stringMutiplyWithString("-1.5", "-0.5"), "0.75");
-  EXPECT_EQ(StringUtil::stringMutiplyWithString("0", "-7"), "0");
-  EXPECT_EQ(StringUtil::stringMutiplyWithString(" 1e2 ", "0.35"), "35");
-  EXPECT_EQ(StringUtil::stringMutiplyWithString("99999999999999999999", "99999999999999999999"),
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts("10.01", "100"), "1001");
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts("0.1", "3"), "0.3");
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts("19.99", "3"), "59.97");
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts("-1.5", "2"), "-3");
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts("-1.5", "-0.5"), "0.75");
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts("0", "-7"), "0");
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts(" 1e2 ", "0.35"), "35");
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts("99999999999999999999", "99999999999999999999"),
             "9999999999999999999800000000000000000001");
 
-  EXPECT_EQ(StringUtil::stringDividWithString("1001", "100"), "10.01");
-  EXPECT_EQ(StringUtil::stringDividWithString("2", "3"), "0.67");
-  EXPECT_EQ(StringUtil::stringDividWithString("1", "3", 5), "0.33333");
-  EXPECT_EQ(StringUtil::stringDividWithString("-2", "3"), "-0.67");  // half away from zero
-  EXPECT_EQ(StringUtil::stringDividWithString("0.125", "1"), "0.13");
-  EXPECT_EQ(StringUtil::stringDividWithString("5", "2", 0), "3");
-  EXPECT_EQ(StringUtil::stringDividWithString("150", "100"), "1.5");
-  EXPECT_EQ(StringUtil::stringDividWithString("0.001", "1"), "0");
-  EXPECT_EQ(StringUtil::stringDividWithString("1", "0.004"), "250");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("1001", "100"), "10.01");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("2", "3"), "0.67");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("1", "3", 5), "0.33333");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("-2", "3"), "-0.67");  // half away from zero
+  EXPECT_EQ(StringUtil::divideDecimalTexts("0.125", "1"), "0.13");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("5", "2", 0), "3");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("150", "100"), "1.5");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("0.001", "1"), "0");
+  EXPECT_EQ(StringUtil::divideDecimalTexts("1", "0.004"), "250");
 
   EXPECT_EQ(StringUtil::stringCompareWithString("10.10", "1e1"), 1);
   EXPECT_EQ(StringUtil::stringCompareWithString("10.10", "10.1"), 0);
@@ -88,21 +85,21 @@ TEST(StringUtilTest, DecimalArithmeticIsExact) {
 
 TEST(StringUtilTest, DecimalArithmeticRefusesNonNumbers) {
   for (const char* bad : {"", " ", "abc", "1.2.3", "1,5", "--1", "1e", "1e1000", "0x10", ".", "NaN", "12元"}) {
-    EXPECT_EQ(StringUtil::stringMutiplyWithString(bad, "1"), std::nullopt) << bad;
-    EXPECT_EQ(StringUtil::stringDividWithString("1", bad), std::nullopt) << bad;
+    EXPECT_EQ(StringUtil::multiplyDecimalTexts(bad, "1"), std::nullopt) << bad;
+    EXPECT_EQ(StringUtil::divideDecimalTexts("1", bad), std::nullopt) << bad;
     EXPECT_EQ(StringUtil::stringCompareWithString(bad, "1"), std::nullopt) << bad;
   }
-  EXPECT_EQ(StringUtil::stringDividWithString("1", "0"), std::nullopt);
-  EXPECT_EQ(StringUtil::stringDividWithString("1", "0.000"), std::nullopt);
-  EXPECT_EQ(StringUtil::stringDividWithString("1", "3", -1), std::nullopt);
-  EXPECT_EQ(StringUtil::stringDividWithString("1", "3", 65), std::nullopt);
-  EXPECT_EQ(StringUtil::stringMutiplyWithString(std::string(1001, '9'), "1"), std::nullopt);
+  EXPECT_EQ(StringUtil::divideDecimalTexts("1", "0"), std::nullopt);
+  EXPECT_EQ(StringUtil::divideDecimalTexts("1", "0.000"), std::nullopt);
+  EXPECT_EQ(StringUtil::divideDecimalTexts("1", "3", -1), std::nullopt);
+  EXPECT_EQ(StringUtil::divideDecimalTexts("1", "3", 65), std::nullopt);
+  EXPECT_EQ(StringUtil::multiplyDecimalTexts(std::string(1001, '9'), "1"), std::nullopt);
   // The largest accepted operands still finish.
   std::string hugeA(900, '7');
   hugeA.append("e-999");
   std::string hugeB(900, '3');
   hugeB.append("e999");
-  EXPECT_TRUE(StringUtil::stringDividWithString(hugeA, hugeB, 64));
+  EXPECT_TRUE(StringUtil::divideDecimalTexts(hugeA, hugeB, 64));
 }
 
 TEST(StringUtilTest, SignatureSortsKeysAndSkipsEmptySignAndKey) {
@@ -124,7 +121,7 @@ TEST(StringUtilTest, NonceIsThirtyTwoUpperCaseLetters) {
   std::set<std::string> seen;
   std::set<char> letters;
   for (int i = 0; i < 200; ++i) {
-    const std::string nonce = StringUtil::ret32bitString();
+    const std::string nonce = StringUtil::random32Letters();
     ASSERT_EQ(nonce.size(), 32u);
     for (char c : nonce) {
       ASSERT_TRUE(c >= 'A' && c <= 'Z') << nonce;
@@ -136,17 +133,9 @@ TEST(StringUtilTest, NonceIsThirtyTwoUpperCaseLetters) {
   EXPECT_EQ(letters.size(), 26u);  // 6400 draws reach every letter
 }
 
-TEST(StringUtilTest, VersionAndCachePathComeFromBuildAndEnv) {
+TEST(StringUtilTest, VersionComesFromTheBuild) {
   EXPECT_EQ(StringUtil::getAppVersion(), QMV_VERSION_STRING);
   EXPECT_FALSE(StringUtil::getAppVersion().empty());
-  {
-    Env env;
-    env.files = std::make_shared<HomeFileLocations>("/tmp/qmv-home", "/tmp/res");
-    ScopedEnv scoped(std::move(env));
-    EXPECT_EQ(StringUtil::libCachePath(), "/tmp/qmv-home/Library/Caches");
-  }
-  ScopedEnv empty(Env{});
-  EXPECT_EQ(StringUtil::libCachePath(), "");
 }
 
 }  // namespace

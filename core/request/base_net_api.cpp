@@ -115,7 +115,7 @@ void BaseNetApi::requestCompleteFilter() {
     verdict_ = Verdict::SessionExpired;
     // The login screen comes up; a front end that draws none has only this line to say why.
     if (needShowError) logWarning(requestUrl() + ": " + failureReason());
-    if (sessionDelegate) sessionDelegate->sessionIsExpire(*this);
+    if (sessionDelegate) sessionDelegate->sessionExpired(*this);
     return;
   }
   if (success == kCorrect) {
@@ -139,7 +139,7 @@ void BaseNetApi::requestFailedFilter() {
     showStatus(kConnectionFailedMessage);
     logWarning(requestUrl() + ": " + failureReason());
   }
-  if (noNetWorkingDelegate) noNetWorkingDelegate->noNetWorking();
+  if (networkFailedDelegate) networkFailedDelegate->networkFailed();
 }
 
 std::string BaseNetApi::failureReason() const {

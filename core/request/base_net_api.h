@@ -37,7 +37,7 @@ class BaseNetApi : public CachedRequest {
   void requestCompleteFilter() override;
   // Shows kConnectionFailedMessage when needShowError, and reports failureReason() with
   // logWarning (the message alone does not say what failed); then tells
-  // noNetWorkingDelegate.
+  // networkFailedDelegate.
   void requestFailedFilter() override;
 
   // Why the last answer was not correct, for a person to read: the transport's own words
@@ -54,7 +54,8 @@ class BaseNetApi : public CachedRequest {
   bool needShowError = true;
   SessionExpireDelegate* sessionDelegate = nullptr;      // not owned
   NetLoadingDelegate* netLoadingDelegate = nullptr;      // not owned
-  NoNetWorkingDelegate* noNetWorkingDelegate = nullptr;  // not owned
+  // The system's noNetWorkingDelegate.
+  NoNetWorkingDelegate* networkFailedDelegate = nullptr;  // not owned
 
  protected:
   // The response text parsed as JSON (discarded when it is not JSON).

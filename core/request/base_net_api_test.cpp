@@ -17,9 +17,9 @@ class TestScreen : public BaseViewController {
  public:
   int expired = 0, started = 0, stopped = 0, noNetwork = 0;
   bool data = false;
-  void sessionIsExpire(BaseNetApi& request) override {
+  void sessionExpired(BaseNetApi& request) override {
     ++expired;
-    BaseViewController::sessionIsExpire(request);
+    BaseViewController::sessionExpired(request);
   }
   void startLoading() override {
     ++started;
@@ -29,16 +29,16 @@ class TestScreen : public BaseViewController {
     ++stopped;
     BaseViewController::stopLoading();
   }
-  void noNetWorking() override {
+  void networkFailed() override {
     ++noNetwork;
-    BaseViewController::noNetWorking();
+    BaseViewController::networkFailed();
   }
   bool hasData() const override { return data; }
 
   void attach(BaseNetApi& api) {
     api.sessionDelegate = this;
     api.netLoadingDelegate = this;
-    api.noNetWorkingDelegate = this;
+    api.networkFailedDelegate = this;
   }
 };
 
@@ -177,7 +177,7 @@ TEST_F(BaseNetApiTest, ConnectionFailureShowsTheMessageThenTheNoNetworkView) {
   EXPECT_EQ(screen.warning(), BaseViewController::Warning::None);
   // Loading replaces a warning.
   screen.data = false;
-  screen.noNetWorking();
+  screen.networkFailed();
   screen.startLoading();
   EXPECT_EQ(screen.warning(), BaseViewController::Warning::None);
   EXPECT_TRUE(screen.isLoadingShown());

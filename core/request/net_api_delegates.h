@@ -9,7 +9,7 @@ class BaseNetApi;
 class SessionExpireDelegate {
  public:
   virtual ~SessionExpireDelegate() = default;
-  virtual void sessionIsExpire(BaseNetApi& request) = 0;
+  virtual void sessionExpired(BaseNetApi& request) = 0;  // the system's sessionIsExpire:
 };
 
 class NetLoadingDelegate {
@@ -22,7 +22,7 @@ class NetLoadingDelegate {
 class NoNetWorkingDelegate {
  public:
   virtual ~NoNetWorkingDelegate() = default;
-  virtual void noNetWorking() = 0;
+  virtual void networkFailed() = 0;  // the system's noNetWorking
 };
 
 }  // namespace qmv

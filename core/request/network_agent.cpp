@@ -10,7 +10,6 @@
 #include "core/request/request_operation.h"
 #include "platform/env.h"
 #include "platform/http_transport.h"
-#include "platform/linux/curl_transport.h"
 
 namespace qmv {
 namespace {
@@ -115,12 +114,6 @@ NetworkAgent& NetworkAgent::sharedInstance() {
   return agent;
 }
 
-std::shared_ptr<HttpTransport> NetworkAgent::transport() {
-  if (auto installed = Env::current().http) return installed;
-  if (!fallbackTransport_) fallbackTransport_ = std::make_shared<CurlTransport>();
-  return fallbackTransport_;
-}
-
 std::string NetworkAgent::buildRequestUrl(const BaseRequest& request) const {
   std::string detail = request.requestUrl();
   if (detail.starts_with("http")) return detail;
@@ -141,6 +134,12 @@ std::string NetworkAgent::buildRequestUrl(const BaseRequest& request) const {
 
 void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
   if (!request) return;
+  // The transport is a platform port: the core cannot pick one of its own.
+  auto transport = Env::current().http;
+  if (!transport) {
+    logLine("Error, no HTTP transport is installed");
+    return;
+  }
   const RequestMethod method = request->requestMethod();
   std::string url = buildRequestUrl(*request);
   const Json arguments = request->requestArgument();
@@ -210,7 +209,7 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
 
   auto operation = std::make_shared<RequestOperation>();
   request->requestOperation = operation;
-  operation->start(transport(), std::move(http),
+  operation->start(std::move(transport), std::move(http),
                    [this](const std::shared_ptr<RequestOperation>& op) { handleRequestResult(op); });
   if (logLineEnabled()) logLine("Add request: " + request->className());
   addOperation(request);

@@ -16,7 +16,6 @@
 
 namespace qmv {
 
-class HttpTransport;
 class RequestOperation;
 
 class NetworkAgent {
@@ -44,12 +43,10 @@ class NetworkAgent {
 
  private:
   NetworkAgent() = default;
-  std::shared_ptr<HttpTransport> transport();
 
   mutable std::mutex recordMutex_;
   // Keyed by the operation's hash, of which requestHashKey() is the text.
   std::unordered_map<std::uint64_t, std::shared_ptr<BaseRequest>> requestsRecord_;
-  std::shared_ptr<HttpTransport> fallbackTransport_;
 };
 
 }  // namespace qmv

@@ -1,10 +1,10 @@
 #include "core/session/auto_login.h"
 
+#include "core/common/settings_keys.h"
 #include "core/common/string_util.h"
+#include "core/session/account_ports.h"
 #include "core/session/base_view_controller.h"
-#include "core/session/detail/account_ports.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
 
 namespace qmv {
 

@@ -14,7 +14,7 @@ void BaseViewController::changed() {
   if (onChange) onChange();
 }
 
-void BaseViewController::sessionIsExpire(BaseNetApi& /*request*/) {
+void BaseViewController::sessionExpired(BaseNetApi& /*request*/) {
   Env& env = Env::current();
   GlobalData::sharedInstance().setSelfInfo(nullptr);
   if (env.push) env.push->setAlias(kInvalidAlias, kAliasType);
@@ -47,7 +47,7 @@ void BaseViewController::stopLoading() {
   changed();
 }
 
-void BaseViewController::noNetWorking() {
+void BaseViewController::networkFailed() {
   warning_ = Warning::None;
   if (!hasData()) {
     const auto& reachability = Env::current().reachability;
@@ -59,7 +59,7 @@ void BaseViewController::noNetWorking() {
 
 void BaseViewController::attachRequest(BaseNetApi& request, bool showLoading) {
   request.sessionDelegate = this;
-  request.noNetWorkingDelegate = this;
+  request.networkFailedDelegate = this;
   if (showLoading) request.netLoadingDelegate = this;
 }
 

@@ -29,13 +29,13 @@ class BaseViewController : public SessionExpireDelegate, public NetLoadingDelega
   // Clears the session, marks the push alias invalid, deletes the "sessionID" and
   // "sessionId" cookies and presents the login screen (once, when it is not already
   // on top). REQUIRES: interface thread.
-  void sessionIsExpire(BaseNetApi& request) override;
+  void sessionExpired(BaseNetApi& request) override;  // the system's sessionIsExpire:
   // Removes any warning and shows the loading view.
   void startLoading() override;
   void stopLoading() override;
   // Removes warnings; without data, shows the no-network picture when the network is
   // unreachable, else the no-data view.
-  void noNetWorking() override;
+  void networkFailed() override;  // the system's noNetWorking
 
   // Whether the screen shows content; screens with data keep it on a failure.
   virtual bool hasData() const { return false; }
@@ -66,7 +66,7 @@ void detachRequest(const std::shared_ptr<Request>& request) {
   request->clearCompletionBlock();
   request->sessionDelegate = nullptr;
   request->netLoadingDelegate = nullptr;
-  request->noNetWorkingDelegate = nullptr;
+  request->networkFailedDelegate = nullptr;
   if (request->isExecuting()) request->stop();
 }
 

@@ -25,7 +25,7 @@ class CodeCountdown {
   // Invalidates the timer (the screen going away).
   void stopTimer();
   // A correct code response: count from 60.
-  void codeNetSucess() { count_ = kSeconds; }
+  void codeSent() { count_ = kSeconds; }  // the system's codeNetSucess
   // One tick of the timer.
   void intervalTimerCallback();
 

@@ -14,7 +14,7 @@ TEST(CodeCountdownTest, DecrementsBeforeDisplayAndReturnsToIdleOneTickAfterZero)
   EXPECT_TRUE(titles.empty());
   EXPECT_EQ(countdown.title(), "获取验证码");
 
-  countdown.codeNetSucess();
+  countdown.codeSent();
   countdown.intervalTimerCallback();
   ASSERT_EQ(titles.size(), 1u);
   EXPECT_EQ(titles[0], std::make_pair(std::string("00:59"), false));  // 60 itself is never shown

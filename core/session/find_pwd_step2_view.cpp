@@ -1,7 +1,7 @@
 #include "core/session/find_pwd_step2_view.h"
 
 #include "core/common/control_util.h"
-#include "core/session/detail/account_ports.h"
+#include "core/session/account_ports.h"
 
 namespace qmv {
 

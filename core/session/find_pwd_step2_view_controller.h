@@ -28,7 +28,7 @@ class FindPwdStep2ViewController : public BaseViewController {
   const FindPwdStep2View& view() const { return view_; }
 
   // Stops a request still running and sends the phone with the MD5 of `newPassword`.
-  void findPwdNetWithNewPwd(const std::string& newPassword);
+  void sendNewPassword(const std::string& newPassword);  // the system's findPwdNetWithNewPwd:
 
   // After each request: true when the password was changed.
   std::function<void(bool correct)> onFinished;

@@ -1,7 +1,7 @@
 #include "core/session/find_pwd_view.h"
 
 #include "core/common/control_util.h"
-#include "core/session/detail/account_ports.h"
+#include "core/session/account_ports.h"
 
 namespace qmv {
 
@@ -33,8 +33,8 @@ bool FindPwdView::nextAction() {
   return true;
 }
 
-void FindPwdView::codeNetSucess() {
-  countdown_.codeNetSucess();
+void FindPwdView::codeSent() {
+  countdown_.codeSent();
   if (onTitleChange_) onTitleChange_();
 }
 

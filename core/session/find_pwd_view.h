@@ -39,7 +39,7 @@ class FindPwdView {
   void stopTimer() { countdown_.stopTimer(); }
   void intervalTimerCallback() { countdown_.intervalTimerCallback(); }
   // A correct code answer: count down from 60.
-  void codeNetSucess();
+  void codeSent();  // the system's codeNetSucess
 
   std::function<void(const std::string& phone)> onGetCode;
   std::function<void(const std::string& phone, const std::string& code)> onNext;

@@ -1,6 +1,6 @@
 #include "core/session/find_pwd_view_controller.h"
 
-#include "core/session/detail/account_ports.h"
+#include "core/session/account_ports.h"
 #include "platform/main_loop.h"
 #include "platform/navigator.h"
 
@@ -26,7 +26,7 @@ void FindPwdViewController::viewDidLoad() {
 
 void FindPwdViewController::getPhoneCodeNet(const std::string& phone) {
   account_detail::sendCodeRequest(
-      codeApi_, *this, phone, codeSessionId_, [this] { view_.codeNetSucess(); },
+      codeApi_, *this, phone, codeSessionId_, [this] { view_.codeSent(); },
       [this](bool correct) {
         if (onCodeFinished) onCodeFinished(correct);
       });

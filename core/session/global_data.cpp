@@ -2,10 +2,10 @@
 
 #include <ctime>
 
-#include "core/common/db_util.h"
+#include "core/common/settings_keys.h"
 #include "core/session/built_in_templates.h"
-#include "core/session/settings_keys.h"
-#include "features/discovery/search_types_reader.h"
+#include "core/session/search_types_reader.h"
+#include "core/storage/db_util.h"
 #include "platform/clock.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"

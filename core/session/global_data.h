@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "core/common/coordinate.h"
+#include "core/session/search_type_model.h"
 #include "core/session/user_info_model.h"
-#include "features/discovery/search_type_model.h"
 #include "platform/navigator.h"
 
 namespace qmv {

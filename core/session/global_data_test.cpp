@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "core/common/db_util.h"
-#include "core/common/temp_home_for_test.h"
+#include "core/storage/db_util.h"
 #include "platform/clock.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {

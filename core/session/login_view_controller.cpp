@@ -1,10 +1,10 @@
 #include "core/session/login_view_controller.h"
 
 #include "core/common/log.h"
+#include "core/common/settings_keys.h"
 #include "core/common/string_util.h"
-#include "core/session/detail/account_ports.h"
+#include "core/session/account_ports.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
 #include "platform/navigator.h"
 #include "platform/object_storage.h"
 

@@ -1,8 +1,8 @@
 #include "core/session/logout_flow.h"
 
-#include "core/session/detail/account_ports.h"
+#include "core/common/settings_keys.h"
+#include "core/session/account_ports.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
 
 namespace qmv {
 

@@ -11,7 +11,7 @@ namespace qmv::member_texts {
 // Exact for a balance of any length; text that is not a number reads as 0, as the
 // platform's number parsing does.
 std::string balanceYuan(const UserInfoModel& me) {
-  std::string yuan = StringUtil::stringDividWithString(me.balance, "100", 2).value_or("0");
+  std::string yuan = StringUtil::divideDecimalTexts(me.balance, "100", 2).value_or("0");
   const auto point = yuan.find('.');
   const std::size_t decimals = point == std::string::npos ? 0 : yuan.size() - point - 1;
   if (point == std::string::npos) yuan += '.';

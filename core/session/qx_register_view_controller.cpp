@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/common/control_util.h"
+#include "core/common/settings_keys.h"
 #include "core/common/string_util.h"
-#include "core/session/detail/account_ports.h"
-#include "core/session/settings_keys.h"
+#include "core/session/account_ports.h"
 #include "platform/alerts.h"
 #include "platform/camera.h"
 #include "platform/main_loop.h"
@@ -44,14 +44,14 @@ bool QXRegisterViewController::getCodeAction() {
 
 void QXRegisterViewController::getPhoneCodeNet(const std::string& phone) {
   account_detail::sendCodeRequest(
-      codeApi_, *this, phone, codeSessionId_, [this] { codeNetSucess(); },
+      codeApi_, *this, phone, codeSessionId_, [this] { codeSent(); },
       [this](bool correct) {
         if (onCodeFinished) onCodeFinished(correct);
       });
 }
 
-void QXRegisterViewController::codeNetSucess() {
-  countdown_.codeNetSucess();
+void QXRegisterViewController::codeSent() {
+  countdown_.codeSent();
   notifyChange();
 }
 
@@ -116,11 +116,11 @@ void QXRegisterViewController::QRCodeAction() {
   }
   // A scanner may answer after the screen has gone away.
   camera->scanQrCode([this, alive = std::weak_ptr<int>(alive_)](std::optional<std::string> text) {
-    if (alive.lock()) didFinshedScanning(text);
+    if (alive.lock()) didFinishScanning(text);
   });
 }
 
-void QXRegisterViewController::didFinshedScanning(const std::optional<std::string>& text) {
+void QXRegisterViewController::didFinishScanning(const std::optional<std::string>& text) {
   std::string lower = text.value_or("");
   std::transform(lower.begin(), lower.end(), lower.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });

@@ -59,7 +59,7 @@ class QXRegisterViewController : public BaseViewController {
   // Stops a code request still running and asks for a type-0 code for `phone`.
   void getPhoneCodeNet(const std::string& phone);
   // A correct code answer: the countdown starts from 60.
-  void codeNetSucess();
+  void codeSent();  // the system's codeNetSucess
 
   // Submit: runs the checks in order (phone, password, its rule, the confirmation, the
   // code), then registerNet. Returns whether it was sent.
@@ -70,11 +70,11 @@ class QXRegisterViewController : public BaseViewController {
   void registerNet();
 
   // QR button: without a usable camera shows the alert "您的设备无法拍照，请至设置中打开
-  // 相机" with the button "知道了"; otherwise scans and hands the text to didFinshedScanning.
+  // 相机" with the button "知道了"; otherwise scans and hands the text to didFinishScanning.
   void QRCodeAction();
   // Puts what follows "inviteid=" (searched in the lower-cased text) into the invitation
   // field, else shows "无效二维码". A scan that read nothing counts as an invalid code.
-  void didFinshedScanning(const std::optional<std::string>& text);
+  void didFinishScanning(const std::optional<std::string>& text);  // the system's didFinshedScanning:
 
   // After each code request ends, and after each registration ends.
   std::function<void(bool correct)> onCodeFinished;

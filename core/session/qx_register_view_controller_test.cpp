@@ -75,12 +75,12 @@ TEST_F(QXRegisterViewControllerTest, ScanWithoutCameraAlertsAndScannedTextIsSear
   EXPECT_TRUE(overlay_->shown().empty());
   EXPECT_TRUE(screen.inviteText.empty());
 
-  screen.didFinshedScanning(std::string("QMV://REGISTER?InviteId=Ab12x"));
+  screen.didFinishScanning(std::string("QMV://REGISTER?InviteId=Ab12x"));
   EXPECT_EQ(screen.inviteText, "Ab12x") << "found whatever its case, kept as written";
-  screen.didFinshedScanning(std::string("qmv://register?inviteid=100001"));
+  screen.didFinishScanning(std::string("qmv://register?inviteid=100001"));
   EXPECT_EQ(screen.inviteText, "100001");
-  screen.didFinshedScanning(std::string("invite=5"));
-  screen.didFinshedScanning(std::nullopt);  // the scanner read nothing
+  screen.didFinishScanning(std::string("invite=5"));
+  screen.didFinishScanning(std::nullopt);  // the scanner read nothing
   EXPECT_EQ(screen.inviteText, "100001");
   EXPECT_EQ(overlay_->statuses(), (std::vector<std::string>{"无效二维码", "无效二维码"}));
 }

@@ -42,7 +42,7 @@ void read(ActivityModel& model, const Dict& dic) {
     if (key == "ruleList") {
       model.ruleList = fastjson::toJson(value);
     } else if (key == "taocanList") {
-      model.taocanList = fastjson::toJson(value);
+      model.packageList = fastjson::toJson(value);
     } else if (key == "remarkList") {
       model.remarkList = fastjson::toJson(value);
     }

@@ -39,7 +39,7 @@ class ActivityModel : public BaseModel {
   // The raw values under "ruleList", "taocanList" and "remarkList", unchecked: absent
   // when the key is absent (readers treat that, and any non-array, as no entries).
   std::optional<Json> ruleList;
-  std::optional<Json> taocanList;
+  std::optional<Json> packageList;  // the system's taocanList
   std::optional<Json> remarkList;
   double contentHeight = 0;
 

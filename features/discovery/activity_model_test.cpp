@@ -19,14 +19,14 @@ TEST(ActivityModelTest, ReadsFieldsAndKeepsRawOfferLists) {
   EXPECT_EQ(offer.content, "");
   ASSERT_TRUE(offer.ruleList);
   EXPECT_EQ((*offer.ruleList)[0]["rule"], "周末通用");
-  ASSERT_TRUE(offer.taocanList);  // kept as sent, unchecked
-  EXPECT_TRUE(offer.taocanList->is_object());
+  ASSERT_TRUE(offer.packageList);  // kept as sent, unchecked
+  EXPECT_TRUE(offer.packageList->is_object());
   ASSERT_TRUE(offer.remarkList);
   EXPECT_TRUE(offer.remarkList->is_null());
 
   const ActivityModel bare(parseJson(R"({"commodityId":"1"})"));
   EXPECT_FALSE(bare.ruleList);
-  EXPECT_FALSE(bare.taocanList);
+  EXPECT_FALSE(bare.packageList);
   EXPECT_FALSE(bare.remarkList);
   EXPECT_FALSE(ActivityModel(Json("text")).ruleList);
 }

@@ -1,8 +1,8 @@
 #include "features/discovery/area_net_api.h"
 
-#include "core/common/db_util.h"
 #include "core/common/dictionary.h"
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
+#include "core/storage/db_util.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "core/common/db_util.h"
 #include "core/common/notification_names.h"
+#include "core/common/settings_keys.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
+#include "core/storage/db_util.h"
 #include "platform/env.h"
 #include "platform/notification_center.h"
 #include "platform/settings_store.h"
@@ -20,7 +20,7 @@ AreaSelectView::AreaSelectView() : sections_(DBUtil::getAllCity()) {
 
 std::vector<AreaModel> AreaSelectView::search(const std::string& key) {
   if (key.empty()) return {};
-  return DBUtil::getCitysWithKey(key);
+  return DBUtil::getCitiesWithKey(key);
 }
 
 bool AreaSelectView::selectCity(const std::string& name) {

@@ -9,8 +9,8 @@ constexpr const char* kOtherName = "其他";
 }  // namespace
 
 const SearchTypeModel* CategoryScreenView::selectedMain() const {
-  if (selectedLeftIndex < 0 || selectedLeftIndex >= static_cast<long>(cagetoryDataList.size())) return nullptr;
-  return &cagetoryDataList[static_cast<std::size_t>(selectedLeftIndex)];
+  if (selectedLeftIndex < 0 || selectedLeftIndex >= static_cast<long>(categoryList.size())) return nullptr;
+  return &categoryList[static_cast<std::size_t>(selectedLeftIndex)];
 }
 
 const SearchSubTypeModel* CategoryScreenView::selectedSub() const {
@@ -20,11 +20,10 @@ const SearchSubTypeModel* CategoryScreenView::selectedSub() const {
 }
 
 void CategoryScreenView::selectLeftRow(long index) {
-  if (index < 0 || index >= static_cast<long>(cagetoryDataList.size())) return;
+  if (index < 0 || index >= static_cast<long>(categoryList.size())) return;
   selectedLeftIndex = index;
   selectedRightIndex = -1;
-  if (cagetoryDataList[static_cast<std::size_t>(index)].list.empty() && delegate)
-    delegate->screenViewDidSelected(*this);
+  if (categoryList[static_cast<std::size_t>(index)].list.empty() && delegate) delegate->screenViewDidSelected(*this);
 }
 
 void CategoryScreenView::selectRightRow(long index) {
@@ -54,8 +53,8 @@ std::string CategoryScreenView::getSelectedTypeId() const {
 }
 
 bool CategoryScreenView::resetCategory(const std::string& typeId) {
-  for (std::size_t i = 0; i < cagetoryDataList.size(); ++i) {
-    const auto& main = cagetoryDataList[i];
+  for (std::size_t i = 0; i < categoryList.size(); ++i) {
+    const auto& main = categoryList[i];
     if (main.typeId != typeId) continue;
     selectedLeftIndex = static_cast<long>(i);
     selectedRightIndex = -1;
@@ -67,8 +66,8 @@ bool CategoryScreenView::resetCategory(const std::string& typeId) {
     }
     return true;
   }
-  for (std::size_t i = 0; i < cagetoryDataList.size(); ++i) {
-    const auto& subs = cagetoryDataList[i].list;
+  for (std::size_t i = 0; i < categoryList.size(); ++i) {
+    const auto& subs = categoryList[i].list;
     for (std::size_t j = 0; j < subs.size(); ++j) {
       if (subs[j].typeId != typeId) continue;
       selectedLeftIndex = static_cast<long>(i);

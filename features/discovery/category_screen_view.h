@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "features/discovery/search_type_model.h"
+#include "core/session/search_type_model.h"
 
 namespace qmv {
 
@@ -20,7 +20,7 @@ class CategoryScreenViewDelegate {
 class CategoryScreenView {
  public:
   // The categories shown (the name is the screen's own spelling).
-  std::vector<SearchTypeModel> cagetoryDataList;
+  std::vector<SearchTypeModel> categoryList;  // the system's cagetoryDataList
   long selectedLeftIndex = 0;
   long selectedRightIndex = -1;                    // -1: no sub-category chosen
   CategoryScreenViewDelegate* delegate = nullptr;  // not owned

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/session/search_types_reader.h"
 #include "features/discovery/built_in_search_types.h"
-#include "features/discovery/search_types_reader.h"
 
 namespace qmv {
 namespace {
@@ -43,8 +43,8 @@ TEST(CategoryScreenViewTest, SelectionNamesAndIds) {
   CategoryScreenView view;
   CountingDelegate delegate;
   view.delegate = &delegate;
-  view.cagetoryDataList = searchTypesFromEnvelope(builtInSearchTypesText());
-  const long liren = indexOf(view.cagetoryDataList, "丽人");
+  view.categoryList = searchTypesFromEnvelope(builtInSearchTypesText());
+  const long liren = indexOf(view.categoryList, "丽人");
   ASSERT_GE(liren, 0);
 
   view.selectLeftRow(liren);
@@ -72,7 +72,7 @@ TEST(CategoryScreenViewTest, SelectionNamesAndIds) {
 
 TEST(CategoryScreenViewTest, ResetCategoryByTypeId) {
   CategoryScreenView view;
-  view.cagetoryDataList = searchTypesFromEnvelope(builtInSearchTypesText());
+  view.categoryList = searchTypesFromEnvelope(builtInSearchTypesText());
   ASSERT_TRUE(view.resetCategory("30"));
   EXPECT_EQ(view.getSelectedItem(), "休闲娱乐");
   EXPECT_EQ(view.getSelectedTypeId(), "30");

@@ -73,7 +73,7 @@ TEST_F(DiscoveryEndpointsTest, TemplatesAreSavedWholeAndMergedIntoTheHomeCategor
   auto api = std::make_shared<TemplatesNetApi>();
   ASSERT_EQ(run(api), "success");
   EXPECT_EQ(last().arguments, Arguments{});  // logged out and no own arguments
-  const auto templates = api->getTemplatesFromResopnse();
+  const auto templates = api->templatesFromResponse();
   ASSERT_EQ(templates.size(), 2u);
   EXPECT_EQ(settings_->stringForKey("templates"), body);
   EXPECT_GE(settings_->synchronizeCount(), 1);
@@ -89,7 +89,7 @@ TEST_F(DiscoveryEndpointsTest, TemplatesAreSavedWholeAndMergedIntoTheHomeCategor
   // An answer whose "data" is not an object is neither saved nor read.
   answer("getCategorTemplates1", R"({"success":"0","data":[]})");
   ASSERT_EQ(run(api), "success");
-  EXPECT_TRUE(api->getTemplatesFromResopnse().empty());
+  EXPECT_TRUE(api->templatesFromResponse().empty());
   EXPECT_EQ(settings_->stringForKey("templates"), body);
 }
 

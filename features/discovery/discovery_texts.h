@@ -84,6 +84,8 @@ inline constexpr const char* kStoreDetailScreen = "QXRStoreDetailViewController"
 inline constexpr const char* kActivityScreen = "QXActivitiesViewController";
 inline constexpr const char* kMapScreen = "MapViewController";
 inline constexpr const char* kCommentsScreen = "UserCommitViewController";
+// The submit screen lives in orders; an offer only needs its name to open it.
+inline constexpr const char* kSubmitScreen = "QXSubmitOderViewController";
 // The plain page screen, with "title" and "url" (a banner's page).
 inline constexpr const char* kWebScreen = "WebViewController";
 

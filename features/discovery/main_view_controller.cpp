@@ -1,10 +1,10 @@
 #include "features/discovery/main_view_controller.h"
 
-#include "core/common/db_util.h"
 #include "core/common/notification_names.h"
+#include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
+#include "core/storage/db_util.h"
 #include "features/discovery/area_net_api.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
@@ -119,7 +119,7 @@ void MainViewController::refreshNet() {
   sendPopular();
   sendHomeRequest<TemplatesNetApi>(templatesRequest_, std::make_shared<TemplatesNetApi>(),
                                    [this](TemplatesNetApi& api) {
-                                     templates_ = api.getTemplatesFromResopnse();
+                                     templates_ = api.templatesFromResponse();
                                      TemplatesNetApi::resetTemplates(templates_);
                                    });
 }
@@ -141,7 +141,7 @@ void MainViewController::sendPopular() {
   const auto ended = [this](PopularStoreNetApi& api, bool correct) {
     if (correct) {
       std::vector<StoreInfoModel> stores = api.getPopularStores();
-      popularTotal_ = api.getTotleCount();
+      popularTotal_ = api.totalCount();
       popularFooterHidden_ = stores.empty();
       if (popularPage_ <= 1) {
         popularStores_ = std::move(stores);

@@ -15,11 +15,11 @@
 #include <string>
 #include <vector>
 
-#include "core/common/db_error.h"
 #include "core/session/auto_login.h"
 #include "core/session/base_view_controller.h"
+#include "core/session/search_type_model.h"
+#include "core/sqlite/db_error.h"
 #include "features/discovery/resource_model.h"
-#include "features/discovery/search_type_model.h"
 #include "features/discovery/store_info_model.h"
 
 namespace qmv {

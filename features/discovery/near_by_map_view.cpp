@@ -14,7 +14,7 @@ namespace qmv {
 
 NearByMapView::NearByMapView()
     : typeID(discovery_texts::kMapAllCategoriesId), categoryTitle(discovery_texts::kCategoryButtonTitle) {
-  categoryScreen.cagetoryDataList = SearchTypeNetApi::getSearchTypes();
+  categoryScreen.categoryList = SearchTypeNetApi::getSearchTypes();
   categoryScreen.delegate = this;
 }
 

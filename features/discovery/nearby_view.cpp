@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "core/common/db_util.h"
 #include "core/common/notification_names.h"
 #include "core/common/paged_list.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/map_list_net_api.h"
@@ -25,7 +25,7 @@ NearbyView::NearbyView()
       sortButton{discovery_texts::kSortButtonTitle} {
   sortList.assign(std::begin(discovery_texts::kSortLabels), std::end(discovery_texts::kSortLabels));
   rebuildAreaList();
-  categoryScreen.cagetoryDataList = SearchTypeNetApi::getSearchTypes();
+  categoryScreen.categoryList = SearchTypeNetApi::getSearchTypes();
   categoryScreen.delegate = this;
   if (const auto& center = Env::current().notifications) {
     cityObserver_ = center->addObserver(kCityChangedNotification,

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "features/discovery/near_by_map_view.h"
+#include "features/discovery/nearby_handoff.h"
 #include "features/discovery/nearby_view.h"
 #include "features/discovery/search_view.h"
-#include "shell/nearby_handoff.h"
 
 namespace qmv {
 

@@ -14,6 +14,6 @@ Json PopularStoreNetApi::requestArgument() const {
 
 std::vector<StoreInfoModel> PopularStoreNetApi::getPopularStores() const { return StoreInfoModel::listWithArray(responseList()); }
 
-long PopularStoreNetApi::getTotleCount() const { return countOfData(responseData()); }
+long PopularStoreNetApi::totalCount() const { return countOfData(responseData()); }
 
 }  // namespace qmv

@@ -21,7 +21,7 @@ class PopularStoreNetApi : public BaseNetApi {
   // Stores of "data"."dataList"; none when "data" is not an object.
   std::vector<StoreInfoModel> getPopularStores() const;
   // "data"."count" as an integer; 0 when absent or unreadable.
-  long getTotleCount() const;
+  long totalCount() const;  // the system's getTotleCount
 
   std::string area;
   std::string page;

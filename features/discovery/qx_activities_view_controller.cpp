@@ -3,10 +3,9 @@
 #include "core/common/dictionary.h"
 #include "core/session/global_data.h"
 #include "features/discovery/activity_detail_net_api.h"
+#include "features/discovery/activity_screens.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
-#include "features/orders/checkout_texts.h"
-#include "features/orders/qx_submit_oder_view_controller.h"
 #include "platform/env.h"
 
 namespace qmv {
@@ -66,7 +65,7 @@ std::string QXActivitiesViewController::soldText() const { return activity_ ? ac
 std::vector<QXActivitiesViewController::Package> QXActivitiesViewController::packages() const {
   std::vector<Package> result;
   if (!activity_) return result;
-  for (const Json& element : arrayOf(activity_->taocanList)) {
+  for (const Json& element : arrayOf(activity_->packageList)) {
     Package package{strForKey(element, "title"), {}};
     const Json content = element.is_object() ? element.value("contentList", Json()) : Json();
     if (content.is_array()) {
@@ -101,8 +100,7 @@ std::optional<ScreenId> QXActivitiesViewController::openSubmitOrder() {
   if (!activity_ || !navigator) return std::nullopt;
   const auto from = navigator->topScreen();
   GlobalData::sharedInstance().setPopToAfterPayVC(from ? std::optional(from->id) : std::nullopt);
-  return navigator->push(checkout_texts::kSubmitScreen,
-                         QXSubmitOderViewController::activityPayload(*activity_, activity_->isFirst));
+  return navigator->push(discovery_texts::kSubmitScreen, submitOrderPayload(*activity_, activity_->isFirst));
 }
 
 }  // namespace qmv

@@ -45,7 +45,7 @@ class QXActivitiesViewController : public BaseViewController {
   std::string priceText() const;
   std::string originalPriceText() const;  // "原价:¥%@"
   std::string soldText() const;           // "已售%@份"
-  // taocanList: each element's "title" and its "contentList" items.
+  // packageList: each element's "title" and its "contentList" items.
   std::vector<Package> packages() const;
   // The "购买须知" lines: "有效期:" date, "使用时间:" time, "使用规则:", then "●%@" per
   // ruleList "rule" and per remarkList "remark".

@@ -1,9 +1,8 @@
 // Argument sets and readers of the search, map, detail, home and area endpoints.
 #include <gtest/gtest.h>
 
-#include "core/common/temp_home_for_test.h"
+#include "core/common/settings_keys.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
 #include "features/discovery/activity_detail_net_api.h"
 #include "features/discovery/area_net_api.h"
 #include "features/discovery/location_converter.h"
@@ -12,6 +11,7 @@
 #include "features/discovery/recommend_store_net_api.h"
 #include "features/discovery/search_store_net_api.h"
 #include "features/discovery/store_detail_net_api.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {

@@ -1,7 +1,7 @@
 #include "features/discovery/search_history.h"
 
+#include "core/common/settings_keys.h"
 #include "core/common/utf8.h"
-#include "core/session/settings_keys.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
 

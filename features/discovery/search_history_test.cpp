@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "core/common/temp_home_for_test.h"
-#include "platform/linux/sqlite_settings_store.h"
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
 #include "features/discovery/search_view.h"
+#include "platform/linux/sqlite_settings_store.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {

@@ -46,6 +46,6 @@ std::vector<StoreInfoModel> SearchStoreNetApi::getSearchStores() const {
   return stores;
 }
 
-long SearchStoreNetApi::getTotleCount() const { return countOfData(responseData()); }
+long SearchStoreNetApi::totalCount() const { return countOfData(responseData()); }
 
 }  // namespace qmv

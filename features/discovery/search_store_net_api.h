@@ -27,7 +27,7 @@ class SearchStoreNetApi : public BaseNetApi {
   // Stores of "data"."dataList"; none when "data" is not an object.
   std::vector<StoreInfoModel> getSearchStores() const;
   // "data"."count" as an integer; 0 when absent or unreadable.
-  long getTotleCount() const;
+  long totalCount() const;  // the system's getTotleCount
 
   SearchConditionModel condition;
 };

@@ -1,8 +1,8 @@
 #include "features/discovery/search_type_net_api.h"
 
-#include "core/session/settings_keys.h"
+#include "core/common/settings_keys.h"
+#include "core/session/search_types_reader.h"
 #include "features/discovery/built_in_search_types.h"
-#include "features/discovery/search_types_reader.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/request/base_net_api.h"
-#include "features/discovery/search_type_model.h"
+#include "core/session/search_type_model.h"
 
 namespace qmv {
 

@@ -28,7 +28,7 @@ void expectSameOffer(const ActivityModel& a, const ActivityModel& b, const std::
   EXPECT_EQ(a.descImage, b.descImage) << where;
   EXPECT_EQ(a.date, b.date) << where;
   EXPECT_EQ(a.time, b.time) << where;
-  for (const auto& [mine, theirs] : {std::pair{&a.ruleList, &b.ruleList}, std::pair{&a.taocanList, &b.taocanList},
+  for (const auto& [mine, theirs] : {std::pair{&a.ruleList, &b.ruleList}, std::pair{&a.packageList, &b.packageList},
                                      std::pair{&a.remarkList, &b.remarkList}}) {
     ASSERT_EQ(mine->has_value(), theirs->has_value()) << where;
     if (*mine) {

@@ -1,14 +1,14 @@
 #include "features/discovery/templates_net_api.h"
 
+#include "core/common/settings_keys.h"
 #include "core/session/global_data.h"
-#include "core/session/settings_keys.h"
-#include "features/discovery/search_types_reader.h"
+#include "core/session/search_types_reader.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
 
 namespace qmv {
 
-std::vector<SearchTypeModel> TemplatesNetApi::getTemplatesFromResopnse() const {
+std::vector<SearchTypeModel> TemplatesNetApi::templatesFromResponse() const {
   if (!responseData().is_object()) return {};
   if (const auto& settings = Env::current().settings) {
     settings->setString(responseString(), kTemplatesKey);

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/request/base_net_api.h"
-#include "features/discovery/search_type_model.h"
+#include "core/session/search_type_model.h"
 
 namespace qmv {
 
@@ -20,7 +20,7 @@ class TemplatesNetApi : public BaseNetApi {
 
   // On a finished request: when "data" is an object, saves the response text under
   // "templates" and synchronises; returns one record per "data"."dataList" element.
-  std::vector<SearchTypeModel> getTemplatesFromResopnse() const;
+  std::vector<SearchTypeModel> templatesFromResponse() const;  // the system's getTemplatesFromResopnse
   // Merges templates into the session's home categories (GlobalData::mergeTemplates).
   static void resetTemplates(const std::vector<SearchTypeModel>& templates);
   static const SearchTypeModel* getInfoWithName(const std::string& name, const std::vector<SearchTypeModel>& list);

@@ -2,10 +2,12 @@
 // The texts and pictures of checkout (the submit and pay-now screens, the receipt), in
 // one place. "%@" in the system's own texts becomes concatenation; numeric formats are
 // printf formats.
+#include "features/discovery/discovery_texts.h"
+
 namespace qmv::checkout_texts {
 
 // Screen names on the navigator.
-inline constexpr const char* kSubmitScreen = "QXSubmitOderViewController";
+inline constexpr const char* kSubmitScreen = discovery_texts::kSubmitScreen;
 inline constexpr const char* kPayNowScreen = "QXPayNowViewController";
 
 inline constexpr const char* kSubmitTitle = "提交订单";

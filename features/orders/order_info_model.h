@@ -13,7 +13,7 @@ namespace qmv {
 class OrderInfoModel : public BaseModel {
  public:
   OrderInfoModel() = default;
-  // Reads one JSON object; anything else gives a record of empty texts. `blance` and
+  // Reads one JSON object; anything else gives a record of empty texts. `balancePaid` and
   // `money` are never read from the dictionary.
   explicit OrderInfoModel(const Json& dic);
 
@@ -26,7 +26,8 @@ class OrderInfoModel : public BaseModel {
   std::string isComment;  // "1" once rated
   std::string orderId;
   std::string price;      // unit price; the list labels it as the total
-  std::string blance;     // balance used; filled by whoever knows it, never from JSON
+  // The system's blance.
+  std::string balancePaid;  // balance used; filled by whoever knows it, never from JSON
   std::string money;      // filled by whoever knows it, never from JSON
   std::string name;       // product / activity name (detail screens)
   std::string orderName;  // product name of the list row

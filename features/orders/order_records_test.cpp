@@ -1,10 +1,9 @@
 // Order records from hostile answers: missing, null and mistyped fields, and "data" of the
-// wrong shape, read and shown without a crash; the legacy list's rated-order mark.
+// wrong shape, read and shown without a crash.
 #include <gtest/gtest.h>
 
 #include "core/request/net_api_test_support.h"
 #include "features/orders/my_order_net_api.h"
-#include "features/orders/my_order_view_controller.h"
 #include "features/orders/order_detail_net_api.h"
 #include "features/orders/qx_my_activity_order_detail_view_controller.h"
 #include "features/orders/qx_my_order_table_view_cell.h"
@@ -25,7 +24,7 @@ TEST_F(OrderRecordsTest, MistypedFieldsAndMisshapenDataRenderWithoutCrashing) {
   const auto orders = list->getOrderList();
   ASSERT_EQ(orders.size(), 4u) << "every element is a row, the odd ones empty";
   EXPECT_EQ(orders[0].orderId, "20161");
-  EXPECT_EQ(orders[0].blance, "") << "never read from the answer";
+  EXPECT_EQ(orders[0].balancePaid, "") << "never read from the answer";
   EXPECT_EQ(orders[0].money, "");
   QXMyOrderTableViewCell cell;
   cell.setData(orders[0]);
@@ -63,24 +62,6 @@ TEST_F(OrderRecordsTest, MistypedFieldsAndMisshapenDataRenderWithoutCrashing) {
   // Characters, not bytes, are grouped.
   EXPECT_EQ(QXMyActivityOrderDetailViewController::groupedCode("优惠码AB12"), "优惠码A B12");
   EXPECT_EQ(QXMyActivityOrderDetailViewController::groupedCode("\x80\x80\xE4"), "\x80\x80\xE4");
-}
-
-TEST_F(OrderRecordsTest, LegacyListMarksTheRatedOrderAndOpensStoresWithAnId) {
-  MyOrderViewController legacy;
-  legacy.orderList = {OrderInfoModel(Json{{"orderId", "A"}, {"storeId", "7"}, {"storeName", "店"}}),
-                      OrderInfoModel(Json{{"orderId", "B"}, {"isComment", "0"}})};
-  int reloads = 0;
-  legacy.onReload = [&] { ++reloads; };
-  legacy.viewWillAppear("");
-  EXPECT_EQ(reloads, 0);
-  legacy.viewWillAppear("B");
-  EXPECT_EQ(reloads, 1);
-  EXPECT_EQ(legacy.orderList[1].isComment, "1");
-  EXPECT_EQ(legacy.orderList[0].isComment, "");
-  legacy.didSelectRow(1);
-  EXPECT_FALSE(navigator_->topScreen().has_value()) << "no store id, no store screen";
-  legacy.didSelectRow(0);
-  EXPECT_EQ(navigator_->topScreen()->payload, (Json{{"storeId", "7"}, {"storeName", "店"}}));
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ std::string yuanText(const std::string& amount) {
 
 PayCashView::PayCashView(const OrderInfoModel& order)
     : rows_{{texts::kReceiptPrice, yuanText(order.price)},
-            {texts::kReceiptBalance, yuanText(order.blance)},
+            {texts::kReceiptBalance, yuanText(order.balancePaid)},
             {texts::kReceiptMoney, yuanText(order.money)}},
       orderNumber_(order.orderId) {}
 

@@ -1,5 +1,5 @@
 #pragma once
-// The receipt panel of an order, headless: "消费金额" (price), "余额抵现" (blance) and
+// The receipt panel of an order, headless: "消费金额" (price), "余额抵现" (balancePaid) and
 // "还需支付" (money), each "%.2f元", the order number and the note
 // "为了确保您成功消费，请尽快和商家确认".
 #include <string>

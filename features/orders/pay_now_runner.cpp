@@ -25,18 +25,18 @@ void PayNowRunner::appear() { screen_.viewDidLoad(); }
 bool PayNowRunner::tap(const Choices& choices) {
   // No amount, no choice to make: confirm says so.
   if (!screen_.totalKnown()) return true;
-  if (!choices.useBalance && screen_.yueSelected()) screen_.yueSelectAction();
+  if (!choices.useBalance && screen_.balanceSelected()) screen_.toggleBalance();
   if (!choices.channel) return true;
   if (screen_.bottomHidden()) return false;
   switch (*choices.channel) {
     case Channel::Alipay:
-      screen_.zhifubaoSelectAction();
+      screen_.selectAlipay();
       break;
     case Channel::WeChat:
-      screen_.weixinSelectAction();
+      screen_.selectWeChat();
       break;
     case Channel::UnionPay:
-      screen_.yinlianSelectAction();
+      screen_.selectUnionPay();
       break;
   }
   return true;

@@ -29,11 +29,11 @@ bool UPPayUtil::uppayWithTN(const std::string& tn, const std::string& controller
   return payments->uppay->startPay(tn, scheme, "00", controller);
 }
 
-void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPaySuccessNotiDelay) {
+void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPaySuccessLater) {
   const auto& payments = Env::current().payments;
   if (!payments || !payments->uppay) return;
   payments->uppay->handlePaymentResult(
-      url, [post = std::move(postPaySuccessNotiDelay)](const std::string& code, const Json&) {
+      url, [post = std::move(postPaySuccessLater)](const std::string& code, const Json&) {
         if (code == "success") {
           show("", "支付成功");
           if (post) post();

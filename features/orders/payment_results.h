@@ -12,8 +12,8 @@ class UPPayUtil {
   // Hands the transaction number to the bank-card plug-in (production mode "00").
   static bool uppayWithTN(const std::string& tn, const std::string& controller, const std::string& scheme);
   // An inbound "uppayresult" URL: "success" shows "支付成功" and runs
-  // `postPaySuccessNotiDelay`; "fail" shows "支付失败"; "cancel" shows "支付取消".
-  static void handleURL(const std::string& url, std::function<void()> postPaySuccessNotiDelay);
+  // `postPaySuccessLater`; "fail" shows "支付失败"; "cancel" shows "支付取消".
+  static void handleURL(const std::string& url, std::function<void()> postPaySuccessLater);
 };
 
 // The external wallet's result dictionary: "resultStatus" "9000" runs `onSuccess`; any

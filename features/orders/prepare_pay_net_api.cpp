@@ -6,27 +6,27 @@
 
 namespace qmv {
 
-PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance)
-    : amount(std::move(amount)), type(std::move(type)), storeId(std::move(storeId)), useBlance(useBlance) {}
+PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBalance)
+    : amount(std::move(amount)), type(std::move(type)), storeId(std::move(storeId)), useBalance(useBalance) {}
 
-PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance,
+PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBalance,
                                    std::string activityId, std::string activityCount, std::string isFirstOrder)
     : amount(std::move(amount)),
       type(std::move(type)),
       storeId(std::move(storeId)),
-      useBlance(useBlance),
+      useBalance(useBalance),
       activityId(std::move(activityId)),
       activityCount(std::move(activityCount)),
       isFirstOrder(std::move(isFirstOrder)) {}
 
 PreparePayNetApi::PreparePayNetApi(std::string amount, std::string type, std::string productId, std::string series,
-                                   std::string acount, bool useBlance)
+                                   std::string shareCount, bool useBalance)
     : amount(std::move(amount)),
       type(std::move(type)),
-      useBlance(useBlance),
+      useBalance(useBalance),
       productId(std::move(productId)),
       series(std::move(series)),
-      acount(std::move(acount)) {}
+      shareCount(std::move(shareCount)) {}
 
 std::string PreparePayNetApi::requestUrl() const {
   if (!productId.empty()) return "postPayForIndiana";
@@ -38,11 +38,11 @@ Json PreparePayNetApi::requestArgument() const {
   Json arguments = getBaseArgument();
   setCustomString(arguments, amount, "totalFee");
   setCustomString(arguments, type, "accountType");
-  setCustomString(arguments, useBlance ? "true" : "false", "useBalance");
+  setCustomString(arguments, useBalance ? "true" : "false", "useBalance");
   if (!productId.empty()) {
     setCustomString(arguments, productId, "productId");
     setCustomString(arguments, series, "series");
-    setCustomString(arguments, acount, "acount");
+    setCustomString(arguments, shareCount, "acount");
   } else if (!activityId.empty()) {
     setCustomString(arguments, storeId, "storeId");
     setCustomString(arguments, activityId, "activityId");

@@ -2,7 +2,7 @@
 // Prepares a payment on the server. What is bought picks the endpoint and the
 // arguments: a draw product ("postPayForIndiana"), an activity offer
 // ("postPayForActivity") or a direct payment to a store ("postPayForStore"). amount is
-// the full total in whole fen; with useBlance the server takes the balance first.
+// the full total in whole fen; with useBalance the server takes the balance first.
 // "useBalance" travels as the text "true" or "false"; "acount" is the server's spelling.
 #include <optional>
 #include <string>
@@ -15,13 +15,13 @@ namespace qmv {
 class PreparePayNetApi : public BaseNetApi {
  public:
   // Paying a store.
-  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance);
+  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBalance);
   // Buying an activity offer.
-  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBlance, std::string activityId,
+  PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBalance, std::string activityId,
                    std::string activityCount, std::string isFirstOrder);
   // Buying shares of a draw product.
-  PreparePayNetApi(std::string amount, std::string type, std::string productId, std::string series, std::string acount,
-                   bool useBlance);
+  PreparePayNetApi(std::string amount, std::string type, std::string productId, std::string series,
+                   std::string shareCount, bool useBalance);
 
   std::string requestUrl() const override;
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
@@ -41,13 +41,13 @@ class PreparePayNetApi : public BaseNetApi {
   std::string amount;
   std::string type;  // channel code: "0" Alipay, "1" WeChat, "2" UnionPay, "3" balance
   std::string storeId;
-  bool useBlance = false;
+  bool useBalance = false;  // the system's useBlance
   std::string activityId;
   std::string activityCount;
   std::string isFirstOrder;
   std::string productId;
   std::string series;
-  std::string acount;
+  std::string shareCount;  // the system's acount
 };
 
 }  // namespace qmv

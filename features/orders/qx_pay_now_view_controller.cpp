@@ -31,14 +31,14 @@ namespace {
 constexpr std::string QXPayNowViewController::*kTextProperties[] = {
     &QXPayNowViewController::totalFee,   &QXPayNowViewController::name,          &QXPayNowViewController::storeId,
     &QXPayNowViewController::activityId, &QXPayNowViewController::activityCount, &QXPayNowViewController::isFirst,
-    &QXPayNowViewController::productId,  &QXPayNowViewController::series,        &QXPayNowViewController::acount};
+    &QXPayNowViewController::productId,  &QXPayNowViewController::series,        &QXPayNowViewController::shareCount};
 constexpr const char* kTextKeys[] = {"totalFee", "name",      "storeId", "activityId", "activityCount",
                                      "isFirst",  "productId", "series",  "acount"};
 
 std::string yuanOfFen(double fen) { return formatAmount("%.2f", fen / 100); }
 
 // A number of draw shares as a link gives it: digits only, one share at least.
-std::optional<std::int64_t> shareCount(const std::string& text) {
+std::optional<std::int64_t> parseShareCount(const std::string& text) {
   if (text.empty() || text.size() > 9 ||
       !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
     return std::nullopt;
@@ -74,11 +74,11 @@ Json QXPayNowViewController::payload() const {
 }
 
 Json QXPayNowViewController::drawProductPayload(const std::string& productId, const std::string& series,
-                                                const std::string& acount) {
+                                                const std::string& shareCount) {
   Json result = Json::object();
   setCustomString(result, productId, "productId");
   setCustomString(result, series, "series");
-  setCustomString(result, acount, "acount");
+  setCustomString(result, shareCount, "acount");
   result["name"] = texts::kDrawNamePrefix + series + texts::kDrawNameSuffix;
   return result;
 }
@@ -89,7 +89,7 @@ void QXPayNowViewController::viewDidLoad() {
   notifications_ = Env::current().notifications;
   if (notifications_ && paySuccessToken_ == 0) {
     paySuccessToken_ = notifications_->addObserver(kPaySuccessNotification,
-                                                   [this](const std::string&, const Json&) { paySuceessNoti(); });
+                                                   [this](const std::string&, const Json&) { paymentSucceeded(); });
   }
   userInfoNet();
   if (!productId.empty() && totalFee.empty()) readDrawPrice();
@@ -128,7 +128,7 @@ void QXPayNowViewController::readDrawPrice() {
       [this](BaseRequest& done) {
         auto& api = static_cast<IndianaProductNetApi&>(done);
         const std::int64_t share = api.isCorrectResult() ? api.shareFen().value_or(0) : 0;
-        const std::int64_t count = shareCount(acount).value_or(0);
+        const std::int64_t count = parseShareCount(shareCount).value_or(0);
         // Without both, totalFee stays empty and the screen says it knows no amount.
         if (share > 0 && count > 0 && count <= kMaxPayFen / share) {
           totalFee = yuanOfFen(static_cast<double>(share * count));
@@ -158,11 +158,11 @@ void QXPayNowViewController::setUpAmounts() {
   if (balance_ < 1) {
     topHidden_ = true;
     bottomHidden_ = false;
-    yueSelected_ = false;
+    balanceSelected_ = false;
     setChannel(Channel::Alipay);
     leftPayAmount_ = total_;
   } else {
-    yueSelected_ = true;
+    balanceSelected_ = true;
     topHidden_ = false;
     const bool covered = total_ <= static_cast<double>(balance_);
     bottomHidden_ = covered;
@@ -172,8 +172,8 @@ void QXPayNowViewController::setUpAmounts() {
 }
 
 void QXPayNowViewController::refreshView() {
-  balanceImage_ = yueSelected_ ? texts::kBalanceChecked : texts::kBalanceUnchecked;
-  const bool selected[] = {zhifubaoSelected_, weixinSelected_, yinlianSelected_};
+  balanceImage_ = balanceSelected_ ? texts::kBalanceChecked : texts::kBalanceUnchecked;
+  const bool selected[] = {alipaySelected_, weChatSelected_, unionPaySelected_};
   for (int i = 0; i < 3; ++i) channelImages_[i] = selected[i] ? texts::kChannelChecked : texts::kChannelUnchecked;
   confirmTitle_ =
       leftPayAmount_ != 0 ? formatAmount(texts::kConfirmAmountFormat, leftPayAmount_ / 100) : texts::kConfirm;
@@ -189,11 +189,11 @@ const std::string& QXPayNowViewController::channelImage(Channel channel) const {
   return channelImages_[static_cast<int>(channel)];
 }
 
-void QXPayNowViewController::yueSelectAction() {
+void QXPayNowViewController::toggleBalance() {
   // The set-up after loading would undo a tap made before it.
   if (isLoading()) return;
-  yueSelected_ = !yueSelected_;
-  if (!yueSelected_) {
+  balanceSelected_ = !balanceSelected_;
+  if (!balanceSelected_) {
     bottomHidden_ = false;
     setChannel(Channel::Alipay);
     leftPayAmount_ = total_;
@@ -209,9 +209,9 @@ void QXPayNowViewController::yueSelectAction() {
 }
 
 void QXPayNowViewController::setChannel(std::optional<Channel> channel) {
-  zhifubaoSelected_ = channel == Channel::Alipay;
-  weixinSelected_ = channel == Channel::WeChat;
-  yinlianSelected_ = channel == Channel::UnionPay;
+  alipaySelected_ = channel == Channel::Alipay;
+  weChatSelected_ = channel == Channel::WeChat;
+  unionPaySelected_ = channel == Channel::UnionPay;
 }
 
 void QXPayNowViewController::selectChannel(Channel channel) {
@@ -230,20 +230,20 @@ void QXPayNowViewController::confirmAction() {
     return;
   }
   if (leftPayAmount_ == 0) {
-    payWithBlance();
-  } else if (zhifubaoSelected_) {
+    payWithBalance();
+  } else if (alipaySelected_) {
     payWithAliPay();
-  } else if (weixinSelected_) {
-    payWithWX();
-  } else if (yinlianSelected_) {
-    payWithUnit();
+  } else if (weChatSelected_) {
+    payWithWeChat();
+  } else if (unionPaySelected_) {
+    payWithUnionPay();
   }
 }
 
 void QXPayNowViewController::payWithAliPay() { prepare(texts::kAlipayCode); }
-void QXPayNowViewController::payWithWX() { prepare(texts::kWeChatCode); }
-void QXPayNowViewController::payWithUnit() { prepare(texts::kUnionPayCode); }
-void QXPayNowViewController::payWithBlance() { prepare(texts::kBalanceCode); }
+void QXPayNowViewController::payWithWeChat() { prepare(texts::kWeChatCode); }
+void QXPayNowViewController::payWithUnionPay() { prepare(texts::kUnionPayCode); }
+void QXPayNowViewController::payWithBalance() { prepare(texts::kBalanceCode); }
 
 void QXPayNowViewController::prepare(const char* code) {
   detachRequest(prepareNet_);
@@ -251,12 +251,12 @@ void QXPayNowViewController::prepare(const char* code) {
   const std::string amount = formatAmount(texts::kAmountFormat, total_);
   std::shared_ptr<PreparePayNetApi> request;
   if (!productId.empty()) {
-    request = std::make_shared<PreparePayNetApi>(amount, code, productId, series, acount, yueSelected_);
+    request = std::make_shared<PreparePayNetApi>(amount, code, productId, series, shareCount, balanceSelected_);
   } else if (!activityId.empty()) {
     request =
-        std::make_shared<PreparePayNetApi>(amount, code, storeId, yueSelected_, activityId, activityCount, isFirst);
+        std::make_shared<PreparePayNetApi>(amount, code, storeId, balanceSelected_, activityId, activityCount, isFirst);
   } else {
-    request = std::make_shared<PreparePayNetApi>(amount, code, storeId, yueSelected_);
+    request = std::make_shared<PreparePayNetApi>(amount, code, storeId, balanceSelected_);
   }
   attachRequest(*request);
   prepareNet_ = request;
@@ -275,12 +275,12 @@ void QXPayNowViewController::prepared(PreparePayNetApi& api, const std::string& 
   if (auto order = api.getOrderInfo()) {
     // Only the server knows what it took from the balance; a balance read earlier may
     // be stale by now.
-    order->blance = api.balancePart();
+    order->balancePaid = api.balancePart();
     order->money = api.amountDue();
     order_ = std::move(order);
   }
   if (code == texts::kBalanceCode) {
-    paySuceessNoti();
+    paymentSucceeded();
     return;
   }
   const std::string prepayId = api.prepayId();
@@ -294,7 +294,7 @@ void QXPayNowViewController::prepared(PreparePayNetApi& api, const std::string& 
 std::optional<PayCashView> QXPayNowViewController::receipt() const {
   if (!order_) return std::nullopt;
   const auto price = plainYuanFen(order_->price);
-  const auto used = plainYuanFen(order_->blance);
+  const auto used = plainYuanFen(order_->balancePaid);
   const auto due = plainYuanFen(order_->money);
   if (!price || !used || !due || *used + *due != *price) return std::nullopt;
   return PayCashView(*order_);
@@ -314,18 +314,18 @@ void QXPayNowViewController::handOver(const std::string& code, const std::string
   if (code == texts::kAlipayCode) {
     payments->alipay->payOrder(prepayId, payments->scheme, [alive = std::weak_ptr<bool>(alive_), this](const Json& r) {
       handleAlipayResult(r, [&alive, this] {
-        if (alive.lock()) paySuceessNoti();
+        if (alive.lock()) paymentSucceeded();
       });
     });
   } else if (code == texts::kWeChatCode) {
     const std::int64_t now = env.clock ? env.clock->unixSeconds() : static_cast<std::int64_t>(std::time(nullptr));
-    payments->wechat->sendReq(weChatPayRequest(prepayId, *payments, now, StringUtil::ret32bitString()));
+    payments->wechat->sendReq(weChatPayRequest(prepayId, *payments, now, StringUtil::random32Letters()));
   } else {
     UPPayUtil::uppayWithTN(prepayId, texts::kPayNowScreen, payments->scheme);
   }
 }
 
-void QXPayNowViewController::paySuceessNoti() {
+void QXPayNowViewController::paymentSucceeded() {
   if (paid_) return;
   paid_ = true;
   const Env& env = Env::current();

@@ -42,7 +42,7 @@ class QXPayNowViewController : public BaseViewController {
     Stopped,     // nothing further: the server did not prepare it, its answer carried
                  // nothing to pay with, or no payment library is installed
     HandedOver,  // a payment library has it; its result comes back through the shell
-    Paid,        // paySuceessNoti ran
+    Paid,        // paymentSucceeded ran
   };
 
   QXPayNowViewController() = default;
@@ -57,7 +57,8 @@ class QXPayNowViewController : public BaseViewController {
   Json payload() const;
   // The payload of a draw product opened from a page: productId, series, acount and the
   // name "一元夺宝-第%@期" of the series; no total.
-  static Json drawProductPayload(const std::string& productId, const std::string& series, const std::string& acount);
+  static Json drawProductPayload(const std::string& productId, const std::string& series,
+                                 const std::string& shareCount);
 
   // Set by the caller before the screen is shown.
   long payType = 0;
@@ -69,7 +70,7 @@ class QXPayNowViewController : public BaseViewController {
   std::string isFirst;  // sent as "isFirstOrder"
   std::string productId;
   std::string series;
-  std::string acount;
+  std::string shareCount;  // the system's acount
 
   // Set-up from B and T, refreshView, and the "pay_success_noti" observer (kept until
   // the screen is destroyed); then userInfoNet and, for a draw without a total, its
@@ -88,26 +89,26 @@ class QXPayNowViewController : public BaseViewController {
 
   // Toggles the balance: off shows the channels with the wallet selected; on hides and
   // clears them when the balance covers T.
-  void yueSelectAction();
+  void toggleBalance();  // the system's yueSelectAction:
   // Selects one channel and clears the other two; the balance flag stays.
-  void zhifubaoSelectAction() { selectChannel(Channel::Alipay); }
-  void weixinSelectAction() { selectChannel(Channel::WeChat); }
-  void yinlianSelectAction() { selectChannel(Channel::UnionPay); }
+  void selectAlipay() { selectChannel(Channel::Alipay); }      // the system's zhifubaoSelectAction:
+  void selectWeChat() { selectChannel(Channel::WeChat); }      // the system's weixinSelectAction:
+  void selectUnionPay() { selectChannel(Channel::UnionPay); }  // the system's yinlianSelectAction:
   // Pays from the balance when nothing is left to pay, else with the selected channel;
   // with no channel selected nothing happens. With T unknown it says so and pays nothing.
   void confirmAction();
   void payWithAliPay();
-  void payWithWX();
-  void payWithUnit();
-  void payWithBlance();
+  void payWithWeChat();    // the system's payWithWX
+  void payWithUnionPay();  // the system's payWithUnit
+  void payWithBalance();   // the system's payWithBlance
   // "支付成功", then back to GlobalData's popToAfterPayVC when it is still open, else one
   // screen back. Only the first call of a screen does anything.
-  void paySuceessNoti();
+  void paymentSucceeded();  // the system's paySuceessNoti:
 
-  bool yueSelected() const { return yueSelected_; }
-  bool zhifubaoSelected() const { return zhifubaoSelected_; }
-  bool weixinSelected() const { return weixinSelected_; }
-  bool yinlianSelected() const { return yinlianSelected_; }
+  bool balanceSelected() const { return balanceSelected_; }    // the system's yueSelected
+  bool alipaySelected() const { return alipaySelected_; }      // the system's zhifubaoSelected
+  bool weChatSelected() const { return weChatSelected_; }      // the system's weixinSelected
+  bool unionPaySelected() const { return unionPaySelected_; }  // the system's yinlianSelected
   bool topHidden() const { return topHidden_; }        // the balance row
   bool bottomHidden() const { return bottomHidden_; }  // the channel list
   double leftPayAmount() const { return leftPayAmount_; }
@@ -144,10 +145,10 @@ class QXPayNowViewController : public BaseViewController {
   void handOver(const std::string& code, const std::string& prepayId);
   void step(PayStep value);
 
-  bool yueSelected_ = false;
-  bool zhifubaoSelected_ = false;
-  bool weixinSelected_ = false;
-  bool yinlianSelected_ = false;
+  bool balanceSelected_ = false;
+  bool alipaySelected_ = false;
+  bool weChatSelected_ = false;
+  bool unionPaySelected_ = false;
   bool topHidden_ = false;
   bool bottomHidden_ = false;
   double leftPayAmount_ = 0;

@@ -54,22 +54,22 @@ TEST_F(PayNowScreenTest, TheRefreshedBalanceChoosesAndCanBeTurnedBackOn) {
   PayNowRunner runner(kStoreTotal);
   runner.appear();
   ASSERT_TRUE(runner.screen().isLoading());
-  runner.screen().yueSelectAction();  // before the record is in: nothing to undo later
+  runner.screen().toggleBalance();  // before the record is in: nothing to undo later
   ASSERT_TRUE(loop_->runUntil([&] { return runner.ready(); }, 15s));
   QXPayNowViewController& screen = runner.screen();
   EXPECT_EQ(screen.balanceText(), "我的余额 ¥5.00");
-  EXPECT_TRUE(screen.yueSelected());
+  EXPECT_TRUE(screen.balanceSelected());
   EXPECT_EQ(screen.confirmTitle(), "确认支付¥7.50");
 
   // Off, WeChat, then on again: 5.00 does not cover 12.50, so the channels stay with the
   // member's choice and only the rest is left for them.
-  screen.yueSelectAction();
+  screen.toggleBalance();
   EXPECT_EQ(screen.confirmTitle(), "确认支付¥12.50");
-  screen.weixinSelectAction();
-  screen.yueSelectAction();
-  EXPECT_TRUE(screen.yueSelected());
+  screen.selectWeChat();
+  screen.toggleBalance();
+  EXPECT_TRUE(screen.balanceSelected());
   EXPECT_FALSE(screen.bottomHidden());
-  EXPECT_TRUE(screen.weixinSelected() && !screen.zhifubaoSelected() && !screen.yinlianSelected());
+  EXPECT_TRUE(screen.weChatSelected() && !screen.alipaySelected() && !screen.unionPaySelected());
   EXPECT_EQ(screen.confirmTitle(), "确认支付¥7.50");
   confirm(runner);
   EXPECT_EQ(last().endpoint, "postPayForStore");
@@ -83,8 +83,8 @@ TEST_F(PayNowScreenTest, TheRefreshedBalanceChoosesAndCanBeTurnedBackOn) {
   PayNowRunner covered(Json{{"storeId", "3"}, {"totalFee", "3.00"}});
   appear(covered);
   EXPECT_TRUE(covered.screen().bottomHidden());
-  EXPECT_FALSE(covered.screen().zhifubaoSelected() || covered.screen().weixinSelected() ||
-               covered.screen().yinlianSelected());
+  EXPECT_FALSE(covered.screen().alipaySelected() || covered.screen().weChatSelected() ||
+               covered.screen().unionPaySelected());
   EXPECT_EQ(covered.screen().confirmTitle(), "确认支付");
   EXPECT_FALSE(covered.tap({true, Channel::Alipay}));
   confirm(covered);
@@ -174,11 +174,11 @@ TEST_F(PayNowScreenTest, ADrawIsPricedByTheServerOrNotConfirmedAtAll) {
       {R"({"success":"0","data":{"price":"1.00"}})", "0"},
       {R"({"success":"0","data":{"price":"60000.00"}})", "2"},
       {R"({"success":"1","message":"夺宝商品不存在","data":{}})", "3"}};
-  for (const auto& [body, acount] : cases) {
+  for (const auto& [body, shareCount] : cases) {
     answer("getIndianaProduct", body);
-    PayNowRunner unknown(QXPayNowViewController::drawProductPayload("1", "12", acount));
+    PayNowRunner unknown(QXPayNowViewController::drawProductPayload("1", "12", shareCount));
     appear(unknown);
-    EXPECT_EQ(unknown.screen().totalText(), "金额未知") << body << " " << acount;
+    EXPECT_EQ(unknown.screen().totalText(), "金额未知") << body << " " << shareCount;
     const std::size_t before = received().size();
     ASSERT_TRUE(unknown.tap({false, Channel::WeChat}));
     unknown.confirm();

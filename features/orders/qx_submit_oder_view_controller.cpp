@@ -23,17 +23,6 @@ QXSubmitOderViewController::QXSubmitOderViewController(const Json& payload)
 
 QXSubmitOderViewController::~QXSubmitOderViewController() { detachRequest(userInfoNet_); }
 
-Json QXSubmitOderViewController::activityPayload(const ActivityModel& activityInfo, const std::string& isFirst) {
-  return {{"activityInfo",
-           {{"commodityId", activityInfo.commodityID},
-            {"name", activityInfo.name},
-            {"imageURL", activityInfo.imageURL},
-            {"nowPrice", activityInfo.nowPrice},
-            {"firstPrice", activityInfo.firstPrice},
-            {"storeId", activityInfo.storeId}}},
-          {"isFirst", isFirst}};
-}
-
 std::string QXSubmitOderViewController::unitPriceText() const { return activityInfo_.nowPrice + texts::kYuanSuffix; }
 
 namespace {

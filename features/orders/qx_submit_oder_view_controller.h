@@ -23,15 +23,11 @@ class UserInfoNetApi;
 class QXSubmitOderViewController : public BaseViewController {
  public:
   QXSubmitOderViewController(ActivityModel activityInfo, std::string isFirst);
-  // From the payload the offer screen pushes the screen with (see activityPayload).
+  // From the payload the offer screen pushes the screen with (submitOrderPayload).
   explicit QXSubmitOderViewController(const Json& payload);
   ~QXSubmitOderViewController() override;
   QXSubmitOderViewController(const QXSubmitOderViewController&) = delete;
   QXSubmitOderViewController& operator=(const QXSubmitOderViewController&) = delete;
-
-  // {"activityInfo": the offer in the server's keys, "isFirst"}: what the screen is
-  // pushed with.
-  static Json activityPayload(const ActivityModel& activityInfo, const std::string& isFirst);
 
   const ActivityModel& activityInfo() const { return activityInfo_; }
   const std::string& isFirst() const { return isFirst_; }

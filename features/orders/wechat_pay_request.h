@@ -11,7 +11,7 @@
 namespace qmv {
 
 // `unixSeconds` is written with "%d" (a 32-bit int) and read back, as the request has
-// always carried it; `nonceStr` is a fresh StringUtil::ret32bitString().
+// always carried it; `nonceStr` is a fresh StringUtil::random32Letters().
 PayReq weChatPayRequest(const std::string& prepayId, const PaymentChannels& merchant, std::int64_t unixSeconds,
                         std::string nonceStr);
 

@@ -1,9 +1,9 @@
 #include "features/wallet/qx_bind_bank_card_view_controller.h"
 
 #include "core/common/control_util.h"
-#include "core/common/db_util.h"
-#include "core/session/detail/account_ports.h"
+#include "core/session/account_ports.h"
 #include "core/session/global_data.h"
+#include "core/storage/db_util.h"
 #include "features/wallet/bind_bank_net_api.h"
 #include "features/wallet/detail/wallet_status.h"
 #include "platform/main_loop.h"
@@ -54,7 +54,7 @@ void QXBindBankCardViewController::getCodeAction() {
   account_detail::sendCodeRequest(
       codeNet_, *this, self ? self->phone : std::string(), codeSessionId_,
       [this] {
-        countdown_.codeNetSucess();
+        countdown_.codeSent();
         if (onChange) onChange();
       },
       [this](bool correct) {

@@ -145,7 +145,7 @@ std::string QXWithDrawViewController::clampedAmount(std::string_view text) {
 }
 
 std::string QXWithDrawViewController::balanceText() const {
-  std::string yuan = StringUtil::stringDividWithString(balanceFen(), "100", 2).value_or("0");
+  std::string yuan = StringUtil::divideDecimalTexts(balanceFen(), "100", 2).value_or("0");
   // The division drops trailing zeros; the label always shows two places.
   const auto point = yuan.find('.');
   const std::size_t places = point == std::string::npos ? 0 : yuan.size() - point - 1;

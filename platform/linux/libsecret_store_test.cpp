@@ -11,9 +11,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "core/common/temp_home_for_test.h"
 #include "platform/keyring_settings_store.h"
 #include "platform/linux/sqlite_settings_store.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {

@@ -1,8 +1,5 @@
 #include "platform/linux/sandbox_payment_apps.h"
 
-#include <openssl/evp.h>
-#include <openssl/hmac.h>
-
 #include <cstdlib>
 #include <map>
 
@@ -76,23 +73,6 @@ std::string unicodeEscaped(const std::u16string& text) {
 }
 
 }  // namespace
-
-std::string sandboxCompletionSignature(const std::string& key, const std::string& prepayId, const std::string& result) {
-  const std::string message = "prepay_id=" + prepayId + "&result=" + result;
-  unsigned char digest[EVP_MAX_MD_SIZE];
-  unsigned int length = 0;
-  if (HMAC(EVP_sha256(), key.data(), static_cast<int>(key.size()),
-           reinterpret_cast<const unsigned char*>(message.data()), message.size(), digest, &length) == nullptr) {
-    return "";
-  }
-  static const char* const kHex = "0123456789abcdef";
-  std::string out;
-  for (unsigned int i = 0; i < length; ++i) {
-    out += kHex[digest[i] >> 4];
-    out += kHex[digest[i] & 0xF];
-  }
-  return out;
-}
 
 SandboxWeChatApp::SandboxWeChatApp(SandboxPaymentSetup setup, WeChatMerchant merchant)
     : setup_(std::move(setup)), merchant_(std::move(merchant)) {}

@@ -18,6 +18,7 @@
 #include <memory>
 #include <string>
 
+#include "core/common/completion_signature.h"
 #include "platform/clock.h"
 #include "platform/http_transport.h"
 #include "platform/linux/url_result_payment_channels.h"
@@ -25,10 +26,6 @@
 namespace qmv {
 
 enum class PayOutcome { Success, Cancel, Fail };
-
-// The "sign" of a completion of `prepayId` with `result` ("success", "fail" or "cancel")
-// under `key`, as 64 lower-case hexadecimal digits.
-std::string sandboxCompletionSignature(const std::string& key, const std::string& prepayId, const std::string& result);
 
 struct SandboxPaymentSetup {
   std::shared_ptr<HttpTransport> http;

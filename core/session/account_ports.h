@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "core/common/settings_keys.h"
 #include "core/request/base_net_api.h"
 #include "core/session/account_texts.h"
 #include "core/session/base_view_controller.h"
 #include "core/session/mobile_code_net_api.h"
-#include "core/session/settings_keys.h"
 #include "platform/env.h"
 #include "platform/push_service.h"
 #include "platform/settings_store.h"

@@ -1,4 +1,4 @@
-#include "features/discovery/search_sub_type_model.h"
+#include "core/session/search_sub_type_model.h"
 
 namespace qmv {
 

@@ -1,4 +1,4 @@
-#include "core/common/sqlite_database.h"
+#include "core/sqlite/sqlite_database.h"
 
 #include <sqlite3.h>
 
@@ -10,19 +10,9 @@
 
 #include "core/common/dictionary.h"
 #include "core/common/url_parts.h"
-#include "platform/env.h"
-#include "platform/file_locations.h"
 
 namespace qmv {
 namespace {
-
-std::filesystem::path resolvePath(const std::string& nameOrPath) {
-  std::error_code ec;
-  if (!nameOrPath.empty() && std::filesystem::is_regular_file(nameOrPath, ec)) return nameOrPath;
-  const auto& files = Env::current().files;
-  if (!files) return nameOrPath;
-  return files->cachesDirectory() / nameOrPath;
-}
 
 struct StatementDeleter {
   void operator()(sqlite3_stmt* stmt) const { sqlite3_finalize(stmt); }
@@ -211,16 +201,13 @@ struct SQLiteDatabase::Impl {
   }
 };
 
-SQLiteDatabase::SQLiteDatabase(std::string nameOrPath, Mode mode)
-    : SQLiteDatabase(resolvePath(nameOrPath), mode, true) {}
-
-SQLiteDatabase::SQLiteDatabase(std::filesystem::path path, Mode mode, bool) : impl_(std::make_unique<Impl>()) {
+SQLiteDatabase::SQLiteDatabase(std::filesystem::path path, Mode mode) : impl_(std::make_unique<Impl>()) {
   impl_->path = std::move(path);
   impl_->mode = mode;
 }
 
 SQLiteDatabase SQLiteDatabase::atPath(std::filesystem::path path, Mode mode) {
-  return SQLiteDatabase(std::move(path), mode, true);
+  return SQLiteDatabase(std::move(path), mode);
 }
 
 SQLiteDatabase::~SQLiteDatabase() {
@@ -255,7 +242,7 @@ std::optional<DBError> SQLiteDatabase::doQuery(std::string_view sql) {
   return error;
 }
 
-std::optional<DBError> SQLiteDatabase::doQuerys(const std::vector<std::string>& sqls) {
+std::optional<DBError> SQLiteDatabase::runInTransaction(const std::vector<std::string>& sqls) {
   std::lock_guard lock(impl_->mutex);
   const bool wasWriting = impl_->writing.exchange(true);
   std::optional<DBError> error = impl_->execute("BEGIN IMMEDIATE");

@@ -7,7 +7,7 @@
 
 #include "core/common/base_model.h"
 #include "core/common/color.h"
-#include "features/discovery/search_sub_type_model.h"
+#include "core/session/search_sub_type_model.h"
 
 namespace qmv {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "features/discovery/search_type_model.h"
+#include "core/session/search_type_model.h"
 
 namespace qmv {
 

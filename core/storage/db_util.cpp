@@ -1,4 +1,4 @@
-#include "core/common/db_util.h"
+#include "core/storage/db_util.h"
 
 #include <algorithm>
 #include <array>
@@ -10,6 +10,7 @@
 #include "core/common/control_util.h"
 #include "core/common/dictionary.h"
 #include "core/common/log.h"
+#include "core/common/settings_keys.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "platform/settings_store.h"
@@ -17,8 +18,6 @@
 namespace qmv {
 namespace {
 
-constexpr const char* kLastAreaIdKey = "last_area_id";
-constexpr const char* kAreaVersionKey = "area_version";
 constexpr const char* kAreaDbName = "area.db";
 constexpr const char* kBankBinDbName = "bank_card_bin.db";
 constexpr const char* kDirectlyGoverned = "省直辖县级行政单位";
@@ -152,7 +151,7 @@ std::optional<DBError> rebuildCache(SQLiteDatabase& cache, const Json& areas) {
   if (skipped > 0) logLine("area cache: left out " + std::to_string(skipped) + " areas with an apostrophe");
   const auto error = cache.replaceWith([&](SQLiteDatabase& fresh) -> std::optional<DBError> {
     if (auto created = fresh.doQuery(kCreateAreasSql)) return created;
-    return fresh.doQuerys(inserts);
+    return fresh.runInTransaction(inserts);
   });
   if (error) logLine("area cache rebuild failed: " + error->description);
   return error;
@@ -201,7 +200,7 @@ bool DBUtil::cacheDBValid() {
   return !last.empty() && last == expected;
 }
 
-std::optional<DBError> DBUtil::insertAreaToCatcheDB(const Json& areas) {
+std::optional<DBError> DBUtil::rebuildAreaCache(const Json& areas) {
   if (!areas.is_array()) return SQLiteDatabase::createDBErrorWithDescription("the area list is not an array", 0);
   return rebuildCache(*sharedCacheManager(), areas);
 }
@@ -215,7 +214,7 @@ std::map<std::string, std::vector<AreaModel>> DBUtil::getAllCity() {
   return byLetter;
 }
 
-std::vector<AreaModel> DBUtil::getCitysWithKey(std::string_view key) {
+std::vector<AreaModel> DBUtil::getCitiesWithKey(std::string_view key) {
   if (!isSafeValue(key)) return {};
   std::vector<AreaModel> cities = citiesFor(formatStatement(kCitiesWithKeySql, {key, key}));
   // The statement has no ESCAPE clause to give "%" and "_" in the key their literal

@@ -22,9 +22,9 @@
 #include <vector>
 
 #include "core/common/area_model.h"
-#include "core/common/db_error.h"
 #include "core/common/json.h"
-#include "core/common/sqlite_database.h"
+#include "core/sqlite/db_error.h"
+#include "core/sqlite/sqlite_database.h"
 
 namespace qmv {
 
@@ -44,13 +44,13 @@ class DBUtil {
   // "type", "special"; zipcode is always stored as 1). The new database replaces the old
   // one only once complete. An area whose name or pinyin holds an apostrophe is left out.
   // Blocks until done; see applyAreaList for the background form.
-  static std::optional<DBError> insertAreaToCatcheDB(const Json& areas);
+  static std::optional<DBError> rebuildAreaCache(const Json& areas);  // the system's insertAreaToCatcheDB:
 
   // Cities grouped by the upper-case initial of their pinyin ("A".."Z", only letters that
   // have cities), each group ordered by pinyin; "省直辖县级行政单位" is left out.
   static std::map<std::string, std::vector<AreaModel>> getAllCity();
   // Cities whose pinyin or name contains `key`, ordered by pinyin.
-  static std::vector<AreaModel> getCitysWithKey(std::string_view key);
+  static std::vector<AreaModel> getCitiesWithKey(std::string_view key);  // the system's getCitysWithKey:
   // Names of the areas whose parent is `cityId`, ordered by pinyin.
   static std::vector<std::string> getAllDistrictWithCityId(std::string_view cityId);
   static std::optional<std::string> getDistrictIdWithName(std::string_view name, std::string_view cityId);

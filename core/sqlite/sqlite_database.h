@@ -3,9 +3,9 @@
 // back as JSON objects keyed by column name (integers and reals as numbers, text as
 // strings, blobs as JSON binary, NULL columns left out).
 //
-// The name given at creation is either an existing file path, used as is, or a name
-// resolved inside the caches directory of the installed Env (see getDatabasePath).
-// Each query opens the database when needed; doQuery and doQuerys close it afterwards.
+// The database is named by its full path; callers resolve names against their own
+// locations. Each query opens the database when needed; doQuery and runInTransaction
+// close it afterwards.
 //
 // Thread-safety: every operation takes the object's lock, so a background writer and
 // readers on the interface thread never use the handle at the same time. isWriting()
@@ -22,8 +22,8 @@
 #include <variant>
 #include <vector>
 
-#include "core/common/db_error.h"
 #include "core/common/json.h"
+#include "core/sqlite/db_error.h"
 
 namespace qmv {
 
@@ -38,10 +38,8 @@ class SQLiteDatabase {
   // read-only, and SQLite skips file locking and change detection on every query.
   enum class Mode { kReadWrite, kReadOnly, kImmutable };
 
-  // Resolves the path at once. kReadOnly and kImmutable never create a file: opening a
-  // missing one fails.
-  explicit SQLiteDatabase(std::string nameOrPath, Mode mode = Mode::kReadWrite);
-  // A database at exactly `path`, without resolution (safe off the interface thread).
+  // A database at exactly `path`. kReadOnly and kImmutable never create a file: opening
+  // a missing one fails.
   static SQLiteDatabase atPath(std::filesystem::path path, Mode mode = Mode::kReadWrite);
   ~SQLiteDatabase();
   SQLiteDatabase(SQLiteDatabase&&) noexcept;
@@ -49,8 +47,6 @@ class SQLiteDatabase {
   SQLiteDatabase(const SQLiteDatabase&) = delete;
   SQLiteDatabase& operator=(const SQLiteDatabase&) = delete;
 
-  // The given name when it names an existing file; otherwise the caches directory
-  // (library directory + "/Caches") followed by the name. Fixed at construction.
   const std::filesystem::path& getDatabasePath() const;
 
   // Opening an open database does nothing. A read-write database creates its parent
@@ -65,7 +61,7 @@ class SQLiteDatabase {
 
   // Runs the statements in order inside one transaction with isWriting() set, then closes
   // the database. The first failure rolls the whole batch back and is returned.
-  std::optional<DBError> doQuerys(const std::vector<std::string>& sqls);
+  std::optional<DBError> runInTransaction(const std::vector<std::string>& sqls);  // the system's doQuerys:
 
   // Prepares `sql`, binds params[i] to placeholder i+1 by kind and steps once.
   std::optional<DBError> doUpdateQuery(std::string_view sql, const std::vector<DBValue>& params);
@@ -84,7 +80,7 @@ class SQLiteDatabase {
   // table its CREATE statement and one insert line per row (NULLs written as null).
   std::string getDatabaseDump();
 
-  // True while doQuerys or replaceWith runs. Readable from any thread.
+  // True while runInTransaction or replaceWith runs. Readable from any thread.
   bool isWriting() const;
 
   // Builds a new database in a side file with `fill`, then swaps it in for this one in
@@ -95,7 +91,7 @@ class SQLiteDatabase {
   static DBError createDBErrorWithDescription(std::string description, int code);
 
  private:
-  SQLiteDatabase(std::filesystem::path path, Mode mode, bool /*resolved*/);
+  SQLiteDatabase(std::filesystem::path path, Mode mode);
 
   struct Impl;
   std::unique_ptr<Impl> impl_;

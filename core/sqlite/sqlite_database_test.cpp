@@ -1,30 +1,25 @@
-#include "core/common/sqlite_database.h"
+#include "core/sqlite/sqlite_database.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <fstream>
 #include <thread>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {
 
-TEST(SQLiteDatabaseTest, PathResolutionAndOpenFailures) {
+TEST(SQLiteDatabaseTest, OpenCreatesFoldersAndReportsFailures) {
   TempHome home;
-  SQLiteDatabase byName("plain.db");
-  EXPECT_EQ(byName.getDatabasePath(), home.caches() / "plain.db");
-  EXPECT_EQ(byName.openDatabase(), std::nullopt);  // creates Library/Caches on the way
+  auto plain = SQLiteDatabase::atPath(home.caches() / "plain.db");
+  EXPECT_EQ(plain.getDatabasePath(), home.caches() / "plain.db");
+  EXPECT_EQ(plain.openDatabase(), std::nullopt);  // creates Library/Caches on the way
   EXPECT_TRUE(std::filesystem::exists(home.caches() / "plain.db"));
-  EXPECT_EQ(byName.closeDatabase(), std::nullopt);
-  EXPECT_EQ(byName.closeDatabase(), std::nullopt);
+  EXPECT_EQ(plain.closeDatabase(), std::nullopt);
+  EXPECT_EQ(plain.closeDatabase(), std::nullopt);
 
-  const auto existing = home.home() / "existing.db";
-  std::ofstream(existing).close();
-  EXPECT_EQ(SQLiteDatabase(existing.string()).getDatabasePath(), existing);
-
-  SQLiteDatabase missing((home.home() / "nowhere" / "gone.db").string(), SQLiteDatabase::Mode::kReadOnly);
+  auto missing = SQLiteDatabase::atPath(home.home() / "nowhere" / "gone.db", SQLiteDatabase::Mode::kReadOnly);
   const auto error = missing.openDatabase();
   ASSERT_TRUE(error);
   EXPECT_EQ(error->domain, "SQLiteDatabase");
@@ -36,7 +31,7 @@ TEST(SQLiteDatabaseTest, PathResolutionAndOpenFailures) {
 
 TEST(SQLiteDatabaseTest, BindsByKindAndReadsRowsWithoutNulls) {
   TempHome home;
-  SQLiteDatabase db("kinds.db");
+  auto db = SQLiteDatabase::atPath(home.caches() / "kinds.db");
   ASSERT_EQ(db.doQuery("create table t (id integer primary key, s text, i integer, f real, b blob, d real)"),
             std::nullopt);
   const auto date = std::chrono::system_clock::time_point(std::chrono::milliseconds(1700000000500));
@@ -64,7 +59,7 @@ TEST(SQLiteDatabaseTest, BindsByKindAndReadsRowsWithoutNulls) {
 
 TEST(SQLiteDatabaseTest, FailuresCarrySqliteMessageAndCode) {
   TempHome home;
-  SQLiteDatabase db("errors.db");
+  auto db = SQLiteDatabase::atPath(home.caches() / "errors.db");
   const auto error = db.doQuery("selec nonsense");
   ASSERT_TRUE(error);
   EXPECT_NE(error->description.find("syntax error"), std::string::npos) << error->description;
@@ -80,9 +75,10 @@ TEST(SQLiteDatabaseTest, FailuresCarrySqliteMessageAndCode) {
 
 TEST(SQLiteDatabaseTest, BatchIsAllOrNothingAndFlagsWriting) {
   TempHome home;
-  SQLiteDatabase db("batch.db");
+  auto db = SQLiteDatabase::atPath(home.caches() / "batch.db");
   ASSERT_EQ(db.doQuery("create table n (v integer unique)"), std::nullopt);
-  EXPECT_TRUE(db.doQuerys({"insert into n values (1)", "insert into n values (2)", "insert into n values (1)"}));
+  EXPECT_TRUE(
+      db.runInTransaction({"insert into n values (1)", "insert into n values (2)", "insert into n values (1)"}));
   EXPECT_EQ(db.getRowsForQuery("select count(*) as c from n")[0]["c"], 0);
 
   std::vector<std::string> inserts;
@@ -94,7 +90,7 @@ TEST(SQLiteDatabaseTest, BatchIsAllOrNothingAndFlagsWriting) {
       if (db.isWriting()) sawWriting = true;
     }
   });
-  EXPECT_EQ(db.doQuerys(inserts), std::nullopt);
+  EXPECT_EQ(db.runInTransaction(inserts), std::nullopt);
   done = true;
   watcher.join();
   EXPECT_TRUE(sawWriting);
@@ -104,10 +100,10 @@ TEST(SQLiteDatabaseTest, BatchIsAllOrNothingAndFlagsWriting) {
 
 TEST(SQLiteDatabaseTest, DumpListsTablesAndRows) {
   TempHome home;
-  SQLiteDatabase db("dump.db");
-  ASSERT_EQ(db.doQuerys({"create table a (x integer, y text)", "insert into a values (1, 'one')",
-                         "insert into a values (2, null)", "insert into a values (null, 'it''s')",
-                         "create table b (z real)"}),
+  auto db = SQLiteDatabase::atPath(home.caches() / "dump.db");
+  ASSERT_EQ(db.runInTransaction({"create table a (x integer, y text)", "insert into a values (1, 'one')",
+                                 "insert into a values (2, null)", "insert into a values (null, 'it''s')",
+                                 "create table b (z real)"}),
             std::nullopt);
   const std::string dump = db.getDatabaseDump();
   const std::string expectedBody =
@@ -124,8 +120,8 @@ TEST(SQLiteDatabaseTest, DumpListsTablesAndRows) {
 
 TEST(SQLiteDatabaseTest, ReplaceSwapsOnlyCompleteDatabases) {
   TempHome home;
-  SQLiteDatabase db("swap.db");
-  ASSERT_EQ(db.doQuerys({"create table v (n integer)", "insert into v values (1)"}), std::nullopt);
+  auto db = SQLiteDatabase::atPath(home.caches() / "swap.db");
+  ASSERT_EQ(db.runInTransaction({"create table v (n integer)", "insert into v values (1)"}), std::nullopt);
   ASSERT_EQ(db.getRowsForQuery("select n from v").size(), 1u);  // leaves the old handle open
 
   const auto failed = db.replaceWith([&](SQLiteDatabase& fresh) {
@@ -140,7 +136,8 @@ TEST(SQLiteDatabaseTest, ReplaceSwapsOnlyCompleteDatabases) {
   EXPECT_FALSE(std::filesystem::exists(home.caches() / "swap.db.rebuild"));
 
   EXPECT_EQ(db.replaceWith([](SQLiteDatabase& fresh) {
-    return fresh.doQuerys({"create table v (n integer)", "insert into v values (2)", "insert into v values (3)"});
+    return fresh.runInTransaction(
+        {"create table v (n integer)", "insert into v values (2)", "insert into v values (3)"});
   }),
             std::nullopt);
   EXPECT_EQ(db.getRowsForQuery("select sum(n) as s from v")[0]["s"], 5);
@@ -153,9 +150,9 @@ TEST(SQLiteDatabaseTest, KeptStatementsAndImmutableFiles) {
   TempHome home;
   const auto dir = home.home() / "a?b #50%";
   std::filesystem::create_directories(dir);
-  SQLiteDatabase db((dir / "kept.db").string());
-  ASSERT_EQ(db.doQuerys({"create table k (n integer, s text)", "insert into k values (1, 'one')",
-                         "insert into k values (2, 'two')"}),
+  auto db = SQLiteDatabase::atPath(dir / "kept.db");
+  ASSERT_EQ(db.runInTransaction({"create table k (n integer, s text)", "insert into k values (1, 'one')",
+                                 "insert into k values (2, 'two')"}),
             std::nullopt);
   const char* byNumber = "select s from k where n = ?";
   EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{2}}), Json::parse(R"([{"s":"two"}])"));
@@ -164,7 +161,7 @@ TEST(SQLiteDatabaseTest, KeptStatementsAndImmutableFiles) {
   EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{1}, std::int64_t{2}}), Json::array());
   EXPECT_EQ(db.getRowsForQuery("select nonsense from", {}), Json::array());
   ASSERT_EQ(db.replaceWith([](SQLiteDatabase& fresh) {
-    return fresh.doQuerys({"create table k (n integer, s text)", "insert into k values (1, 'uno')"});
+    return fresh.runInTransaction({"create table k (n integer, s text)", "insert into k values (1, 'uno')"});
   }),
             std::nullopt);
   EXPECT_EQ(db.getRowsForQuery(byNumber, {std::int64_t{1}}), Json::parse(R"([{"s":"uno"}])"));
@@ -179,7 +176,7 @@ TEST(SQLiteDatabaseTest, KeptStatementsAndImmutableFiles) {
 
 TEST(SQLiteDatabaseTest, WriterAndReadersShareOneObjectSafely) {
   TempHome home;
-  SQLiteDatabase db("shared.db");
+  auto db = SQLiteDatabase::atPath(home.caches() / "shared.db");
   ASSERT_EQ(db.doQuery("create table w (n integer)"), std::nullopt);
   std::thread writer([&] {
     for (int i = 0; i < 40; ++i) db.doUpdateQuery("insert into w values (?)", {std::int64_t{i}});

@@ -1,4 +1,4 @@
-#include "features/discovery/search_types_reader.h"
+#include "core/session/search_types_reader.h"
 
 #include "core/common/json.h"
 

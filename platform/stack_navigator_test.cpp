@@ -1,4 +1,4 @@
-#include "platform/linux/stack_navigator.h"
+#include "platform/stack_navigator.h"
 
 #include <gtest/gtest.h>
 

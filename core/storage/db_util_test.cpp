@@ -1,4 +1,4 @@
-#include "core/common/db_util.h"
+#include "core/storage/db_util.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <fstream>
 #include <set>
 
-#include "core/common/temp_home_for_test.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv {
 namespace {
@@ -78,7 +78,7 @@ TEST_F(DBUtilTest, QuotesApostrophesAndColumnNamesFindNothing) {
        {"临沂市\" or \"1\"=\"1", "x\" or area_type = \"2", "临沂市' --", "area_name", "AREA_NAME", "\"", "'"}) {
     EXPECT_EQ(DBUtil::getCityWithName(name), std::nullopt) << name;
     EXPECT_EQ(DBUtil::getCityWithId(name), std::nullopt) << name;
-    EXPECT_TRUE(DBUtil::getCitysWithKey(name).empty()) << name;
+    EXPECT_TRUE(DBUtil::getCitiesWithKey(name).empty()) << name;
     EXPECT_TRUE(DBUtil::getAllDistrictWithCityId(name).empty()) << name;
     EXPECT_EQ(DBUtil::getDistrictIdWithName(name, "371300"), std::nullopt) << name;
     EXPECT_EQ(DBUtil::getDistrictIdWithName("兰山区", name), std::nullopt) << name;
@@ -117,19 +117,19 @@ TEST_F(DBUtilTest, CitiesGroupByInitialAndSkipTheDirectlyGovernedGroup) {
       std::any_of(all.at("L").begin(), all.at("L").end(), [](const AreaModel& c) { return c.areaName == "临沂市"; }));
 
   for (const char* key : {"linyi", "临沂"}) {
-    const auto found = DBUtil::getCitysWithKey(key);
+    const auto found = DBUtil::getCitiesWithKey(key);
     EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const AreaModel& c) { return c.areaName == "临沂市"; }))
         << key;
     for (const auto& city : found) EXPECT_EQ(city.areaType, "2");
   }
-  EXPECT_TRUE(DBUtil::getCitysWithKey("shengzhixia").empty());
+  EXPECT_TRUE(DBUtil::getCitiesWithKey("shengzhixia").empty());
   // "%" and "_" in a key are characters to find, not wildcards.
-  for (const char* key : {"%", "_", "lin_i", "li%yi"}) EXPECT_TRUE(DBUtil::getCitysWithKey(key).empty()) << key;
+  for (const char* key : {"%", "_", "lin_i", "li%yi"}) EXPECT_TRUE(DBUtil::getCitiesWithKey(key).empty()) << key;
 }
 
 TEST_F(DBUtilTest, PlaceNamesKeepTheirOwnReadings) {
   // Characters that place names read otherwise than everyday words do.
-  const auto kashi = DBUtil::getCitysWithKey("kashi");
+  const auto kashi = DBUtil::getCitiesWithKey("kashi");
   EXPECT_TRUE(std::any_of(kashi.begin(), kashi.end(), [](const AreaModel& c) { return c.areaName == "喀什地区"; }));
   for (const auto& [name, pinyin] : {std::pair{"单县", "shanxian"},
                                      {"黄陂区", "huangpiqu"},
@@ -294,14 +294,14 @@ class DBUtilBankTest : public DBUtilTest {
     if (mkdtemp(pattern.data()) == nullptr) std::abort();
     resources_ = pattern;
     auto db = SQLiteDatabase::atPath(resources_ / "bank_card_bin.db");
-    db.doQuerys({"create table bank_card_bin (card_bin VARCHAR, bank_name VARCHAR)",
-                 "insert into bank_card_bin values ('4000', '短前缀行')",
-                 "insert into bank_card_bin values ('40001234', '长前缀行')",
-                 "insert into bank_card_bin values ('62', '二位行')",
-                 "insert into bank_card_bin values ('955', '三位行')",
-                 "insert into bank_card_bin values ('5123456', '七位行')",
-                 "insert into bank_card_bin values ('51234567', '八位行')",
-                 "insert into bank_card_bin values ('712345678', '九位行')"});
+    db.runInTransaction({"create table bank_card_bin (card_bin VARCHAR, bank_name VARCHAR)",
+                         "insert into bank_card_bin values ('4000', '短前缀行')",
+                         "insert into bank_card_bin values ('40001234', '长前缀行')",
+                         "insert into bank_card_bin values ('62', '二位行')",
+                         "insert into bank_card_bin values ('955', '三位行')",
+                         "insert into bank_card_bin values ('5123456', '七位行')",
+                         "insert into bank_card_bin values ('51234567', '八位行')",
+                         "insert into bank_card_bin values ('712345678', '九位行')"});
     return resources_;
   }
 
