@@ -46,4 +46,14 @@ void registerWalletHandlers(EndpointTable& table);
 void registerReferralHandlers(EndpointTable& table);
 void registerWheelHandlers(EndpointTable& table);
 
+// Every feature's endpoints: what the server answers, and what the argument rules must cover.
+inline void registerAllHandlers(EndpointTable& table) {
+  registerAccountHandlers(table);
+  registerDiscoveryHandlers(table);
+  registerOrderHandlers(table);
+  registerWalletHandlers(table);
+  registerReferralHandlers(table);
+  registerWheelHandlers(table);
+}
+
 }  // namespace qmv::sandbox

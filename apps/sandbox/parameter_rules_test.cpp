@@ -49,12 +49,7 @@ TEST_F(SandboxTest, ArgumentsBeyondTheirSizeOrKindAreRefusedAndNothingIsStored) 
 
 TEST(SandboxParameterRules, EveryEndpointHasItsRules) {
   EndpointTable table;
-  registerAccountHandlers(table);
-  registerDiscoveryHandlers(table);
-  registerOrderHandlers(table);
-  registerWalletHandlers(table);
-  registerReferralHandlers(table);
-  registerWheelHandlers(table);
+  registerAllHandlers(table);
   std::set<std::string> endpoints = {kCompletionRoute};
   for (const auto& [name, endpoint] : table.all()) endpoints.insert(name);
   const auto listed = endpointsWithParameters();

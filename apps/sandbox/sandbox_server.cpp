@@ -191,12 +191,7 @@ struct SandboxServer::Impl {
       return std::string("cannot prepare the sandbox database: ") + failure.what();
     }
     table = EndpointTable();
-    registerAccountHandlers(table);
-    registerDiscoveryHandlers(table);
-    registerOrderHandlers(table);
-    registerWalletHandlers(table);
-    registerReferralHandlers(table);
-    registerWheelHandlers(table);
+    registerAllHandlers(table);
 
     http = std::make_unique<GuardedHttpServer>(options.limits);
     http->set_payload_max_length(kMaxPayload);
