@@ -80,26 +80,21 @@ void Outbox::flush() {
 
 Transfer::~Transfer() {
   if (file_ != nullptr) std::fclose(file_);
-  CURL* easy = handle_.easy;
-  if (easy != nullptr) {
+  if (handle_) {
+    handle_->transfer = nullptr;
     if (spares_ != nullptr && spares_->size() < kMaxSpareHandles) {
       if (plain_) {
-        // Only what is freed with this transfer is let go of; the next plain GET sets
-        // everything else again.
-        curl_easy_setopt(easy, CURLOPT_PRIVATE, nullptr);
-        curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
-        if (headerList_ != nullptr) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
-        curl_easy_setopt(easy, CURLOPT_HEADERDATA, nullptr);
-        curl_easy_setopt(easy, CURLOPT_WRITEDATA, nullptr);
-        curl_easy_setopt(easy, CURLOPT_XFERINFODATA, nullptr);
+        // The next plain GET sets everything else again; only a list freed with this
+        // transfer must not stay on the handle.
+        if (headerList_ != nullptr) curl_easy_setopt(handle_->easy, CURLOPT_HTTPHEADER, nullptr);
       } else {
         resetHandle();
       }
-      handle_.holdsPlainOptions = plain_;
+      handle_->holdsPlainOptions = plain_;
       spares_->push_back(std::move(handle_));
     } else {
       // The handle goes before the cookie engine it holds, released with this transfer.
-      curl_easy_cleanup(easy);
+      curl_easy_cleanup(handle_->easy);
     }
   }
   if (headerList_ != nullptr) curl_slist_free_all(headerList_);
@@ -108,33 +103,35 @@ Transfer::~Transfer() {
 void Transfer::resetHandle() {
   // A reset drops the list of cookie files without freeing it, so the list is emptied
   // first; that also unhooks the engine's jar from the handle, which keeps its share.
-  curl_easy_setopt(handle_.easy, CURLOPT_COOKIEFILE, nullptr);
-  curl_easy_reset(handle_.easy);
-  handle_.cookieFileListed = false;
-  handle_.holdsPlainOptions = false;
-  handle_.expectOnlyHeaders = false;
+  curl_easy_setopt(handle_->easy, CURLOPT_COOKIEFILE, nullptr);
+  curl_easy_reset(handle_->easy);
+  handle_->cookieFileListed = false;
+  handle_->holdsPlainOptions = false;
+  handle_->expectOnlyHeaders = false;
+  handle_->url.clear();
 }
 
 void Transfer::useCookies() {
-  CURL* easy = handle_.easy;
+  EasyHandle& handle = *handle_;
+  CURL* easy = handle.easy;
   if (cookies) {
-    if (handle_.cookies != cookies || !handle_.cookieFileListed) {
+    if (handle.cookies != cookies || !handle.cookieFileListed) {
       // Attaching (again) hooks the engine's jar to the handle.
       curl_easy_setopt(easy, CURLOPT_SHARE, cookies->shareHandle());
-      handle_.cookies = cookies;
+      handle.cookies = cookies;
     }
-    if (!handle_.cookieFileListed) {
+    if (!handle.cookieFileListed) {
       // The empty file name turns the engine on; it keeps what the answers set and sends
       // what matches, redirects included.
       curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
-      handle_.cookieFileListed = true;
+      handle.cookieFileListed = true;
     }
-  } else if (handle_.cookies) {
+  } else if (handle.cookies) {
     // A listed file would give the handle a jar of its own.
-    if (handle_.cookieFileListed) curl_easy_setopt(easy, CURLOPT_COOKIEFILE, nullptr);
+    if (handle.cookieFileListed) curl_easy_setopt(easy, CURLOPT_COOKIEFILE, nullptr);
     curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
-    handle_.cookies = nullptr;
-    handle_.cookieFileListed = false;
+    handle.cookies = nullptr;
+    handle.cookieFileListed = false;
   }
 }
 
@@ -150,7 +147,7 @@ void Transfer::deliver(HttpResponse r, Outbox& outbox) {
 
 long Transfer::currentStatus() const {
   long status = 0;
-  if (handle_.easy != nullptr) curl_easy_getinfo(handle_.easy, CURLINFO_RESPONSE_CODE, &status);
+  if (handle_) curl_easy_getinfo(handle_->easy, CURLINFO_RESPONSE_CODE, &status);
   return status;
 }
 
@@ -160,8 +157,9 @@ bool Transfer::exceedsLimit(std::size_t held, std::size_t bytes) {
   return true;
 }
 
-size_t Transfer::onHeader(char* data, size_t size, size_t count, void* self) {
-  auto* t = static_cast<Transfer*>(self);
+size_t Transfer::onHeader(char* data, size_t size, size_t count, void* handle) {
+  Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
+  if (t == nullptr) return 0;
   const std::string_view line(data, size * count);
   // Returning short of the count makes curl end the transfer.
   if (t->exceedsLimit(t->headerBytes_, line.size())) return 0;
@@ -192,8 +190,9 @@ bool Transfer::openDownload() {
   return file_ != nullptr;
 }
 
-size_t Transfer::onBody(char* data, size_t size, size_t count, void* self) {
-  auto* t = static_cast<Transfer*>(self);
+size_t Transfer::onBody(char* data, size_t size, size_t count, void* handle) {
+  Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
+  if (t == nullptr) return 0;
   const size_t bytes = size * count;
   if (!t->request.downloadPath.empty()) {
     if (!t->fileDecided_ && !t->openDownload()) return CURL_WRITEFUNC_ERROR;
@@ -216,8 +215,9 @@ bool Transfer::idleTooLong(curl_off_t moved) {
   return idleTimedOut_;
 }
 
-int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t ulnow) {
-  auto* t = static_cast<Transfer*>(self);
+int Transfer::onProgress(void* handle, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t ulnow) {
+  Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
+  if (t == nullptr) return 0;
   if (t->idleTooLong(dlnow + ulnow)) return 1;  // curl ends the transfer as aborted
   if (t->file_ == nullptr || !t->request.progress || !t->loop) return 0;
   const std::int64_t received = t->fileBase_ + dlnow;
@@ -228,7 +228,7 @@ int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_
   return 0;
 }
 
-bool Transfer::setUp(std::vector<EasyHandle>* spares) {
+bool Transfer::setUp(EasyHandles* spares) {
   const HttpRequest& r = request;
   plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.timeout.count() > 0;
   spares_ = spares;
@@ -237,20 +237,30 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
     spares_->pop_back();
     // A plain GET's options would outlive it into a transfer that does not set them all;
     // the next plain GET only changes what differs.
-    if (handle_.holdsPlainOptions && !plain_) resetHandle();
-    keptOptions_ = handle_.holdsPlainOptions;
+    if (handle_->holdsPlainOptions && !plain_) resetHandle();
+    keptOptions_ = handle_->holdsPlainOptions;
   } else {
-    handle_.easy = curl_easy_init();
+    handle_ = std::make_unique<EasyHandle>();
+    handle_->easy = curl_easy_init();
+    if (handle_->easy == nullptr) {
+      handle_.reset();
+      return false;
+    }
   }
-  if (handle_.easy == nullptr) return false;
-  CURL* easy = handle_.easy;
+  EasyHandle& handle = *handle_;
+  handle.transfer = this;
+  handle.errorBuffer[0] = '\0';
+  CURL* easy = handle.easy;
   const bool kept = keptOptions_;
-  curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
-  curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
-  curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorBuffer_);
-  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-  curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  // A kept handle still holds its URL, as a raw handle sent again does.
+  if (!kept || handle.url != r.url) {
+    curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
+    if (plain_) handle.url.assign(r.url);
+  }
   if (!kept) {
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, handle.errorBuffer);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, &handle);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &handle);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     // Redirects are followed, as the platforms' URL loaders do; only the last answer counts.
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
@@ -265,9 +275,9 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
     // while nothing moves, and only backs it up (a transfer under one byte a second for
     // a whole day).
     const long timeoutMs = static_cast<long>(r.timeout.count());
-    if (!kept || handle_.connectTimeoutMs != timeoutMs) {
+    if (!kept || handle.connectTimeoutMs != timeoutMs) {
       curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, timeoutMs);
-      handle_.connectTimeoutMs = timeoutMs;
+      handle.connectTimeoutMs = timeoutMs;
     }
     if (!kept) {
       curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
@@ -277,9 +287,9 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
   }
   // An announced length above the limit is refused before any of the body arrives.
   if (const auto limit = static_cast<curl_off_t>(r.maxResponseBytes);
-      r.downloadPath.empty() && (!kept || handle_.maxFileSize != limit)) {
+      r.downloadPath.empty() && (!kept || handle.maxFileSize != limit)) {
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, limit);
-    handle_.maxFileSize = limit;
+    handle.maxFileSize = limit;
   }
 
   if (r.method == "GET") {
@@ -299,8 +309,8 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
   }
 
   if (r.contentType.empty() && r.headers.empty()) {
-    if (!kept || !handle_.expectOnlyHeaders) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, expectOnlyList());
-    handle_.expectOnlyHeaders = true;
+    if (!kept || !handle.expectOnlyHeaders) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, expectOnlyList());
+    handle.expectOnlyHeaders = true;
   } else {
     headerList_ = curl_slist_append(headerList_, "Expect:");
     if (!r.contentType.empty()) {
@@ -310,7 +320,7 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
       headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
     }
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
-    handle_.expectOnlyHeaders = false;
+    handle.expectOnlyHeaders = false;
   }
   useCookies();
 
@@ -326,12 +336,10 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
     existingBytes_ = (r.resume && !ec) ? static_cast<std::int64_t>(size) : 0;
     if (existingBytes_ > 0) curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
   }
-  if (!r.downloadPath.empty() || r.timeout.count() > 0) {
-    curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
-    if (!kept) {
-      curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
-      curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
-    }
+  if ((!r.downloadPath.empty() || r.timeout.count() > 0) && !kept) {
+    curl_easy_setopt(easy, CURLOPT_XFERINFODATA, &handle);
+    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
   }
   return true;
 }
@@ -345,7 +353,7 @@ void Transfer::finish(CURLcode code, Outbox& outbox) {
   if (code != CURLE_OK) {
     response_.error = tooLarge_ ? TransportError::tooLarge : idleTimedOut_ ? TransportError::timeout : errorOf(code);
     response_.errorMessage = idleTimedOut_              ? "no data for " + std::to_string(request.timeout.count()) + " ms"
-                             : errorBuffer_[0] != '\0' ? errorBuffer_
+                             : handle_ && handle_->errorBuffer[0] != '\0' ? handle_->errorBuffer
                                                        : curl_easy_strerror(code);
     if (response_.error == TransportError::tooLarge) {
       response_.errorMessage = "answer larger than " + std::to_string(request.maxResponseBytes) + " bytes";
@@ -376,7 +384,7 @@ TransferQueue::~TransferQueue() {
   active_.clear();  // before the spares, which the transfers hand their handles back to
   queued_.clear();
   // Each handle before the cookie engine it holds.
-  for (const EasyHandle& spare : spares_) curl_easy_cleanup(spare.easy);
+  for (const auto& spare : spares_) curl_easy_cleanup(spare->easy);
 }
 
 void TransferQueue::cancel(TransferId id) {

@@ -37,11 +37,16 @@ struct Outbox {
   void flush();
 };
 
-// An easy handle and what it carries from one transfer to the next. One that served a
-// plain GET (see Transfer::plain_) goes back without a reset and still holds that GET's
-// options.
+struct Transfer;
+
+// An easy handle and what it carries from one transfer to the next. It stays at one
+// address for its life (spares hold it by pointer), so curl's callbacks are given the
+// handle once rather than each transfer. One that served a plain GET (see
+// Transfer::plain_) goes back without a reset and still holds that GET's options.
 struct EasyHandle {
   CURL* easy = nullptr;
+  Transfer* transfer = nullptr;  // the one the callbacks report to; null between transfers
+  char errorBuffer[CURL_ERROR_SIZE] = {};
   bool holdsPlainOptions = false;
   // The cookie engine the handle stays attached to between transfers (re-attaching takes
   // the share's lock twice), kept alive by the handle.
@@ -52,10 +57,13 @@ struct EasyHandle {
   // engine has none (it would make a jar of its own).
   bool cookieFileListed = false;
   // The options of the plain GET held that vary from one such GET to the next.
+  std::string url;
   long connectTimeoutMs = 0;
   curl_off_t maxFileSize = 0;
   bool expectOnlyHeaders = false;  // the header list is the shared one of no fields
 };
+
+using EasyHandles = std::vector<std::unique_ptr<EasyHandle>>;
 
 struct Transfer {
   TransferId id = 0;
@@ -72,8 +80,8 @@ struct Transfer {
 
   // Takes a handle from `spares` (or a new one) and sets every option of the request.
   // False when libcurl could not give a handle.
-  bool setUp(std::vector<EasyHandle>* spares);
-  CURL* easy() const { return handle_.easy; }
+  bool setUp(EasyHandles* spares);
+  CURL* easy() const { return handle_ ? handle_->easy : nullptr; }
   // Whether the handle came with a plain GET's options, which this one keeps (the
   // driver's own options included).
   bool keptOptions() const { return keptOptions_; }
@@ -95,12 +103,12 @@ struct Transfer {
   bool exceedsLimit(std::size_t held, std::size_t bytes);
   // True once the transfer has moved no byte for the request's timeout.
   bool idleTooLong(curl_off_t moved);
-  static size_t onHeader(char* data, size_t size, size_t count, void* self);
-  static size_t onBody(char* data, size_t size, size_t count, void* self);
-  static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
+  static size_t onHeader(char* data, size_t size, size_t count, void* handle);
+  static size_t onBody(char* data, size_t size, size_t count, void* handle);
+  static int onProgress(void* handle, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
 
-  EasyHandle handle_;
-  std::vector<EasyHandle>* spares_ = nullptr;  // where the handle goes back when done
+  std::unique_ptr<EasyHandle> handle_;
+  EasyHandles* spares_ = nullptr;  // where the handle goes back when done
   // A GET with a timeout, neither authorised nor downloaded to a file: it sets the same
   // options as every other such GET, only with its own values, so a handle can pass from
   // one to the next without curl_easy_reset (which costs a small request more than all
@@ -119,7 +127,6 @@ struct Transfer {
   curl_off_t lastMoved_ = 0;  // bytes sent plus received at the last activity
   std::chrono::steady_clock::time_point lastActivity_;
   bool idleTimedOut_ = false;
-  char errorBuffer_[CURL_ERROR_SIZE] = {};
 };
 
 // The transfers of one multi handle: queued ones wait in order until one of the
@@ -152,7 +159,7 @@ class TransferQueue {
   std::function<void(CURL*)> prepare_;
   std::deque<std::unique_ptr<Transfer>> queued_;
   std::vector<std::unique_ptr<Transfer>> active_;
-  std::vector<EasyHandle> spares_;
+  EasyHandles spares_;
   Outbox outbox_;
 };
 
