@@ -15,6 +15,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <type_traits>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -28,7 +29,7 @@
 namespace qmv::curl_detail {
 namespace {
 
-using Clock = IoWatcher::Clock;
+static_assert(std::is_same_v<Clock, IoWatcher::Clock>);
 
 class LoopState : public std::enable_shared_from_this<LoopState> {
  public:
@@ -64,6 +65,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   // multi handle, rather than from a task of its own a turn later.
   void pushBatch(std::vector<std::unique_ptr<Transfer>> transfers) {
     for (auto& transfer : transfers) queue_->push(std::move(transfer));
+    queue_->tick();
     inBatch_ = true;
     settle();
     inBatch_ = false;
@@ -71,6 +73,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   }
 
   void cancel(TransferId id) {
+    queue_->tick();
     queue_->cancel(id);
     settle();
   }
@@ -79,6 +82,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   // Lets curl act on a socket, or on its timeouts.
   void act(curl_socket_t fd, int mask) {
     LoopStallProbe::Stretch stretch("curl");
+    queue_->tick();
     int running = 0;
     curl_multi_socket_action(multi_, fd, mask, &running);
     settle();
@@ -88,6 +92,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   void settle() {
     queue_->collectFinished();
     queue_->startQueued();
+    if (const auto due = queue_->takeStartedDeadline()) armBy(*due);
     queue_->flush();
   }
 
@@ -142,8 +147,9 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
 
   // curl moves its deadline after almost every action, and each move of a loop's timer
   // may be a system call. The timer is therefore only moved earlier; when it fires
-  // early, it is set again for the deadline that holds by then. A due deadline is acted
-  // on from a task, since curl must not be called back into from here.
+  // early, it is set again for the deadline that holds by then. The transfers' idle
+  // limits share it the same way. A due deadline is acted on from a task, since curl
+  // must not be called back into from here.
   static int onTimer(CURLM*, long timeoutMs, void* self) {
     auto* state = static_cast<LoopState*>(self);
     if (timeoutMs < 0) {
@@ -156,8 +162,10 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
         state->postTimeout();
       }
     } else {
-      state->deadline_ = Clock::now() + std::chrono::milliseconds(timeoutMs);
-      if (!state->timerAt_ || *state->deadline_ < *state->timerAt_) state->setTimer(*state->deadline_);
+      // The queue is gone while the destructor lets curl go.
+      const Clock::time_point now = state->queue_ ? state->queue_->now() : Clock::now();
+      state->deadline_ = now + std::chrono::milliseconds(timeoutMs);
+      state->armBy(*state->deadline_);
     }
     return 0;
   }
@@ -172,20 +180,24 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     });
   }
 
-  void setTimer(Clock::time_point at) {
+  // Makes the timer fire by `at`.
+  void armBy(Clock::time_point at) {
+    if (timerAt_ && *timerAt_ <= at) return;
     timerAt_ = at;
     timer_->expireAt(at);
   }
 
   void timerFired() {
     timerAt_.reset();
-    if (!deadline_) return;
-    if (*deadline_ > Clock::now()) {
-      setTimer(*deadline_);
-      return;
+    queue_->tick();
+    if (deadline_ && *deadline_ <= queue_->now()) {
+      deadline_.reset();
+      act(CURL_SOCKET_TIMEOUT, 0);
     }
-    deadline_.reset();
-    act(CURL_SOCKET_TIMEOUT, 0);
+    const auto idle = queue_->endIdle();
+    settle();
+    if (deadline_) armBy(*deadline_);
+    if (idle) armBy(*idle);
   }
 
   MainLoop& loop_;

@@ -10,7 +10,6 @@ namespace qmv::curl_detail {
 namespace {
 
 constexpr std::size_t kMaxSpareHandles = 8;
-constexpr long kLowSpeedBackstopSeconds = 24L * 60 * 60;
 
 // The header list of a request without fields of its own (only turning off curl's
 // "Expect: 100-continue"): shared by every transfer, as curl only reads it.
@@ -164,6 +163,7 @@ size_t Transfer::onHeader(char* data, size_t size, size_t count, void* handle) {
   // Returning short of the count makes curl end the transfer.
   if (t->exceedsLimit(t->headerBytes_, line.size())) return 0;
   t->headerBytes_ += line.size();
+  t->noteActivity();
   if (line.starts_with("HTTP/")) {
     // A new response (after 100-continue or a redirect): only the last one's fields count.
     t->response_.headers.clear();
@@ -194,6 +194,7 @@ size_t Transfer::onBody(char* data, size_t size, size_t count, void* handle) {
   Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
   if (t == nullptr) return 0;
   const size_t bytes = size * count;
+  t->noteActivity();
   if (!t->request.downloadPath.empty()) {
     if (!t->fileDecided_ && !t->openDownload()) return CURL_WRITEFUNC_ERROR;
     if (t->file_ != nullptr) return std::fwrite(data, 1, bytes, t->file_);
@@ -203,22 +204,14 @@ size_t Transfer::onBody(char* data, size_t size, size_t count, void* handle) {
   return bytes;
 }
 
-bool Transfer::idleTooLong(curl_off_t moved) {
-  if (request.timeout.count() <= 0) return false;
-  const auto now = std::chrono::steady_clock::now();
-  if (moved != lastMoved_) {
-    lastMoved_ = moved;
-    lastActivity_ = now;
-    return false;
-  }
-  idleTimedOut_ = now - lastActivity_ >= request.timeout;
-  return idleTimedOut_;
-}
-
 int Transfer::onProgress(void* handle, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t ulnow) {
   Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
   if (t == nullptr) return 0;
-  if (t->idleTooLong(dlnow + ulnow)) return 1;  // curl ends the transfer as aborted
+  // Received bytes are seen as they arrive; an upload's are seen only here.
+  if (const curl_off_t moved = dlnow + ulnow; moved != t->lastMoved_) {
+    t->lastMoved_ = moved;
+    t->noteActivity();
+  }
   if (t->file_ == nullptr || !t->request.progress || !t->loop) return 0;
   const std::int64_t received = t->fileBase_ + dlnow;
   if (received == t->lastReported_) return 0;
@@ -228,9 +221,16 @@ int Transfer::onProgress(void* handle, curl_off_t dltotal, curl_off_t dlnow, cur
   return 0;
 }
 
-bool Transfer::setUp(EasyHandles* spares) {
+std::optional<Clock::time_point> Transfer::idleDeadline() const {
+  if (request.timeout.count() <= 0) return std::nullopt;
+  return lastActivity_ + request.timeout;
+}
+
+bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
   const HttpRequest& r = request;
-  plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.timeout.count() > 0;
+  now_ = now;
+  lastActivity_ = *now;
+  plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.body.empty() && r.timeout.count() > 0;
   spares_ = spares;
   if (spares_ != nullptr && !spares_->empty()) {
     handle_ = std::move(spares_->back());
@@ -270,20 +270,12 @@ bool Transfer::setUp(EasyHandles* spares) {
   }
   if (r.timeout.count() > 0) {
     // The timeout is an idle limit, as the platforms' URL loaders have it: a slow upload
-    // or download that keeps moving runs on, a silent peer fails. The progress callback
-    // measures the silence; a low-speed limit makes curl call it at least every second
-    // while nothing moves, and only backs it up (a transfer under one byte a second for
-    // a whole day).
+    // or download that keeps moving runs on, a silent peer fails (the queue ends it).
     const long timeoutMs = static_cast<long>(r.timeout.count());
     if (!kept || handle.connectTimeoutMs != timeoutMs) {
       curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, timeoutMs);
       handle.connectTimeoutMs = timeoutMs;
     }
-    if (!kept) {
-      curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-      curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, kLowSpeedBackstopSeconds);
-    }
-    lastActivity_ = std::chrono::steady_clock::now();
   }
   // An announced length above the limit is refused before any of the body arrives.
   if (const auto limit = static_cast<curl_off_t>(r.maxResponseBytes);
@@ -336,7 +328,8 @@ bool Transfer::setUp(EasyHandles* spares) {
     existingBytes_ = (r.resume && !ec) ? static_cast<std::int64_t>(size) : 0;
     if (existingBytes_ > 0) curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
   }
-  if ((!r.downloadPath.empty() || r.timeout.count() > 0) && !kept) {
+  // Progress is reported for downloads to a file, and it is what shows an upload moving.
+  if (!r.downloadPath.empty() || !r.body.empty()) {
     curl_easy_setopt(easy, CURLOPT_XFERINFODATA, &handle);
     curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
@@ -363,6 +356,11 @@ void Transfer::finish(CURLcode code, Outbox& outbox) {
     response_.status = 0;
   }
   deliver(std::move(response_), outbox);
+}
+
+void Transfer::timedOut(Outbox& outbox) {
+  idleTimedOut_ = true;
+  finish(CURLE_OPERATION_TIMEDOUT, outbox);
 }
 
 void Transfer::cancelled(Outbox& outbox) {
@@ -403,9 +401,12 @@ void TransferQueue::startQueued() {
   while (hasStartable()) {
     auto t = std::move(queued_.front());
     queued_.pop_front();
-    if (!t->setUp(&spares_)) {
+    if (!t->setUp(&spares_, &now_)) {
       t->finish(CURLE_FAILED_INIT, outbox_);
       continue;
+    }
+    if (const auto due = t->idleDeadline(); due && (!startedDeadline_ || *due < *startedDeadline_)) {
+      startedDeadline_ = due;
     }
     if (prepare_ && !t->keptOptions()) prepare_(t->easy());
     if (curl_multi_add_handle(multi_, t->easy()) != CURLM_OK) {
@@ -414,6 +415,22 @@ void TransferQueue::startQueued() {
     }
     active_.push_back(std::move(t));
   }
+}
+
+std::optional<Clock::time_point> TransferQueue::endIdle() {
+  std::optional<Clock::time_point> next;
+  for (auto it = active_.begin(); it != active_.end();) {
+    const auto due = (*it)->idleDeadline();
+    if (due && *due <= now_) {
+      curl_multi_remove_handle(multi_, (*it)->easy());
+      (*it)->timedOut(outbox_);
+      it = active_.erase(it);
+      continue;
+    }
+    if (due && (!next || *due < *next)) next = due;
+    ++it;
+  }
+  return next;
 }
 
 void TransferQueue::collectFinished() {

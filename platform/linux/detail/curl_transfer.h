@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,6 +25,8 @@ class CurlCookieStore;
 namespace curl_detail {
 
 void initCurlOnce();
+
+using Clock = std::chrono::steady_clock;
 
 // Completions gathered during one pass of a driver, posted together so that the interface
 // thread wakes once for several finished transfers.
@@ -79,16 +82,22 @@ struct Transfer {
   ~Transfer();
 
   // Takes a handle from `spares` (or a new one) and sets every option of the request.
-  // False when libcurl could not give a handle.
-  bool setUp(EasyHandles* spares);
+  // `now` is the driver's clock for the pass, read when bytes move; it outlives the
+  // transfer. False when libcurl could not give a handle.
+  bool setUp(EasyHandles* spares, const Clock::time_point* now);
   CURL* easy() const { return handle_ ? handle_->easy : nullptr; }
   // Whether the handle came with a plain GET's options, which this one keeps (the
   // driver's own options included).
   bool keptOptions() const { return keptOptions_; }
 
+  // When the transfer will have been silent for its timeout; none without a timeout.
+  std::optional<Clock::time_point> idleDeadline() const;
+
   // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
   void finish(CURLcode code, Outbox& outbox);
   void cancelled(Outbox& outbox);
+  // Ends the transfer as timed out; the driver has taken it off the multi handle.
+  void timedOut(Outbox& outbox);
 
  private:
   void deliver(HttpResponse response, Outbox& outbox);
@@ -101,18 +110,18 @@ struct Transfer {
   // Whether `bytes` more of headers or in-memory body would pass the request's limit;
   // marks the transfer too large when they would.
   bool exceedsLimit(std::size_t held, std::size_t bytes);
-  // True once the transfer has moved no byte for the request's timeout.
-  bool idleTooLong(curl_off_t moved);
+  void noteActivity() { lastActivity_ = *now_; }
   static size_t onHeader(char* data, size_t size, size_t count, void* handle);
   static size_t onBody(char* data, size_t size, size_t count, void* handle);
   static int onProgress(void* handle, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
 
   std::unique_ptr<EasyHandle> handle_;
   EasyHandles* spares_ = nullptr;  // where the handle goes back when done
-  // A GET with a timeout, neither authorised nor downloaded to a file: it sets the same
-  // options as every other such GET, only with its own values, so a handle can pass from
-  // one to the next without curl_easy_reset (which costs a small request more than all
-  // its other options together). Any other transfer gets a reset handle.
+  // A GET with a timeout, neither authorised, nor downloaded to a file, nor given a body
+  // (unsent, but it would want progress reports): it sets the same options as every
+  // other such GET, only with its own values, so a handle can pass from one to the next
+  // without curl_easy_reset (which costs a small request more than all its other options
+  // together). Any other transfer gets a reset handle.
   bool plain_ = false;
   bool keptOptions_ = false;
   curl_slist* headerList_ = nullptr;  // null: the shared list of no fields
@@ -124,13 +133,19 @@ struct Transfer {
   std::int64_t lastReported_ = -1;
   std::size_t headerBytes_ = 0;
   bool tooLarge_ = false;
-  curl_off_t lastMoved_ = 0;  // bytes sent plus received at the last activity
-  std::chrono::steady_clock::time_point lastActivity_;
+  const Clock::time_point* now_ = nullptr;
+  curl_off_t lastMoved_ = 0;  // bytes sent plus received, as the progress callback last saw them
+  Clock::time_point lastActivity_;
   bool idleTimedOut_ = false;
 };
 
 // The transfers of one multi handle: queued ones wait in order until one of the
 // `maxConcurrent` slots is free. Used from the driver's thread only.
+//
+// Request timeouts are idle limits, kept here rather than by curl: received bytes mark a
+// transfer active as they arrive (and an upload's progress as curl reports it), and the
+// driver ends those silent for their timeout. A curl timer or progress callback per
+// transfer would cost every small request; here a driver needs one timer in all.
 class TransferQueue {
  public:
   // `prepare`, when given, sets a driver's own options on each handle before it starts
@@ -141,6 +156,11 @@ class TransferQueue {
   TransferQueue(const TransferQueue&) = delete;
   TransferQueue& operator=(const TransferQueue&) = delete;
 
+  // Reads the clock for the pass that follows: transfers started and bytes received in
+  // it take this time. Called before each call into curl that may move bytes.
+  void tick() { now_ = Clock::now(); }
+  Clock::time_point now() const { return now_; }
+
   void push(std::unique_ptr<Transfer> transfer) { queued_.push_back(std::move(transfer)); }
   // Completes a queued or running transfer as cancelled; unknown ids are ignored.
   void cancel(TransferId id);
@@ -148,6 +168,12 @@ class TransferQueue {
   void startQueued();
   // Completes the transfers the multi handle reports done.
   void collectFinished();
+  // Completes as timed out the running transfers silent for their timeout (by the last
+  // tick), and tells when the next of the others may be.
+  std::optional<Clock::time_point> endIdle();
+  // The earliest idle deadline of the transfers started since the last call, so that a
+  // driver can make sure to look by then.
+  std::optional<Clock::time_point> takeStartedDeadline() { return std::exchange(startedDeadline_, std::nullopt); }
   // Posts the completions gathered since the last flush.
   void flush() { outbox_.flush(); }
 
@@ -161,6 +187,8 @@ class TransferQueue {
   std::vector<std::unique_ptr<Transfer>> active_;
   EasyHandles spares_;
   Outbox outbox_;
+  Clock::time_point now_ = Clock::now();
+  std::optional<Clock::time_point> startedDeadline_;
 };
 
 }  // namespace curl_detail
