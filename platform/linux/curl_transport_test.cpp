@@ -444,5 +444,26 @@ TEST_P(CurlTransportTest, DestroyingTheTransportDropsRunningAndQueuedTransfers) 
   EXPECT_EQ(called, 0);
 }
 
+// A watching loop runs completions straight from its socket's callback; one that ends
+// the transport there must leave the rest of that callback safe.
+TEST_P(CurlTransportTest, ACompletionMayDestroyTheTransport) {
+  HttpRequest slow;
+  slow.url = server_.url("/slow");
+  int slowCalled = 0;
+  transport_->send(slow, [&](HttpResponse) { ++slowCalled; });
+  HttpRequest quick;
+  quick.url = server_.url("/echo?n=7");
+  std::optional<HttpResponse> got;
+  transport_->send(quick, [&](HttpResponse r) {
+    got = std::move(r);
+    transport_.reset();
+  });
+  ASSERT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(10000)));
+  EXPECT_EQ(got->body, "7");
+  EXPECT_EQ(transport_, nullptr);
+  drain();
+  EXPECT_EQ(slowCalled, 0);
+}
+
 }  // namespace
 }  // namespace qmv

@@ -48,7 +48,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
       curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
       curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &LoopState::onCloseSocket);
       curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
-    });
+    }, /*completeInPlace=*/true);
   }
 
   ~LoopState() {
@@ -88,7 +88,8 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     settle();
   }
 
-  // Ends what curl reports done, starts what now fits, and posts the completions.
+  // Ends what curl reports done, starts what now fits, and runs the completions. Their
+  // owners may end the transport from there: every way in holds this state meanwhile.
   void settle() {
     queue_->collectFinished();
     queue_->startQueued();
@@ -97,6 +98,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   }
 
   void ready(curl_socket_t fd, int events) {
+    const auto keep = shared_from_this();
     int mask = 0;
     if (events & IoWatcher::kReadable) mask |= CURL_CSELECT_IN;
     if (events & IoWatcher::kWritable) mask |= CURL_CSELECT_OUT;
@@ -188,6 +190,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   }
 
   void timerFired() {
+    const auto keep = shared_from_this();
     timerAt_.reset();
     queue_->tick();
     if (deadline_ && *deadline_ <= queue_->now()) {

@@ -57,6 +57,17 @@ void initCurlOnce() {
 }
 
 void Outbox::flush() {
+  if (letters.empty()) return;
+  if (inPlace) {
+    // Completions may send, cancel or flush again: they run from a list of their own,
+    // whose storage comes back for the next pass.
+    std::vector<Letter> ready;
+    ready.swap(letters);
+    for (Letter& letter : ready) letter.completion(std::move(letter.response));
+    ready.clear();
+    if (letters.empty()) letters.swap(ready);
+    return;
+  }
   std::size_t i = 0;
   while (i < letters.size()) {
     // One task per run of letters to the same loop, delivering them in order.
@@ -370,10 +381,13 @@ void Transfer::cancelled(Outbox& outbox) {
   deliver(std::move(r), outbox);
 }
 
-TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare)
+TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare,
+                             bool completeInPlace)
     : multi_(multi),
       maxConcurrent_(static_cast<std::size_t>(std::max(1, maxConcurrent))),
-      prepare_(std::move(prepare)) {}
+      prepare_(std::move(prepare)) {
+  outbox_.inPlace = completeInPlace;
+}
 
 TransferQueue::~TransferQueue() {
   for (auto& t : active_) {

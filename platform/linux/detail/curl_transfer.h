@@ -28,8 +28,9 @@ void initCurlOnce();
 
 using Clock = std::chrono::steady_clock;
 
-// Completions gathered during one pass of a driver, posted together so that the interface
-// thread wakes once for several finished transfers.
+// Completions gathered during one pass of a driver, delivered once the pass is out of
+// curl: posted together, so that the interface thread wakes once for several finished
+// transfers, or run in place by a driver on that thread already.
 struct Outbox {
   struct Letter {
     std::shared_ptr<MainLoop> loop;
@@ -37,6 +38,8 @@ struct Outbox {
     HttpResponse response;
   };
   std::vector<Letter> letters;
+  bool inPlace = false;
+  // REQUIRES (in place): the driver outlives the call, as a completion may end it.
   void flush();
 };
 
@@ -149,8 +152,10 @@ struct Transfer {
 class TransferQueue {
  public:
   // `prepare`, when given, sets a driver's own options on each handle before it starts
-  // (not again on one that kept them, see Transfer::keptOptions).
-  TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr);
+  // (not again on one that kept them, see Transfer::keptOptions). `completeInPlace`: the
+  // driver runs on the transfers' main loop, and flush() runs their completions itself.
+  TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr,
+                bool completeInPlace = false);
   // Drops every transfer without completing it.
   ~TransferQueue();
   TransferQueue(const TransferQueue&) = delete;
@@ -174,7 +179,7 @@ class TransferQueue {
   // The earliest idle deadline of the transfers started since the last call, so that a
   // driver can make sure to look by then.
   std::optional<Clock::time_point> takeStartedDeadline() { return std::exchange(startedDeadline_, std::nullopt); }
-  // Posts the completions gathered since the last flush.
+  // Delivers the completions gathered since the last flush.
   void flush() { outbox_.flush(); }
 
   bool hasStartable() const { return !queued_.empty() && active_.size() < maxConcurrent_; }
