@@ -38,6 +38,9 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
   HttpResponse response_;
   mutable std::optional<Json> responseObject_;
   std::shared_ptr<HttpTransport> transport_;
+  // Kept here rather than in the transport's callback, which then holds only the
+  // operation and needs no allocation of its own.
+  Completion completion_;
   TransferId transferId_ = 0;
   bool executing_ = false;
   bool cancelled_ = false;
