@@ -19,15 +19,6 @@ curl_slist* expectOnlyList() {
   return &list;
 }
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-// Plain loops: called for every field of every answer.
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 TransportError errorOf(CURLcode code) {
   switch (code) {
     case CURLE_OK:
@@ -178,12 +169,8 @@ size_t Transfer::onHeader(char* data, size_t size, size_t count, void* handle) {
   if (line.starts_with("HTTP/")) {
     // A new response (after 100-continue or a redirect): only the last one's fields count.
     t->response_.headers.clear();
-  } else if (const auto colon = line.find(':'); colon != std::string_view::npos) {
-    const std::string_view name = trimmed(line.substr(0, colon));
-    const std::string_view value = trimmed(line.substr(colon + 1));
-    auto& headers = t->response_.headers;
-    if (headers.empty()) headers.reserve(8);  // a small answer's fields, without regrowing
-    headers.emplace_back(name, value);
+  } else {
+    t->response_.headers.appendLine(line);
   }
   return size * count;
 }
