@@ -176,7 +176,7 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
       logLine("Error, unsupport method type");
       return;
     }
-    http.method = name;
+    if (method != RequestMethod::GET) http.method = name;  // GET is the default
     switch (method) {
       case RequestMethod::GET:
         if (const std::string path = request->resumableDownloadPath(); !path.empty()) {

@@ -22,7 +22,7 @@ const Json& RequestOperation::responseObject() const {
   return *responseObject_;
 }
 
-void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpRequest request, Completion completion) {
+void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpRequest&& request, Completion completion) {
   transport_ = std::move(transport);
   completion_ = std::move(completion);
   executing_ = true;

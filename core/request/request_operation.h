@@ -29,7 +29,7 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
 
   // Sends `request` through `transport`. `completion` runs on the main loop when the
   // transfer ends, with success or error alike; it never runs for a cancelled operation.
-  void start(std::shared_ptr<HttpTransport> transport, HttpRequest request, Completion completion);
+  void start(std::shared_ptr<HttpTransport> transport, HttpRequest&& request, Completion completion);
   // Stops the transfer. No effect once the operation has ended.
   void cancel();
 

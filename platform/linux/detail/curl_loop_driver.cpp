@@ -63,7 +63,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   // Starts the transfers sent since the last batch. curl asks to be called at once after
   // each handle it is given; that call is made here, after the whole batch is on the
   // multi handle, rather than from a task of its own a turn later.
-  void pushBatch(std::vector<std::unique_ptr<Transfer>> transfers) {
+  void pushBatch(std::vector<std::unique_ptr<Transfer>>& transfers) {
     for (auto& transfer : transfers) queue_->push(std::move(transfer));
     queue_->tick();
     inBatch_ = true;
@@ -222,12 +222,16 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
 struct Outgoing {
   std::mutex mutex;
   std::vector<std::unique_ptr<Transfer>> transfers;
+  std::vector<std::unique_ptr<Transfer>> spare;  // the last batch's storage, for the next
+  std::weak_ptr<LoopState> state;
 };
 
 class LoopDriver : public CurlDriver {
  public:
   LoopDriver(MainLoop& loop, IoWatcher& watcher, int maxConcurrent)
-      : loop_(loop), state_(std::make_shared<LoopState>(loop, watcher, maxConcurrent)) {}
+      : loop_(loop), state_(std::make_shared<LoopState>(loop, watcher, maxConcurrent)) {
+    outgoing_->state = state_;
+  }
 
   // Sends and cancels become tasks of the loop: the sends of one turn start together,
   // in one task (posted by the first of them), and a cancel never overtakes the send it
@@ -240,14 +244,18 @@ class LoopDriver : public CurlDriver {
       outgoing_->transfers.push_back(std::move(transfer));
     }
     if (!first) return;
-    loop_.post([weak = std::weak_ptr(state_), outgoing = outgoing_] {
+    loop_.post([outgoing = outgoing_] {
       LoopStallProbe::Stretch stretch("curl send");
       std::vector<std::unique_ptr<Transfer>> batch;
       {
         std::lock_guard lock(outgoing->mutex);
         batch.swap(outgoing->transfers);
+        outgoing->transfers.swap(outgoing->spare);
       }
-      if (auto state = weak.lock()) state->pushBatch(std::move(batch));
+      if (auto state = outgoing->state.lock()) state->pushBatch(batch);
+      batch.clear();
+      std::lock_guard lock(outgoing->mutex);
+      outgoing->spare.swap(batch);
     });
   }
 

@@ -136,10 +136,11 @@ void Transfer::useCookies() {
   }
 }
 
-void Transfer::deliver(HttpResponse r, Outbox& outbox) {
+void Transfer::deliver(HttpResponse&& r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
-    outbox.letters.push_back({loop, std::move(completion), std::move(r)});
+    // In place, the loop is the driver's own and not needed again.
+    outbox.letters.push_back({outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r)});
   } else {
     completion(std::move(r));
   }

@@ -103,7 +103,7 @@ struct Transfer {
   void timedOut(Outbox& outbox);
 
  private:
-  void deliver(HttpResponse response, Outbox& outbox);
+  void deliver(HttpResponse&& response, Outbox& outbox);
   // Back to curl's defaults, with no cookie file listed.
   void resetHandle();
   // Attaches the handle to the transfer's cookie engine, or detaches it when there is none.
