@@ -140,7 +140,7 @@ void Transfer::deliver(HttpResponse&& r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
     // In place, the loop is the driver's own and not needed again.
-    outbox.letters.push_back({outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r)});
+    outbox.letters.emplace_back(outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r));
   } else {
     completion(std::move(r));
   }

@@ -79,7 +79,13 @@ struct Transfer {
   // The cookie engine the transfer's handle shares; null: no cookies kept or sent.
   std::shared_ptr<CurlCookieStore> cookies;
 
-  Transfer() = default;
+  Transfer(TransferId id, HttpRequest&& request, HttpTransport::Completion&& completion,
+           std::shared_ptr<MainLoop> loop, std::shared_ptr<CurlCookieStore> cookies)
+      : id(id),
+        request(std::move(request)),
+        completion(std::move(completion)),
+        loop(std::move(loop)),
+        cookies(std::move(cookies)) {}
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
   ~Transfer();
