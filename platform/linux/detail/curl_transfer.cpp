@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t kMaxSpareHandles = 8;
 
-// The header list of a request without fields of its own (only turning off curl's
-// "Expect: 100-continue"): shared by every transfer, as curl only reads it.
+// The header list of a request that sends a body but no fields of its own (only turning
+// off curl's "Expect: 100-continue"): shared by every transfer, as curl only reads it.
 curl_slist* expectOnlyList() {
   static char field[] = "Expect:";
   static curl_slist list{field, nullptr};
@@ -87,7 +87,10 @@ Transfer::~Transfer() {
       if (plain_) {
         // The next plain GET sets everything else again; only a list freed with this
         // transfer must not stay on the handle.
-        if (headerList_ != nullptr) curl_easy_setopt(handle_->easy, CURLOPT_HTTPHEADER, nullptr);
+        if (headerList_ != nullptr) {
+          curl_easy_setopt(handle_->easy, CURLOPT_HTTPHEADER, nullptr);
+          handle_->noHeaderList = true;
+        }
       } else {
         resetHandle();
       }
@@ -108,7 +111,7 @@ void Transfer::resetHandle() {
   curl_easy_reset(handle_->easy);
   handle_->cookieFileListed = false;
   handle_->holdsPlainOptions = false;
-  handle_->expectOnlyHeaders = false;
+  handle_->noHeaderList = true;
   handle_->url.clear();
 }
 
@@ -299,11 +302,20 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
     }
   }
 
+  // Only a body can make curl add "Expect: 100-continue"; without one, a request with no
+  // fields of its own needs no list at all, which curl would search for every field it
+  // writes.
+  const bool sendsBody = r.method != "GET" && r.method != "HEAD" && (r.method == "POST" || !r.body.empty());
   if (r.contentType.empty() && r.headers.empty()) {
-    if (!kept || !handle.expectOnlyHeaders) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, expectOnlyList());
-    handle.expectOnlyHeaders = true;
+    if (!sendsBody) {
+      if (!handle.noHeaderList) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
+      handle.noHeaderList = true;
+    } else {
+      curl_easy_setopt(easy, CURLOPT_HTTPHEADER, expectOnlyList());
+      handle.noHeaderList = false;
+    }
   } else {
-    headerList_ = curl_slist_append(headerList_, "Expect:");
+    if (sendsBody) headerList_ = curl_slist_append(headerList_, "Expect:");
     if (!r.contentType.empty()) {
       headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
     }
@@ -311,7 +323,7 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
       headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
     }
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
-    handle.expectOnlyHeaders = false;
+    handle.noHeaderList = false;
   }
   useCookies();
 

@@ -66,7 +66,7 @@ struct EasyHandle {
   std::string url;
   long connectTimeoutMs = 0;
   curl_off_t maxFileSize = 0;
-  bool expectOnlyHeaders = false;  // the header list is the shared one of no fields
+  bool noHeaderList = true;  // curl's default, as after a reset
 };
 
 using EasyHandles = std::vector<std::unique_ptr<EasyHandle>>;
