@@ -17,7 +17,6 @@
 
 namespace qmv {
 
-
 struct BasicAuth {
   std::string user;
   std::string password;

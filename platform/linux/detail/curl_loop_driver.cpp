@@ -43,12 +43,15 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     curl_multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
     curl_multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, &LoopState::onTimer);
     curl_multi_setopt(multi_, CURLMOPT_TIMERDATA, this);
-    queue_ = std::make_unique<TransferQueue>(multi_, maxConcurrent, [this](CURL* easy) {
-      curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &LoopState::onOpenSocket);
-      curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
-      curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &LoopState::onCloseSocket);
-      curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
-    }, /*completeInPlace=*/true);
+    queue_ = std::make_unique<TransferQueue>(
+        multi_, maxConcurrent,
+        [this](CURL* easy) {
+          curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &LoopState::onOpenSocket);
+          curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
+          curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &LoopState::onCloseSocket);
+          curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
+        },
+        /*completeInPlace=*/true);
   }
 
   ~LoopState() {

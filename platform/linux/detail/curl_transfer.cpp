@@ -356,9 +356,9 @@ void Transfer::finish(CURLcode code, Outbox& outbox) {
   response_.status = currentStatus();
   if (code != CURLE_OK) {
     response_.error = tooLarge_ ? TransportError::tooLarge : idleTimedOut_ ? TransportError::timeout : errorOf(code);
-    response_.errorMessage = idleTimedOut_              ? "no data for " + std::to_string(request.timeout.count()) + " ms"
+    response_.errorMessage = idleTimedOut_ ? "no data for " + std::to_string(request.timeout.count()) + " ms"
                              : handle_ && handle_->errorBuffer[0] != '\0' ? handle_->errorBuffer
-                                                       : curl_easy_strerror(code);
+                                                                          : curl_easy_strerror(code);
     if (response_.error == TransportError::tooLarge) {
       response_.errorMessage = "answer larger than " + std::to_string(request.maxResponseBytes) + " bytes";
       response_.body.clear();
@@ -381,8 +381,7 @@ void Transfer::cancelled(Outbox& outbox) {
   deliver(std::move(r), outbox);
 }
 
-TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare,
-                             bool completeInPlace)
+TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare, bool completeInPlace)
     : multi_(multi),
       maxConcurrent_(static_cast<std::size_t>(std::max(1, maxConcurrent))),
       prepare_(std::move(prepare)) {

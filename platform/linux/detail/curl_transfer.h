@@ -79,8 +79,8 @@ struct Transfer {
   // The cookie engine the transfer's handle shares; null: no cookies kept or sent.
   std::shared_ptr<CurlCookieStore> cookies;
 
-  Transfer(TransferId id, HttpRequest&& request, HttpTransport::Completion&& completion,
-           std::shared_ptr<MainLoop> loop, std::shared_ptr<CurlCookieStore> cookies)
+  Transfer(TransferId id, HttpRequest&& request, HttpTransport::Completion&& completion, std::shared_ptr<MainLoop> loop,
+           std::shared_ptr<CurlCookieStore> cookies)
       : id(id),
         request(std::move(request)),
         completion(std::move(completion)),
@@ -133,7 +133,7 @@ struct Transfer {
   // together). Any other transfer gets a reset handle.
   bool plain_ = false;
   bool keptOptions_ = false;
-  curl_slist* headerList_ = nullptr;  // null: the shared list of no fields
+  curl_slist* headerList_ = nullptr;  // the transfer's own list; null: none, or the shared one
   HttpResponse response_;
   std::FILE* file_ = nullptr;
   bool fileDecided_ = false;
