@@ -13,9 +13,9 @@
 #include <utility>
 #include <vector>
 
-namespace qmv {
+#include "platform/response_headers.h"
 
-using HeaderFields = std::vector<std::pair<std::string, std::string>>;
+namespace qmv {
 
 struct BasicAuth {
   std::string user;
@@ -56,7 +56,7 @@ enum class TransportError { none, timeout, connection, cancelled, tooLarge, othe
 struct HttpResponse {
   long status = 0;  // 0 when no response arrived
   std::string body;
-  HeaderFields headers;  // in the order received, of the final response
+  ResponseHeaders headers;  // of the final response
   TransportError error = TransportError::none;
   std::string errorMessage;
 };

@@ -41,7 +41,7 @@ long BaseRequest::responseStatusCode() const { return requestOperation ? request
 
 const std::vector<std::pair<std::string, std::string>>& BaseRequest::responseHeaders() const {
   static const std::vector<std::pair<std::string, std::string>> none;
-  return requestOperation ? requestOperation->response().headers : none;
+  return requestOperation ? requestOperation->response().headers.fields() : none;
 }
 
 bool BaseRequest::isExecuting() const { return requestOperation && requestOperation->isExecuting(); }

@@ -1,5 +1,6 @@
 #include "core/request/network_agent.h"
 
+#include <algorithm>
 #include <chrono>
 #include <random>
 
@@ -174,7 +175,7 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
       logLine("Error, unsupport method type");
       return;
     }
-    http.method = name;
+    if (method != RequestMethod::GET) http.method = name;  // GET is the default
     switch (method) {
       case RequestMethod::GET:
         if (const std::string path = request->resumableDownloadPath(); !path.empty()) {
@@ -220,7 +221,7 @@ void NetworkAgent::handleRequestResult(const std::shared_ptr<RequestOperation>& 
   std::shared_ptr<BaseRequest> request;
   {
     std::lock_guard lock(recordMutex_);
-    if (auto it = requestsRecord_.find(key); it != requestsRecord_.end()) request = it->second;
+    if (auto it = findRecorded(key); it != requestsRecord_.end()) request = it->second;
   }
   if (logLineEnabled()) logLine("Finished Request: " + (request ? request->className() : std::string("(null)")));
   if (request && LoopStallProbe::enabled()) LoopStallProbe::note("completion of " + request->className());
@@ -259,7 +260,16 @@ void NetworkAgent::addOperation(const std::shared_ptr<BaseRequest>& request) {
   if (!request || !request->requestOperation) return;
   const std::uint64_t key = request->requestOperation->hash();
   std::lock_guard lock(recordMutex_);
-  requestsRecord_[key] = request;
+  if (auto it = findRecorded(key); it != requestsRecord_.end()) {
+    it->second = request;
+  } else {
+    requestsRecord_.emplace_back(key, request);
+  }
+}
+
+NetworkAgent::Record::iterator NetworkAgent::findRecorded(std::uint64_t key) {
+  return std::find_if(requestsRecord_.begin(), requestsRecord_.end(),
+                      [key](const auto& entry) { return entry.first == key; });
 }
 
 void NetworkAgent::removeOperation(const RequestOperation& operation) {
@@ -268,9 +278,11 @@ void NetworkAgent::removeOperation(const RequestOperation& operation) {
   std::size_t remaining;
   {
     std::lock_guard lock(recordMutex_);
-    if (auto it = requestsRecord_.find(key); it != requestsRecord_.end()) {
+    if (auto it = findRecorded(key); it != requestsRecord_.end()) {
       removed = std::move(it->second);
-      requestsRecord_.erase(it);
+      // The record has no order to keep.
+      if (it != requestsRecord_.end() - 1) *it = std::move(requestsRecord_.back());
+      requestsRecord_.pop_back();
     }
     remaining = requestsRecord_.size();
   }

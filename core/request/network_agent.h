@@ -10,7 +10,8 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "core/request/base_request.h"
 
@@ -44,9 +45,14 @@ class NetworkAgent {
  private:
   NetworkAgent() = default;
 
+  using Record = std::vector<std::pair<std::uint64_t, std::shared_ptr<BaseRequest>>>;
+  // The entry under `key`, or end().
+  Record::iterator findRecorded(std::uint64_t key);
+
   mutable std::mutex recordMutex_;
-  // Keyed by the operation's hash, of which requestHashKey() is the text.
-  std::unordered_map<std::uint64_t, std::shared_ptr<BaseRequest>> requestsRecord_;
+  // Keyed by the operation's hash, of which requestHashKey() is the text. A few requests
+  // run at a time: a list searched in place keeps them without an allocation each.
+  Record requestsRecord_;
 };
 
 }  // namespace qmv

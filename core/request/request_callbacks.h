@@ -56,6 +56,7 @@ class RequestCallbacks {
   Owner& owner() { return static_cast<Owner&>(*this); }
 
   void walk(void (Accessory::*call)(Owner&)) {
+    if (requestAccessories.empty()) return;
     const auto accessories = requestAccessories;  // an accessory may add another
     for (const auto& a : accessories) (a.get()->*call)(owner());
   }

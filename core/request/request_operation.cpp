@@ -22,24 +22,28 @@ const Json& RequestOperation::responseObject() const {
   return *responseObject_;
 }
 
-void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpRequest request, Completion completion) {
+void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpRequest&& request, Completion completion) {
   transport_ = std::move(transport);
+  completion_ = std::move(completion);
   executing_ = true;
   // The transfer keeps its operation alive until it reports.
-  transferId_ = transport_->send(
-      std::move(request), [self = shared_from_this(), completion = std::move(completion)](HttpResponse response) {
-        if (self->cancelled_) return;
-        self->response_ = std::move(response);
-        self->responseObject_.reset();
-        self->executing_ = false;
-        completion(self);
-      });
+  transferId_ = transport_->send(std::move(request), [self = shared_from_this()](HttpResponse response) {
+    if (self->cancelled_) return;
+    self->response_ = std::move(response);
+    self->responseObject_.reset();
+    self->executing_ = false;
+    // Let go of once run: what it captured may hold this operation.
+    const Completion completion = std::move(self->completion_);
+    self->completion_ = nullptr;
+    if (completion) completion(self);
+  });
 }
 
 void RequestOperation::cancel() {
   if (!executing_) return;
   cancelled_ = true;
   executing_ = false;
+  completion_ = nullptr;
   if (transport_) transport_->cancel(transferId_);
 }
 

@@ -29,7 +29,7 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
 
   // Sends `request` through `transport`. `completion` runs on the main loop when the
   // transfer ends, with success or error alike; it never runs for a cancelled operation.
-  void start(std::shared_ptr<HttpTransport> transport, HttpRequest request, Completion completion);
+  void start(std::shared_ptr<HttpTransport> transport, HttpRequest&& request, Completion completion);
   // Stops the transfer. No effect once the operation has ended.
   void cancel();
 
@@ -38,6 +38,9 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
   HttpResponse response_;
   mutable std::optional<Json> responseObject_;
   std::shared_ptr<HttpTransport> transport_;
+  // Kept here rather than in the transport's callback, which then holds only the
+  // operation and needs no allocation of its own.
+  Completion completion_;
   TransferId transferId_ = 0;
   bool executing_ = false;
   bool cancelled_ = false;

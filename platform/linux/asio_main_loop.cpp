@@ -107,10 +107,8 @@ bool AsioMainLoop::runUntil(const std::function<bool()>& done, Duration timeout)
   const auto deadline = std::chrono::steady_clock::now() + timeout;
   impl_->io.restart();
   while (!done()) {
-    const auto now = std::chrono::steady_clock::now();
-    if (now >= deadline) return false;
-    impl_->io.run_one_for(deadline - now);
-    if (impl_->io.stopped()) return done();
+    // Nothing run: the deadline passed or the loop was stopped.
+    if (impl_->io.run_one_until(deadline) == 0 || impl_->io.stopped()) return done();
   }
   return true;
 }

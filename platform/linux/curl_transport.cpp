@@ -20,13 +20,10 @@ CurlTransport::CurlTransport(std::shared_ptr<MainLoop> loop, std::shared_ptr<Coo
 CurlTransport::~CurlTransport() = default;
 
 TransferId CurlTransport::send(HttpRequest request, Completion completion) {
-  auto transfer = std::make_unique<curl_detail::Transfer>();
-  const TransferId id = transfer->id = nextId_++;
-  transfer->request = std::move(request);
-  transfer->completion = std::move(completion);
-  transfer->loop = loop_ ? loop_ : Env::current().mainLoop;
-  transfer->cookies = cookies_ ? cookies_ : std::dynamic_pointer_cast<CurlCookieStore>(Env::current().cookies);
-  driver_->send(std::move(transfer));
+  const TransferId id = nextId_++;
+  driver_->send(std::make_unique<curl_detail::Transfer>(
+      id, std::move(request), std::move(completion), loop_ ? loop_ : Env::current().mainLoop,
+      cookies_ ? cookies_ : std::dynamic_pointer_cast<CurlCookieStore>(Env::current().cookies)));
   return id;
 }
 

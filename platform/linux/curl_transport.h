@@ -7,10 +7,11 @@
 //
 // Given a loop that is also an IoWatcher (the Asio and GLib loops), the loop watches
 // curl's sockets and transfers run on the loop's thread; given any other loop (or none),
-// a worker thread of its own drives them. Either way completions and progress are posted to the main loop given at
-// construction, else to the one installed in Env when send() is called, and a transfer
-// sent with a main loop starts once that loop runs its next task, so that the sends of
-// one turn go out together.
+// a worker thread of its own drives them. Either way completions and progress run on the
+// main loop given at construction, else on the one installed in Env when send() is
+// called (the worker posts them; a watching loop runs a completion as soon as curl has
+// let go of its transfer), and a transfer sent with a main loop starts once that loop
+// runs its next task, so that the sends of one turn go out together.
 #include <atomic>
 #include <memory>
 

@@ -38,10 +38,12 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
       res.status = 404;
       res.set_content(R"({"error":"none here"})", "application/json");
     });
-    s.Get("/slow", [this](const httplib::Request&, httplib::Response& res) {
+    const auto slow = [this](const httplib::Request&, httplib::Response& res) {
       server_.sleepUnlessStopping(milliseconds(3000));
       res.set_content("late", "text/plain");
-    });
+    };
+    s.Get("/slow", slow);
+    s.Post("/slow", slow);
     // Twelve bytes, one every 100 ms; or one chunk and then silence.
     s.Get("/dribble", [this](const httplib::Request&, httplib::Response& res) {
       res.set_chunked_content_provider("text/plain", [this](size_t offset, httplib::DataSink& sink) {
@@ -177,6 +179,12 @@ TEST_P(CurlTransportTest, StatusesErrorsAndTimeouts) {
   HttpRequest slow;
   slow.url = server_.url("/slow");
   slow.timeout = milliseconds(150);
+  r = sendAndWait(slow);
+  EXPECT_EQ(r.error, TransportError::timeout);
+  EXPECT_EQ(r.status, 0);
+  // Sent and then silent: the same limit once the body is out.
+  slow.method = "POST";
+  slow.body = "a=1";
   r = sendAndWait(slow);
   EXPECT_EQ(r.error, TransportError::timeout);
   EXPECT_EQ(r.status, 0);
@@ -351,7 +359,7 @@ TEST_P(CurlTransportTest, AReusedHandleKeepsNothingOfTheRequestBefore) {
   HttpRequest get;
   get.url = server_.url("/inspect");
   EXPECT_EQ(sendAndWait(get).body, "GET||");
-  HttpRequest untimed = get;  // sets no progress callback of its own
+  HttpRequest untimed = get;  // sets no connect timeout of its own
   untimed.timeout = milliseconds(0);
   EXPECT_EQ(sendAndWait(untimed).body, "GET||");
   EXPECT_EQ(sendAndWait(get).body, "GET||");
@@ -434,6 +442,27 @@ TEST_P(CurlTransportTest, DestroyingTheTransportDropsRunningAndQueuedTransfers) 
   transport_.reset();
   drain();
   EXPECT_EQ(called, 0);
+}
+
+// A watching loop runs completions straight from its socket's callback; one that ends
+// the transport there must leave the rest of that callback safe.
+TEST_P(CurlTransportTest, ACompletionMayDestroyTheTransport) {
+  HttpRequest slow;
+  slow.url = server_.url("/slow");
+  int slowCalled = 0;
+  transport_->send(slow, [&](HttpResponse) { ++slowCalled; });
+  HttpRequest quick;
+  quick.url = server_.url("/echo?n=7");
+  std::optional<HttpResponse> got;
+  transport_->send(quick, [&](HttpResponse r) {
+    got = std::move(r);
+    transport_.reset();
+  });
+  ASSERT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(10000)));
+  EXPECT_EQ(got->body, "7");
+  EXPECT_EQ(transport_, nullptr);
+  drain();
+  EXPECT_EQ(slowCalled, 0);
 }
 
 }  // namespace

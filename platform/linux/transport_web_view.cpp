@@ -85,7 +85,7 @@ void TransportWebView::fetch(const std::string& url, FetchCompletion done) {
       return done(std::nullopt, "the page answered HTTP " + std::to_string(response.status));
     }
     if (response.body.size() > kMaxHtmlPageBytes) return done(std::nullopt, "the page is too large to show");
-    done(readHtmlPage(response.body, url, charsetOf(response.headers)), {});
+    done(readHtmlPage(response.body, url, charsetOf(response.headers.fields())), {});
   });
 }
 

@@ -15,6 +15,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <type_traits>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -28,7 +29,7 @@
 namespace qmv::curl_detail {
 namespace {
 
-using Clock = IoWatcher::Clock;
+static_assert(std::is_same_v<Clock, IoWatcher::Clock>);
 
 class LoopState : public std::enable_shared_from_this<LoopState> {
  public:
@@ -42,12 +43,15 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     curl_multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
     curl_multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, &LoopState::onTimer);
     curl_multi_setopt(multi_, CURLMOPT_TIMERDATA, this);
-    queue_ = std::make_unique<TransferQueue>(multi_, maxConcurrent, [this](CURL* easy) {
-      curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &LoopState::onOpenSocket);
-      curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
-      curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &LoopState::onCloseSocket);
-      curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
-    });
+    queue_ = std::make_unique<TransferQueue>(
+        multi_, maxConcurrent,
+        [this](CURL* easy) {
+          curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &LoopState::onOpenSocket);
+          curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
+          curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &LoopState::onCloseSocket);
+          curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
+        },
+        /*completeInPlace=*/true);
   }
 
   ~LoopState() {
@@ -62,8 +66,9 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   // Starts the transfers sent since the last batch. curl asks to be called at once after
   // each handle it is given; that call is made here, after the whole batch is on the
   // multi handle, rather than from a task of its own a turn later.
-  void pushBatch(std::vector<std::unique_ptr<Transfer>> transfers) {
+  void pushBatch(std::vector<std::unique_ptr<Transfer>>& transfers) {
     for (auto& transfer : transfers) queue_->push(std::move(transfer));
+    queue_->tick();
     inBatch_ = true;
     settle();
     inBatch_ = false;
@@ -71,6 +76,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   }
 
   void cancel(TransferId id) {
+    queue_->tick();
     queue_->cancel(id);
     settle();
   }
@@ -79,19 +85,23 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   // Lets curl act on a socket, or on its timeouts.
   void act(curl_socket_t fd, int mask) {
     LoopStallProbe::Stretch stretch("curl");
+    queue_->tick();
     int running = 0;
     curl_multi_socket_action(multi_, fd, mask, &running);
     settle();
   }
 
-  // Ends what curl reports done, starts what now fits, and posts the completions.
+  // Ends what curl reports done, starts what now fits, and runs the completions. Their
+  // owners may end the transport from there: every way in holds this state meanwhile.
   void settle() {
     queue_->collectFinished();
     queue_->startQueued();
+    if (const auto due = queue_->takeStartedDeadline()) armBy(*due);
     queue_->flush();
   }
 
   void ready(curl_socket_t fd, int events) {
+    const auto keep = shared_from_this();
     int mask = 0;
     if (events & IoWatcher::kReadable) mask |= CURL_CSELECT_IN;
     if (events & IoWatcher::kWritable) mask |= CURL_CSELECT_OUT;
@@ -142,8 +152,9 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
 
   // curl moves its deadline after almost every action, and each move of a loop's timer
   // may be a system call. The timer is therefore only moved earlier; when it fires
-  // early, it is set again for the deadline that holds by then. A due deadline is acted
-  // on from a task, since curl must not be called back into from here.
+  // early, it is set again for the deadline that holds by then. The transfers' idle
+  // limits share it the same way. A due deadline is acted on from a task, since curl
+  // must not be called back into from here.
   static int onTimer(CURLM*, long timeoutMs, void* self) {
     auto* state = static_cast<LoopState*>(self);
     if (timeoutMs < 0) {
@@ -156,8 +167,10 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
         state->postTimeout();
       }
     } else {
-      state->deadline_ = Clock::now() + std::chrono::milliseconds(timeoutMs);
-      if (!state->timerAt_ || *state->deadline_ < *state->timerAt_) state->setTimer(*state->deadline_);
+      // The queue is gone while the destructor lets curl go.
+      const Clock::time_point now = state->queue_ ? state->queue_->now() : Clock::now();
+      state->deadline_ = now + std::chrono::milliseconds(timeoutMs);
+      state->armBy(*state->deadline_);
     }
     return 0;
   }
@@ -172,20 +185,25 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     });
   }
 
-  void setTimer(Clock::time_point at) {
+  // Makes the timer fire by `at`.
+  void armBy(Clock::time_point at) {
+    if (timerAt_ && *timerAt_ <= at) return;
     timerAt_ = at;
     timer_->expireAt(at);
   }
 
   void timerFired() {
+    const auto keep = shared_from_this();
     timerAt_.reset();
-    if (!deadline_) return;
-    if (*deadline_ > Clock::now()) {
-      setTimer(*deadline_);
-      return;
+    queue_->tick();
+    if (deadline_ && *deadline_ <= queue_->now()) {
+      deadline_.reset();
+      act(CURL_SOCKET_TIMEOUT, 0);
     }
-    deadline_.reset();
-    act(CURL_SOCKET_TIMEOUT, 0);
+    const auto idle = queue_->endIdle();
+    settle();
+    if (deadline_) armBy(*deadline_);
+    if (idle) armBy(*idle);
   }
 
   MainLoop& loop_;
@@ -207,12 +225,16 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
 struct Outgoing {
   std::mutex mutex;
   std::vector<std::unique_ptr<Transfer>> transfers;
+  std::vector<std::unique_ptr<Transfer>> spare;  // the last batch's storage, for the next
+  std::weak_ptr<LoopState> state;
 };
 
 class LoopDriver : public CurlDriver {
  public:
   LoopDriver(MainLoop& loop, IoWatcher& watcher, int maxConcurrent)
-      : loop_(loop), state_(std::make_shared<LoopState>(loop, watcher, maxConcurrent)) {}
+      : loop_(loop), state_(std::make_shared<LoopState>(loop, watcher, maxConcurrent)) {
+    outgoing_->state = state_;
+  }
 
   // Sends and cancels become tasks of the loop: the sends of one turn start together,
   // in one task (posted by the first of them), and a cancel never overtakes the send it
@@ -225,14 +247,18 @@ class LoopDriver : public CurlDriver {
       outgoing_->transfers.push_back(std::move(transfer));
     }
     if (!first) return;
-    loop_.post([weak = std::weak_ptr(state_), outgoing = outgoing_] {
+    loop_.post([outgoing = outgoing_] {
       LoopStallProbe::Stretch stretch("curl send");
       std::vector<std::unique_ptr<Transfer>> batch;
       {
         std::lock_guard lock(outgoing->mutex);
         batch.swap(outgoing->transfers);
+        outgoing->transfers.swap(outgoing->spare);
       }
-      if (auto state = weak.lock()) state->pushBatch(std::move(batch));
+      if (auto state = outgoing->state.lock()) state->pushBatch(batch);
+      batch.clear();
+      std::lock_guard lock(outgoing->mutex);
+      outgoing->spare.swap(batch);
     });
   }
 

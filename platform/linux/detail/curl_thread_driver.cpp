@@ -2,7 +2,10 @@
 // it through a locked inbox and a wake-up of its poll.
 #include <curl/curl.h>
 
+#include <algorithm>
+#include <chrono>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -89,12 +92,14 @@ class ThreadDriver : public CurlDriver {
         incoming.swap(incoming_);
         cancels.swap(cancels_);
       }
+      queue_->tick();
       for (auto& t : incoming) queue_->push(std::move(t));
       for (const TransferId id : cancels) queue_->cancel(id);
       queue_->startQueued();
       int running = 0;
       curl_multi_perform(multi_, &running);
       queue_->collectFinished();
+      const auto idle = queue_->endIdle();
       queue_->flush();
       {
         std::lock_guard lock(mutex_);
@@ -103,10 +108,19 @@ class ThreadDriver : public CurlDriver {
         if (queue_->hasStartable() || !incoming_.empty() || !cancels_.empty()) continue;
         waiting_ = true;
       }
-      curl_multi_poll(multi_, nullptr, 0, 1000, nullptr);
+      curl_multi_poll(multi_, nullptr, 0, waitMs(idle), nullptr);
       std::lock_guard lock(mutex_);
       waiting_ = false;
     }
+  }
+
+  // At most a second, and no later than the next idle limit (curl shortens it further
+  // for its own timeouts).
+  int waitMs(std::optional<Clock::time_point> idle) const {
+    constexpr Clock::duration kMaxWait = std::chrono::seconds(1);
+    if (!idle) return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(kMaxWait).count());
+    const Clock::duration left = std::clamp(*idle - queue_->now(), Clock::duration::zero(), kMaxWait);
+    return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(left).count());
   }
 
   CURLM* multi_ = nullptr;

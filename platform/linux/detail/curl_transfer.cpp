@@ -10,23 +10,13 @@ namespace qmv::curl_detail {
 namespace {
 
 constexpr std::size_t kMaxSpareHandles = 8;
-constexpr long kLowSpeedBackstopSeconds = 24L * 60 * 60;
 
-// The header list of a request without fields of its own (only turning off curl's
-// "Expect: 100-continue"): shared by every transfer, as curl only reads it.
+// The header list of a request that sends a body but no fields of its own (only turning
+// off curl's "Expect: 100-continue"): shared by every transfer, as curl only reads it.
 curl_slist* expectOnlyList() {
   static char field[] = "Expect:";
   static curl_slist list{field, nullptr};
   return &list;
-}
-
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-// Plain loops: called for every field of every answer.
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
 }
 
 TransportError errorOf(CURLcode code) {
@@ -58,6 +48,17 @@ void initCurlOnce() {
 }
 
 void Outbox::flush() {
+  if (letters.empty()) return;
+  if (inPlace) {
+    // Completions may send, cancel or flush again: they run from a list of their own,
+    // whose storage comes back for the next pass.
+    std::vector<Letter> ready;
+    ready.swap(letters);
+    for (Letter& letter : ready) letter.completion(std::move(letter.response));
+    ready.clear();
+    if (letters.empty()) letters.swap(ready);
+    return;
+  }
   std::size_t i = 0;
   while (i < letters.size()) {
     // One task per run of letters to the same loop, delivering them in order.
@@ -80,26 +81,24 @@ void Outbox::flush() {
 
 Transfer::~Transfer() {
   if (file_ != nullptr) std::fclose(file_);
-  CURL* easy = handle_.easy;
-  if (easy != nullptr) {
+  if (handle_) {
+    handle_->transfer = nullptr;
     if (spares_ != nullptr && spares_->size() < kMaxSpareHandles) {
       if (plain_) {
-        // Only what is freed with this transfer is let go of; the next plain GET sets
-        // everything else again.
-        curl_easy_setopt(easy, CURLOPT_PRIVATE, nullptr);
-        curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
-        if (headerList_ != nullptr) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
-        curl_easy_setopt(easy, CURLOPT_HEADERDATA, nullptr);
-        curl_easy_setopt(easy, CURLOPT_WRITEDATA, nullptr);
-        curl_easy_setopt(easy, CURLOPT_XFERINFODATA, nullptr);
+        // The next plain GET sets everything else again; only a list freed with this
+        // transfer must not stay on the handle.
+        if (headerList_ != nullptr) {
+          curl_easy_setopt(handle_->easy, CURLOPT_HTTPHEADER, nullptr);
+          handle_->noHeaderList = true;
+        }
       } else {
         resetHandle();
       }
-      handle_.holdsPlainOptions = plain_;
+      handle_->holdsPlainOptions = plain_;
       spares_->push_back(std::move(handle_));
     } else {
       // The handle goes before the cookie engine it holds, released with this transfer.
-      curl_easy_cleanup(easy);
+      curl_easy_cleanup(handle_->easy);
     }
   }
   if (headerList_ != nullptr) curl_slist_free_all(headerList_);
@@ -108,40 +107,43 @@ Transfer::~Transfer() {
 void Transfer::resetHandle() {
   // A reset drops the list of cookie files without freeing it, so the list is emptied
   // first; that also unhooks the engine's jar from the handle, which keeps its share.
-  curl_easy_setopt(handle_.easy, CURLOPT_COOKIEFILE, nullptr);
-  curl_easy_reset(handle_.easy);
-  handle_.cookieFileListed = false;
-  handle_.holdsPlainOptions = false;
-  handle_.expectOnlyHeaders = false;
+  curl_easy_setopt(handle_->easy, CURLOPT_COOKIEFILE, nullptr);
+  curl_easy_reset(handle_->easy);
+  handle_->cookieFileListed = false;
+  handle_->holdsPlainOptions = false;
+  handle_->noHeaderList = true;
+  handle_->url.clear();
 }
 
 void Transfer::useCookies() {
-  CURL* easy = handle_.easy;
+  EasyHandle& handle = *handle_;
+  CURL* easy = handle.easy;
   if (cookies) {
-    if (handle_.cookies != cookies || !handle_.cookieFileListed) {
+    if (handle.cookies != cookies || !handle.cookieFileListed) {
       // Attaching (again) hooks the engine's jar to the handle.
       curl_easy_setopt(easy, CURLOPT_SHARE, cookies->shareHandle());
-      handle_.cookies = cookies;
+      handle.cookies = cookies;
     }
-    if (!handle_.cookieFileListed) {
+    if (!handle.cookieFileListed) {
       // The empty file name turns the engine on; it keeps what the answers set and sends
       // what matches, redirects included.
       curl_easy_setopt(easy, CURLOPT_COOKIEFILE, "");
-      handle_.cookieFileListed = true;
+      handle.cookieFileListed = true;
     }
-  } else if (handle_.cookies) {
+  } else if (handle.cookies) {
     // A listed file would give the handle a jar of its own.
-    if (handle_.cookieFileListed) curl_easy_setopt(easy, CURLOPT_COOKIEFILE, nullptr);
+    if (handle.cookieFileListed) curl_easy_setopt(easy, CURLOPT_COOKIEFILE, nullptr);
     curl_easy_setopt(easy, CURLOPT_SHARE, nullptr);
-    handle_.cookies = nullptr;
-    handle_.cookieFileListed = false;
+    handle.cookies = nullptr;
+    handle.cookieFileListed = false;
   }
 }
 
-void Transfer::deliver(HttpResponse r, Outbox& outbox) {
+void Transfer::deliver(HttpResponse&& r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
-    outbox.letters.push_back({loop, std::move(completion), std::move(r)});
+    // In place, the loop is the driver's own and not needed again.
+    outbox.letters.emplace_back(outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r));
   } else {
     completion(std::move(r));
   }
@@ -150,7 +152,7 @@ void Transfer::deliver(HttpResponse r, Outbox& outbox) {
 
 long Transfer::currentStatus() const {
   long status = 0;
-  if (handle_.easy != nullptr) curl_easy_getinfo(handle_.easy, CURLINFO_RESPONSE_CODE, &status);
+  if (handle_) curl_easy_getinfo(handle_->easy, CURLINFO_RESPONSE_CODE, &status);
   return status;
 }
 
@@ -160,21 +162,19 @@ bool Transfer::exceedsLimit(std::size_t held, std::size_t bytes) {
   return true;
 }
 
-size_t Transfer::onHeader(char* data, size_t size, size_t count, void* self) {
-  auto* t = static_cast<Transfer*>(self);
+size_t Transfer::onHeader(char* data, size_t size, size_t count, void* handle) {
+  Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
+  if (t == nullptr) return 0;
   const std::string_view line(data, size * count);
   // Returning short of the count makes curl end the transfer.
   if (t->exceedsLimit(t->headerBytes_, line.size())) return 0;
   t->headerBytes_ += line.size();
+  t->noteActivity();
   if (line.starts_with("HTTP/")) {
     // A new response (after 100-continue or a redirect): only the last one's fields count.
     t->response_.headers.clear();
-  } else if (const auto colon = line.find(':'); colon != std::string_view::npos) {
-    const std::string_view name = trimmed(line.substr(0, colon));
-    const std::string_view value = trimmed(line.substr(colon + 1));
-    auto& headers = t->response_.headers;
-    if (headers.empty()) headers.reserve(8);  // a small answer's fields, without regrowing
-    headers.emplace_back(name, value);
+  } else {
+    t->response_.headers.appendLine(line);
   }
   return size * count;
 }
@@ -192,9 +192,11 @@ bool Transfer::openDownload() {
   return file_ != nullptr;
 }
 
-size_t Transfer::onBody(char* data, size_t size, size_t count, void* self) {
-  auto* t = static_cast<Transfer*>(self);
+size_t Transfer::onBody(char* data, size_t size, size_t count, void* handle) {
+  Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
+  if (t == nullptr) return 0;
   const size_t bytes = size * count;
+  t->noteActivity();
   if (!t->request.downloadPath.empty()) {
     if (!t->fileDecided_ && !t->openDownload()) return CURL_WRITEFUNC_ERROR;
     if (t->file_ != nullptr) return std::fwrite(data, 1, bytes, t->file_);
@@ -204,21 +206,14 @@ size_t Transfer::onBody(char* data, size_t size, size_t count, void* self) {
   return bytes;
 }
 
-bool Transfer::idleTooLong(curl_off_t moved) {
-  if (request.timeout.count() <= 0) return false;
-  const auto now = std::chrono::steady_clock::now();
-  if (moved != lastMoved_) {
-    lastMoved_ = moved;
-    lastActivity_ = now;
-    return false;
+int Transfer::onProgress(void* handle, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t ulnow) {
+  Transfer* t = static_cast<EasyHandle*>(handle)->transfer;
+  if (t == nullptr) return 0;
+  // Received bytes are seen as they arrive; an upload's are seen only here.
+  if (const curl_off_t moved = dlnow + ulnow; moved != t->lastMoved_) {
+    t->lastMoved_ = moved;
+    t->noteActivity();
   }
-  idleTimedOut_ = now - lastActivity_ >= request.timeout;
-  return idleTimedOut_;
-}
-
-int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t ulnow) {
-  auto* t = static_cast<Transfer*>(self);
-  if (t->idleTooLong(dlnow + ulnow)) return 1;  // curl ends the transfer as aborted
   if (t->file_ == nullptr || !t->request.progress || !t->loop) return 0;
   const std::int64_t received = t->fileBase_ + dlnow;
   if (received == t->lastReported_) return 0;
@@ -228,29 +223,46 @@ int Transfer::onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_
   return 0;
 }
 
-bool Transfer::setUp(std::vector<EasyHandle>* spares) {
+std::optional<Clock::time_point> Transfer::idleDeadline() const {
+  if (request.timeout.count() <= 0) return std::nullopt;
+  return lastActivity_ + request.timeout;
+}
+
+bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
   const HttpRequest& r = request;
-  plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.timeout.count() > 0;
+  now_ = now;
+  lastActivity_ = *now;
+  plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.body.empty() && r.timeout.count() > 0;
   spares_ = spares;
   if (spares_ != nullptr && !spares_->empty()) {
     handle_ = std::move(spares_->back());
     spares_->pop_back();
     // A plain GET's options would outlive it into a transfer that does not set them all;
     // the next plain GET only changes what differs.
-    if (handle_.holdsPlainOptions && !plain_) resetHandle();
-    keptOptions_ = handle_.holdsPlainOptions;
+    if (handle_->holdsPlainOptions && !plain_) resetHandle();
+    keptOptions_ = handle_->holdsPlainOptions;
   } else {
-    handle_.easy = curl_easy_init();
+    handle_ = std::make_unique<EasyHandle>();
+    handle_->easy = curl_easy_init();
+    if (handle_->easy == nullptr) {
+      handle_.reset();
+      return false;
+    }
   }
-  if (handle_.easy == nullptr) return false;
-  CURL* easy = handle_.easy;
+  EasyHandle& handle = *handle_;
+  handle.transfer = this;
+  handle.errorBuffer[0] = '\0';
+  CURL* easy = handle.easy;
   const bool kept = keptOptions_;
-  curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
-  curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
-  curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, errorBuffer_);
-  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-  curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  // A kept handle still holds its URL, as a raw handle sent again does.
+  if (!kept || handle.url != r.url) {
+    curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
+    if (plain_) handle.url.assign(r.url);
+  }
   if (!kept) {
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, handle.errorBuffer);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, &handle);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &handle);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     // Redirects are followed, as the platforms' URL loaders do; only the last answer counts.
     curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 1L);
@@ -260,26 +272,18 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
   }
   if (r.timeout.count() > 0) {
     // The timeout is an idle limit, as the platforms' URL loaders have it: a slow upload
-    // or download that keeps moving runs on, a silent peer fails. The progress callback
-    // measures the silence; a low-speed limit makes curl call it at least every second
-    // while nothing moves, and only backs it up (a transfer under one byte a second for
-    // a whole day).
+    // or download that keeps moving runs on, a silent peer fails (the queue ends it).
     const long timeoutMs = static_cast<long>(r.timeout.count());
-    if (!kept || handle_.connectTimeoutMs != timeoutMs) {
+    if (!kept || handle.connectTimeoutMs != timeoutMs) {
       curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, timeoutMs);
-      handle_.connectTimeoutMs = timeoutMs;
+      handle.connectTimeoutMs = timeoutMs;
     }
-    if (!kept) {
-      curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-      curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, kLowSpeedBackstopSeconds);
-    }
-    lastActivity_ = std::chrono::steady_clock::now();
   }
   // An announced length above the limit is refused before any of the body arrives.
   if (const auto limit = static_cast<curl_off_t>(r.maxResponseBytes);
-      r.downloadPath.empty() && (!kept || handle_.maxFileSize != limit)) {
+      r.downloadPath.empty() && (!kept || handle.maxFileSize != limit)) {
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, limit);
-    handle_.maxFileSize = limit;
+    handle.maxFileSize = limit;
   }
 
   if (r.method == "GET") {
@@ -298,11 +302,20 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
     }
   }
 
+  // Only a body can make curl add "Expect: 100-continue"; without one, a request with no
+  // fields of its own needs no list at all, which curl would search for every field it
+  // writes.
+  const bool sendsBody = r.method != "GET" && r.method != "HEAD" && (r.method == "POST" || !r.body.empty());
   if (r.contentType.empty() && r.headers.empty()) {
-    if (!kept || !handle_.expectOnlyHeaders) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, expectOnlyList());
-    handle_.expectOnlyHeaders = true;
+    if (!sendsBody) {
+      if (!handle.noHeaderList) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
+      handle.noHeaderList = true;
+    } else {
+      curl_easy_setopt(easy, CURLOPT_HTTPHEADER, expectOnlyList());
+      handle.noHeaderList = false;
+    }
   } else {
-    headerList_ = curl_slist_append(headerList_, "Expect:");
+    if (sendsBody) headerList_ = curl_slist_append(headerList_, "Expect:");
     if (!r.contentType.empty()) {
       headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
     }
@@ -310,7 +323,7 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
       headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
     }
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
-    handle_.expectOnlyHeaders = false;
+    handle.noHeaderList = false;
   }
   useCookies();
 
@@ -326,12 +339,11 @@ bool Transfer::setUp(std::vector<EasyHandle>* spares) {
     existingBytes_ = (r.resume && !ec) ? static_cast<std::int64_t>(size) : 0;
     if (existingBytes_ > 0) curl_easy_setopt(easy, CURLOPT_RESUME_FROM_LARGE, static_cast<curl_off_t>(existingBytes_));
   }
-  if (!r.downloadPath.empty() || r.timeout.count() > 0) {
-    curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
-    if (!kept) {
-      curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
-      curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
-    }
+  // Progress is reported for downloads to a file, and it is what shows an upload moving.
+  if (!r.downloadPath.empty() || !r.body.empty()) {
+    curl_easy_setopt(easy, CURLOPT_XFERINFODATA, &handle);
+    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
   }
   return true;
 }
@@ -344,9 +356,9 @@ void Transfer::finish(CURLcode code, Outbox& outbox) {
   response_.status = currentStatus();
   if (code != CURLE_OK) {
     response_.error = tooLarge_ ? TransportError::tooLarge : idleTimedOut_ ? TransportError::timeout : errorOf(code);
-    response_.errorMessage = idleTimedOut_              ? "no data for " + std::to_string(request.timeout.count()) + " ms"
-                             : errorBuffer_[0] != '\0' ? errorBuffer_
-                                                       : curl_easy_strerror(code);
+    response_.errorMessage = idleTimedOut_ ? "no data for " + std::to_string(request.timeout.count()) + " ms"
+                             : handle_ && handle_->errorBuffer[0] != '\0' ? handle_->errorBuffer
+                                                                          : curl_easy_strerror(code);
     if (response_.error == TransportError::tooLarge) {
       response_.errorMessage = "answer larger than " + std::to_string(request.maxResponseBytes) + " bytes";
       response_.body.clear();
@@ -357,6 +369,11 @@ void Transfer::finish(CURLcode code, Outbox& outbox) {
   deliver(std::move(response_), outbox);
 }
 
+void Transfer::timedOut(Outbox& outbox) {
+  idleTimedOut_ = true;
+  finish(CURLE_OPERATION_TIMEDOUT, outbox);
+}
+
 void Transfer::cancelled(Outbox& outbox) {
   HttpResponse r;
   r.error = TransportError::cancelled;
@@ -364,10 +381,12 @@ void Transfer::cancelled(Outbox& outbox) {
   deliver(std::move(r), outbox);
 }
 
-TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare)
+TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare, bool completeInPlace)
     : multi_(multi),
       maxConcurrent_(static_cast<std::size_t>(std::max(1, maxConcurrent))),
-      prepare_(std::move(prepare)) {}
+      prepare_(std::move(prepare)) {
+  outbox_.inPlace = completeInPlace;
+}
 
 TransferQueue::~TransferQueue() {
   for (auto& t : active_) {
@@ -376,7 +395,7 @@ TransferQueue::~TransferQueue() {
   active_.clear();  // before the spares, which the transfers hand their handles back to
   queued_.clear();
   // Each handle before the cookie engine it holds.
-  for (const EasyHandle& spare : spares_) curl_easy_cleanup(spare.easy);
+  for (const auto& spare : spares_) curl_easy_cleanup(spare->easy);
 }
 
 void TransferQueue::cancel(TransferId id) {
@@ -395,9 +414,12 @@ void TransferQueue::startQueued() {
   while (hasStartable()) {
     auto t = std::move(queued_.front());
     queued_.pop_front();
-    if (!t->setUp(&spares_)) {
+    if (!t->setUp(&spares_, &now_)) {
       t->finish(CURLE_FAILED_INIT, outbox_);
       continue;
+    }
+    if (const auto due = t->idleDeadline(); due && (!startedDeadline_ || *due < *startedDeadline_)) {
+      startedDeadline_ = due;
     }
     if (prepare_ && !t->keptOptions()) prepare_(t->easy());
     if (curl_multi_add_handle(multi_, t->easy()) != CURLM_OK) {
@@ -406,6 +428,22 @@ void TransferQueue::startQueued() {
     }
     active_.push_back(std::move(t));
   }
+}
+
+std::optional<Clock::time_point> TransferQueue::endIdle() {
+  std::optional<Clock::time_point> next;
+  for (auto it = active_.begin(); it != active_.end();) {
+    const auto due = (*it)->idleDeadline();
+    if (due && *due <= now_) {
+      curl_multi_remove_handle(multi_, (*it)->easy());
+      (*it)->timedOut(outbox_);
+      it = active_.erase(it);
+      continue;
+    }
+    if (due && (!next || *due < *next)) next = due;
+    ++it;
+  }
+  return next;
 }
 
 void TransferQueue::collectFinished() {

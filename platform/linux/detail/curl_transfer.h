@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,8 +26,11 @@ namespace curl_detail {
 
 void initCurlOnce();
 
-// Completions gathered during one pass of a driver, posted together so that the interface
-// thread wakes once for several finished transfers.
+using Clock = std::chrono::steady_clock;
+
+// Completions gathered during one pass of a driver, delivered once the pass is out of
+// curl: posted together, so that the interface thread wakes once for several finished
+// transfers, or run in place by a driver on that thread already.
 struct Outbox {
   struct Letter {
     std::shared_ptr<MainLoop> loop;
@@ -34,14 +38,21 @@ struct Outbox {
     HttpResponse response;
   };
   std::vector<Letter> letters;
+  bool inPlace = false;
+  // REQUIRES (in place): the driver outlives the call, as a completion may end it.
   void flush();
 };
 
-// An easy handle and what it carries from one transfer to the next. One that served a
-// plain GET (see Transfer::plain_) goes back without a reset and still holds that GET's
-// options.
+struct Transfer;
+
+// An easy handle and what it carries from one transfer to the next. It stays at one
+// address for its life (spares hold it by pointer), so curl's callbacks are given the
+// handle once rather than each transfer. One that served a plain GET (see
+// Transfer::plain_) goes back without a reset and still holds that GET's options.
 struct EasyHandle {
   CURL* easy = nullptr;
+  Transfer* transfer = nullptr;  // the one the callbacks report to; null between transfers
+  char errorBuffer[CURL_ERROR_SIZE] = {};
   bool holdsPlainOptions = false;
   // The cookie engine the handle stays attached to between transfers (re-attaching takes
   // the share's lock twice), kept alive by the handle.
@@ -52,10 +63,13 @@ struct EasyHandle {
   // engine has none (it would make a jar of its own).
   bool cookieFileListed = false;
   // The options of the plain GET held that vary from one such GET to the next.
+  std::string url;
   long connectTimeoutMs = 0;
   curl_off_t maxFileSize = 0;
-  bool expectOnlyHeaders = false;  // the header list is the shared one of no fields
+  bool noHeaderList = true;  // curl's default, as after a reset
 };
+
+using EasyHandles = std::vector<std::unique_ptr<EasyHandle>>;
 
 struct Transfer {
   TransferId id = 0;
@@ -65,25 +79,37 @@ struct Transfer {
   // The cookie engine the transfer's handle shares; null: no cookies kept or sent.
   std::shared_ptr<CurlCookieStore> cookies;
 
-  Transfer() = default;
+  Transfer(TransferId id, HttpRequest&& request, HttpTransport::Completion&& completion, std::shared_ptr<MainLoop> loop,
+           std::shared_ptr<CurlCookieStore> cookies)
+      : id(id),
+        request(std::move(request)),
+        completion(std::move(completion)),
+        loop(std::move(loop)),
+        cookies(std::move(cookies)) {}
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
   ~Transfer();
 
   // Takes a handle from `spares` (or a new one) and sets every option of the request.
-  // False when libcurl could not give a handle.
-  bool setUp(std::vector<EasyHandle>* spares);
-  CURL* easy() const { return handle_.easy; }
+  // `now` is the driver's clock for the pass, read when bytes move; it outlives the
+  // transfer. False when libcurl could not give a handle.
+  bool setUp(EasyHandles* spares, const Clock::time_point* now);
+  CURL* easy() const { return handle_ ? handle_->easy : nullptr; }
   // Whether the handle came with a plain GET's options, which this one keeps (the
   // driver's own options included).
   bool keptOptions() const { return keptOptions_; }
 
+  // When the transfer will have been silent for its timeout; none without a timeout.
+  std::optional<Clock::time_point> idleDeadline() const;
+
   // Delivers the outcome through `outbox`; each runs once, and later calls do nothing.
   void finish(CURLcode code, Outbox& outbox);
   void cancelled(Outbox& outbox);
+  // Ends the transfer as timed out; the driver has taken it off the multi handle.
+  void timedOut(Outbox& outbox);
 
  private:
-  void deliver(HttpResponse response, Outbox& outbox);
+  void deliver(HttpResponse&& response, Outbox& outbox);
   // Back to curl's defaults, with no cookie file listed.
   void resetHandle();
   // Attaches the handle to the transfer's cookie engine, or detaches it when there is none.
@@ -93,21 +119,21 @@ struct Transfer {
   // Whether `bytes` more of headers or in-memory body would pass the request's limit;
   // marks the transfer too large when they would.
   bool exceedsLimit(std::size_t held, std::size_t bytes);
-  // True once the transfer has moved no byte for the request's timeout.
-  bool idleTooLong(curl_off_t moved);
-  static size_t onHeader(char* data, size_t size, size_t count, void* self);
-  static size_t onBody(char* data, size_t size, size_t count, void* self);
-  static int onProgress(void* self, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
+  void noteActivity() { lastActivity_ = *now_; }
+  static size_t onHeader(char* data, size_t size, size_t count, void* handle);
+  static size_t onBody(char* data, size_t size, size_t count, void* handle);
+  static int onProgress(void* handle, curl_off_t dltotal, curl_off_t dlnow, curl_off_t, curl_off_t);
 
-  EasyHandle handle_;
-  std::vector<EasyHandle>* spares_ = nullptr;  // where the handle goes back when done
-  // A GET with a timeout, neither authorised nor downloaded to a file: it sets the same
-  // options as every other such GET, only with its own values, so a handle can pass from
-  // one to the next without curl_easy_reset (which costs a small request more than all
-  // its other options together). Any other transfer gets a reset handle.
+  std::unique_ptr<EasyHandle> handle_;
+  EasyHandles* spares_ = nullptr;  // where the handle goes back when done
+  // A GET with a timeout, neither authorised, nor downloaded to a file, nor given a body
+  // (unsent, but it would want progress reports): it sets the same options as every
+  // other such GET, only with its own values, so a handle can pass from one to the next
+  // without curl_easy_reset (which costs a small request more than all its other options
+  // together). Any other transfer gets a reset handle.
   bool plain_ = false;
   bool keptOptions_ = false;
-  curl_slist* headerList_ = nullptr;  // null: the shared list of no fields
+  curl_slist* headerList_ = nullptr;  // the transfer's own list; null: none, or the shared one
   HttpResponse response_;
   std::FILE* file_ = nullptr;
   bool fileDecided_ = false;
@@ -116,23 +142,35 @@ struct Transfer {
   std::int64_t lastReported_ = -1;
   std::size_t headerBytes_ = 0;
   bool tooLarge_ = false;
-  curl_off_t lastMoved_ = 0;  // bytes sent plus received at the last activity
-  std::chrono::steady_clock::time_point lastActivity_;
+  const Clock::time_point* now_ = nullptr;
+  curl_off_t lastMoved_ = 0;  // bytes sent plus received, as the progress callback last saw them
+  Clock::time_point lastActivity_;
   bool idleTimedOut_ = false;
-  char errorBuffer_[CURL_ERROR_SIZE] = {};
 };
 
 // The transfers of one multi handle: queued ones wait in order until one of the
 // `maxConcurrent` slots is free. Used from the driver's thread only.
+//
+// Request timeouts are idle limits, kept here rather than by curl: received bytes mark a
+// transfer active as they arrive (and an upload's progress as curl reports it), and the
+// driver ends those silent for their timeout. A curl timer or progress callback per
+// transfer would cost every small request; here a driver needs one timer in all.
 class TransferQueue {
  public:
   // `prepare`, when given, sets a driver's own options on each handle before it starts
-  // (not again on one that kept them, see Transfer::keptOptions).
-  TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr);
+  // (not again on one that kept them, see Transfer::keptOptions). `completeInPlace`: the
+  // driver runs on the transfers' main loop, and flush() runs their completions itself.
+  TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr,
+                bool completeInPlace = false);
   // Drops every transfer without completing it.
   ~TransferQueue();
   TransferQueue(const TransferQueue&) = delete;
   TransferQueue& operator=(const TransferQueue&) = delete;
+
+  // Reads the clock for the pass that follows: transfers started and bytes received in
+  // it take this time. Called before each call into curl that may move bytes.
+  void tick() { now_ = Clock::now(); }
+  Clock::time_point now() const { return now_; }
 
   void push(std::unique_ptr<Transfer> transfer) { queued_.push_back(std::move(transfer)); }
   // Completes a queued or running transfer as cancelled; unknown ids are ignored.
@@ -141,7 +179,13 @@ class TransferQueue {
   void startQueued();
   // Completes the transfers the multi handle reports done.
   void collectFinished();
-  // Posts the completions gathered since the last flush.
+  // Completes as timed out the running transfers silent for their timeout (by the last
+  // tick), and tells when the next of the others may be.
+  std::optional<Clock::time_point> endIdle();
+  // The earliest idle deadline of the transfers started since the last call, so that a
+  // driver can make sure to look by then.
+  std::optional<Clock::time_point> takeStartedDeadline() { return std::exchange(startedDeadline_, std::nullopt); }
+  // Delivers the completions gathered since the last flush.
   void flush() { outbox_.flush(); }
 
   bool hasStartable() const { return !queued_.empty() && active_.size() < maxConcurrent_; }
@@ -152,8 +196,10 @@ class TransferQueue {
   std::function<void(CURL*)> prepare_;
   std::deque<std::unique_ptr<Transfer>> queued_;
   std::vector<std::unique_ptr<Transfer>> active_;
-  std::vector<EasyHandle> spares_;
+  EasyHandles spares_;
   Outbox outbox_;
+  Clock::time_point now_ = Clock::now();
+  std::optional<Clock::time_point> startedDeadline_;
 };
 
 }  // namespace curl_detail
