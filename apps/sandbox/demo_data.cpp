@@ -173,11 +173,12 @@ std::pair<double, double> wgsToBd09(double lat, double lng) {
 // kAreaVersion.
 void seedAreas(SandboxStore& db, const std::filesystem::path& areaDatabase) {
   SQLiteDatabase shipped = SQLiteDatabase::atPath(areaDatabase, SQLiteDatabase::Mode::kImmutable);
-  if (const auto error = shipped.openDatabase()) {
-    throw StoreError("the shipped area database " + areaDatabase.string() + " cannot be read: " + error->description);
+  if (const Status opened = shipped.openDatabase(); !opened.ok()) {
+    throw StoreError("the shipped area database " + areaDatabase.string() + " cannot be read: " + opened.message());
   }
-  const Json rows = shipped.getRowsForQuery(
-      "SELECT area_id, parent_id, area_name, py_name, area_type, special FROM areas ORDER BY rowid");
+  const Json rows =
+      shipped.getRowsForQuery("SELECT area_id, parent_id, area_name, py_name, area_type, special FROM areas ORDER BY rowid")
+          .valueOr(Json::array());
   shipped.closeDatabase();
   if (!rows.is_array() || rows.empty()) throw StoreError("no areas in " + areaDatabase.string());
   db.execute("DELETE FROM areas");

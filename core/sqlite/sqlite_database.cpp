@@ -41,6 +41,14 @@ int bindAll(sqlite3_stmt* s, const std::vector<DBValue>& params) {
   return SQLITE_OK;
 }
 
+// The Status of a failed SQLite call: its primary code picks the kind.
+Status statusFor(int code, std::string message) {
+  const int primary = code & 0xff;
+  if (primary == SQLITE_NOTADB || primary == SQLITE_CORRUPT) return Status::corruption(std::move(message), primary);
+  if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED) return Status::busy(std::move(message), primary);
+  return Status::ioError(std::move(message), primary);
+}
+
 // Writes a value of a dump line; apostrophes are doubled so the line reads back as SQL.
 std::string quoted(const Json& value) {
   std::string text;
@@ -70,15 +78,17 @@ std::string quoted(const Json& value) {
 struct SQLiteDatabase::Impl {
   std::filesystem::path path;
   Mode mode = Mode::kReadWrite;
+  Links links = Links::kFollow;
   sqlite3* db = nullptr;
+  int transactionDepth = 0;  // > 0 while transaction() runs: nothing closes the handle
   std::recursive_mutex mutex;
   std::atomic<bool> writing{false};
   std::mutex rebuildMutex;  // one replaceWith at a time
   // Statements kept for getRowsForQuery with parameters; finalised before every close.
   std::unordered_map<std::string, Statement> kept;
 
-  std::optional<DBError> open() {
-    if (db != nullptr) return std::nullopt;
+  Status open() {
+    if (db != nullptr) return {};
     int flags = SQLITE_OPEN_READONLY;
     std::string name = path.string();
     if (mode == Mode::kReadWrite) {
@@ -90,81 +100,87 @@ struct SQLiteDatabase::Impl {
       // Escaped whole, so that "?", "#" or "%" in a directory name keep their meaning.
       name = "file:" + percentEncode(path.string()) + "?immutable=1";
     }
+    if (links == Links::kRefuse) flags |= SQLITE_OPEN_NOFOLLOW;
     sqlite3* handle = nullptr;
     const int rc = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
     if (rc != SQLITE_OK) {
       std::string message = handle != nullptr ? sqlite3_errmsg(handle) : sqlite3_errstr(rc);
       sqlite3_close(handle);
-      return createDBErrorWithDescription("The database could not be opened: " + message, rc);
+      return statusFor(rc, "The database could not be opened: " + message);
     }
     sqlite3_busy_timeout(handle, 5000);
     db = handle;
-    return std::nullopt;
+    return {};
   }
 
-  std::optional<DBError> close() {
-    if (db == nullptr) return std::nullopt;
+  Status close() {
+    if (db == nullptr) return {};
     kept.clear();
     const int rc = sqlite3_close(db);
     if (rc != SQLITE_OK) {
-      return createDBErrorWithDescription(std::string("The database could not be closed: ") + sqlite3_errmsg(db), rc);
+      return statusFor(rc, std::string("The database could not be closed: ") + sqlite3_errmsg(db));
     }
     db = nullptr;
-    return std::nullopt;
+    return {};
   }
 
-  DBError lastError() const {
-    return createDBErrorWithDescription(sqlite3_errmsg(db), sqlite3_extended_errcode(db) & 0xff);
+  // What doQuery and runInTransaction do when they end: close, unless a held
+  // transaction still needs the connection.
+  void closeUnlessHeld() {
+    if (transactionDepth == 0) close();
   }
 
-  std::optional<DBError> prepare(std::string_view sql, Statement& out) {
-    if (auto error = open()) return error;
+  Status lastError() const { return statusFor(sqlite3_extended_errcode(db), sqlite3_errmsg(db)); }
+
+  Status prepare(std::string_view sql, Statement& out) {
+    if (Status opened = open(); !opened.ok()) return opened;
     sqlite3_stmt* stmt = nullptr;
     if (sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &stmt, nullptr) != SQLITE_OK) {
       sqlite3_finalize(stmt);
       return lastError();
     }
-    if (stmt == nullptr) return createDBErrorWithDescription("not an SQL statement", SQLITE_MISUSE);
+    if (stmt == nullptr) return Status::invalidArgument("not an SQL statement");
     out.reset(stmt);
-    return std::nullopt;
+    return {};
   }
 
-  std::optional<DBError> stepOnce(sqlite3_stmt* stmt) {
+  Status stepOnce(sqlite3_stmt* stmt) {
     const int rc = sqlite3_step(stmt);
     if (rc != SQLITE_DONE && rc != SQLITE_ROW) return lastError();
-    return std::nullopt;
+    return {};
   }
 
-  std::optional<DBError> execute(std::string_view sql) {
+  Status execute(std::string_view sql, const std::vector<DBValue>& params = {}) {
     Statement stmt;
-    if (auto error = prepare(sql, stmt)) return error;
+    if (Status prepared = prepare(sql, stmt); !prepared.ok()) return prepared;
+    if (bindAll(stmt.get(), params) != SQLITE_OK) return lastError();
     return stepOnce(stmt.get());
   }
 
-  Json rows(std::string_view sql) {
+  Result<Json> rows(std::string_view sql) {
     Statement stmt;
-    if (prepare(sql, stmt)) return Json::array();
-    return readRows(stmt.get());
+    if (Status prepared = prepare(sql, stmt); !prepared.ok()) return prepared;
+    return readRows(stmt.get(), {});
   }
 
   // Prepares `sql` once per connection, binds `params` and reads its rows; the kept
   // statement is reset and its bindings cleared for the next call.
-  Json keptRows(std::string_view sql, const std::vector<DBValue>& params) {
-    if (open()) return Json::array();
+  Result<Json> keptRows(std::string_view sql, const std::vector<DBValue>& params, RowStyle style) {
+    if (Status opened = open(); !opened.ok()) return opened;
     auto found = kept.find(std::string(sql));
     if (found == kept.end()) {
       Statement stmt;
-      if (prepare(sql, stmt)) return Json::array();
+      if (Status prepared = prepare(sql, stmt); !prepared.ok()) return prepared;
       found = kept.emplace(std::string(sql), std::move(stmt)).first;
     }
     sqlite3_stmt* s = found->second.get();
-    Json result = bindAll(s, params) == SQLITE_OK ? readRows(s) : Json::array();
+    Result<Json> result = bindAll(s, params) == SQLITE_OK ? readRows(s, style) : Result<Json>(lastError());
     sqlite3_reset(s);
     sqlite3_clear_bindings(s);
     return result;
   }
 
-  Json readRows(sqlite3_stmt* stmt) {
+  Result<Json> readRows(sqlite3_stmt* stmt, RowStyle style) {
     Json result = Json::array();
     const int columns = sqlite3_column_count(stmt);
     int rc;
@@ -187,27 +203,33 @@ struct SQLiteDatabase::Impl {
           case SQLITE_BLOB: {
             const auto* data = static_cast<const std::uint8_t*>(sqlite3_column_blob(stmt, i));
             const auto size = static_cast<std::size_t>(sqlite3_column_bytes(stmt, i));
-            row[name] = Json::binary(std::vector<std::uint8_t>(data, data + size));
+            if (style.blobsAsText) {
+              row[name] = size == 0 ? std::string() : std::string(reinterpret_cast<const char*>(data), size);
+            } else {
+              row[name] = Json::binary(std::vector<std::uint8_t>(data, data + size));
+            }
             break;
           }
           default:
+            if (style.nullsAsNull) row[name] = nullptr;
             break;  // NULL: left out
         }
       }
       result.push_back(std::move(row));
     }
-    if (rc != SQLITE_DONE) return Json::array();
+    if (rc != SQLITE_DONE) return lastError();
     return result;
   }
 };
 
-SQLiteDatabase::SQLiteDatabase(std::filesystem::path path, Mode mode) : impl_(std::make_unique<Impl>()) {
+SQLiteDatabase::SQLiteDatabase(std::filesystem::path path, Mode mode, Links links) : impl_(std::make_unique<Impl>()) {
   impl_->path = std::move(path);
   impl_->mode = mode;
+  impl_->links = links;
 }
 
-SQLiteDatabase SQLiteDatabase::atPath(std::filesystem::path path, Mode mode) {
-  return SQLiteDatabase(std::move(path), mode);
+SQLiteDatabase SQLiteDatabase::atPath(std::filesystem::path path, Mode mode, Links links) {
+  return SQLiteDatabase(std::move(path), mode, links);
 }
 
 SQLiteDatabase::~SQLiteDatabase() {
@@ -225,58 +247,79 @@ SQLiteDatabase& SQLiteDatabase::operator=(SQLiteDatabase&& other) noexcept {
 
 const std::filesystem::path& SQLiteDatabase::getDatabasePath() const { return impl_->path; }
 
-std::optional<DBError> SQLiteDatabase::openDatabase() {
+Status SQLiteDatabase::openDatabase() {
   std::lock_guard lock(impl_->mutex);
   return impl_->open();
 }
 
-std::optional<DBError> SQLiteDatabase::closeDatabase() {
+Status SQLiteDatabase::closeDatabase() {
   std::lock_guard lock(impl_->mutex);
   return impl_->close();
 }
 
-std::optional<DBError> SQLiteDatabase::doQuery(std::string_view sql) {
+Status SQLiteDatabase::doQuery(std::string_view sql) {
   std::lock_guard lock(impl_->mutex);
-  auto error = impl_->execute(sql);
-  impl_->close();
-  return error;
+  Status status = impl_->execute(sql);
+  impl_->closeUnlessHeld();
+  return status;
 }
 
-std::optional<DBError> SQLiteDatabase::runInTransaction(const std::vector<std::string>& sqls) {
+Status SQLiteDatabase::runInTransaction(const std::vector<BoundStatement>& statements) {
   std::lock_guard lock(impl_->mutex);
   const bool wasWriting = impl_->writing.exchange(true);
-  std::optional<DBError> error = impl_->execute("BEGIN IMMEDIATE");
-  if (!error) {
-    for (const auto& sql : sqls) {
-      if ((error = impl_->execute(sql))) break;
+  Status status = impl_->execute("BEGIN IMMEDIATE");
+  if (status.ok()) {
+    for (const auto& statement : statements) {
+      if (status = impl_->execute(statement.sql, statement.params); !status.ok()) break;
     }
-    if (error) {
+    if (!status.ok()) {
       impl_->execute("ROLLBACK");
     } else {
-      error = impl_->execute("COMMIT");
+      status = impl_->execute("COMMIT");
+      if (!status.ok()) impl_->execute("ROLLBACK");
     }
   }
-  impl_->close();
+  impl_->closeUnlessHeld();
   impl_->writing = wasWriting;
-  return error;
+  return status;
 }
 
-std::optional<DBError> SQLiteDatabase::doUpdateQuery(std::string_view sql, const std::vector<DBValue>& params) {
+Status SQLiteDatabase::transaction(TransactionKind kind, const std::function<Status()>& body) {
   std::lock_guard lock(impl_->mutex);
-  Statement stmt;
-  if (auto error = impl_->prepare(sql, stmt)) return error;
-  if (bindAll(stmt.get(), params) != SQLITE_OK) return impl_->lastError();
-  return impl_->stepOnce(stmt.get());
+  if (impl_->transactionDepth > 0) return body();
+  Status status = impl_->execute(kind == TransactionKind::kImmediate ? "BEGIN IMMEDIATE" : "BEGIN");
+  if (!status.ok()) return status;
+  ++impl_->transactionDepth;
+  status = body();
+  --impl_->transactionDepth;
+  if (status.ok()) status = impl_->execute("COMMIT");
+  // A failed COMMIT can leave the transaction open (SQLITE_BUSY); it must not outlive the call.
+  if (!status.ok() && sqlite3_get_autocommit(impl_->db) == 0) impl_->execute("ROLLBACK");
+  return status;
 }
 
-Json SQLiteDatabase::getRowsForQuery(std::string_view sql) {
+Status SQLiteDatabase::executeScript(std::string_view sql) {
+  std::lock_guard lock(impl_->mutex);
+  if (Status opened = impl_->open(); !opened.ok()) return opened;
+  const std::string text(sql);
+  if (sqlite3_exec(impl_->db, text.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) return impl_->lastError();
+  return {};
+}
+
+Status SQLiteDatabase::doUpdateQuery(std::string_view sql, const std::vector<DBValue>& params) {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->execute(sql, params);
+}
+
+Result<Json> SQLiteDatabase::getRowsForQuery(std::string_view sql) {
   std::lock_guard lock(impl_->mutex);
   return impl_->rows(sql);
 }
 
-Json SQLiteDatabase::getRowsForQuery(std::string_view sql, const std::vector<DBValue>& params) {
+Result<Json> SQLiteDatabase::getRowsForQuery(std::string_view sql, const std::vector<DBValue>& params,
+                                             RowStyle style) {
   std::lock_guard lock(impl_->mutex);
-  return impl_->keptRows(sql, params);
+  return impl_->keptRows(sql, params, style);
 }
 
 std::int64_t SQLiteDatabase::getLastInsertRowID() {
@@ -284,11 +327,24 @@ std::int64_t SQLiteDatabase::getLastInsertRowID() {
   return impl_->db != nullptr ? sqlite3_last_insert_rowid(impl_->db) : 0;
 }
 
+std::int64_t SQLiteDatabase::changes() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->db != nullptr ? sqlite3_changes64(impl_->db) : 0;
+}
+
+Status SQLiteDatabase::checkpoint() {
+  std::lock_guard lock(impl_->mutex);
+  if (impl_->db == nullptr) return {};
+  const int rc = sqlite3_wal_checkpoint_v2(impl_->db, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  return rc == SQLITE_OK ? Status() : impl_->lastError();
+}
+
 std::string SQLiteDatabase::getDatabaseDump() {
   std::lock_guard lock(impl_->mutex);
   std::string dump = ";\n; Dump of an SQLite database\n;\n";
   dump += "; database " + impl_->path.filename().string() + ";\n";
-  const Json tables = impl_->rows("SELECT * FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%';");
+  const Json tables =
+      impl_->rows("SELECT * FROM sqlite_master WHERE type='table' AND name NOT LIKE 'sqlite_%';").valueOr(Json::array());
   for (const auto& table : tables) {
     const std::string name = strForKey(table, "name");
     dump += strForKey(table, "sql") + ";\n";
@@ -297,10 +353,10 @@ std::string SQLiteDatabase::getDatabaseDump() {
     std::vector<std::string> columns;
     Statement stmt;
     const std::string select = "SELECT * FROM \"" + name + "\"";
-    if (impl_->prepare(select, stmt)) continue;
+    if (!impl_->prepare(select, stmt).ok()) continue;
     for (int i = 0; i < sqlite3_column_count(stmt.get()); ++i) columns.emplace_back(sqlite3_column_name(stmt.get(), i));
     stmt.reset();
-    for (const auto& row : impl_->rows(select)) {
+    for (const auto& row : impl_->rows(select).valueOr(Json::array())) {
       std::string names;
       std::string values;
       for (const auto& column : columns) {
@@ -317,35 +373,31 @@ std::string SQLiteDatabase::getDatabaseDump() {
 
 bool SQLiteDatabase::isWriting() const { return impl_->writing.load(); }
 
-std::optional<DBError> SQLiteDatabase::replaceWith(
-    const std::function<std::optional<DBError>(SQLiteDatabase& fresh)>& fill) {
+Status SQLiteDatabase::replaceWith(const std::function<Status(SQLiteDatabase& fresh)>& fill) {
   std::lock_guard rebuild(impl_->rebuildMutex);
   const bool wasWriting = impl_->writing.exchange(true);
   const std::filesystem::path side = impl_->path.string() + ".rebuild";
   std::error_code ec;
   std::filesystem::remove(side, ec);
-  std::optional<DBError> error;
+  Status status;
   {
     SQLiteDatabase fresh = atPath(side);
-    error = fill(fresh);
-    if (auto closeError = fresh.closeDatabase(); !error) error = closeError;
+    status = fill(fresh);
+    if (Status closed = fresh.closeDatabase(); status.ok()) status = closed;
   }
-  if (!error) {
+  if (status.ok()) {
     std::lock_guard lock(impl_->mutex);
     impl_->close();
     std::filesystem::rename(side, impl_->path, ec);
-    if (ec) error = createDBErrorWithDescription("The database could not be replaced: " + ec.message(), SQLITE_IOERR);
+    if (ec) status = createDBErrorWithDescription("The database could not be replaced: " + ec.message(), SQLITE_IOERR);
   }
-  if (error) std::filesystem::remove(side, ec);
+  if (!status.ok()) std::filesystem::remove(side, ec);
   impl_->writing = wasWriting;
-  return error;
+  return status;
 }
 
-DBError SQLiteDatabase::createDBErrorWithDescription(std::string description, int code) {
-  DBError error;
-  error.description = std::move(description);
-  error.code = code;
-  return error;
+Status SQLiteDatabase::createDBErrorWithDescription(std::string description, int code) {
+  return Status::ioError(std::move(description), code);
 }
 
 }  // namespace qmv

@@ -1,11 +1,16 @@
 #pragma once
-// A thin wrapper over one SQLite database file. Statements are plain SQL texts; rows come
-// back as JSON objects keyed by column name (integers and reals as numbers, text as
-// strings, blobs as JSON binary, NULL columns left out).
+// A thin wrapper over one SQLite database file. Values are bound to "?" placeholders,
+// never written into a statement's text; rows come back as JSON objects keyed by column
+// name (integers and reals as numbers, text as strings, blobs as JSON binary, NULL
+// columns left out, unless a RowStyle says otherwise).
 //
 // The database is named by its full path; callers resolve names against their own
 // locations. Each query opens the database when needed; doQuery and runInTransaction
-// close it afterwards.
+// close it afterwards, except inside transaction(), which holds the connection.
+//
+// Failures are Status values carrying SQLite's message and primary result code; a file
+// that is not a database or is damaged reads as Status::isCorruption(), a lock held too
+// long as isBusy().
 //
 // Thread-safety: every operation takes the object's lock, so a background writer and
 // readers on the interface thread never use the handle at the same time. isWriting()
@@ -16,14 +21,14 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 #include "core/common/json.h"
-#include "core/sqlite/db_error.h"
+#include "core/common/result.h"
+#include "core/common/status.h"
 
 namespace qmv {
 
@@ -32,15 +37,36 @@ namespace qmv {
 using DBValue = std::variant<std::monostate, std::string, std::int64_t, double, std::vector<std::uint8_t>,
                              std::chrono::system_clock::time_point>;
 
+// One statement of a batch with the values of its placeholders.
+struct BoundStatement {
+  BoundStatement(std::string text, std::vector<DBValue> values = {})  // NOLINT(google-explicit-constructor)
+      : sql(std::move(text)), params(std::move(values)) {}
+  BoundStatement(const char* text) : sql(text) {}  // NOLINT(google-explicit-constructor)
+
+  std::string sql;
+  std::vector<DBValue> params;
+};
+
+// How a row is read. By default NULL columns are left out and blobs become JSON binary.
+struct RowStyle {
+  bool nullsAsNull = false;  // a NULL column appears as null
+  bool blobsAsText = false;  // a blob column appears as a string holding its bytes
+};
+
 class SQLiteDatabase {
  public:
   // kImmutable is for shipped resources that nothing changes while the process runs:
   // read-only, and SQLite skips file locking and change detection on every query.
   enum class Mode { kReadWrite, kReadOnly, kImmutable };
 
+  // kRefuse opens only a file that is not a symbolic link (SQLITE_OPEN_NOFOLLOW), for
+  // files whose owner has checked them first.
+  enum class Links { kFollow, kRefuse };
+  enum class TransactionKind { kDeferred, kImmediate };
+
   // A database at exactly `path`. kReadOnly and kImmutable never create a file: opening
   // a missing one fails.
-  static SQLiteDatabase atPath(std::filesystem::path path, Mode mode = Mode::kReadWrite);
+  static SQLiteDatabase atPath(std::filesystem::path path, Mode mode = Mode::kReadWrite, Links links = Links::kFollow);
   ~SQLiteDatabase();
   SQLiteDatabase(SQLiteDatabase&&) noexcept;
   SQLiteDatabase& operator=(SQLiteDatabase&&) noexcept;
@@ -51,47 +77,65 @@ class SQLiteDatabase {
 
   // Opening an open database does nothing. A read-write database creates its parent
   // directories. Failure: "The database could not be opened: <SQLite message>".
-  std::optional<DBError> openDatabase();
+  Status openDatabase();
   // Closing a closed database does nothing.
   // Failure: "The database could not be closed: <SQLite message>".
-  std::optional<DBError> closeDatabase();
+  Status closeDatabase();
 
-  // Prepares, steps once and finalises `sql`, then closes the database.
-  std::optional<DBError> doQuery(std::string_view sql);
+  // Prepares, steps once and finalises `sql`, then closes the database (not inside
+  // transaction()).
+  Status doQuery(std::string_view sql);
 
-  // Runs the statements in order inside one transaction with isWriting() set, then closes
-  // the database. The first failure rolls the whole batch back and is returned.
-  std::optional<DBError> runInTransaction(const std::vector<std::string>& sqls);  // the system's doQuerys:
+  // Runs the statements in order inside one immediate transaction with isWriting() set,
+  // then closes the database. The first failure rolls the whole batch back and is
+  // returned. REQUIRES: not called inside transaction().
+  Status runInTransaction(const std::vector<BoundStatement>& statements);  // the system's doQuerys:
+
+  // Runs `body` inside one transaction on a connection held open throughout: committed
+  // when `body` returns OK, rolled back otherwise (its Status is returned), and a failed
+  // COMMIT is rolled back and returned. The connection stays open afterwards. A call made
+  // from inside `body` joins the running transaction.
+  Status transaction(TransactionKind kind, const std::function<Status()>& body);
+
+  // Runs one or more ";"-separated statements without values (pragmas, schema).
+  Status executeScript(std::string_view sql);
 
   // Prepares `sql`, binds params[i] to placeholder i+1 by kind and steps once.
-  std::optional<DBError> doUpdateQuery(std::string_view sql, const std::vector<DBValue>& params);
+  Status doUpdateQuery(std::string_view sql, const std::vector<DBValue>& params);
 
-  // One object per row; an empty array when the statement cannot be prepared or fails.
-  Json getRowsForQuery(std::string_view sql);
-  // The same with params[i] bound to placeholder i+1 (as doUpdateQuery binds them). The
-  // statement is prepared once per opened connection and reused, so repeated look-ups with
-  // one text skip SQLite's parser; a bind failure also yields an empty array.
-  Json getRowsForQuery(std::string_view sql, const std::vector<DBValue>& params);
+  // One object per row, or the failure to prepare or step.
+  Result<Json> getRowsForQuery(std::string_view sql);
+  // The same with params[i] bound to placeholder i+1 (as doUpdateQuery binds them) and
+  // rows read in `style`. The statement is prepared once per opened connection and
+  // reused, so repeated look-ups with one text skip SQLite's parser.
+  Result<Json> getRowsForQuery(std::string_view sql, const std::vector<DBValue>& params, RowStyle style = {});
 
   // Rowid of the last successful insert on this connection (0 when none or closed).
   std::int64_t getLastInsertRowID();
+  // Rows changed by the last insert, update or delete on this connection (0 when closed).
+  std::int64_t changes();
+
+  // A passive checkpoint of the write-ahead log: copies what no reader still needs into
+  // the database file without waiting for anyone. Does nothing on a closed database.
+  Status checkpoint();
 
   // The whole database as text: a comment header, "; database <file name>;", then per
   // table its CREATE statement and one insert line per row (NULLs written as null).
   std::string getDatabaseDump();
 
-  // True while runInTransaction or replaceWith runs. Readable from any thread.
+  // True while runInTransaction or replaceWith runs (not transaction()). Readable from any thread.
   bool isWriting() const;
 
   // Builds a new database in a side file with `fill`, then swaps it in for this one in
   // one rename, so readers see either the old contents or the complete new ones. The
   // old file stays when `fill` fails. isWriting() is true for the duration.
-  std::optional<DBError> replaceWith(const std::function<std::optional<DBError>(SQLiteDatabase& fresh)>& fill);
+  Status replaceWith(const std::function<Status(SQLiteDatabase& fresh)>& fill);
 
-  static DBError createDBErrorWithDescription(std::string description, int code);
+  // An I/O failure with `description` and SQLite's result `code`.
+  static Status createDBErrorWithDescription(std::string description, int code);
 
  private:
-  SQLiteDatabase(std::filesystem::path path, Mode mode);
+  SQLiteDatabase(std::filesystem::path path, Mode mode, Links links);
 
   struct Impl;
   std::unique_ptr<Impl> impl_;

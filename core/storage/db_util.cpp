@@ -1,7 +1,6 @@
 #include "core/storage/db_util.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <charconv>
 #include <mutex>
@@ -22,60 +21,28 @@ constexpr const char* kAreaDbName = "area.db";
 constexpr const char* kBankBinDbName = "bank_card_bin.db";
 constexpr const char* kDirectlyGoverned = "省直辖县级行政单位";
 
-// Statements as the client has always written them; "%@" and "%d" take the values in
-// order and "%%" is a literal percent sign.
+// Statements keep the shapes the client has always run; every value is bound. A bound
+// text has no affinity, as the quoted literal it replaces had none, so comparisons with
+// the INTEGER columns convert it the same way.
 constexpr const char* kLastAreaSql = "Select *  from areas order by area_id desc limit 1";
 constexpr const char* kCreateAreasSql =
     "create TABLE if not EXISTS areas (area_id integer,parent_id integer,area_name VARCHAR,py_name VARCHAR,"
     "zipcode integer, area_type integer, special integer)";
 constexpr const char* kInsertAreaSql =
     "INSERT OR REPLACE INTO areas('area_id','parent_id','area_name','py_name','zipcode','area_type','special')"
-    "VALUES('%d','%d','%@','%@','%d','%d','%d')";
+    "VALUES(?1,?2,?3,?4,?5,?6,?7)";
 constexpr const char* kCitiesByLetterSql =
-    "Select * from areas where area_type = \"2\" And py_name like '%@%%' order by py_name";
+    "Select * from areas where area_type = \"2\" And py_name like ?1 || '%' order by py_name";
 constexpr const char* kCitiesWithKeySql =
-    "Select * from areas where area_type = \"2\" And (py_name like '%%%@%%' or area_name like '%%%@%%') "
+    "Select * from areas where area_type = \"2\" And (py_name like '%' || ?1 || '%' or area_name like '%' || ?1 || '%') "
     "order by py_name";
-constexpr const char* kDistrictNamesSql = "Select area_name from areas where parent_id = \"%@\" order by py_name";
-constexpr const char* kDistrictIdSql = "Select area_id from areas where area_name = \"%@\" and parent_id = \"%@\"";
-constexpr const char* kCityByNameSql = "Select * from areas where area_name = \"%@\"";
-constexpr const char* kCityByIdSql = "Select * from areas where area_id = \"%@\"";
+constexpr const char* kDistrictNamesSql = "Select area_name from areas where parent_id = ?1 order by py_name";
+constexpr const char* kDistrictIdSql = "Select area_id from areas where area_name = ?1 and parent_id = ?2";
+constexpr const char* kCityByNameSql = "Select * from areas where area_name = ?1";
+constexpr const char* kCityByIdSql = "Select * from areas where area_id = ?1";
 // The card number has passed the digits-only rule, so binding its prefix finds exactly the
-// rows that the quoted text "%@" did; the one statement is then prepared only once.
+// rows that the quoted text did.
 constexpr const char* kBankBinSql = "Select * from bank_card_bin where card_bin = ?";
-
-std::string formatStatement(std::string_view templ, std::initializer_list<std::string_view> values) {
-  std::string out;
-  auto next = values.begin();
-  for (std::size_t i = 0; i < templ.size(); ++i) {
-    if (templ[i] == '%' && i + 1 < templ.size()) {
-      const char conversion = templ[i + 1];
-      if (conversion == '%') {
-        out += '%';
-        ++i;
-        continue;
-      }
-      if ((conversion == '@' || conversion == 'd') && next != values.end()) {
-        out += *next++;
-        ++i;
-        continue;
-      }
-    }
-    out += templ[i];
-  }
-  return out;
-}
-
-// A value is substituted only when it cannot leave its quotes or be read as a column.
-bool isSafeValue(std::string_view value) {
-  if (value.find_first_of(std::string_view("\"'\0", 3)) != std::string_view::npos) return false;
-  static constexpr std::array<std::string_view, 12> kIdentifiers = {"area_id",   "parent_id", "area_name", "py_name",
-                                                                    "zipcode",   "area_type", "special",   "card_bin",
-                                                                    "bank_name", "rowid",     "oid",       "_rowid_"};
-  std::string lower(value);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char c) { return std::tolower(c); });
-  return std::find(kIdentifiers.begin(), kIdentifiers.end(), lower) == kIdentifiers.end();
-}
 
 bool containsIgnoringAsciiCase(std::string_view text, std::string_view part) {
   const auto lower = [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); };
@@ -116,8 +83,9 @@ std::string lastAreaId() {
   return settings ? textOf(settings->objectForKey(kLastAreaIdKey)) : std::string();
 }
 
-// The "%d" text of a server number (or numeric text); anything else reads as 0.
-std::string integerText(const Json& area, std::string_view key) {
+// A server number (or numeric text) as the client has always stored it: its integer
+// part; anything else reads as 0.
+std::int64_t integerOf(const Json& area, std::string_view key) {
   const std::string text = strForKey(area, key);
   long long value = 0;
   const char* end = text.data() + text.size();
@@ -125,41 +93,38 @@ std::string integerText(const Json& area, std::string_view key) {
   if (ec != std::errc() || ptr == text.data()) {
     // Fractional numbers keep their integer part, as "%d" of intValue did.
     const auto number = numForKey(area, key);
-    if (number && number->is_number_float()) return std::to_string(static_cast<long long>(number->get<double>()));
-    return "0";
+    if (number && number->is_number_float()) return static_cast<std::int64_t>(number->get<double>());
+    return 0;
   }
-  return std::to_string(value);
+  return value;
 }
 
-std::optional<DBError> rebuildCache(SQLiteDatabase& cache, const Json& areas) {
-  std::vector<std::string> inserts;
+// Logs a failed look-up once; the caller then answers as if nothing was found.
+Json rowsOrNone(const Result<Json>& rows, std::string_view what) {
+  if (rows.ok()) return rows.value();
+  logLine("area look-up (" + std::string(what) + ") failed: " + rows.status().toString());
+  return Json::array();
+}
+
+Status rebuildCache(SQLiteDatabase& cache, const Json& areas) {
+  std::vector<BoundStatement> inserts;
   inserts.reserve(areas.size());
-  std::size_t skipped = 0;
   for (const auto& area : areas) {
-    const std::string name = strForKey(area, "name");
-    const std::string pyName = strForKey(area, "pyName");
-    // The insert quotes both texts with apostrophes; such an area cannot be stored safely.
-    if (name.find('\'') != std::string::npos || pyName.find('\'') != std::string::npos ||
-        name.find('\0') != std::string::npos || pyName.find('\0') != std::string::npos) {
-      ++skipped;
-      continue;
-    }
-    inserts.push_back(
-        formatStatement(kInsertAreaSql, {integerText(area, "id"), integerText(area, "parentId"), name, pyName, "1",
-                                         integerText(area, "type"), integerText(area, "special")}));
+    inserts.push_back({kInsertAreaSql,
+                       {integerOf(area, "id"), integerOf(area, "parentId"), strForKey(area, "name"),
+                        strForKey(area, "pyName"), std::int64_t{1}, integerOf(area, "type"), integerOf(area, "special")}});
   }
-  if (skipped > 0) logLine("area cache: left out " + std::to_string(skipped) + " areas with an apostrophe");
-  const auto error = cache.replaceWith([&](SQLiteDatabase& fresh) -> std::optional<DBError> {
-    if (auto created = fresh.doQuery(kCreateAreasSql)) return created;
+  const Status status = cache.replaceWith([&](SQLiteDatabase& fresh) {
+    if (Status created = fresh.doQuery(kCreateAreasSql); !created.ok()) return created;
     return fresh.runInTransaction(inserts);
   });
-  if (error) logLine("area cache rebuild failed: " + error->description);
-  return error;
+  if (!status.ok()) logLine("area cache rebuild failed: " + status.message());
+  return status;
 }
 
-std::vector<AreaModel> citiesFor(const std::string& sql) {
+std::vector<AreaModel> citiesFor(std::string_view sql, const std::vector<DBValue>& params) {
   std::vector<AreaModel> cities;
-  for (const auto& row : DBUtil::sharedManager()->getRowsForQuery(sql)) {
+  for (const auto& row : rowsOrNone(DBUtil::sharedManager()->getRowsForQuery(sql, params), "cities")) {
     AreaModel city(row);
     if (city.areaName == kDirectlyGoverned) continue;
     cities.push_back(std::move(city));
@@ -167,8 +132,8 @@ std::vector<AreaModel> citiesFor(const std::string& sql) {
   return cities;
 }
 
-std::optional<AreaModel> firstArea(const std::string& sql) {
-  const Json rows = DBUtil::sharedManager()->getRowsForQuery(sql);
+std::optional<AreaModel> firstArea(std::string_view sql, const std::string& value) {
+  const Json rows = rowsOrNone(DBUtil::sharedManager()->getRowsForQuery(sql, {value}), "area");
   if (rows.empty()) return std::nullopt;
   return AreaModel(rows.front());
 }
@@ -194,31 +159,30 @@ bool DBUtil::cacheDBValid() {
   if (cache->getDatabasePath().empty() || !std::filesystem::is_regular_file(cache->getDatabasePath(), ec)) {
     return false;
   }
-  const Json rows = cache->getRowsForQuery(kLastAreaSql);
-  if (rows.empty()) return false;
-  const std::string last = strForKey(rows.front(), "area_id");
+  const auto rows = cache->getRowsForQuery(kLastAreaSql);
+  if (!rows.ok() || rows->empty()) return false;
+  const std::string last = strForKey(rows->front(), "area_id");
   return !last.empty() && last == expected;
 }
 
-std::optional<DBError> DBUtil::rebuildAreaCache(const Json& areas) {
-  if (!areas.is_array()) return SQLiteDatabase::createDBErrorWithDescription("the area list is not an array", 0);
+Status DBUtil::rebuildAreaCache(const Json& areas) {
+  if (!areas.is_array()) return Status::invalidArgument("the area list is not an array");
   return rebuildCache(*sharedCacheManager(), areas);
 }
 
 std::map<std::string, std::vector<AreaModel>> DBUtil::getAllCity() {
   std::map<std::string, std::vector<AreaModel>> byLetter;
   for (char letter = 'a'; letter <= 'z'; ++letter) {
-    auto cities = citiesFor(formatStatement(kCitiesByLetterSql, {std::string(1, letter)}));
+    auto cities = citiesFor(kCitiesByLetterSql, {std::string(1, letter)});
     if (!cities.empty()) byLetter.emplace(std::string(1, static_cast<char>(letter - 'a' + 'A')), std::move(cities));
   }
   return byLetter;
 }
 
 std::vector<AreaModel> DBUtil::getCitiesWithKey(std::string_view key) {
-  if (!isSafeValue(key)) return {};
-  std::vector<AreaModel> cities = citiesFor(formatStatement(kCitiesWithKeySql, {key, key}));
+  std::vector<AreaModel> cities = citiesFor(kCitiesWithKeySql, {std::string(key)});
   // The statement has no ESCAPE clause to give "%" and "_" in the key their literal
-  // meaning, and its text stays as the client has always sent it; so what the wildcards
+  // meaning, and its shape stays as the client has always run it; so what the wildcards
   // let through is taken out here, keeping exactly the rows that contain the key (LIKE
   // compares ASCII letters without case).
   if (key.find_first_of("%_") != std::string_view::npos) {
@@ -231,45 +195,47 @@ std::vector<AreaModel> DBUtil::getCitiesWithKey(std::string_view key) {
 
 std::vector<std::string> DBUtil::getAllDistrictWithCityId(std::string_view cityId) {
   std::vector<std::string> names;
-  if (!isSafeValue(cityId)) return names;
-  for (const auto& row : sharedManager()->getRowsForQuery(formatStatement(kDistrictNamesSql, {cityId}))) {
+  for (const auto& row :
+       rowsOrNone(sharedManager()->getRowsForQuery(kDistrictNamesSql, {std::string(cityId)}), "districts")) {
     names.push_back(strForKey(row, "area_name"));
   }
   return names;
 }
 
 std::optional<std::string> DBUtil::getDistrictIdWithName(std::string_view name, std::string_view cityId) {
-  if (!isSafeValue(name) || !isSafeValue(cityId)) return std::nullopt;
-  const Json rows = sharedManager()->getRowsForQuery(formatStatement(kDistrictIdSql, {name, cityId}));
+  const Json rows = rowsOrNone(
+      sharedManager()->getRowsForQuery(kDistrictIdSql, {std::string(name), std::string(cityId)}), "district");
   if (rows.empty()) return std::nullopt;
   return strForKey(rows.front(), "area_id");
 }
 
 std::optional<AreaModel> DBUtil::getCityWithName(std::string_view name) {
-  if (!isSafeValue(name)) return std::nullopt;
-  return firstArea(formatStatement(kCityByNameSql, {name}));
+  return firstArea(kCityByNameSql, std::string(name));
 }
 
 std::optional<AreaModel> DBUtil::getCityWithId(std::string_view areaId) {
-  if (!isSafeValue(areaId)) return std::nullopt;
-  return firstArea(formatStatement(kCityByIdSql, {areaId}));
+  return firstArea(kCityByIdSql, std::string(areaId));
 }
 
 std::string DBUtil::getBankNameWithBankNum(std::string_view cardNum) {
   if (ControlUtil::validateBankNum(cardNum) == 1) return {};
   const auto bins = bankBinManager();
   for (std::size_t length = 2; length <= 8; ++length) {
-    const Json rows = bins->getRowsForQuery(kBankBinSql, {std::string(cardNum.substr(0, length))});
-    if (!rows.empty()) return strForKey(rows.front(), "bank_name");
+    const auto rows = bins->getRowsForQuery(kBankBinSql, {std::string(cardNum.substr(0, length))});
+    if (!rows.ok()) {
+      logLine("bank look-up failed: " + rows.status().toString());
+      return {};
+    }
+    if (!rows->empty()) return strForKey(rows->front(), "bank_name");
   }
   return {};
 }
 
-std::shared_future<std::optional<DBError>> DBUtil::applyAreaList(const Json& list, const std::string& ver) {
-  std::promise<std::optional<DBError>> promise;
-  std::shared_future<std::optional<DBError>> done = promise.get_future().share();
+std::shared_future<Status> DBUtil::applyAreaList(const Json& list, const std::string& ver) {
+  std::promise<Status> promise;
+  std::shared_future<Status> done = promise.get_future().share();
   if (!list.is_array() || list.empty()) {
-    promise.set_value(SQLiteDatabase::createDBErrorWithDescription("the area list is empty", 0));
+    promise.set_value(Status::invalidArgument("the area list is empty"));
     return done;
   }
   if (const auto& settings = Env::current().settings) {

@@ -7,9 +7,10 @@
 // only) and the cache "area.db" (caches directory). Area look-ups go to the cache only
 // while cacheDBValid() holds, otherwise to the shipped database.
 //
-// Values are placed into the statements' text. A value that could change a statement's
-// meaning (one holding a double quote, an apostrophe or a NUL, or naming a column) is never
-// substituted: the look-up reports that nothing was found without running anything.
+// Every value is bound, so any name (an apostrophe, a quote, a column's name) is looked up
+// as itself. A look-up that fails (a damaged or unreadable database) is logged once and
+// answers as "nothing found": a broken area database and an unknown city lead to the
+// same screen, so no caller needs to tell them apart.
 //
 // REQUIRES: called on the interface thread; only the rebuild started by applyAreaList
 // runs elsewhere.
@@ -23,7 +24,7 @@
 
 #include "core/common/area_model.h"
 #include "core/common/json.h"
-#include "core/sqlite/db_error.h"
+#include "core/common/status.h"
 #include "core/sqlite/sqlite_database.h"
 
 namespace qmv {
@@ -42,9 +43,9 @@ class DBUtil {
 
   // Rebuilds the cache from the server's area objects ("id", "parentId", "name", "pyName",
   // "type", "special"; zipcode is always stored as 1). The new database replaces the old
-  // one only once complete. An area whose name or pinyin holds an apostrophe is left out.
+  // one only once complete; every area is kept, whatever its name holds.
   // Blocks until done; see applyAreaList for the background form.
-  static std::optional<DBError> rebuildAreaCache(const Json& areas);  // the system's insertAreaToCatcheDB:
+  static Status rebuildAreaCache(const Json& areas);  // the system's insertAreaToCatcheDB:
 
   // Cities grouped by the upper-case initial of their pinyin ("A".."Z", only letters that
   // have cities), each group ordered by pinyin; "省直辖县级行政单位" is left out.
@@ -66,7 +67,7 @@ class DBUtil {
   // background thread while look-ups keep using the shipped database. The future
   // completes with the rebuild's outcome; dropping it does not wait. An empty or
   // non-array list changes nothing and completes at once with an error.
-  static std::shared_future<std::optional<DBError>> applyAreaList(const Json& list, const std::string& ver);
+  static std::shared_future<Status> applyAreaList(const Json& list, const std::string& ver);
 
   // Forgets the three managers so that the next use creates them from the Env installed
   // then. For tests, which install a fresh Env each.

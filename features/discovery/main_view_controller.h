@@ -18,7 +18,7 @@
 #include "core/session/auto_login.h"
 #include "core/session/base_view_controller.h"
 #include "core/session/search_type_model.h"
-#include "core/sqlite/db_error.h"
+#include "core/common/status.h"
 #include "features/discovery/resource_model.h"
 #include "features/discovery/store_info_model.h"
 
@@ -77,7 +77,7 @@ class MainViewController : public BaseViewController {
   void getAreaListNet();
   // The running or finished cache rebuild of the last area refresh; invalid when none
   // was started.
-  const std::shared_future<std::optional<DBError>>& areaRebuild() const { return areaRebuild_; }
+  const std::shared_future<Status>& areaRebuild() const { return areaRebuild_; }
 
   // A tap on banner `index`: its page on the plain page screen, under the banner's
   // title. Nothing (false) for an index out of range or a URL that is not http(s).
@@ -139,7 +139,7 @@ class MainViewController : public BaseViewController {
   std::shared_ptr<TemplatesNetApi> templatesRequest_;
   std::shared_ptr<AreaNetApi> areaRequest_;
   AutoLogin autoLogin_;
-  std::shared_future<std::optional<DBError>> areaRebuild_;
+  std::shared_future<Status> areaRebuild_;
   // Cleared on destruction so that late position or alert callbacks do nothing.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
