@@ -1,21 +1,21 @@
 #include "platform/linux/nearest_city_geocoder.h"
 
-#include <sqlite3.h>
-
 #include <cmath>
 #include <limits>
 
 #include "core/common/great_circle.h"
 #include "core/common/log.h"
+#include "core/sqlite/sqlite_database.h"
 #include "platform/file_locations.h"
 
 namespace qmv {
 namespace {
 
 constexpr const char* kCentresWithProvince =
-    "SELECT c.area_name, p.area_name, c.latitude, c.longitude FROM city_centres c "
-    "LEFT JOIN areas a ON a.area_id = c.area_id LEFT JOIN areas p ON p.area_id = a.parent_id";
-constexpr const char* kCentresOnly = "SELECT area_name, NULL, latitude, longitude FROM city_centres";
+    "SELECT c.area_name AS city, p.area_name AS province, c.latitude AS latitude, c.longitude AS longitude "
+    "FROM city_centres c LEFT JOIN areas a ON a.area_id = c.area_id LEFT JOIN areas p ON p.area_id = a.parent_id";
+constexpr const char* kCentresOnly =
+    "SELECT area_name AS city, NULL AS province, latitude, longitude FROM city_centres";
 
 // Names the national area code list gives the city level of municipalities and of
 // counties under a province. They name no city, so the placemark leaves its locality
@@ -24,14 +24,20 @@ bool isPlaceholderCityName(const std::string& name) {
   return name == "市辖区" || name == "县" || name == "省直辖县级行政单位" || name == "自治区直辖县级行政单位";
 }
 
-std::string columnText(sqlite3_stmt* statement, int column) {
-  const unsigned char* text = sqlite3_column_text(statement, column);
-  return text != nullptr ? reinterpret_cast<const char*>(text) : "";
+// A column as text, as SQLite would convert it: numbers in their decimal form, NULL as "".
+std::string columnText(const Json& row, const char* column) {
+  const auto it = row.find(column);
+  if (it == row.end()) return {};
+  if (it->is_string()) return it->get<std::string>();
+  if (it->is_number_integer()) return std::to_string(it->get<std::int64_t>());
+  if (it->is_binary()) return std::string(it->get_binary().begin(), it->get_binary().end());
+  return it->is_number() ? dumpJson(*it) : std::string();
 }
 
-bool isNumber(sqlite3_stmt* statement, int column) {
-  const int type = sqlite3_column_type(statement, column);
-  return type == SQLITE_FLOAT || type == SQLITE_INTEGER;
+std::optional<double> columnNumber(const Json& row, const char* column) {
+  const auto it = row.find(column);
+  if (it == row.end() || !it->is_number()) return std::nullopt;
+  return it->get<double>();
 }
 
 }  // namespace
@@ -45,30 +51,27 @@ std::shared_ptr<NearestCityGeocoder> NearestCityGeocoder::fromResources(const Fi
 void NearestCityGeocoder::loadOnce() {
   if (loaded_) return;
   loaded_ = true;
-  sqlite3* db = nullptr;
-  if (sqlite3_open_v2(database_.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
-    logLine("geocoder: cannot open " + database_.string() + ": " + sqlite3_errmsg(db));
-    sqlite3_close(db);
+  auto db = SQLiteDatabase::atPath(database_, SQLiteDatabase::Mode::kReadOnly);
+  if (const Status opened = db.openDatabase(); !opened.ok()) {
+    logLine("geocoder: cannot open " + database_.string() + ": " + opened.message());
     return;
   }
-  sqlite3_stmt* statement = nullptr;
   // Without the areas table the centres still name the city, only not its province.
-  if (sqlite3_prepare_v2(db, kCentresWithProvince, -1, &statement, nullptr) != SQLITE_OK &&
-      sqlite3_prepare_v2(db, kCentresOnly, -1, &statement, nullptr) != SQLITE_OK) {
-    logLine("geocoder: no city_centres in " + database_.string() + ": " + sqlite3_errmsg(db));
-    sqlite3_close(db);
+  auto rows = db.getRowsForQuery(kCentresWithProvince);
+  if (!rows.ok()) rows = db.getRowsForQuery(kCentresOnly);
+  if (!rows.ok()) {
+    logLine("geocoder: no city_centres in " + database_.string() + ": " + rows.status().message());
     return;
   }
-  while (sqlite3_step(statement) == SQLITE_ROW) {
-    if (!isNumber(statement, 2) || !isNumber(statement, 3)) continue;
-    Centre centre{{columnText(statement, 0), columnText(statement, 1)},
-                  {sqlite3_column_double(statement, 2), sqlite3_column_double(statement, 3)}};
+  for (const Json& row : *rows) {
+    const auto latitude = columnNumber(row, "latitude");
+    const auto longitude = columnNumber(row, "longitude");
+    if (!latitude || !longitude) continue;
+    Centre centre{{columnText(row, "city"), columnText(row, "province")}, {*latitude, *longitude}};
     if (centre.placemark.locality.empty()) continue;
     if (isPlaceholderCityName(centre.placemark.locality)) centre.placemark.locality.clear();
     centres_.push_back(std::move(centre));
   }
-  sqlite3_finalize(statement);
-  sqlite3_close(db);
 }
 
 std::optional<Placemark> NearestCityGeocoder::reverseGeocode(Coordinate wgs) {

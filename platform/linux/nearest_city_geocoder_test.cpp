@@ -1,7 +1,6 @@
 #include "platform/linux/nearest_city_geocoder.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>  // only to build the fixture database
 #include <unistd.h>
 
 #include <cmath>
@@ -9,6 +8,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "core/sqlite/sqlite_database.h"
 #include "platform/file_locations.h"
 
 namespace qmv {
@@ -28,14 +28,11 @@ class NearestCityGeocoderTest : public ::testing::Test {
 
   fs::path makeDatabase(std::initializer_list<const char*> scripts) {
     const fs::path path = dir_ / "area.db";
-    sqlite3* db = nullptr;
-    EXPECT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    auto db = SQLiteDatabase::atPath(path);
     for (const char* sql : scripts) {
-      char* error = nullptr;
-      EXPECT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, &error), SQLITE_OK) << (error ? error : "");
-      sqlite3_free(error);
+      const Status status = db.executeScript(sql);
+      EXPECT_TRUE(status.ok()) << status.toString();
     }
-    sqlite3_close(db);
     return path;
   }
 

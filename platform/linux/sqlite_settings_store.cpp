@@ -1,7 +1,6 @@
 #include "platform/linux/sqlite_settings_store.h"
 
 #include <fcntl.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "core/common/log.h"
+#include "core/sqlite/sqlite_database.h"
 #include "platform/linux/home_files.h"
 
 namespace qmv {
@@ -54,15 +54,16 @@ Json SqliteSettingsStore::decodeRow(const std::string& kind, const std::string& 
 
 namespace {
 
-std::string columnBytes(sqlite3_stmt* stmt, int column) {
-  const void* data = sqlite3_column_blob(stmt, column);
-  const int size = sqlite3_column_bytes(stmt, column);
-  return data ? std::string(static_cast<const char*>(data), static_cast<std::size_t>(size)) : std::string();
-}
+// Rows are read with blobs as their bytes; a column holding a number (a row written by
+// hand) reads as its decimal text, and NULL as nothing.
+constexpr RowStyle kBytes{.nullsAsNull = false, .blobsAsText = true};
 
-bool isCorruption(int code) {
-  const int primary = code & 0xff;
-  return primary == SQLITE_NOTADB || primary == SQLITE_CORRUPT;
+std::string columnBytes(const Json& row, const char* column) {
+  const auto it = row.find(column);
+  if (it == row.end()) return {};
+  if (it->is_string()) return it->get<std::string>();
+  if (it->is_number_integer()) return std::to_string(it->get<std::int64_t>());
+  return it->is_number() ? dumpJson(*it) : std::string();
 }
 
 // Refuses a settings file or journal that is a link, a FIFO or someone else's (SQLite
@@ -87,63 +88,55 @@ std::string makePrivate(const std::filesystem::path& file) {
   return {};
 }
 
-std::string lastMessage(sqlite3* db) { return sqlite3_errmsg(db); }
-
-bool exec(sqlite3* db, const char* sql) { return sqlite3_exec(db, sql, nullptr, nullptr, nullptr) == SQLITE_OK; }
-
 struct Attempt {
-  sqlite3* db = nullptr;
+  std::unique_ptr<SQLiteDatabase> db;  // null on failure
   Json values = Json::object();
-  int code = SQLITE_OK;
-  std::string error;
-  bool refused = false;  // the file itself was refused: the error says why, naming it
+  Status status;
+  bool refused = false;  // the file itself was refused: the message says why, naming it
 };
+
+Status loadRows(SQLiteDatabase& db, Json& values) {
+  // secure_delete: a replaced value (a password moved to the keyring) leaves no copy in
+  // the file's free space.
+  const std::string setup =
+      std::string("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA secure_delete=ON; ") + kSchema;
+  if (Status set = db.executeScript(setup); !set.ok()) return set;
+  const auto check = db.getRowsForQuery("PRAGMA quick_check", {}, kBytes);
+  if (!check.ok()) return check.status();
+  if (check->empty() || columnBytes(check->front(), "quick_check") != "ok") {
+    return Status::corruption(check->empty() ? "quick_check found nothing" : columnBytes(check->front(), "quick_check"));
+  }
+  const auto rows = db.getRowsForQuery("SELECT key, kind, value FROM settings", {}, kBytes);
+  if (!rows.ok()) return rows.status();
+  for (const Json& row : *rows) {
+    Json value = SqliteSettingsStore::decodeRow(columnBytes(row, "kind"), columnBytes(row, "value"));
+    if (!value.is_null()) values[columnBytes(row, "key")] = std::move(value);
+  }
+  return {};
+}
 
 Attempt tryOpen(const std::filesystem::path& file) {
   Attempt a;
   if (std::string why = makePrivate(file); !why.empty()) {
-    a.code = SQLITE_CANTOPEN;
-    a.error = std::move(why);
+    a.status = Status::ioError(std::move(why));
     a.refused = true;
     return a;
   }
-  // The file was checked above; the flag keeps SQLite from following a link planted since.
-  a.code = sqlite3_open_v2(file.c_str(), &a.db,
-                           SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX | SQLITE_OPEN_NOFOLLOW,
-                           nullptr);
-  auto fail = [&a](int code) {
-    a.code = code;
-    a.error = a.db ? sqlite3_errmsg(a.db) : sqlite3_errstr(code);
-    sqlite3_close(a.db);
-    a.db = nullptr;
-    return a;
-  };
-  if (a.code != SQLITE_OK) return fail(a.code);
-  sqlite3_busy_timeout(a.db, 5000);
-  // secure_delete: a replaced value (a password moved to the keyring) leaves no copy in
-  // the file's free space.
-  for (const char* sql : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL", "PRAGMA secure_delete=ON", kSchema}) {
-    const int rc = sqlite3_exec(a.db, sql, nullptr, nullptr, nullptr);
-    if (rc != SQLITE_OK) return fail(rc);
-  }
-  sqlite3_stmt* check = nullptr;
-  int rc = sqlite3_prepare_v2(a.db, "PRAGMA quick_check", -1, &check, nullptr);
-  if (rc != SQLITE_OK) return fail(rc);
-  rc = sqlite3_step(check);
-  const bool ok = rc == SQLITE_ROW && columnBytes(check, 0) == "ok";
-  sqlite3_finalize(check);
-  if (!ok) return fail(rc == SQLITE_ROW ? SQLITE_CORRUPT : rc);
-
-  sqlite3_stmt* rows = nullptr;
-  rc = sqlite3_prepare_v2(a.db, "SELECT key, kind, value FROM settings", -1, &rows, nullptr);
-  if (rc != SQLITE_OK) return fail(rc);
-  while ((rc = sqlite3_step(rows)) == SQLITE_ROW) {
-    Json value = SqliteSettingsStore::decodeRow(columnBytes(rows, 1), columnBytes(rows, 2));
-    if (!value.is_null()) a.values[columnBytes(rows, 0)] = std::move(value);
-  }
-  sqlite3_finalize(rows);
-  if (rc != SQLITE_DONE) return fail(rc);
+  // The file was checked above; refusing links keeps SQLite from following one planted since.
+  auto db = std::make_unique<SQLiteDatabase>(
+      SQLiteDatabase::atPath(file, SQLiteDatabase::Mode::kReadWrite, SQLiteDatabase::Links::kRefuse));
+  a.status = db->openDatabase();
+  if (a.status.ok()) a.status = loadRows(*db, a.values);
+  if (a.status.ok()) a.db = std::move(db);
   return a;
+}
+
+// SQLite's own words for a failed open: the message has always named the settings file
+// itself, so the wrapper's generic lead-in is left out.
+std::string openFailure(const Status& status) {
+  constexpr std::string_view kLeadIn = "The database could not be opened: ";
+  const std::string& message = status.message();
+  return message.rfind(kLeadIn, 0) == 0 ? message.substr(kLeadIn.size()) : message;
 }
 
 // Moves the damaged file and its journals to a name no earlier run has used.
@@ -180,25 +173,26 @@ SqliteSettingsStore::OpenResult SqliteSettingsStore::open(const std::filesystem:
   std::error_code ec;
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ec);
   Attempt attempt = tryOpen(file);
-  if (!attempt.db && isCorruption(attempt.code)) {
-    logLine("settings file " + file.string() + " is damaged (" + attempt.error + "); keeping it aside");
+  if (!attempt.db && attempt.status.isCorruption()) {
+    logLine("settings file " + file.string() + " is damaged (" + attempt.status.message() + "); keeping it aside");
     result.keptAside = keepAside(file, result.error);
     if (result.keptAside.empty()) return result;
     attempt = tryOpen(file);
   }
   if (!attempt.db) {
     result.error =
-        attempt.refused ? attempt.error : "cannot open settings file " + file.string() + ": " + attempt.error;
+        attempt.refused ? attempt.status.message()
+                        : "cannot open settings file " + file.string() + ": " + openFailure(attempt.status);
     return result;
   }
-  result.store.reset(new SqliteSettingsStore(attempt.db, file, std::move(attempt.values)));
+  result.store.reset(new SqliteSettingsStore(std::move(attempt.db), file, std::move(attempt.values)));
   return result;
 }
 
-SqliteSettingsStore::SqliteSettingsStore(sqlite3* db, std::filesystem::path path, Json values)
-    : db_(db), path_(std::move(path)), values_(std::move(values)) {}
+SqliteSettingsStore::SqliteSettingsStore(std::unique_ptr<SQLiteDatabase> db, std::filesystem::path path, Json values)
+    : db_(std::move(db)), path_(std::move(path)), values_(std::move(values)) {}
 
-SqliteSettingsStore::~SqliteSettingsStore() { sqlite3_close(db_); }
+SqliteSettingsStore::~SqliteSettingsStore() = default;
 
 Json SqliteSettingsStore::objectForKey(const std::string& key) const {
   std::lock_guard lock(mutex_);
@@ -221,68 +215,47 @@ bool SqliteSettingsStore::setObjects(const Json& values) {
 
 bool SqliteSettingsStore::updateObject(const std::string& key, const Change& change) {
   std::lock_guard lock(mutex_);
-  return inTransaction("update of " + key, [&] {
-    sqlite3_stmt* stmt = nullptr;
+  return inTransaction("update of " + key, [&]() -> Status {
+    const auto rows = db_->getRowsForQuery("SELECT kind, value FROM settings WHERE key = ?1", {key}, kBytes);
+    if (!rows.ok()) return rows.status();
     Json current;
-    int rc = sqlite3_prepare_v2(db_, "SELECT kind, value FROM settings WHERE key = ?1", -1, &stmt, nullptr);
-    if (rc == SQLITE_OK) {
-      sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
-      rc = sqlite3_step(stmt);
-      if (rc == SQLITE_ROW) current = SqliteSettingsStore::decodeRow(columnBytes(stmt, 0), columnBytes(stmt, 1));
-    }
-    sqlite3_finalize(stmt);
-    if (rc != SQLITE_ROW && rc != SQLITE_DONE) return false;
+    if (!rows->empty()) current = decodeRow(columnBytes(rows->front(), "kind"), columnBytes(rows->front(), "value"));
     Json next = change(std::move(current));
     return writeRows(Json{{key, next.is_discarded() ? Json() : std::move(next)}});
   });
 }
 
-bool SqliteSettingsStore::writeRows(const Json& values) {
-  bool ok = true;
+Status SqliteSettingsStore::writeRows(const Json& values) {
+  Status status;
   for (const auto& [key, value] : values.items()) {
     if (value.is_null()) {
       values_.erase(key);
     } else {
       values_[key] = value;
     }
-    if (!ok) continue;  // the rest still reach memory, as a failed single write does
-    sqlite3_stmt* stmt = nullptr;
-    int rc = SQLITE_OK;
+    if (!status.ok()) continue;  // the rest still reach memory, as a failed single write does
     if (value.is_null()) {
-      rc = sqlite3_prepare_v2(db_, "DELETE FROM settings WHERE key = ?1", -1, &stmt, nullptr);
+      status = db_->doUpdateQuery("DELETE FROM settings WHERE key = ?1", {key});
     } else {
-      rc = sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)", -1, &stmt,
-                              nullptr);
+      Encoded encoded = encode(value);
+      status = db_->doUpdateQuery("INSERT OR REPLACE INTO settings (key, kind, value) VALUES (?1, ?2, ?3)",
+                                  {key, std::move(encoded.kind),
+                                   std::vector<std::uint8_t>(encoded.bytes.begin(), encoded.bytes.end())});
     }
-    if (rc == SQLITE_OK) {
-      sqlite3_bind_text(stmt, 1, key.data(), static_cast<int>(key.size()), SQLITE_TRANSIENT);
-      if (!value.is_null()) {
-        const Encoded encoded = encode(value);
-        sqlite3_bind_text(stmt, 2, encoded.kind.data(), static_cast<int>(encoded.kind.size()), SQLITE_TRANSIENT);
-        sqlite3_bind_blob(stmt, 3, encoded.bytes.data(), static_cast<int>(encoded.bytes.size()), SQLITE_TRANSIENT);
-      }
-      rc = sqlite3_step(stmt);
-    }
-    sqlite3_finalize(stmt);
-    ok = rc == SQLITE_DONE;
   }
-  return ok;
+  return status;
 }
 
-bool SqliteSettingsStore::inTransaction(const std::string& what, const std::function<bool()>& body) {
-  if (!exec(db_, "BEGIN IMMEDIATE")) {
-    recordFailure(what);
-    return false;
-  }
-  if (body() && exec(db_, "COMMIT")) return true;
-  recordFailure(what);
-  exec(db_, "ROLLBACK");
+bool SqliteSettingsStore::inTransaction(const std::string& what, const std::function<Status()>& body) {
+  const Status status = db_->transaction(SQLiteDatabase::TransactionKind::kImmediate, body);
+  if (status.ok()) return true;
+  recordFailure(what, status);
   return false;
 }
 
-void SqliteSettingsStore::recordFailure(const std::string& what) {
+void SqliteSettingsStore::recordFailure(const std::string& what, const Status& status) {
   writeFailed_ = true;
-  lastError_ = lastMessage(db_);
+  lastError_ = status.message();
   logWarning("settings " + what + " failed: " + lastError_);
 }
 
@@ -293,7 +266,7 @@ std::string SqliteSettingsStore::lastError() const {
 
 bool SqliteSettingsStore::synchronize() {
   std::lock_guard lock(mutex_);
-  sqlite3_wal_checkpoint_v2(db_, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  db_->checkpoint();
   return !std::exchange(writeFailed_, false);
 }
 

@@ -20,9 +20,10 @@
 
 #include "platform/settings_store.h"
 
-struct sqlite3;
-
 namespace qmv {
+
+class SQLiteDatabase;
+class Status;
 
 class SqliteSettingsStore : public SettingsStore {
  public:
@@ -64,16 +65,16 @@ class SqliteSettingsStore : public SettingsStore {
   static Json decodeRow(const std::string& kind, const std::string& bytes);
 
  private:
-  SqliteSettingsStore(sqlite3* db, std::filesystem::path path, Json values);
+  SqliteSettingsStore(std::unique_ptr<SQLiteDatabase> db, std::filesystem::path path, Json values);
   // REQUIRES: mutex_ held. Writes `values` inside the open transaction.
-  bool writeRows(const Json& values);
+  Status writeRows(const Json& values);
   // REQUIRES: mutex_ held. Runs `body` in one immediate transaction, rolled back when it
   // fails; the failure is recorded.
-  bool inTransaction(const std::string& what, const std::function<bool()>& body);
-  void recordFailure(const std::string& what);
+  bool inTransaction(const std::string& what, const std::function<Status()>& body);
+  void recordFailure(const std::string& what, const Status& status);
 
   mutable std::mutex mutex_;
-  sqlite3* db_;
+  std::unique_ptr<SQLiteDatabase> db_;
   std::filesystem::path path_;
   Json values_;
   bool writeFailed_ = false;
