@@ -11,7 +11,7 @@
 #include <string>
 
 #include "core/common/area_model.h"
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "core/session/login_net_api.h"
 #include "core/session/mobile_code_net_api.h"
 #include "core/session/search_sub_type_model.h"
@@ -40,7 +40,7 @@ namespace {
 
 // Any other endpoint: the envelope, and "data" handed to every record reader, so that
 // each record meets shapes its own endpoint never sends.
-class BareNetApi : public BaseNetApi {
+class BareNetApi : public NetApi<BareNetApi> {
  public:
   std::string requestUrl() const override { return "bare"; }
   std::size_t readData() const {

@@ -7,11 +7,10 @@
 #include "core/request/network_config.h"
 #include "core/request/network_util.h"
 #include "core/session/global_data.h"
-#include "features/orders/checkout_texts.h"
-#include "features/orders/qx_pay_now_view_controller.h"
 #include "platform/env.h"
 #include "platform/navigator.h"
 #include "platform/vendor_sdks.h"
+#include "shell/app_links.h"
 #include "shell/device_identity.h"
 #include "shell/h5_texts.h"
 
@@ -132,30 +131,7 @@ void QXH5ViewController::publishAction() {
 }
 
 bool QXH5ViewController::shouldStartLoadWithRequest(const std::string& url, WebNavigationType /*type*/) {
-  if (urlScheme(url) != texts::kAppScheme) return true;
-  const std::string host = urlHost(url);
-  if (host == texts::kLoginHost) {
-    presentLoginCtrl();
-    return false;
-  }
-  if (host == texts::kPayHost) {
-    openPayNow(url);
-    return false;
-  }
-  return true;
-}
-
-void QXH5ViewController::openPayNow(const std::string& url) {
-  if (currentSessionId().empty()) return presentLoginCtrl();
-  // A key the link repeats counts with its last value; a missing one stays unset.
-  const auto pairs = urlQueryPairs(url);
-  const auto value = [&pairs](const char* key) {
-    const auto found = pairs.find(key);
-    return found == pairs.end() ? std::string() : found->second;
-  };
-  const Json payload =
-      QXPayNowViewController::drawProductPayload(value("productId"), value("series"), value("acount"));
-  if (const auto& navigator = Env::current().navigator) navigator->push(checkout_texts::kPayNowScreen, payload);
+  return !openAppLink(url);
 }
 
 void QXH5ViewController::takeDocumentTitle() {

@@ -65,7 +65,6 @@ class QXH5ViewController : public BaseViewController, public WebPageScreen {
 
  private:
   void takeDocumentTitle();
-  void openPayNow(const std::string& url);
 
   long h5Type_;
   std::string title_;

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/string_util.h"
 #include "core/session/find_pwd_step2_view_controller.h"
@@ -20,24 +21,6 @@
 
 namespace qmv::cli {
 namespace {
-
-constexpr const char* kNotLoggedIn = "not logged in: run \"qmv login PHONE PASSWORD\" first";
-
-// Runs the loop until `callback` has fired once; returns what it reported.
-struct Outcome {
-  bool done = false;
-  bool correct = false;
-  std::function<void(bool)> callback() {
-    done = false;
-    return [this](bool ok) {
-      done = true;
-      correct = ok;
-    };
-  }
-  bool wait(CliApp& app) {
-    return app.waitUntil([this] { return done; }) && correct;
-  }
-};
 
 void printMember(CliApp& app, const UserInfoModel& me) {
   const std::string balance = member_texts::balanceYuan(me);
@@ -71,10 +54,7 @@ int runLogin(CliApp& app, const std::string& phone, const std::string& password)
 int runLogout(CliApp& app) {
   if (!memberSignedIn(app)) return kExitFailure;
   LogoutFlow flow;
-  Outcome outcome;
-  flow.onFinished = outcome.callback();
-  flow.logout();
-  outcome.wait(app);
+  awaitSlot(app, flow.onFinished, [&flow] { flow.logout(); });
   app.output().line("logged out");
   return kExitOk;
 }
@@ -116,16 +96,14 @@ int runRegister(CliApp& app, const RegisterArgs& args) {
   }
   // The whole form is known before the code is asked for: refuse it as submitting would.
   if (!screen.checkBeforeCode()) return kExitFailure;
-  Outcome code;
-  screen.onCodeFinished = code.callback();
-  if (!screen.getCodeAction() || !code.wait(app)) return kExitFailure;
+  if (!awaitSlot(app, screen.onCodeFinished, [&screen] { return screen.getCodeAction(); }).value_or(false)) {
+    return kExitFailure;
+  }
   const auto typed = askCode(app, args.code);
   if (!typed) return kExitFailure;
   screen.codeText = *typed;
-  Outcome registered;
-  screen.onFinished = registered.callback();
-  if (!screen.submitAction()) return kExitFailure;
-  return registered.wait(app) ? kExitOk : kExitFailure;
+  const auto registered = awaitSlot(app, screen.onFinished, [&screen] { return screen.submitAction(); });
+  return registered.value_or(false) ? kExitOk : kExitFailure;
 }
 
 struct RecoverArgs {
@@ -136,15 +114,15 @@ int runRecover(CliApp& app, const RecoverArgs& args) {
   FindPwdViewController step1;
   step1.viewDidLoad();
   step1.view().phoneText = args.phone;
-  Outcome code;
-  step1.onCodeFinished = code.callback();
-  if (!step1.view().getVerifyMsg() || !code.wait(app)) return kExitFailure;
+  if (!awaitSlot(app, step1.onCodeFinished, [&step1] { return step1.view().getVerifyMsg(); }).value_or(false)) {
+    return kExitFailure;
+  }
   const auto typed = askCode(app, args.code);
   if (!typed) return kExitFailure;
   step1.view().codeText = *typed;
-  Outcome checked;
-  step1.onFinished = checked.callback();
-  if (!step1.view().nextAction() || !checked.wait(app)) return kExitFailure;
+  if (!awaitSlot(app, step1.onFinished, [&step1] { return step1.view().nextAction(); }).value_or(false)) {
+    return kExitFailure;
+  }
 
   FindPwdStep2ViewController step2(args.phone);
   auto password = args.password.empty() ? app.readLine(std::string(account_texts::kNewPasswordPlaceholder) + ": ")
@@ -155,19 +133,11 @@ int runRecover(CliApp& app, const RecoverArgs& args) {
   if (!confirm) return kExitFailure;
   step2.view().passwordText = *password;
   step2.view().confirmText = *confirm;
-  Outcome changed;
-  step2.onFinished = changed.callback();
-  if (!step2.view().submitAction()) return kExitFailure;
-  return changed.wait(app) ? kExitOk : kExitFailure;
+  const auto changed = awaitSlot(app, step2.onFinished, [&step2] { return step2.view().submitAction(); });
+  return changed.value_or(false) ? kExitOk : kExitFailure;
 }
 
 }  // namespace
-
-bool memberSignedIn(CliApp& app) {
-  if (GlobalData::sharedInstance().selfInfo()) return true;
-  if (!app.tellAutoLoginFailure()) std::cerr << "qmv: " << kNotLoggedIn << '\n';
-  return false;
-}
 
 int signInOnLoginScreen(CliApp& app, const std::optional<std::string>& phone,
                         const std::optional<std::string>& password) {
@@ -175,14 +145,11 @@ int signInOnLoginScreen(CliApp& app, const std::optional<std::string>& phone,
   login.viewWillAppear();
   if (phone) login.view().phoneText = *phone;
   if (password) login.view().passwordText = *password;
-  Outcome outcome;
-  login.onFinished = outcome.callback();
   // The portrait download starts inside a correct login; wait for it too so the portrait
   // is stored before the run ends.
   bool portraitDone = false;
   login.onHeaderImageFinished = [&portraitDone](bool) { portraitDone = true; };
-  login.loginNet();
-  if (!outcome.wait(app)) return kExitFailure;
+  if (!awaitSlot(app, login.onFinished, [&login] { login.loginNet(); }).value_or(false)) return kExitFailure;
   app.waitUntil([&portraitDone] { return portraitDone; }, std::chrono::milliseconds(3000));
   if (const auto& me = GlobalData::sharedInstance().selfInfo()) printMember(app, *me);
   return kExitOk;

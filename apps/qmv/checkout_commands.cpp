@@ -6,16 +6,19 @@
 #include <memory>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
-#include "core/session/global_data.h"
+#include "core/request/network_util.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/qx_activities_view_controller.h"
 #include "features/orders/amount_text.h"
 #include "features/orders/checkout_texts.h"
+#include "features/orders/order_screens.h"
 #include "features/orders/pay_cash_view.h"
 #include "features/orders/pay_now_runner.h"
 #include "features/orders/qx_submit_oder_view_controller.h"
 #include "platform/navigator.h"
+#include "shell/app_links.h"
 
 namespace qmv::cli {
 namespace {
@@ -24,22 +27,10 @@ namespace texts = checkout_texts;
 using Channel = QXPayNowViewController::Channel;
 using Outcome = PayNowRunner::Outcome;
 
-constexpr const char* kNotLoggedIn = "not logged in: run \"qmv login PHONE PASSWORD\" first";
-
 struct PayChoices {
   bool noBalance = false;
   std::string channel;  // alipay, wechat, unionpay or empty
 };
-
-int timedOut(const char* what) {
-  std::cerr << "qmv: " << what << " did not end in time\n";
-  return kExitFailure;
-}
-
-bool loggedIn() {
-  const auto& self = GlobalData::sharedInstance().selfInfo();
-  return self && !self->sessionId.empty();
-}
 
 const char* outcomeName(Outcome outcome) {
   switch (outcome) {
@@ -112,6 +103,7 @@ int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
   // Without the sandbox's payment applications nothing comes back to this run: the
   // vendor's application returns later, through "qmv open".
   const bool returns = app.sandbox() != nullptr;
+  // The runner's state ends this wait, not one slot.
   if (!app.waitUntil([&] { return runner.finished() || (runner.handedOver() && !returns); })) {
     return timedOut("the payment");
   }
@@ -149,10 +141,8 @@ int runBuy(CliApp& app, const BuyArgs& args) {
   // The offer screen, as a store's offer list opens it.
   if (navigator) navigator->push(discovery_texts::kActivityScreen, {{"commodityId", args.activityId}});
   QXActivitiesViewController offer(args.activityId);
-  std::optional<bool> loaded;
-  offer.onLoaded = [&](bool ok) { loaded = ok; };
-  offer.loadDetail();
-  if (!app.waitUntil([&] { return loaded.has_value(); })) return timedOut("the offer");
+  const auto loaded = awaitSlot(app, offer.onLoaded, [&offer] { offer.loadDetail(); });
+  if (!loaded) return timedOut("the offer");
   if (!*loaded) return kExitFailure;
   out.line(offer.activity()->name + " | " + offer.priceText());
 
@@ -166,13 +156,16 @@ int runBuy(CliApp& app, const BuyArgs& args) {
                       {"total", submit.totalText()},
                       {"isFirst", submit.isFirst()}});
 
-  std::optional<std::optional<ScreenId>> submitted;
   bool refused = false;
-  submit.onSubmitted = [&](std::optional<ScreenId> payNow) { submitted = payNow; };
   submit.onRefused = [&] { refused = true; };
-  submit.submitAction();
+  // A refusal comes at once, and then nothing else will.
+  const auto submitted = awaitSlot(app, submit.onSubmitted, [&] {
+    submit.submitAction();
+    return !refused;
+  });
+  submit.onRefused = nullptr;
   if (refused) return kExitFailure;
-  if (!app.waitUntil([&] { return submitted.has_value(); })) return timedOut("submit");
+  if (!submitted) return timedOut("submit");
   if (!*submitted) {
     // memberSignedIn says why the stored account did not sign in, when it did not.
     if (memberSignedIn(app)) std::cerr << "qmv: " << kNotLoggedIn << '\n';
@@ -203,19 +196,24 @@ int runPay(CliApp& app, const PayArgs& args) {
     std::cerr << "qmv: --store needs --total\n";
     return kExitUsage;
   }
+  // A draw is paid through the link its page would follow; a store has no such link.
+  if (args.storeId.empty()) {
+    openAppLink("qmv://pay?productId=" + NetworkUtil::urlEncode(args.productId) +
+                "&series=" + NetworkUtil::urlEncode(args.series) + "&acount=" + NetworkUtil::urlEncode(args.shareCount));
+  } else {
+    openStorePayment(args.storeId, args.total);
+  }
+  // The screen on top tells what happened: the login screen when there is no session.
   const auto& navigator = Env::current().navigator;
-  if (!loggedIn()) {
-    // Pages ask for the login screen first, and so does this.
-    if (navigator) navigator->present(BaseViewController::kLoginScreen);
+  const auto top = navigator ? navigator->topScreen() : std::nullopt;
+  if (!top || top->name != texts::kPayNowScreen) {
     // memberSignedIn says why the stored account did not sign in, when it did not.
     if (memberSignedIn(app)) std::cerr << "qmv: " << kNotLoggedIn << '\n';
     return kExitFailure;
   }
-  Json payload = args.productId.empty()
-                     ? Json{{"storeId", args.storeId}}
-                     : QXPayNowViewController::drawProductPayload(args.productId, args.series, args.shareCount);
+  // A page's link carries no total; one given here is the member's own.
+  Json payload = top->payload;
   if (!args.total.empty()) payload["totalFee"] = args.total;
-  if (navigator) navigator->push(texts::kPayNowScreen, payload);
   return runPayNow(app, payload, args.pay);
 }
 

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "apps/launch/app_launch.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/line_editor.h"
 #include "apps/qmv/message_stream.h"
 #include "apps/sandbox/sandbox_server.h"
@@ -80,13 +81,9 @@ std::string CliApp::boot() {
   // Every later start shows the main tabs, whose home screen signs the member in again.
   // Only "home" draws that screen; for every other command its sign-in is all that runs.
   if (MainViewController* home = appDelegate_->mainCtrl()) {
-    bool finished = false;
-    home->onAutoLoginFinished = [&finished](bool) { finished = true; };
-    if (home->autoLoginNet()) {
-      waitUntil([&finished] { return finished; });
-      autoLoginFailure_ = finished ? home->autoLoginFailure() : "it did not end in time";
-    }
-    home->onAutoLoginFinished = nullptr;
+    bool started = false;
+    const auto finished = awaitSlot(*this, home->onAutoLoginFinished, [&] { return started = home->autoLoginNet(); });
+    if (started) autoLoginFailure_ = finished ? home->autoLoginFailure() : "it did not end in time";
   }
   return {};
 }

@@ -74,10 +74,6 @@ std::string alertAnswerHint(CliApp& app, const std::vector<std::string>& buttons
 // wait. False, after saying how to answer it, when it is left waiting.
 bool askAndAwaitAnswer(CliApp& app, const std::function<void()>& ask);
 
-// Whether a member is signed in; when not, says on stderr why (the automatic login's
-// failure) or how to sign in.
-bool memberSignedIn(CliApp& app);
-
 // Signs in on the login screen already presented: its fields hold the stored phone and
 // password, replaced by `phone` and `password` when given. Prints the member on success.
 // Exit status of the flow.

@@ -9,12 +9,13 @@
 #include <memory>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
 #include "apps/qmv/discovery_rows.h"
 #include "core/common/log.h"
-#include "core/common/settings_keys.h"
 #include "core/session/global_data.h"
 #include "features/discovery/area_select_view.h"
+#include "features/discovery/category_catalogue.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/location_converter.h"
 #include "features/discovery/main_view_controller.h"
@@ -27,18 +28,12 @@
 #include "features/discovery/search_view.h"
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
-#include "platform/settings_store.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::cli {
 namespace {
 
 namespace texts = discovery_texts;
-
-int timedOut(const char* what) {
-  std::cerr << "qmv: " << what << " did not end in time\n";
-  return kExitFailure;
-}
 
 std::string coordinateText(Coordinate c) {
   char text[64];
@@ -96,16 +91,17 @@ int runHome(CliApp& app, long pages) {
     if (!app.waitUntil([&] { return loaded; })) return timedOut("home");
   } else {
     home.viewDidLoad();
+    // Four slots end the first load (and an alert may interrupt it), so it is no awaitSlot.
     if (!app.waitUntil([&] { return loaded && areaDone && (located || app.pendingAlerts() > 0); })) return timedOut("home");
   }
   // The area cache is written off the interface thread; the run ends once it is whole.
   if (home.areaRebuild().valid()) home.areaRebuild().wait_for(std::chrono::seconds(5));
   bool pageFailed = false;
   while (home.popularPage() < pages && !home.popularFooterHidden()) {
-    std::optional<bool> page;
-    home.onPopularLoaded = [&](bool ok) { page = ok; };
-    if (!home.loadMorePopular()) break;
-    if (!app.waitUntil([&] { return page.has_value(); })) return timedOut("home");
+    bool asked = false;
+    const auto page = awaitSlot(app, home.onPopularLoaded, [&] { return asked = home.loadMorePopular(); });
+    if (!asked) break;
+    if (!page) return timedOut("home");
     if (!*page) {
       pageFailed = true;
       break;
@@ -164,21 +160,20 @@ int runSearch(CliApp& app, const SearchOptions& options) {
   }
   if (options.sort >= 0) view.sortButton.title = view.sortList[static_cast<std::size_t>(options.sort)];
 
-  std::optional<bool> answer;
-  view.onLoaded = [&](bool correct) { answer = correct; };
   // A page the answer held in an unreadable form is reported, not shown as empty.
   const std::size_t warnings = warningCount();
-  if (!options.keyword.empty()) {
-    view.searchKeyword(options.keyword);
-  } else {
-    view.startSearchNet();
-  }
-  if (!app.waitUntil([&] { return answer.has_value(); })) return timedOut("search");
+  auto answer = awaitSlot(app, view.onLoaded, [&] {
+    if (!options.keyword.empty()) {
+      view.searchKeyword(options.keyword);
+    } else {
+      view.startSearchNet();
+    }
+  });
+  if (!answer) return timedOut("search");
   bool correct = *answer;
   while (correct && view.pageNum < options.page && !view.loadMoreFooterHidden) {
-    answer.reset();
-    view.loadMore();
-    if (!app.waitUntil([&] { return answer.has_value(); })) return timedOut("search");
+    answer = awaitSlot(app, view.onLoaded, [&view] { view.loadMore(); });
+    if (!answer) return timedOut("search");
     correct = *answer;
   }
   const bool loaded = correct && warningCount() == warnings;
@@ -213,22 +208,11 @@ int runHistory(CliApp& app, bool clear) {
 }
 
 int runCategories(CliApp& app) {
-  auto request = std::make_shared<SearchTypeNetApi>();
-  bool ended = false;
-  request->startWithCompletionBlockWithSuccess(
-      [&ended](BaseRequest& done) {
-        auto& api = static_cast<SearchTypeNetApi&>(done);
-        // A correct catalogue is kept for the next start, as the app does.
-        if (api.isCorrectResult() && !SearchTypeNetApi::getSearchTypeWithJsonStr(api.responseString()).empty()) {
-          if (const auto& settings = Env::current().settings) {
-            settings->setString(api.responseString(), kSearchTypesKey);
-            settings->synchronize();
-          }
-        }
-        ended = true;
-      },
-      [&ended](BaseRequest&) { ended = true; });
-  if (!app.waitUntil([&] { return ended; })) return timedOut("categories");
+  // A correct catalogue is kept for the next start, as the app does.
+  CategoryCatalogue catalogue;
+  std::optional<bool> saved;
+  catalogue.refresh([&saved](bool ok) { saved = ok; });
+  if (!app.waitUntil([&] { return saved.has_value(); })) return timedOut("categories");
   CliOutput& out = app.output();
   Json list = Json::array();
   for (const SearchTypeModel& type : SearchTypeNetApi::getSearchTypes()) {
@@ -249,14 +233,14 @@ int runCategories(CliApp& app) {
 int runMap(CliApp& app, const std::string& category) {
   locateQuietly(app);
   NearByMapView map;
-  std::optional<bool> loaded;
-  map.onLoaded = [&](bool ok) { loaded = ok; };
-  if (category.empty()) {
-    map.getMapListNet();
-  } else {
-    map.mapViewChangedTypeID(category);
-  }
-  if (!app.waitUntil([&] { return loaded.has_value(); })) return timedOut("map");
+  const auto loaded = awaitSlot(app, map.onLoaded, [&] {
+    if (category.empty()) {
+      map.getMapListNet();
+    } else {
+      map.mapViewChangedTypeID(category);
+    }
+  });
+  if (!loaded) return timedOut("map");
   // Nothing to show: what went wrong was shown or reported on stderr.
   if (!*loaded) return kExitFailure;
   CliOutput& out = app.output();
@@ -276,10 +260,8 @@ int runMap(CliApp& app, const std::string& category) {
 
 // Loads one store; nullopt (after the screen said why) when it could not be shown.
 std::optional<StoreInfoModel> loadStore(CliApp& app, QXRStoreDetailViewController& screen) {
-  std::optional<bool> loaded;
-  screen.onLoaded = [&](bool ok) { loaded = ok; };
-  screen.loadDetail();
-  if (!app.waitUntil([&] { return loaded.has_value(); })) {
+  const auto loaded = awaitSlot(app, screen.onLoaded, [&screen] { screen.loadDetail(); });
+  if (!loaded) {
     timedOut("store");
     return std::nullopt;
   }
@@ -330,10 +312,8 @@ int runStore(CliApp& app, const std::string& id) {
 
 int runActivity(CliApp& app, const std::string& id) {
   QXActivitiesViewController screen(id);
-  std::optional<bool> loaded;
-  screen.onLoaded = [&](bool ok) { loaded = ok; };
-  screen.loadDetail();
-  if (!app.waitUntil([&] { return loaded.has_value(); })) return timedOut("activity");
+  const auto loaded = awaitSlot(app, screen.onLoaded, [&screen] { screen.loadDetail(); });
+  if (!loaded) return timedOut("activity");
   if (!*loaded) return kExitFailure;
   const ActivityModel& offer = *screen.activity();
   CliOutput& out = app.output();
@@ -434,14 +414,14 @@ int runLocate(CliApp& app) {
   std::optional<MainViewController::LocateOutcome> located;
   home.onLocated = [&](MainViewController::LocateOutcome outcome) { located = outcome; };
   home.startLocate();
+  // An alert may end this wait instead of the slot.
   if (!app.waitUntil([&] { return located || app.pendingAlerts() > 0; }, std::chrono::milliseconds(5000))) {
     return timedOut("locate");
   }
   using enum MainViewController::LocateOutcome;
   if (located == Selected || located == Switched) {
-    bool loaded = false;
-    home.onLoaded = [&] { loaded = true; };
-    app.waitUntil([&] { return loaded; });
+    // The reload is already under way.
+    awaitSlot(app, home.onLoaded, [] {});
   }
   CliOutput& out = app.output();
   const GlobalData& session = GlobalData::sharedInstance();

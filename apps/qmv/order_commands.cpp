@@ -2,11 +2,11 @@
 // (chosen as the list chooses it) with the redemption code's QR code, the refund of a
 // row and the rating of a store order. Each drives the headless screens the way a member would and prints what they show.
 #include <cstdio>
-#include <iostream>
 #include <memory>
 #include <optional>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/log.h"
 #include "core/session/global_data.h"
@@ -26,20 +26,9 @@ namespace texts = order_texts;
 
 constexpr int kQrPngScale = 8;
 
-int fail(const std::string& why) {
-  std::cerr << "qmv: " << why << '\n';
-  return kExitFailure;
-}
-
-
 // Runs `action` on the list and waits for the list's answer; nullopt on time-out.
 std::optional<bool> load(CliApp& app, QXMyOrderViewController& list, const std::function<void()>& action) {
-  std::optional<bool> outcome;
-  list.onLoaded = [&outcome](bool correct) { outcome = correct; };
-  action();
-  app.waitUntil([&outcome] { return outcome.has_value(); });
-  list.onLoaded = nullptr;
-  return outcome;
+  return awaitSlot(app, list.onLoaded, action);
 }
 
 // Opens the list on `tab` as the screen appears (page 1); nullopt on time-out.
@@ -93,7 +82,7 @@ int runOrders(CliApp& app, long tab, long pages) {
   while (correct.value_or(false) && list.pageNum < pages && !list.footerHidden) {
     correct = load(app, list, [&list] { list.footerRefresh(); });
   }
-  if (!correct) return fail("the order list did not load in time");
+  if (!correct) return failWith("the order list did not load in time");
   const bool loaded = *correct && warningCount() == warnings;
   // Nothing to show: what went wrong was shown or reported on stderr.
   if (!loaded && list.orderList.empty()) return kExitFailure;
@@ -138,12 +127,8 @@ std::vector<std::string> qrHalfBlocks(const QrMatrix& code) {
 
 // Loads the detail screen as it appears; false (after saying why) when nothing arrived.
 bool loadDetail(CliApp& app, OrderDetailViewController& screen) {
-  std::optional<bool> loaded;
-  screen.onLoaded = [&loaded](bool ok) { loaded = ok; };
-  screen.viewWillAppear();
-  app.waitUntil([&loaded] { return loaded.has_value(); });
-  screen.onLoaded = nullptr;
-  if (!loaded) fail("the order did not load in time");
+  const auto loaded = awaitSlot(app, screen.onLoaded, [&screen] { screen.viewWillAppear(); });
+  if (!loaded) failWith("the order did not load in time");
   return loaded.value_or(false);
 }
 
@@ -192,10 +177,10 @@ int showActivityOrder(CliApp& app, const std::string& orderId, const std::string
   out.data("contentHeight", screen.contentHeight);
   if (!screen.qrCode) {
     out.data("qr", nullptr);
-    return qrPath.empty() ? kExitOk : fail("the order has no redemption code to draw");
+    return qrPath.empty() ? kExitOk : failWith("the order has no redemption code to draw");
   }
   if (!qrPath.empty()) {
-    if (!writeQrPng(*screen.qrCode, qrPath, kQrPngScale)) return fail("cannot write " + qrPath);
+    if (!writeQrPng(*screen.qrCode, qrPath, kQrPngScale)) return failWith("cannot write " + qrPath);
     out.line("QR code written to " + qrPath);
     out.data("qrFile", qrPath);
   } else {
@@ -216,11 +201,11 @@ int runOrder(CliApp& app, const std::string& orderId, const std::string& qrPath)
   QXMyOrderViewController list;
   if (!openList(app, list).value_or(false)) return kExitFailure;
   const auto row = findRow(app, list, orderId);
-  if (!row) return fail("no order " + orderId + " in the order list");
+  if (!row) return failWith("no order " + orderId + " in the order list");
   list.didSelectRow(*row);
   const auto& navigator = Env::current().navigator;
   const auto opened = navigator ? navigator->topScreen() : std::nullopt;
-  if (!opened) return fail("the order's detail screen did not open");
+  if (!opened) return failWith("the order's detail screen did not open");
   const std::string id = opened->payload.value("orderId", std::string());
   app.output().data("screen", opened->name);
   if (opened->name == texts::kStoreOrderDetailScreen) return showStoreOrder(app, id);
@@ -234,13 +219,13 @@ int runRefund(CliApp& app, const std::string& orderId) {
   QXMyOrderViewController list;
   if (!openList(app, list).value_or(false)) return kExitFailure;
   auto row = findRow(app, list, orderId);
-  if (!row) return fail("no order " + orderId + " in the order list");
+  if (!row) return failWith("no order " + orderId + " in the order list");
   CliOutput& out = app.output();
   QXMyOrderTableViewCell before = list.cellForRow(*row);
   out.line(rowText(before));
   out.data("before", rowJson(before));
   if (before.orderInfo.status != "1") {
-    return fail("order " + orderId + " cannot be refunded: its button reads " + before.look.buttonTitle);
+    return failWith("order " + orderId + " cannot be refunded: its button reads " + before.look.buttonTitle);
   }
   std::optional<bool> refunded;
   list.onRefunded = [&refunded](bool correct) { refunded = correct; };
@@ -250,23 +235,24 @@ int runRefund(CliApp& app, const std::string& orderId) {
   }
   if (!list.isRefunding() && !refunded) {
     out.data("refunded", false);
-    return fail("order " + orderId + " was not refunded: the question was answered " + texts::kCancel);
+    return failWith("order " + orderId + " was not refunded: the question was answered " + texts::kCancel);
   }
   // A correct refund reloads the list; the order keeps its place, possibly on a later page.
+  // Two slots end this wait, so it is not a single awaitSlot.
   bool reloaded = false;
   list.onLoaded = [&reloaded](bool) { reloaded = true; };
   app.waitUntil([&] { return refunded.has_value() && (!*refunded || reloaded); });
   list.onLoaded = nullptr;
   out.data("refunded", refunded.value_or(false));
-  if (!refunded) return fail("the refund did not end in time");
+  if (!refunded) return failWith("the refund did not end in time");
   if (!*refunded) return kExitFailure;  // the refusal was shown or reported
   row = findRow(app, list, orderId);
-  if (!row) return fail("order " + orderId + " is no longer listed");
+  if (!row) return failWith("order " + orderId + " is no longer listed");
   const QXMyOrderTableViewCell after = list.cellForRow(*row);
   out.line(rowText(after));
   out.data("after", rowJson(after));
   if (after.orderInfo.status == before.orderInfo.status) {
-    return fail("the server accepted the refund, but order " + orderId + " still reads " + after.look.statusText);
+    return failWith("the server accepted the refund, but order " + orderId + " still reads " + after.look.statusText);
   }
   return kExitOk;
 }
@@ -278,29 +264,28 @@ int runRate(CliApp& app, const std::string& orderId, long star, const std::strin
   QXMyOrderViewController list;
   if (!openList(app, list).value_or(false)) return kExitFailure;
   const auto row = findRow(app, list, orderId);
-  if (!row) return fail("no order " + orderId + " in the order list");
+  if (!row) return failWith("no order " + orderId + " in the order list");
   QXMyOrderTableViewCell cell = list.cellForRow(*row);
   CliOutput& out = app.output();
   out.line(rowText(cell));
   if (cell.orderInfo.status != "2") {
-    return fail("order " + orderId + " cannot be rated: its button reads " + cell.look.buttonTitle);
+    return failWith("order " + orderId + " cannot be rated: its button reads " + cell.look.buttonTitle);
   }
   // The row's button opens the rating screen, as a tap would.
   cell.rightBtnAction();
   const auto& navigator = Env::current().navigator;
   const auto opened = navigator ? navigator->topScreen() : std::nullopt;
-  if (!opened || opened->name != texts::kGradeStoreScreen) return fail("the rating screen did not open");
+  if (!opened || opened->name != texts::kGradeStoreScreen) return failWith("the rating screen did not open");
   GradeStoreViewController screen(opened->payload.value("orderId", std::string()),
                                   opened->payload.value("storeName", std::string()),
                                   &app.appDelegate().successOrderID);
   out.line(screen.title() + ": " + screen.storeName());
   screen.selectStar(static_cast<int>(star));
   screen.contentText = text;
-  std::optional<bool> rated;
-  screen.onFinished = [&rated](bool correct) { rated = correct; };
-  if (!screen.submitAction()) return kExitFailure;  // the refusal is on the overlay
-  app.waitUntil([&rated] { return rated.has_value(); });
-  if (!rated) return fail("the rating did not end in time");
+  bool submitted = false;
+  const auto rated = awaitSlot(app, screen.onFinished, [&] { return submitted = screen.submitAction(); });
+  if (!submitted) return kExitFailure;  // the refusal is on the overlay
+  if (!rated) return failWith("the rating did not end in time");
   out.data("orderId", orderId);
   out.data("star", screen.star());
   out.data("rated", *rated);

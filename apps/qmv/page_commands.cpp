@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/dictionary.h"
 #include "core/session/base_view_controller.h"
@@ -28,16 +29,13 @@ struct PageOptions {
 
 // Runs the loop until the screen's load has ended; false (said why) when it failed.
 bool awaitLoad(CliApp& app, WebPageScreen& screen) {
-  bool ended = false;
-  screen.onLoadEnded = [&ended] { ended = true; };
-  const bool inTime = app.waitUntil([&ended] { return ended; });
-  screen.onLoadEnded = nullptr;
-  if (!inTime) {
-    std::cerr << "qmv: the page did not load in time\n";
+  // The load is already under way.
+  if (!awaitSlot(app, screen.onLoadEnded, [] {})) {
+    failWith("the page did not load in time");
     return false;
   }
   if (!screen.loadError().empty()) {
-    std::cerr << "qmv: " << screen.loadError() << '\n';
+    failWith(screen.loadError());
     return false;
   }
   return true;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
 #include "features/referral/my_contact_view_controller.h"
 #include "features/referral/my_second_contact_view_controller.h"
@@ -15,15 +16,10 @@ namespace {
 
 // Loads pages 1..`pages` (fewer when the list ends first). False when a page failed.
 bool loadPages(CliApp& app, ContactListController& screen, long pages) {
-  std::optional<bool> answer;
-  screen.onLoaded = [&answer](bool correct) { answer = correct; };
-  screen.refresh();
-  while (app.waitUntil([&answer] { return answer.has_value(); }) && *answer) {
-    if (screen.pageNum >= pages || screen.loadMoreFooterHidden) break;
-    answer.reset();
-    screen.loadMore();
+  auto answer = awaitSlot(app, screen.onLoaded, [&screen] { screen.refresh(); });
+  while (answer.value_or(false) && screen.pageNum < pages && !screen.loadMoreFooterHidden) {
+    answer = awaitSlot(app, screen.onLoaded, [&screen] { screen.loadMore(); });
   }
-  screen.onLoaded = nullptr;
   return answer.value_or(false);
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
 #include "core/session/global_data.h"
 #include "core/storage/db_util.h"
@@ -18,11 +19,6 @@ namespace qmv::cli {
 namespace {
 
 namespace texts = wallet_texts;
-
-int timedOut(const char* what) {
-  std::cerr << "qmv: " << what << " did not end in time\n";
-  return kExitFailure;
-}
 
 void pushScreen(const char* name) {
   if (const auto& navigator = Env::current().navigator) navigator->push(name);
@@ -47,12 +43,7 @@ void printCardScreen(CliApp& app, const MyBankCardView& view) {
 // Shows the my-bank-card screen: whether it stayed (a refused or failed load closes it);
 // nullopt when no answer came in time.
 std::optional<bool> loadCardScreen(CliApp& app, MyBankCardViewController& screen) {
-  std::optional<bool> stayed;
-  screen.onLoaded = [&stayed](bool s) { stayed = s; };
-  screen.viewWillAppear();
-  app.waitUntil([&stayed] { return stayed.has_value(); });
-  screen.onLoaded = nullptr;
-  return stayed;
+  return awaitSlot(app, screen.onLoaded, [&screen] { screen.viewWillAppear(); });
 }
 
 int runCard(CliApp& app) {
@@ -78,6 +69,8 @@ int runUnbind(CliApp& app) {
     std::cerr << "qmv: no bank card is bound\n";
     return kExitFailure;
   }
+  // The answer, then the unbind's end, then the reload: two slots set before the
+  // question is asked, so these waits stay hand-made.
   std::optional<MyBankCardViewController::UnbindOutcome> outcome;
   std::optional<bool> reloaded;
   screen.onUnbindFinished = [&outcome](MyBankCardViewController::UnbindOutcome o) { outcome = o; };
@@ -113,10 +106,8 @@ int runCode(CliApp& app) {
   QXBindBankCardViewController screen;
   screen.viewDidLoad();
   printBindScreen(app, screen);
-  std::optional<bool> sent;
-  screen.onCodeFinished = [&sent](bool correct) { sent = correct; };
-  screen.getCodeAction();
-  if (!app.waitUntil([&sent] { return sent.has_value(); })) return timedOut("the code request");
+  const auto sent = awaitSlot(app, screen.onCodeFinished, [&screen] { screen.getCodeAction(); });
+  if (!sent) return timedOut("the code request");
   app.output().data("sent", *sent);
   return *sent ? kExitOk : kExitFailure;
 }
@@ -135,10 +126,10 @@ int runBind(CliApp& app, const BindArgs& args) {
   const std::string bank = screen.bankNameText();
   if (!args.card.empty()) app.output().line(bank.empty() ? args.card : args.card + "  " + bank);
   app.output().data("bankName", bank);
-  std::optional<bool> bound;
-  screen.onFinished = [&bound](bool correct) { bound = correct; };
-  if (!screen.bindAction()) return kExitFailure;  // the check's message is on the overlay
-  if (!app.waitUntil([&bound] { return bound.has_value(); })) return timedOut("bind");
+  bool asked = false;
+  const auto bound = awaitSlot(app, screen.onFinished, [&] { return asked = screen.bindAction(); });
+  if (!asked) return kExitFailure;  // the check's message is on the overlay
+  if (!bound) return timedOut("bind");
   return *bound ? kExitOk : kExitFailure;
 }
 
@@ -146,10 +137,7 @@ int runWithdraw(CliApp& app, const std::string& amount) {
   if (!memberSignedIn(app)) return kExitFailure;
   pushScreen(texts::kWithDrawScreen);
   QXWithDrawViewController screen;
-  bool refreshed = false;
-  screen.onRefreshed = [&refreshed] { refreshed = true; };
-  screen.viewWillAppear();
-  if (!app.waitUntil([&refreshed] { return refreshed; })) return timedOut("withdraw");
+  if (!awaitSlot(app, screen.onRefreshed, [&screen] { screen.viewWillAppear(); })) return timedOut("withdraw");
   CliOutput& out = app.output();
   if (const auto& bank = screen.bank()) {
     out.line(bank->name + texts::kNameBankSeparator + bank->cardBank);
@@ -166,10 +154,10 @@ int runWithdraw(CliApp& app, const std::string& amount) {
   screen.textFieldDidEndEditing();
   out.line(QXWithDrawViewController::kAmountLabel + screen.amountText);
   out.data("amount", screen.amountText);
-  std::optional<bool> done;
-  screen.onFinished = [&done](bool correct) { done = correct; };
-  if (!screen.withDrawAction()) return kExitFailure;
-  if (!app.waitUntil([&done] { return done.has_value(); })) return timedOut("withdraw");
+  bool asked = false;
+  const auto done = awaitSlot(app, screen.onFinished, [&] { return asked = screen.withDrawAction(); });
+  if (!asked) return kExitFailure;
+  if (!done) return timedOut("withdraw");
   return *done ? kExitOk : kExitFailure;
 }
 

@@ -1,19 +1,16 @@
 // Commands of the prize wheel: the current wheel as its screen shows it, and one spin
 // on it through the screen's spin button.
-#include <iostream>
 #include <memory>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_flow.h"
 #include "apps/qmv/command_registry.h"
 #include "features/wheel/wheel_view_controller.h"
 
 namespace qmv::cli {
 namespace {
 
-int timedOut() {
-  std::cerr << "qmv: the wheel did not answer in time\n";
-  return kExitFailure;
-}
+int timedOut() { return failWith("the wheel did not answer in time"); }
 
 void printWheel(CliOutput& out, const WheelViewController& screen) {
   const WheelModel& wheel = *screen.wheel();
@@ -35,20 +32,18 @@ void printWheel(CliOutput& out, const WheelViewController& screen) {
 int runWheel(CliApp& app, bool spin) {
   if (!memberSignedIn(app)) return kExitFailure;
   WheelViewController screen;
-  std::optional<bool> loaded;
-  screen.onLoaded = [&loaded](bool ok) { loaded = ok; };
-  screen.wheelNet();
-  if (!app.waitUntil([&loaded] { return loaded.has_value(); })) return timedOut();
+  const auto loaded = awaitSlot(app, screen.onLoaded, [&screen] { screen.wheelNet(); });
+  if (!loaded) return timedOut();
   if (!*loaded) return kExitFailure;
   CliOutput& out = app.output();
   if (!spin) {
     printWheel(out, screen);
     return kExitOk;
   }
-  std::optional<bool> spun;
-  screen.onSpun = [&spun](bool ok) { spun = ok; };
-  if (!screen.spinAction()) return kExitFailure;
-  if (!app.waitUntil([&spun] { return spun.has_value(); })) return timedOut();
+  bool asked = false;
+  const auto spun = awaitSlot(app, screen.onSpun, [&] { return asked = screen.spinAction(); });
+  if (!asked) return kExitFailure;
+  if (!spun) return timedOut();
   if (!*spun) return kExitFailure;
   const auto stop = screen.stopSector();
   out.line("stopped on sector " + (stop ? std::to_string(*stop) : std::string("?")) + " of " +

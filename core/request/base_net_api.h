@@ -49,8 +49,6 @@ class BaseNetApi : public CachedRequest {
   void toggleAccessoriesWillStartCallBack() override;
   void toggleAccessoriesWillStopCallBack() override;
 
-  std::string className() const override { return "BaseNetApi"; }
-
   bool needShowError = true;
   SessionExpireDelegate* sessionDelegate = nullptr;      // not owned
   NetLoadingDelegate* netLoadingDelegate = nullptr;      // not owned
@@ -58,8 +56,6 @@ class BaseNetApi : public CachedRequest {
   NoNetWorkingDelegate* networkFailedDelegate = nullptr;  // not owned
 
  protected:
-  // The response text parsed as JSON (discarded when it is not JSON).
-  Json responseEnvelope() const { return parseJson(responseString()); }
   // "data" of the response, or null when absent or the text is not a JSON object. A
   // correct answer whose "data" is not an object is reported once (logWarning). The
   // value lives as long as the response.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/request/net_api.h"
 #include "core/request/net_api_test_support.h"
 #include "core/session/base_view_controller.h"
 #include "core/session/login_net_api.h"
@@ -197,6 +198,42 @@ TEST_F(BaseNetApiTest, NeedShowErrorOffSilencesMessagesButNotDelegates) {
   ASSERT_EQ(run(api), "success");
   EXPECT_EQ(screen.expired, 1);
   EXPECT_TRUE(overlay_->shown().empty());
+}
+
+// An endpoint declared here, to show that the logged name comes from the type itself.
+class EchoNetApi : public NetApi<EchoNetApi> {
+ public:
+  std::string requestUrl() const override { return "getUserInfo"; }
+};
+
+TEST_F(BaseNetApiTest, TypedBlocksReceiveTheEndpointAndItsNameNeedsNoOverride) {
+  answer("getUserLogin", R"({"success":"0","data":{"sessionId":"S-7","userName":"u7"}})");
+  auto api = std::make_shared<LoginNetApi>("13800000000", "x");
+  LoginNetApi* seen = nullptr;
+  std::string name;
+  api->startWithCompletionBlockWithSuccess(
+      [&](LoginNetApi& done) {
+        seen = &done;
+        name = done.getUserInfo() ? done.getUserInfo()->userName : "none";
+      },
+      [&](LoginNetApi& done) { seen = &done; });
+  loop_->runUntil([&] { return seen != nullptr; }, std::chrono::milliseconds(15000));
+  EXPECT_EQ(seen, api.get());
+  EXPECT_EQ(name, "u7");
+
+  // The failure block is typed too; an empty block stays empty.
+  answer("getUserInfo", "{}", 500);
+  auto echo = std::make_shared<EchoNetApi>();
+  EchoNetApi* failed = nullptr;
+  echo->setCompletionBlockWithSuccess(nullptr, [&](EchoNetApi& done) { failed = &done; });
+  EXPECT_FALSE(echo->successCompletionBlock);
+  echo->start();
+  loop_->runUntil([&] { return failed != nullptr; }, std::chrono::milliseconds(15000));
+  EXPECT_EQ(failed, echo.get());
+
+  EXPECT_EQ(api->className(), "LoginNetApi");
+  EXPECT_EQ(echo->className(), "EchoNetApi");
+  EXPECT_EQ(std::make_shared<BaseNetApi>()->className(), "BaseNetApi");
 }
 
 }  // namespace

@@ -106,8 +106,9 @@ class BaseRequest : public std::enable_shared_from_this<BaseRequest>, public Req
   // Will-stop accessories, drop the delegate, cancel, did-stop accessories.
   virtual void stop();
 
-  // The class name used in log lines ("Add request: %@").
-  virtual std::string className() const;
+  // The class name used in log lines ("Add request: %@"): the dynamic type's own name,
+  // without its namespace. Not virtual, so that no subclass spells its name by hand.
+  std::string className() const;
 };
 
 }  // namespace qmv

@@ -52,8 +52,7 @@ inline void sendCodeRequest(std::shared_ptr<MobileCodeNetApi>& slot, BaseViewCon
   slot = std::make_shared<MobileCodeNetApi>(phone, 0);
   screen.attachRequest(*slot);
   slot->startWithCompletionBlockWithSuccess(
-      [&sessionId, onSent, onFinished](BaseRequest& done) {
-        auto& api = static_cast<MobileCodeNetApi&>(done);
+      [&sessionId, onSent, onFinished](MobileCodeNetApi& api) {
         const bool correct = api.isCorrectResult();
         if (correct) {
           sessionId = api.getSessionId();

@@ -2,9 +2,9 @@
 
 #include "core/request/base_net_api.h"
 #include "core/session/global_data.h"
+#include "core/session/login_screen.h"
 #include "platform/cookie_store.h"
 #include "platform/env.h"
-#include "platform/navigator.h"
 #include "platform/push_service.h"
 #include "platform/reachability.h"
 
@@ -26,14 +26,7 @@ void BaseViewController::sessionExpired(BaseNetApi& /*request*/) {
   presentLoginCtrl();
 }
 
-void BaseViewController::presentLoginCtrl() {
-  const auto& navigator = Env::current().navigator;
-  if (!navigator) return;
-  // Several requests of one screen may expire together; one login screen is enough.
-  const auto top = navigator->topScreen();
-  if (top && top->name == kLoginScreen) return;
-  navigator->present(kLoginScreen);
-}
+void BaseViewController::presentLoginCtrl() { presentLoginScreen(); }
 
 void BaseViewController::startLoading() {
   warning_ = Warning::None;

@@ -3,18 +3,17 @@
 // MD5 hex digests (the caller hashes them).
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class ChangePasswordNetApi : public BaseNetApi {
+class ChangePasswordNetApi : public NetApi<ChangePasswordNetApi> {
  public:
   ChangePasswordNetApi(std::string newPassword, std::string oldPassword);
 
   std::string requestUrl() const override { return "postChangePassword"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "ChangePasswordNetApi"; }
 
   std::string newPassword;
   std::string oldPassword;

@@ -3,18 +3,17 @@
 // argument key, so both are given per instance.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class ChangeSelfNetApi : public BaseNetApi {
+class ChangeSelfNetApi : public NetApi<ChangeSelfNetApi> {
  public:
   ChangeSelfNetApi(std::string url, std::string key, std::string value);
 
   std::string requestUrl() const override { return url; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "ChangeSelfNetApi"; }
 
   std::string url;
   std::string key;

@@ -3,18 +3,17 @@
 // MD5 hex digest.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class FindPwdNetApi : public BaseNetApi {
+class FindPwdNetApi : public NetApi<FindPwdNetApi> {
  public:
   FindPwdNetApi(std::string phone, std::string newPassword);
 
   std::string requestUrl() const override { return "postFindPassword"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "FindPwdNetApi"; }
 
   std::string phone;
   std::string newPassword;

@@ -4,19 +4,18 @@
 #include <memory>
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "core/session/user_info_model.h"
 
 namespace qmv {
 
-class LoginNetApi : public BaseNetApi {
+class LoginNetApi : public NetApi<LoginNetApi> {
  public:
   LoginNetApi(std::string userName, std::string userPassword);
 
   std::string requestUrl() const override { return "getUserLogin"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "LoginNetApi"; }
 
   // On a finished request: the member record when "data" is an object, else null.
   // Nothing is stored: the account phone kept for the next start is the one the member

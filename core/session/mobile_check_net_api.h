@@ -2,18 +2,17 @@
 // Checks an SMS code against the session of the code request.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class MobileCheckNetApi : public BaseNetApi {
+class MobileCheckNetApi : public NetApi<MobileCheckNetApi> {
  public:
   MobileCheckNetApi(std::string mobile, std::string code, std::string sessionId);
 
   std::string requestUrl() const override { return "getCheckCode"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "MobileCheckNetApi"; }
 
   std::string mobile;
   std::string code;

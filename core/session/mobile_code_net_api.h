@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class MobileCodeNetApi : public BaseNetApi {
+class MobileCodeNetApi : public NetApi<MobileCodeNetApi> {
  public:
   MobileCodeNetApi(std::string mobile, std::int64_t type);
 
@@ -17,7 +17,6 @@ class MobileCodeNetApi : public BaseNetApi {
   std::string requestUrl() const override;
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "MobileCodeNetApi"; }
 
   // "data"."sessionId" of the answer as text; "" when there is none.
   std::string getSessionId() const;

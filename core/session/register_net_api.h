@@ -3,11 +3,11 @@
 // the SMS code request answered.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class RegisterNetApi : public BaseNetApi {
+class RegisterNetApi : public NetApi<RegisterNetApi> {
  public:
   RegisterNetApi(std::string password, std::string phone, std::string inviteId, std::string userName, std::string code,
                  std::string sessionId);
@@ -15,7 +15,6 @@ class RegisterNetApi : public BaseNetApi {
   std::string requestUrl() const override { return "postUserRegisterWeb"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "RegisterNetApi"; }
 
   std::string password;
   std::string phone;

@@ -3,11 +3,11 @@
 // "file" (file name "portrait.jpg"); the session is a form argument.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class UploadFaceNetApi : public BaseNetApi {
+class UploadFaceNetApi : public NetApi<UploadFaceNetApi> {
  public:
   explicit UploadFaceNetApi(std::string jpegData);
 
@@ -15,7 +15,6 @@ class UploadFaceNetApi : public BaseNetApi {
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override { return getBaseArgument(); }
   ConstructingBodyBlock constructingBodyBlock() const override;
-  std::string className() const override { return "UploadFaceNetApi"; }
 
   std::string jpegData;
 };

@@ -3,18 +3,17 @@
 // record with setWithDict).
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class UserInfoNetApi : public BaseNetApi {
+class UserInfoNetApi : public NetApi<UserInfoNetApi> {
  public:
   UserInfoNetApi() = default;
 
   std::string requestUrl() const override { return "getUserInfo"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "UserInfoNetApi"; }
 };
 
 }  // namespace qmv

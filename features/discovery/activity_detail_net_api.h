@@ -4,19 +4,18 @@
 #include <optional>
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/discovery/activity_model.h"
 
 namespace qmv {
 
-class ActivityDetailNetApi : public BaseNetApi {
+class ActivityDetailNetApi : public NetApi<ActivityDetailNetApi> {
  public:
   explicit ActivityDetailNetApi(std::string activityId) : activityId(std::move(activityId)) {}
 
   std::string requestUrl() const override { return "getCommodityDetailInfo"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "ActivityDetailNetApi"; }
 
   // The offer of "data" (an object) with its description height measured with the
   // Env's text measurer (left 0 without one); nullopt when "data" is not an object.

@@ -4,18 +4,17 @@
 // database is complete and valid, otherwise "0" (send everything).
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class AreaNetApi : public BaseNetApi {
+class AreaNetApi : public NetApi<AreaNetApi> {
  public:
   AreaNetApi() = default;
 
   std::string requestUrl() const override { return "getAreaList"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "AreaNetApi"; }
 
   // The version the request sends (see above).
   static std::string currentVersion();

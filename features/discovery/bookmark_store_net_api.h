@@ -2,18 +2,17 @@
 // Bookmarks a store for the member.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class BookmarkStoreNetApi : public BaseNetApi {
+class BookmarkStoreNetApi : public NetApi<BookmarkStoreNetApi> {
  public:
   explicit BookmarkStoreNetApi(std::string storeId);
 
   std::string requestUrl() const override { return "postBookmark"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "BookmarkStoreNetApi"; }
 
   std::string storeId;
 };

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "core/request/net_api_test_support.h"
+#include "core/storage/db_util.h"
+#include "features/discovery/category_catalogue.h"
 #include "features/discovery/feedback_net_api.h"
 #include "features/discovery/grade_store_net_api.h"
 #include "features/discovery/my_bookmark_net_api.h"
+#include "features/discovery/nearby_view_controller.h"
 #include "features/discovery/search_type_net_api.h"
 #include "features/discovery/store_grade_net_api.h"
 #include "features/discovery/templates_net_api.h"
@@ -125,6 +128,36 @@ TEST_F(DiscoveryEndpointsTest, SavedCatalogueWinsOverTheBuiltInOne) {
   auto api = std::make_shared<SearchTypeNetApi>();
   ASSERT_EQ(run(api), "success");
   EXPECT_EQ(last().endpoint, "getCategoryList");
+}
+
+TEST_F(DiscoveryEndpointsTest, TheNearbyTabSavesTheCatalogueAndOnlyAReadableOne) {
+  // The tab reads this home's area database; later tests open their own.
+  struct AreaDatabases {
+    AreaDatabases() { DBUtil::resetManagersForTesting(); }
+    ~AreaDatabases() { DBUtil::resetManagersForTesting(); }
+  } areaDatabases;
+  answer("getCategoryList", R"({"success":"0","data":{"dataList":[{"id":"7","name":"新分类","list":[]}]}})");
+  NearbyViewController controller;
+  controller.viewDidLoad();
+  loop_->runUntil([&] { return settings_->stringForKey("SearchTypes").has_value(); }, std::chrono::seconds(15));
+  EXPECT_EQ(last().endpoint, "getCategoryList");
+  auto saved = SearchTypeNetApi::getSearchTypes();
+  ASSERT_EQ(saved.size(), 1u);
+  EXPECT_EQ(saved[0].name, "新分类");
+
+  // An empty catalogue, a refusal and a failed transfer all keep the saved one.
+  for (const auto& [body, status] : std::vector<std::pair<std::string, int>>{
+           {R"({"success":"0","data":{"dataList":[]}})", 200}, {R"({"success":"1"})", 200}, {"{}", 500}}) {
+    answer("getCategoryList", body, status);
+    CategoryCatalogue catalogue;
+    std::optional<bool> kept;
+    catalogue.refresh([&kept](bool ok) { kept = ok; });
+    ASSERT_TRUE(loop_->runUntil([&] { return kept.has_value(); }, std::chrono::seconds(15))) << body;
+    EXPECT_FALSE(*kept) << body;
+  }
+  saved = SearchTypeNetApi::getSearchTypes();
+  ASSERT_EQ(saved.size(), 1u);
+  EXPECT_EQ(saved[0].name, "新分类");
 }
 
 }  // namespace

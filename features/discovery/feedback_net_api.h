@@ -3,18 +3,17 @@
 // feedback of type "0".
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class FeedbackNetApi : public BaseNetApi {
+class FeedbackNetApi : public NetApi<FeedbackNetApi> {
  public:
   FeedbackNetApi(std::string content, std::string contact);
 
   std::string requestUrl() const override { return "postFeedback"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "FeedbackNetApi"; }
 
   std::string content;
   std::string contact;

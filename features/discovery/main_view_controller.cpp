@@ -90,8 +90,7 @@ void MainViewController::sendHomeRequest(std::shared_ptr<Api>& slot, std::shared
   attachRequest(*request, /*showLoading=*/false);
   slot = request;
   request->startWithCompletionBlockWithSuccess(
-      [this, onCorrect](BaseRequest& done) {
-        auto& api = static_cast<Api&>(done);
+      [this, onCorrect](Api& api) {
         if (api.isCorrectResult()) onCorrect(api);
         homeRequestEnded();
       },
@@ -158,11 +157,10 @@ void MainViewController::sendPopular() {
     homeRequestEnded();
   };
   request->startWithCompletionBlockWithSuccess(
-      [ended](BaseRequest& done) {
-        auto& api = static_cast<PopularStoreNetApi&>(done);
+      [ended](PopularStoreNetApi& api) {
         ended(api, api.isCorrectResult());
       },
-      [ended](BaseRequest& done) { ended(static_cast<PopularStoreNetApi&>(done), false); });
+      [ended](PopularStoreNetApi& api) { ended(api, false); });
 }
 
 // ---- Location ----
@@ -255,8 +253,7 @@ void MainViewController::getAreaListNet() {
   auto request = std::make_shared<AreaNetApi>();
   areaRequest_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<AreaNetApi&>(done);
+      [this](AreaNetApi& api) {
         const Json list = api.isCorrectResult() ? api.getAreaList() : Json();
         const bool start = list.is_array() && !list.empty();
         if (start) areaRebuild_ = DBUtil::applyAreaList(list, api.getAreaVersion());

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/discovery/store_info_model.h"
 
 namespace qmv {
 
-class MapListNetApi : public BaseNetApi {
+class MapListNetApi : public NetApi<MapListNetApi> {
  public:
   // `type`: category id ("0" for every category).
   explicit MapListNetApi(std::string type) : type(std::move(type)) {}
@@ -23,7 +23,6 @@ class MapListNetApi : public BaseNetApi {
   // "coordinate" (only when the member's position is known), "type", "area" (the
   // current city id).
   Json requestArgument() const override;
-  std::string className() const override { return "MapListNetApi"; }
 
   // Stores of "data"."dataList" that pass isValidInfo, in order.
   std::vector<StoreInfoModel> getMapList() const;

@@ -2,11 +2,11 @@
 // Lists the member's bookmarks page by page: bookmarked stores or bookmarked offers.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class MyBookmarkNetApi : public BaseNetApi {
+class MyBookmarkNetApi : public NetApi<MyBookmarkNetApi> {
  public:
   enum class Kind { Store, Commodity };
 
@@ -16,7 +16,6 @@ class MyBookmarkNetApi : public BaseNetApi {
   std::string requestUrl() const override;
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "MyBookmarkNetApi"; }
 
   std::string page;
   Kind kind = Kind::Store;

@@ -40,8 +40,7 @@ void NearByMapView::getMapListNet() {
   auto request = MapListNetApi::initWithType(typeID);
   attachRequest(*request);
   request_ = request;
-  const auto done = [this](BaseRequest& finished, bool transported) {
-    auto& api = static_cast<MapListNetApi&>(finished);
+  const auto done = [this](MapListNetApi& api, bool transported) {
     if (&api != request_.get()) return;
     const bool correct = transported && api.isCorrectResult();
     if (correct) {
@@ -57,8 +56,8 @@ void NearByMapView::getMapListNet() {
     if (onChange) onChange();
     if (onLoaded) onLoaded(correct);
   };
-  request->startWithCompletionBlockWithSuccess([done](BaseRequest& r) { done(r, true); },
-                                               [done](BaseRequest& r) { done(r, false); });
+  request->startWithCompletionBlockWithSuccess([done](MapListNetApi& r) { done(r, true); },
+                                               [done](MapListNetApi& r) { done(r, false); });
 }
 
 void NearByMapView::mapViewChangedTypeID(const std::string& typeId) {

@@ -112,11 +112,10 @@ void NearbyView::send(SearchConditionModel condition) {
   attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<SearchStoreNetApi&>(done);
+      [this](SearchStoreNetApi& api) {
         finished(api, api.isCorrectResult());
       },
-      [this](BaseRequest& done) { finished(static_cast<SearchStoreNetApi&>(done), false); });
+      [this](SearchStoreNetApi& api) { finished(api, false); });
 }
 
 void NearbyView::finished(SearchStoreNetApi& request, bool correct) {

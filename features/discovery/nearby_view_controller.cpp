@@ -12,6 +12,7 @@ void NearbyViewController::viewDidLoad() {
     nearbyView_->searchKeyword(keyword);
     searchView_->reloadHistory();
   };
+  catalogue_.refresh();
 }
 
 void NearbyViewController::switchLeftWithAnimation(bool /*animated*/) { isLeft_ = true; }

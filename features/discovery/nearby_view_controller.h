@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "features/discovery/category_catalogue.h"
 #include "features/discovery/near_by_map_view.h"
 #include "features/discovery/nearby_handoff.h"
 #include "features/discovery/nearby_view.h"
@@ -16,7 +17,8 @@ class NearbyViewController : public NearbyHandoff {
  public:
   NearbyViewController() = default;
 
-  // Builds the faces and wires the keyword screen to the list; sends nothing.
+  // Builds the faces, wires the keyword screen to the list and refreshes the saved
+  // category catalogue (the one the next start reads).
   void viewDidLoad();
   bool isViewLoaded() const override { return nearbyView_ != nullptr; }
 
@@ -41,6 +43,7 @@ class NearbyViewController : public NearbyHandoff {
   std::unique_ptr<NearbyView> nearbyView_;
   std::unique_ptr<NearByMapView> mapView_;
   std::unique_ptr<SearchView> searchView_;
+  CategoryCatalogue catalogue_;
   bool isLeft_ = true;
 };
 

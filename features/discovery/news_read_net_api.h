@@ -2,18 +2,17 @@
 // Marks the member's messages as read.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class NewsReadNetApi : public BaseNetApi {
+class NewsReadNetApi : public NetApi<NewsReadNetApi> {
  public:
   NewsReadNetApi() = default;
 
   std::string requestUrl() const override { return "getMyReadMessage"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "NewsReadNetApi"; }
 };
 
 }  // namespace qmv

@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/discovery/store_info_model.h"
 
 namespace qmv {
 
-class PopularStoreNetApi : public BaseNetApi {
+class PopularStoreNetApi : public NetApi<PopularStoreNetApi> {
  public:
   // `area`: the city id; `page`: the page number as text, first page "1".
   PopularStoreNetApi(std::string area, std::string page) : area(std::move(area)), page(std::move(page)) {}
@@ -16,7 +16,6 @@ class PopularStoreNetApi : public BaseNetApi {
   std::string requestUrl() const override { return "getPopularList"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "PopularStoreNetApi"; }
 
   // Stores of "data"."dataList"; none when "data" is not an object.
   std::vector<StoreInfoModel> getPopularStores() const;

@@ -29,8 +29,7 @@ void QXActivitiesViewController::loadDetail() {
   attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<ActivityDetailNetApi&>(done);
+      [this](ActivityDetailNetApi& api) {
         bool loaded = false;
         if (api.isCorrectResult()) {
           if (auto activity = api.getActivityDetail()) {

@@ -27,8 +27,7 @@ void QXRStoreDetailViewController::loadDetail() {
   attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<StoreDetailNetApi&>(done);
+      [this](StoreDetailNetApi& api) {
         bool loaded = false;
         if (api.isCorrectResult()) {
           if (auto store = api.getStoreDetail()) {
@@ -96,8 +95,7 @@ void QXRStoreDetailViewController::bookmark() {
   attachRequest(*request, /*showLoading=*/false);
   bookmarkRequest_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<BookmarkStoreNetApi&>(done);
+      [this](BookmarkStoreNetApi& api) {
         const bool correct = api.isCorrectResult();
         if (correct && store_) {
           const Json envelope = parseJson(api.responseString());

@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/discovery/store_info_model.h"
 
 namespace qmv {
 
-class RecommendStoreNetApi : public BaseNetApi {
+class RecommendStoreNetApi : public NetApi<RecommendStoreNetApi> {
  public:
   // `area`: the city id.
   explicit RecommendStoreNetApi(std::string area) : area(std::move(area)) {}
@@ -16,7 +16,6 @@ class RecommendStoreNetApi : public BaseNetApi {
   std::string requestUrl() const override { return "getRecommendStore"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "RecommendStoreNetApi"; }
 
   // Stores of "data"."dataList"; none when "data" is not an object.
   std::vector<StoreInfoModel> getRecommendStores() const;

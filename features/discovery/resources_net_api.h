@@ -3,19 +3,18 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/discovery/resource_model.h"
 
 namespace qmv {
 
-class ResourcesNetApi : public BaseNetApi {
+class ResourcesNetApi : public NetApi<ResourcesNetApi> {
  public:
   ResourcesNetApi() = default;
 
   std::string requestUrl() const override { return "getCarouselList"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override { return Json::object(); }
-  std::string className() const override { return "ResourcesNetApi"; }
 
   // Banners of "data"."dataList"; none when it is not there.
   std::vector<ResourceModel> getResources() const;

@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/discovery/search_condition_model.h"
 #include "features/discovery/store_info_model.h"
 
 namespace qmv {
 
-class SearchStoreNetApi : public BaseNetApi {
+class SearchStoreNetApi : public NetApi<SearchStoreNetApi> {
  public:
   explicit SearchStoreNetApi(SearchConditionModel condition) : condition(std::move(condition)) {}
 
@@ -22,7 +22,6 @@ class SearchStoreNetApi : public BaseNetApi {
   // The position is read from the session when the request starts, not from the
   // condition's longitude and latitude.
   Json requestArgument() const override;
-  std::string className() const override { return "SearchStoreNetApi"; }
 
   // Stores of "data"."dataList"; none when "data" is not an object.
   std::vector<StoreInfoModel> getSearchStores() const;

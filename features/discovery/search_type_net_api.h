@@ -5,19 +5,18 @@
 #include <string_view>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "core/session/search_type_model.h"
 
 namespace qmv {
 
-class SearchTypeNetApi : public BaseNetApi {
+class SearchTypeNetApi : public NetApi<SearchTypeNetApi> {
  public:
   SearchTypeNetApi() = default;
 
   std::string requestUrl() const override { return "getCategoryList"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override { return Json::object(); }
-  std::string className() const override { return "SearchTypeNetApi"; }
 
   // The saved catalogue when one is stored and readable, else the built-in one.
   static std::vector<SearchTypeModel> getSearchTypes();

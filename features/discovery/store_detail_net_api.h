@@ -5,20 +5,19 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/discovery/grade_model.h"
 #include "features/discovery/store_info_model.h"
 
 namespace qmv {
 
-class StoreDetailNetApi : public BaseNetApi {
+class StoreDetailNetApi : public NetApi<StoreDetailNetApi> {
  public:
   explicit StoreDetailNetApi(std::string storeId) : storeId(std::move(storeId)) {}
 
   std::string requestUrl() const override { return "getStoreDetailInfo"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "StoreDetailNetApi"; }
 
   // The store of "data" (an object), its storeId set to the requested id and its
   // address height measured with the Env's text measurer (left 0 without one);

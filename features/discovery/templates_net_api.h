@@ -4,19 +4,18 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "core/session/search_type_model.h"
 
 namespace qmv {
 
-class TemplatesNetApi : public BaseNetApi {
+class TemplatesNetApi : public NetApi<TemplatesNetApi> {
  public:
   TemplatesNetApi() = default;
 
   std::string requestUrl() const override { return "getCategorTemplates1"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override { return Json::object(); }
-  std::string className() const override { return "TemplatesNetApi"; }
 
   // On a finished request: when "data" is an object, saves the response text under
   // "templates" and synchronises; returns one record per "data"."dataList" element.

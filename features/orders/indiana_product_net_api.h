@@ -6,18 +6,17 @@
 #include <optional>
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class IndianaProductNetApi : public BaseNetApi {
+class IndianaProductNetApi : public NetApi<IndianaProductNetApi> {
  public:
   IndianaProductNetApi(std::string productId, std::string series);
 
   std::string requestUrl() const override { return "getIndianaProduct"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "IndianaProductNetApi"; }
 
   // "data"."price", the yuan of one share, in fen; nullopt unless it is a plain amount
   // that one checkout may take.

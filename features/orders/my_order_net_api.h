@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/orders/order_info_model.h"
 
 namespace qmv {
 
-class MyOrderNetApi : public BaseNetApi {
+class MyOrderNetApi : public NetApi<MyOrderNetApi> {
  public:
   MyOrderNetApi(std::string page, long type);
 
@@ -16,7 +16,6 @@ class MyOrderNetApi : public BaseNetApi {
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   // "page", then "type" as a decimal integer.
   Json requestArgument() const override;
-  std::string className() const override { return "MyOrderNetApi"; }
 
   // One order per element of "data"."dataList"; none when "data" is not an object or
   // the list not an array.

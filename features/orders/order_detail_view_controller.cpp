@@ -21,8 +21,7 @@ void OrderDetailViewController::orderDetailNet() {
   attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<OrderDetailNetApi&>(done);
+      [this](OrderDetailNetApi& api) {
         std::optional<OrderInfoModel> order = api.isCorrectResult() ? api.getOrderDetail() : std::nullopt;
         const bool loaded = order.has_value();
         if (loaded) {

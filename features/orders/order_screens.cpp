@@ -1,5 +1,7 @@
 #include "features/orders/order_screens.h"
 
+#include "core/session/login_screen.h"
+#include "features/orders/checkout_texts.h"
 #include "features/orders/order_texts.h"
 #include "platform/env.h"
 #include "platform/navigator.h"
@@ -18,6 +20,17 @@ bool openGradeStore(const std::string& orderId, const std::string& storeName) {
   const auto& navigator = Env::current().navigator;
   if (orderId.empty() || !navigator) return false;
   navigator->push(order_texts::kGradeStoreScreen, {{"orderId", orderId}, {"storeName", storeName}});
+  return true;
+}
+
+bool openStorePayment(const std::string& storeId, const std::string& totalFee) {
+  const auto& navigator = Env::current().navigator;
+  if (storeId.empty() || !navigator) return false;
+  if (!hasSession()) {
+    presentLoginScreen();
+    return false;
+  }
+  navigator->push(checkout_texts::kPayNowScreen, {{"storeId", storeId}, {"totalFee", totalFee}});
   return true;
 }
 

@@ -13,5 +13,8 @@ namespace qmv {
 bool openOrderDetail(const OrderInfoModel& order);
 // The rating screen of the order's store, with the order id and the store name.
 bool openGradeStore(const std::string& orderId, const std::string& storeName);
+// The pay-now screen for paying `totalFee` (yuan, as typed) to the store; the login screen
+// instead when nobody is signed in, as a page's pay link does.
+bool openStorePayment(const std::string& storeId, const std::string& totalFee);
 
 }  // namespace qmv

@@ -7,12 +7,12 @@
 #include <optional>
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/orders/order_info_model.h"
 
 namespace qmv {
 
-class PreparePayNetApi : public BaseNetApi {
+class PreparePayNetApi : public NetApi<PreparePayNetApi> {
  public:
   // Paying a store.
   PreparePayNetApi(std::string amount, std::string type, std::string storeId, bool useBalance);
@@ -26,7 +26,6 @@ class PreparePayNetApi : public BaseNetApi {
   std::string requestUrl() const override;
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "PreparePayNetApi"; }
 
   // "data" of the answer as an order; nullopt when it is not a JSON object.
   std::optional<OrderInfoModel> getOrderInfo() const;

@@ -63,11 +63,10 @@ void QXMyOrderViewController::myOrderNet() {
   attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<MyOrderNetApi&>(done);
+      [this](MyOrderNetApi& api) {
         finished(api, api.isCorrectResult() ? Outcome::Correct : Outcome::Incorrect);
       },
-      [this](BaseRequest& done) { finished(static_cast<MyOrderNetApi&>(done), Outcome::Failed); });
+      [this](MyOrderNetApi& api) { finished(api, Outcome::Failed); });
 }
 
 void QXMyOrderViewController::finished(MyOrderNetApi& request, Outcome outcome) {
@@ -101,8 +100,7 @@ void QXMyOrderViewController::refundNet(const std::string& orderId) {
   auto request = std::make_shared<RefundNetApi>(orderId);
   attachRequest(*request);
   refundRequest_ = request;
-  auto done = [this](BaseRequest& finishedRequest, bool transportOk) {
-    auto& api = static_cast<RefundNetApi&>(finishedRequest);
+  auto done = [this](RefundNetApi& api, bool transportOk) {
     const bool correct = transportOk && api.isCorrectResult();
     if (correct) {
       pageNum = 1;
@@ -111,8 +109,8 @@ void QXMyOrderViewController::refundNet(const std::string& orderId) {
     }
     if (onRefunded) onRefunded(correct);
   };
-  request->startWithCompletionBlockWithSuccess([done](BaseRequest& r) { done(r, true); },
-                                               [done](BaseRequest& r) { done(r, false); });
+  request->startWithCompletionBlockWithSuccess([done](RefundNetApi& r) { done(r, true); },
+                                               [done](RefundNetApi& r) { done(r, false); });
 }
 
 QXMyOrderTableViewCell QXMyOrderViewController::cellForRow(std::size_t row) {

@@ -104,8 +104,7 @@ void QXPayNowViewController::userInfoNet() {
   attachRequest(*request);
   userInfoNet_ = request;
   refreshingMember_ = true;
-  const auto ended = [this](BaseRequest& done) {
-    auto& api = static_cast<UserInfoNetApi&>(done);
+  const auto ended = [this](UserInfoNetApi& api) {
     // An expired session has cleared the record by now.
     const auto& member = GlobalData::sharedInstance().selfInfo();
     if (api.isCorrectResult() && member) {
@@ -125,8 +124,7 @@ void QXPayNowViewController::readDrawPrice() {
   priceNet_ = request;
   readingPrice_ = true;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<IndianaProductNetApi&>(done);
+      [this](IndianaProductNetApi& api) {
         const std::int64_t share = api.isCorrectResult() ? api.shareFen().value_or(0) : 0;
         const std::int64_t count = parseShareCount(shareCount).value_or(0);
         // Without both, totalFee stays empty and the screen says it knows no amount.
@@ -261,8 +259,8 @@ void QXPayNowViewController::prepare(const char* code) {
   attachRequest(*request);
   prepareNet_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this, channel = std::string(code)](BaseRequest& done) {
-        prepared(static_cast<PreparePayNetApi&>(done), channel);
+      [this, channel = std::string(code)](PreparePayNetApi& api) {
+        prepared(api, channel);
       },
       [this](BaseRequest&) { step(PayStep::Stopped); });
 }

@@ -83,8 +83,7 @@ void QXSubmitOderViewController::submitAction() {
   userInfoNet_ = request;
   // Whatever the refresh brings, the purchase goes on with the record there is then; an
   // expired session has cleared it by now.
-  const auto finished = [this](BaseRequest& done) {
-    auto& api = static_cast<UserInfoNetApi&>(done);
+  const auto finished = [this](UserInfoNetApi& api) {
     if (api.isCorrectResult()) {
       const Json envelope = parseJson(api.responseString());
       const auto& self = GlobalData::sharedInstance().selfInfo();

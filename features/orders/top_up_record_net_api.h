@@ -2,18 +2,17 @@
 // Lists the member's top-up records of one kind, page by page.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class TopUpRecordNetApi : public BaseNetApi {
+class TopUpRecordNetApi : public NetApi<TopUpRecordNetApi> {
  public:
   TopUpRecordNetApi(std::string page, std::string type);
 
   std::string requestUrl() const override { return "getTopUpListForUser"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "TopUpRecordNetApi"; }
 
   std::string page;
   std::string type;

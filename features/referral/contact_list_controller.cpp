@@ -25,11 +25,10 @@ void ContactListController::sendPage() {
   attachRequest(*request);
   request_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<MyContactsNetApi&>(done);
+      [this](MyContactsNetApi& api) {
         finished(api, api.isCorrectResult());
       },
-      [this](BaseRequest& done) { finished(static_cast<MyContactsNetApi&>(done), false); });
+      [this](MyContactsNetApi& api) { finished(api, false); });
 }
 
 void ContactListController::finished(MyContactsNetApi& request, bool correct) {

@@ -5,19 +5,18 @@
 #include <string>
 #include <vector>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "core/session/user_info_model.h"
 
 namespace qmv {
 
-class MyContactsNetApi : public BaseNetApi {
+class MyContactsNetApi : public NetApi<MyContactsNetApi> {
  public:
   MyContactsNetApi(std::string page, std::string phone);
 
   std::string requestUrl() const override;
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "MyContactsNetApi"; }
 
   // One record per "data"."dataList" element; empty when either is missing.
   std::vector<UserInfoModel> getMyContacts() const;

@@ -3,12 +3,12 @@
 // and the SMS code typed on the bind screen (the record's identifying).
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/wallet/bank_model.h"
 
 namespace qmv {
 
-class BindBankNetApi : public BaseNetApi {
+class BindBankNetApi : public NetApi<BindBankNetApi> {
  public:
   explicit BindBankNetApi(BankModel bank);
 
@@ -17,7 +17,6 @@ class BindBankNetApi : public BaseNetApi {
   // Base arguments, then "name", "cardId", "certifId" and "identifying"; empty values
   // are left out.
   Json requestArgument() const override;
-  std::string className() const override { return "BindBankNetApi"; }
 
   BankModel bank;
 };

@@ -3,19 +3,18 @@
 #include <optional>
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/wallet/bank_model.h"
 
 namespace qmv {
 
-class MyBankNetApi : public BaseNetApi {
+class MyBankNetApi : public NetApi<MyBankNetApi> {
  public:
   MyBankNetApi() = default;
 
   std::string requestUrl() const override { return "getBoundBankCard"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "MyBankNetApi"; }
 
   // The card of the answer's "data" object; nullopt when "data" is not an object or
   // its "cardId" is missing, null or empty (no card is bound).

@@ -3,18 +3,17 @@
 // decimal text.
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 
 namespace qmv {
 
-class WithDrawNetApi : public BaseNetApi {
+class WithDrawNetApi : public NetApi<WithDrawNetApi> {
  public:
   explicit WithDrawNetApi(std::string amount);
 
   std::string requestUrl() const override { return "withDraw"; }
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
-  std::string className() const override { return "WithDrawNetApi"; }
 
   std::string amount;
 };

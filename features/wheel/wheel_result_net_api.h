@@ -3,19 +3,18 @@
 #include <optional>
 #include <string>
 
-#include "core/request/base_net_api.h"
+#include "core/request/net_api.h"
 #include "features/wheel/wheel_model.h"
 
 namespace qmv {
 
-class WheelResultNetApi : public BaseNetApi {
+class WheelResultNetApi : public NetApi<WheelResultNetApi> {
  public:
   explicit WheelResultNetApi(std::string wheelId);
 
   std::string requestUrl() const override { return "getWheelResult"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
-  std::string className() const override { return "WheelResultNetApi"; }
 
   // The record of the answer's "data" when it is a JSON object, else none.
   std::optional<WheelModel> getWheel() const { return WheelModel::fromData(responseData()); }

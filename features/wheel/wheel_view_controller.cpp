@@ -68,11 +68,8 @@ void WheelViewController::wheelNet() {
     if (onLoaded) onLoaded(correct && wheel_.has_value());
   };
   request->startWithCompletionBlockWithSuccess(
-      [ended](BaseRequest& done) {
-        auto& api = static_cast<WheelNetApi&>(done);
-        ended(api, api.isCorrectResult());
-      },
-      [ended](BaseRequest& done) { ended(static_cast<WheelNetApi&>(done), false); });
+      [ended](WheelNetApi& api) { ended(api, api.isCorrectResult()); },
+      [ended](WheelNetApi& api) { ended(api, false); });
 }
 
 const char* WheelViewController::refusal() const {
@@ -95,11 +92,8 @@ bool WheelViewController::spinAction() {
   attachRequest(*request);
   spinRequest_ = request;
   request->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest& done) {
-        auto& api = static_cast<WheelResultNetApi&>(done);
-        spun(api, api.isCorrectResult());
-      },
-      [this](BaseRequest& done) { spun(static_cast<WheelResultNetApi&>(done), false); });
+      [this](WheelResultNetApi& api) { spun(api, api.isCorrectResult()); },
+      [this](WheelResultNetApi& api) { spun(api, false); });
   return true;
 }
 
