@@ -94,6 +94,25 @@ int KeyringSettingsStore::moveSecretsToKeyring() {
   return moved;
 }
 
+int KeyringSettingsStore::forgetStraySecrets(std::chrono::system_clock::time_point now) {
+  std::vector<std::string> referenced;
+  for (const auto& key : secretKeys_) {
+    if (auto id = referencedId(file_->objectForKey(key))) referenced.push_back(*id);
+  }
+  // A home that keeps nothing in the keyring does not ask it at every start; a stray
+  // secret of its first login goes at the first start after a login that did land.
+  if (referenced.empty()) return 0;
+  const auto kept = keyring_->kept();
+  if (!kept) return 0;
+  int forgotten = 0;
+  for (const auto& secret : *kept) {
+    if (now - secret.created < kStrayAge) continue;
+    if (std::find(referenced.begin(), referenced.end(), secret.id) != referenced.end()) continue;
+    if (keyring_->remove(secret.id)) ++forgotten;
+  }
+  return forgotten;
+}
+
 Json KeyringSettingsStore::objectForKey(const std::string& key) const {
   Json stored = file_->objectForKey(key);
   if (!isSecret(key)) return stored;

@@ -14,6 +14,7 @@
 // file, and a reference it can no longer follow reads as absent. A secret written to the
 // file over one the keyring held is kept as {"secret": TEXT, "forget": [ID...]}, so that
 // the keyring forgets the old one when it is back.
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,6 +34,13 @@ class KeyringSettingsStore : public SettingsStore {
   // Moves every secret the file holds into the keyring when it answers, leaving a
   // reference in the file. Returns how many moved. Meant for the start of a run.
   int moveSecretsToKeyring();
+
+  // A run killed between keeping a secret and writing the file leaves a secret that
+  // nothing refers to. Forgets those of this home older than kStrayAge (younger ones may
+  // be another run's write in progress), once the file refers to the keyring at all.
+  // Returns how many went. Meant for the start of a run.
+  static constexpr std::chrono::hours kStrayAge{1};
+  int forgetStraySecrets(std::chrono::system_clock::time_point now = std::chrono::system_clock::now());
 
   Json objectForKey(const std::string& key) const override;
   void setObject(const Json& value, const std::string& key) override;

@@ -76,6 +76,13 @@ TEST_F(KeyringSettingsStoreTest, FailedFileWriteKeepsThePreviousPairReadable) {
   EXPECT_FALSE(onFullDisk.setObjects(Json{{"user_phone", "13900000000"}, {"password", "second2"}}));
   EXPECT_EQ(onFullDisk.stringForKey("user_phone"), "13800000000");
   EXPECT_EQ(onFullDisk.stringForKey("password"), "first1");
+  // The secret kept for the write that failed (as for a run killed there) is forgotten
+  // at a later start, once it is too old to be another run's write in progress.
+  EXPECT_EQ(keyring_->secrets.size(), 2u);
+  EXPECT_EQ(store.forgetStraySecrets(keyring_->now + std::chrono::minutes(5)), 0);
+  EXPECT_EQ(store.forgetStraySecrets(keyring_->now + KeyringSettingsStore::kStrayAge), 1);
+  EXPECT_EQ(keyring_->secrets.size(), 1u);
+  EXPECT_EQ(store.stringForKey("password"), "first1");
 
   // Keys that are not secret pass through, updates included.
   EXPECT_TRUE(store.updateObject("searchKeyWords", [](Json current) {

@@ -1,8 +1,8 @@
 #include "shell/app_config.h"
 
 #include <charconv>
-#include <fstream>
 #include <map>
+#include <sstream>
 
 namespace qmv {
 namespace {
@@ -55,12 +55,11 @@ std::string AppConfig::welcomeImage() const {
   return host + "/welcome.png";
 }
 
-AppConfig AppConfig::load(const std::filesystem::path& path, std::vector<std::string>* warnings) {
+AppConfig AppConfig::parse(std::string_view text, const std::string& name, std::vector<std::string>* warnings) {
   AppConfig config;
-  std::ifstream in(path);
-  if (!in) return config;
+  std::istringstream in{std::string(text)};
   const auto warn = [&](int line, const std::string& what) {
-    if (warnings) warnings->push_back(path.filename().string() + ":" + std::to_string(line) + ": " + what);
+    if (warnings) warnings->push_back(name + ":" + std::to_string(line) + ": " + what);
   };
   std::string raw;
   for (int line = 1; std::getline(in, raw); ++line) {

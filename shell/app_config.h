@@ -4,8 +4,8 @@
 // the repository holds no real vendor value. The file is "key = value" lines; "#" starts
 // a comment. An unknown key or a malformed line is reported, not fatal.
 #include <cstddef>
-#include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qmv {
@@ -30,9 +30,9 @@ struct AppConfig {
   // default (HttpRequest::kDefaultMaxResponseBytes).
   std::size_t maxResponseBytes = 0;
 
-  // Reads `path`; a missing file gives the defaults. Problems are appended to `warnings`
-  // as "qmv.conf:LINE: what" texts.
-  static AppConfig load(const std::filesystem::path& path, std::vector<std::string>* warnings = nullptr);
+  // Reads the text of a configuration file named `name`; empty text gives the defaults.
+  // Problems are appended to `warnings` as "NAME:LINE: what" texts.
+  static AppConfig parse(std::string_view text, const std::string& name, std::vector<std::string>* warnings = nullptr);
 
   // Applies one "key = value" setting; false for an unknown key or, for
   // "max_response_bytes", a value that is not a positive byte count.

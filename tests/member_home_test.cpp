@@ -101,6 +101,16 @@ TEST_F(MemberHomeTest, EntriesPlantedInTheHomeAreRefusedAndNothingIsWritten) {
             std::string::npos)
       << me.err;
 
+  // Nor is a configuration file of any size read whole.
+  const fs::path hugeHome = temp_.home() / "huge";
+  fs::create_directories(hugeHome);
+  std::ofstream(hugeHome / "qmv.conf") << std::string(64 * 1024, '#') << "\n";
+  const auto huge = run(hugeHome, "member", {"me"});
+  EXPECT_EQ(huge.status, 1);
+  EXPECT_NE(huge.err.find("refusing " + (hugeHome / "qmv.conf").string() + ": it is larger than 65536 bytes"),
+            std::string::npos)
+      << huge.err;
+
   // A home others may write to could get entries planted after any check.
   const fs::path shared = temp_.home() / "shared";
   fs::create_directories(shared);

@@ -12,6 +12,7 @@
 
 #include "apps/gtk/dialog_alerts.h"
 #include "apps/gtk/gtk_driver.h"
+#include "apps/gtk/gtk_ports.h"
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/nearby_page.h"
@@ -260,6 +261,15 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
 }
 
 TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
+  // An invitation picture that cannot be read is named, not called an invalid code.
+  bool scanned = false;
+  FileChooserCamera::scanChosenPicture((home_ / "missing.png").string(), [&](auto) { scanned = true; });
+  ASSERT_EQ(driver_->app().alerts().open().size(), 1u);
+  EXPECT_EQ(driver_->app().alerts().open().front().title, "无法读取图片");
+  EXPECT_NE(driver_->app().alerts().open().front().message.find("missing.png"), std::string::npos);
+  EXPECT_TRUE(driver_->app().alerts().answer("知道了"));
+  EXPECT_FALSE(scanned);
+
   // Signed out, the member tab offers the login screen in its own layer; a refused login
   // keeps it.
   tabs_->select(4);

@@ -2,9 +2,18 @@
 
 #include <gtkmm.h>
 
+#include "platform/alerts.h"
+#include "platform/env.h"
 #include "platform/linux/image_file_camera.h"
+#include "platform/linux/qr_png.h"
 
 namespace qmv::gtk {
+namespace {
+
+constexpr const char* kUnreadablePicture = "无法读取图片";
+constexpr const char* kUnderstood = "知道了";
+
+}  // namespace
 
 void GtkAppWindow::showLaunchView(const std::string& placeholderImage, const std::string& imageUrl) {
   HeadlessAppWindow::showLaunchView(placeholderImage, imageUrl);
@@ -42,9 +51,19 @@ void FileChooserCamera::scanQrCode(std::function<void(std::optional<std::string>
   chooser->add_filter(filter);
   chooser->signal_response().connect([chooser, completion = std::move(completion)](int response) mutable {
     if (response != Gtk::ResponseType::ACCEPT || !chooser->get_file()) return;
-    ImageFileCamera(chooser->get_file()->get_path()).scanQrCode(completion);
+    scanChosenPicture(chooser->get_file()->get_path(), completion);
   });
   chooser->show();
+}
+
+void FileChooserCamera::scanChosenPicture(const std::string& path,
+                                          std::function<void(std::optional<std::string>)> completion) {
+  if (std::string problem = qrImageProblem(path); !problem.empty()) {
+    if (const auto& alerts = Env::current().alerts)
+      alerts->show(AlertSpec{kUnreadablePicture, problem, {kUnderstood}, {}}, nullptr);
+    return;
+  }
+  ImageFileCamera(path).scanQrCode(std::move(completion));
 }
 
 }  // namespace qmv::gtk

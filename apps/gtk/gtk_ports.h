@@ -3,11 +3,11 @@
 // (the desktop's handlers; the application's own scheme comes back in through the
 // running instance), and the camera that reads a QR code from a picture the member
 // chooses.
+#include <glibmm/refptr.h>
+
 #include <functional>
 #include <string>
 #include <vector>
-
-#include <glibmm/refptr.h>
 
 #include "platform/camera.h"
 #include "platform/linux/headless_app_window.h"
@@ -47,6 +47,10 @@ class FileChooserCamera : public Camera {
   // Lets the member choose a picture and reads the QR code in it; a cancelled choice
   // reports nothing.
   void scanQrCode(std::function<void(std::optional<std::string>)> completion) override;
+  // Reads the code in the picture at `path`. A picture that cannot be read (missing, not a
+  // PNG, too large) is named in an alert instead of being reported as an invalid code,
+  // and nothing is reported to `completion`.
+  static void scanChosenPicture(const std::string& path, std::function<void(std::optional<std::string>)> completion);
 
  private:
   std::function<Gtk::Window*()> window_;

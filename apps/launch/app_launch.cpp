@@ -38,6 +38,8 @@ namespace {
 const std::vector<std::string> kHomeFiles = {"settings.db",         "settings.db-wal", "settings.db-shm",
                                              "settings.db-journal", "shell_history",   "qmv.conf"};
 const std::vector<std::string> kHomeDirectories = {"Library", "Library/Caches", "sandbox"};
+// A configuration is a few dozen lines; anything far larger is not one.
+constexpr std::size_t kMaxConfigBytes = 64 * 1024;
 
 }  // namespace
 
@@ -69,14 +71,19 @@ std::string AppLaunch::prepare() {
   // Before anything reads or writes in the home (the embedded sandbox starts below).
   if (std::string why = home_files::firstRefusal(home_, kHomeFiles, kHomeDirectories); !why.empty()) return why;
 
+  // Read through the descriptor that was checked, so that a link put in its place after
+  // the check above is not followed either.
+  const auto conf = home_files::readPrivate(home_ / "qmv.conf", kMaxConfigBytes);
+  if (!conf.error.empty()) return conf.error;
   std::vector<std::string> warnings;
-  config_ = AppConfig::load(home_ / "qmv.conf", &warnings);
+  config_ = AppConfig::parse(conf.bytes, "qmv.conf", &warnings);
   for (const auto& w : warnings) std::cerr << "qmv: " << w << '\n';
   if (!options_.server.empty()) config_.serverBaseUrl = options_.server;
   config_.serverBaseUrl = ServerSwitch::withApplicationPath(config_.serverBaseUrl);
   // Every request would fail on such a base, each saying only that it could not connect.
   const std::string scheme = urlScheme(config_.serverBaseUrl);
-  if (!config_.serverBaseUrl.empty() && ((scheme != "http" && scheme != "https") || urlHost(config_.serverBaseUrl).empty())) {
+  if (!config_.serverBaseUrl.empty() &&
+      ((scheme != "http" && scheme != "https") || urlHost(config_.serverBaseUrl).empty())) {
     return "the server URL \"" + config_.serverBaseUrl + "\" (" + (options_.server.empty() ? "qmv.conf" : "--server") +
            ") is not an http or https URL with a host";
   }
@@ -115,6 +122,7 @@ std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env)
       std::move(opened.store), std::move(keyring), std::vector<std::string>{kPasswordKey}, "qmv (" + homeName + ") ");
   // A password kept in the file while no keyring answered moves in once one does.
   settings->moveSecretsToKeyring();
+  settings->forgetStraySecrets();
   env.settings = std::move(settings);
   env.files = std::make_shared<HomeFileLocations>(home_);
   env.clock = std::make_shared<SystemClock>();

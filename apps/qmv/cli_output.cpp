@@ -27,6 +27,8 @@ bool isInvisibleLayout(gunichar c) {
   }
 }
 
+}  // namespace
+
 std::string forTerminal(std::string_view text) {
   std::string out;
   out.reserve(text.size());
@@ -51,8 +53,6 @@ std::string forTerminal(std::string_view text) {
   }
   return out;
 }
-
-}  // namespace
 
 CliOutput::CliOutput(bool json, std::ostream& out) : json_(json), out_(out) {}
 

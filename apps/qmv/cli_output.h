@@ -8,10 +8,15 @@
 // terminal as a command or disguised; the JSON document carries them escaped already.
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "core/common/json.h"
 
 namespace qmv::cli {
+
+// `text` with every control, stray byte and invisible format character written as a
+// visible escape (\x1b, \u202e); tabs stay.
+std::string forTerminal(std::string_view text);
 
 class CliOutput {
  public:

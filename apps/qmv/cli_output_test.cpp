@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <sstream>
 
 #include "apps/qmv/command_line_split.h"
+#include "apps/qmv/escaped_stderr.h"
+#include "core/common/log.h"
 
 namespace qmv::cli {
 namespace {
@@ -48,6 +51,22 @@ TEST(CliOutputTest, ControlCharactersReachTheTerminalOnlyAsEscapes) {
   doc.message(hostile.substr(0, 14));
   doc.finish();
   EXPECT_EQ(parseJson(json.str())["messages"][0], hostile.substr(0, 14)) << "--json keeps the text, escaped by JSON";
+
+  // The CLI's own complaints on stderr quote outside text too; a prompt shows on a flush.
+  std::ostringstream err;
+  std::streambuf* const saved = std::cerr.rdbuf(err.rdbuf());
+  {
+    const EscapedStderr escaped;
+    std::cerr << "qmv: \"" << hostile << "\" waits\n"
+              << "> \x1b" << std::flush;
+    EXPECT_EQ(err.str().substr(err.str().size() - 6), "> \\x1b");
+    // So do the core's warnings, which go to the process's stderr.
+    testing::internal::CaptureStderr();
+    logWarning("http://h/x?k=\x1b[2J");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "qmv: http://h/x?k=\\x1b[2J\n");
+  }
+  std::cerr.rdbuf(saved);
+  EXPECT_EQ(err.str(), "qmv: \"\\x1b]0;owned\\x07\\x1b[2J\\x00ok\\x0dfake\\x9b\\u009b\\x7f\t济\" waits\n> \\x1b");
 }
 
 TEST(CliOutputTest, InvisibleFormatCharactersAreEscapedVisibleTextIsNot) {

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/escaped_stderr.h"
 #include "core/common/log.h"
 #include "core/session/global_data.h"
 #include "platform/fixed_location_source.h"
@@ -59,6 +60,7 @@ int runFlow(CliApp& app, const CommandRegistry::Entry& entry) {
 }
 
 int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
+  const EscapedStderr escapedStderr;
   CLI::App app{"qmv: the client of a local-life services platform"};
   app.set_version_flag("--version", std::string("qmv ") + QMV_VERSION_STRING);
   GlobalOptions options;

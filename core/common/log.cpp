@@ -29,6 +29,7 @@ void toSink(const std::string& line) {
 }
 
 std::atomic<bool> warningsOnStderr{true};
+std::atomic<WarningFilter> warningFilter{nullptr};
 std::atomic<std::size_t> warningsLogged{0};
 std::atomic<int> installedSinks{0};  // ScopedLogSink guards alive, empty sinks included
 
@@ -48,13 +49,20 @@ bool logLineEnabled() { return debugOnStderr() || installedSinks.load(std::memor
 
 void logWarning(const std::string& line) {
   warningsLogged.fetch_add(1, std::memory_order_relaxed);
-  if (warningsOnStderr.load(std::memory_order_relaxed)) std::fprintf(stderr, "qmv: %s\n", line.c_str());
+  if (warningsOnStderr.load(std::memory_order_relaxed)) {
+    const WarningFilter filter = warningFilter.load(std::memory_order_acquire);
+    std::fprintf(stderr, "qmv: %s\n", filter != nullptr ? filter(line).c_str() : line.c_str());
+  }
   toSink(line);
 }
 
 std::size_t warningCount() { return warningsLogged.load(std::memory_order_relaxed); }
 
 void setWarningsOnStderr(bool on) { warningsOnStderr.store(on, std::memory_order_relaxed); }
+
+WarningFilter setWarningFilter(WarningFilter filter) {
+  return warningFilter.exchange(filter, std::memory_order_acq_rel);
+}
 
 ScopedLogSink::ScopedLogSink(LogSink sink) {
   std::lock_guard lock(sinkMutex());

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace qmv {
 
@@ -27,6 +28,11 @@ std::size_t warningCount();
 // Turns the stderr copy of warnings off (or back on); the sink still gets them. For a
 // process that feeds hostile input in a loop, where a line per input would drown the rest.
 void setWarningsOnStderr(bool on);
+
+// Rewrites each warning's text before it reaches stderr (a terminal front end escapes the
+// controls that outside text may carry); null writes it as it is. Returns the previous one.
+using WarningFilter = std::string (*)(std::string_view line);
+WarningFilter setWarningFilter(WarningFilter filter);
 
 // Installs `sink` for the lifetime of the returned guard; the previous sink comes back
 // when the guard is destroyed. Thread-safe.

@@ -62,6 +62,7 @@ Opened openPrivate(const std::filesystem::path& path, int flags, mode_t mode) {
   const int fd = ::open(path.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, mode);
   if (fd < 0) {
     // ENXIO: a FIFO without a reader, or a device, opened for writing without blocking.
+    opened.absent = errno == ENOENT;
     opened.error = errno == ELOOP   ? refused(path, "it is a symbolic link")
                    : errno == ENXIO ? refused(path, "it is not a regular file")
                                     : refused(path, std::strerror(errno));
@@ -85,6 +86,34 @@ Opened openPrivate(const std::filesystem::path& path, int flags, mode_t mode) {
   }
   opened.fd = fd;
   return opened;
+}
+
+Read readPrivate(const std::filesystem::path& path, std::size_t maxBytes) {
+  Read read;
+  const Opened opened = openPrivate(path, O_RDONLY);
+  if (opened.fd < 0) {
+    read.absent = opened.absent;
+    if (!read.absent) read.error = opened.error;
+    return read;
+  }
+  char buffer[8192];
+  for (;;) {
+    const ssize_t n = ::read(opened.fd, buffer, sizeof buffer);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) {
+      read.error = refused(path, std::strerror(errno));
+      break;
+    }
+    if (n == 0) break;
+    if (read.bytes.size() + static_cast<std::size_t>(n) > maxBytes) {
+      read.error = refused(path, "it is larger than " + std::to_string(maxBytes) + " bytes");
+      break;
+    }
+    read.bytes.append(buffer, static_cast<std::size_t>(n));
+  }
+  ::close(opened.fd);
+  if (!read.error.empty()) read.bytes.clear();
+  return read;
 }
 
 }  // namespace qmv::home_files

@@ -6,6 +6,7 @@
 // writes, overwrite a file of their choice through it, or hang every start.
 #include <sys/types.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -30,13 +31,24 @@ std::string firstRefusal(const std::filesystem::path& home, const std::vector<st
                          const std::vector<std::string>& directories);
 
 struct Opened {
-  int fd = -1;        // blocking, close-on-exec; -1 on failure
-  std::string error;  // names the file
+  int fd = -1;          // blocking, close-on-exec; -1 on failure
+  std::string error;    // names the file
+  bool absent = false;  // failed only because nothing is there
 };
 
 // Opens the regular file `path` with `flags` (O_RDONLY, O_RDWR | O_CREAT, ...) without
 // following a link or blocking on a FIFO, and checks that the user owns what it opened.
 // A file it creates gets `mode`. The caller closes the descriptor.
 Opened openPrivate(const std::filesystem::path& path, int flags, mode_t mode = 0600);
+
+struct Read {
+  std::string bytes;
+  std::string error;  // names the file; "" when read or absent
+  bool absent = false;
+};
+
+// The whole of the regular file `path`, opened as openPrivate does, so that what is read
+// is what was checked (no second look-up by name). Refused past `maxBytes`.
+Read readPrivate(const std::filesystem::path& path, std::size_t maxBytes);
 
 }  // namespace qmv::home_files

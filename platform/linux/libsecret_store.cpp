@@ -2,6 +2,7 @@
 
 #include <libsecret/secret.h>
 
+#include <chrono>
 #include <functional>
 #include <mutex>
 
@@ -123,6 +124,31 @@ bool LibsecretStore::remove(const std::string& id) {
   // False without an error when there was nothing to forget.
   call.finish = [](GAsyncResult* result, GError** error) { secret_password_clear_finish(result, error); };
   return run(call);
+}
+
+std::optional<std::vector<SecretStore::Kept>> LibsecretStore::kept() {
+  std::vector<Kept> all;
+  Call call;
+  call.start = [&](GCancellable* cancellable, GAsyncReadyCallback done, gpointer data) {
+    // Without SECRET_SEARCH_UNLOCK: listing must not prompt, and needs no secret.
+    secret_password_search(schema(), SECRET_SEARCH_ALL, cancellable, done, data, "home", home_.c_str(), nullptr);
+  };
+  call.finish = [&](GAsyncResult* result, GError** error) {
+    GList* found = secret_password_search_finish(result, error);
+    for (GList* item = found; item != nullptr; item = item->next) {
+      auto* retrievable = SECRET_RETRIEVABLE(item->data);
+      GHashTable* attributes = secret_retrievable_get_attributes(retrievable);
+      const auto* id = static_cast<const char*>(g_hash_table_lookup(attributes, "id"));
+      if (id != nullptr) {
+        const auto created = std::chrono::seconds(secret_retrievable_get_created(retrievable));
+        all.push_back({id, std::chrono::system_clock::time_point(created)});
+      }
+      g_hash_table_unref(attributes);
+    }
+    g_list_free_full(found, g_object_unref);
+  };
+  if (!run(call)) return std::nullopt;
+  return all;
 }
 
 }  // namespace qmv

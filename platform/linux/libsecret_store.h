@@ -28,6 +28,7 @@ class LibsecretStore : public SecretStore {
   Lookup lookup(const std::string& id) override;
   bool store(const std::string& id, const std::string& label, const std::string& secret) override;
   bool remove(const std::string& id) override;
+  std::optional<std::vector<Kept>> kept() override;
 
   // Why the keyring was given up on in this run; "" while it answers.
   const std::string& failure() const { return failure_; }

@@ -35,6 +35,11 @@ TEST(LibsecretStoreTest, KeepsLooksUpAndForgetsSecretsOfOneHomeOnly) {
   EXPECT_EQ(other.lookup("id-1").answer, SecretStore::Answer::absent) << "another home's secret";
   ASSERT_TRUE(home.store("id-1", "qmv test", "replaced"));
   EXPECT_EQ(home.lookup("id-1").secret, "replaced");
+  const auto kept = home.kept();
+  ASSERT_TRUE(kept);
+  ASSERT_EQ(kept->size(), 1u) << "one item per id, of this home only";
+  EXPECT_EQ(kept->front().id, "id-1");
+  EXPECT_LT(std::chrono::abs(std::chrono::system_clock::now() - kept->front().created), std::chrono::minutes(1));
   EXPECT_TRUE(home.remove("id-1"));
   EXPECT_EQ(home.lookup("id-1").answer, SecretStore::Answer::absent);
   EXPECT_TRUE(home.remove("id-1")) << "nothing to forget is no failure";
