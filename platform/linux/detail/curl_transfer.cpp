@@ -143,7 +143,7 @@ void Transfer::deliver(HttpResponse&& r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
     // In place, the loop is the driver's own and not needed again.
-    outbox.letters.emplace_back(outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r));
+    outbox.letters.push_back(Outbox::Letter{outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r)});
   } else {
     completion(std::move(r));
   }
