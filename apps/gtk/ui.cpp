@@ -72,9 +72,16 @@ GtkWidget* newRow(const std::string& title, const std::string& subtitle, const s
 
 }  // namespace
 
-void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing,
-            std::function<void()> activated) {
-  gtk_list_box_append(list.gobj(), newRow(title, subtitle, trailing, std::move(activated), true));
+Gtk::Widget* addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle,
+                    const std::string& trailing, std::function<void()> activated) {
+  GtkWidget* row = newRow(title, subtitle, trailing, std::move(activated), true);
+  gtk_list_box_append(list.gobj(), row);
+  return Glib::wrap(row);
+}
+
+void setRowTexts(Gtk::Widget& row, const std::string& title, const std::string& subtitle) {
+  adw_preferences_row_set_title(ADW_PREFERENCES_ROW(row.gobj()), title.c_str());
+  adw_action_row_set_subtitle(ADW_ACTION_ROW(row.gobj()), subtitle.c_str());
 }
 
 void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped) {
@@ -119,6 +126,10 @@ Gtk::Image* icon(const std::string& name) {
 
 void clear(Gtk::Box& box) {
   while (Gtk::Widget* child = box.get_first_child()) box.remove(*child);
+}
+
+void clear(Gtk::ListBox& list) {
+  while (Gtk::Widget* child = list.get_first_child()) list.remove(*child);
 }
 
 namespace {

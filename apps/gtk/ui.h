@@ -21,9 +21,11 @@ Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::
 // A boxed list (libadwaita's look) to put rows in.
 Gtk::ListBox* boxedList();
 // Appends a row with a title, a subtitle and an optional trailing text; `activated`
-// makes it tappable.
-void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing = "",
+// makes it tappable. Returns the row.
+Gtk::Widget* addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing = "",
             std::function<void()> activated = nullptr);
+// Sets the title and subtitle of a row addRow made.
+void setRowTexts(Gtk::Widget& row, const std::string& title, const std::string& subtitle);
 // Appends a tappable row with a check mark in front, ticked when `checked` (a choice
 // among rows, like the pay-now screen's channels).
 void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped);
@@ -32,8 +34,9 @@ void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std
 Gtk::Picture* qrPicture(const QrMatrix& code);
 // An icon of the theme by its name.
 Gtk::Image* icon(const std::string& name);
-// Removes every child of `box`.
+// Removes every child of `box` (or every row of `list`).
 void clear(Gtk::Box& box);
+void clear(Gtk::ListBox& list);
 
 // The texts of every label (and button) below `root`, in tree order.
 std::vector<std::string> texts(Gtk::Widget& root);
