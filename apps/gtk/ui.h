@@ -1,7 +1,6 @@
 #pragma once
 // Small builders the pages share, so that every page looks alike: labels with a style
-// class, buttons that run a callback, list rows, and looking widgets up by name (what
-// the tests use to read and tap what a page shows).
+// class, buttons that run a callback, list rows.
 #include <gtkmm.h>
 
 #include <functional>
@@ -37,16 +36,5 @@ Gtk::Image* icon(const std::string& name);
 // Removes every child of `box` (or every row of `list`).
 void clear(Gtk::Box& box);
 void clear(Gtk::ListBox& list);
-
-// The texts of every label (and button) below `root`, in tree order.
-std::vector<std::string> texts(Gtk::Widget& root);
-// Whether some label or button below `root` shows exactly `text`.
-bool shows(Gtk::Widget& root, const std::string& text);
-// The first button below `root` whose label is `text`; null when none.
-Gtk::Button* findButton(Gtk::Widget& root, const std::string& text);
-// Taps the first tappable row below `root` titled `title`; false when there is none.
-bool activateRow(Gtk::Widget& root, const std::string& title);
-// The first widget below `root` with that widget name; null when none.
-Gtk::Widget* findNamed(Gtk::Widget& root, const std::string& name);
 
 }  // namespace qmv::gtk::ui
