@@ -1,5 +1,7 @@
 #include "apps/gtk/nearby_page.h"
 
+#include <adwaita.h>
+
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
@@ -14,6 +16,7 @@ namespace {
 
 constexpr NearbyView::Filter kFilters[] = {NearbyView::Filter::Area, NearbyView::Filter::Category,
                                            NearbyView::Filter::Sort};
+constexpr int kMapHeight = 320;
 constexpr const char* kFilterNames[] = {"filter-area", "filter-category", "filter-sort"};
 
 std::string nearbyKey(const NearbyRow& row) {
@@ -101,9 +104,14 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
 
   buildSearchFace();
   buildListFace();
-  // The map keeps its own height above the list; it must not take the list's share.
+  // The map keeps its own height above the list: a map asks for as much as it can get.
   map_.widget().set_vexpand(false);
-  faces_.add(map_.widget(), "map");
+  GtkWidget* mapHeight = adw_clamp_new();
+  gtk_orientable_set_orientation(GTK_ORIENTABLE(mapHeight), GTK_ORIENTATION_VERTICAL);
+  adw_clamp_set_maximum_size(ADW_CLAMP(mapHeight), kMapHeight);
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(mapHeight), kMapHeight);
+  adw_clamp_set_child(ADW_CLAMP(mapHeight), GTK_WIDGET(map_.widget().gobj()));
+  faces_.add(*Gtk::manage(Glib::wrap(mapHeight)), "map");
   faces_.set_vhomogeneous(false);
   faces_.set_hhomogeneous(false);
   body().append(faces_);
