@@ -78,8 +78,9 @@ void bindOrderRow(Gtk::Widget& line, const QXMyOrderTableViewCell& cell) {
   // Refund asks first and rating opens its screen: the cell decides, by the status.
   const bool enabled = cell.look.buttonEnabled;
   if (enabled) {
-    row.button->set_action_name(cell.orderInfo.status == "2" ? "page.rate" : "page.refund");
+    // The target first: the button must never name the action without its parameter.
     row.button->set_action_target_value(Glib::Variant<Glib::ustring>::create(cell.orderInfo.orderId));
+    row.button->set_action_name(cell.orderInfo.status == "2" ? "page.rate" : "page.refund");
     row.button->add_css_class("destructive-action");
   } else {
     gtk_actionable_set_action_name(GTK_ACTIONABLE(row.button->gobj()), nullptr);
