@@ -59,6 +59,9 @@ int run(const std::filesystem::path& out) {
     };
     const auto shot = [&](const std::string& name) {
       driver.settle(std::chrono::milliseconds(400));
+      // A page full of widgets (the city picker's letters) may take longer to get a size.
+      driver.waitUntil([&] { return driver.top().get_width() > 0 && driver.top().get_height() > 0; },
+                       std::chrono::seconds(10));
       const std::string path = (out / (name + ".png")).string();
       if (driver.renderToPng(driver.top(), path)) {
         std::cout << path << '\n';
