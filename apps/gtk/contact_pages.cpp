@@ -57,7 +57,14 @@ ContactsPage::ContactsPage(PageContext& context)
   pullToRefresh([this] { screen_.refresh(); });
   addAction("load-more", [this] { screen_.loadMore(); });
   addAction("open-row", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
-    screen_.selectRow(Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get());
+    // The contact drawn at that position, found again in the screen's list, which may
+    // have changed since the last redraw.
+    const guint32 row = Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get();
+    if (row >= rows_.size()) return;
+    const std::string key = contactKey(rows_.at(row));
+    for (std::size_t i = 0; i < screen_.contactList.size(); ++i) {
+      if (contactKey(screen_.cellAt(i)) == key) return screen_.selectRow(i);
+    }
   });
   addHeaderButton(*reloadButton());
 

@@ -113,8 +113,14 @@ OrderListPage::OrderListPage(PageContext& context, long type)
     refreshSoon();
   });
   addAction("open-row", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
+    // The row drawn at that position, found again in the screen's list, which may have
+    // changed since the last redraw.
     const guint32 row = Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get();
-    if (row < screen_.numberOfRows()) screen_.didSelectRow(row);
+    if (row >= rows_.size()) return;
+    const std::string& orderId = rows_.at(row).orderInfo.orderId;
+    for (std::size_t i = 0; i < screen_.numberOfRows(); ++i) {
+      if (screen_.orderList[i].orderId == orderId) return screen_.didSelectRow(i);
+    }
   });
   addAction("refund", Glib::VariantType("s"), [this](const Glib::VariantBase& id) { rowButton(id); });
   addAction("rate", Glib::VariantType("s"), [this](const Glib::VariantBase& id) { rowButton(id); });
