@@ -9,6 +9,7 @@
 
 namespace qmv::gtk {
 
+// Built once; an appearance refills the two fields from the screen.
 class LoginPage : public ScreenPage {
  public:
   explicit LoginPage(PageContext& context);
@@ -16,8 +17,9 @@ class LoginPage : public ScreenPage {
   void appeared() override;
 
  private:
-  void build();
   LoginViewController screen_;
+  Gtk::Entry* phone_ = nullptr;
+  Gtk::Entry* password_ = nullptr;
 };
 
 }  // namespace qmv::gtk

@@ -1,5 +1,7 @@
 #include "apps/gtk/checkout_pages.h"
 
+#include <adwaita.h>
+
 #include "apps/gtk/ui.h"
 #include "features/orders/checkout_texts.h"
 #include "features/orders/pay_cash_view.h"
@@ -59,68 +61,128 @@ void SubmitOrderPage::refresh() {
   minus_->set_sensitive(screen_.quantityText() != "1");
 }
 
+namespace {
+
+// A choice row with a check in front that shows the state; tapping the row runs the
+// page's action `action` (with `target` when given).
+Gtk::Widget* choiceRow(const std::string& action, const std::string& target, Gtk::CheckButton*& check) {
+  GtkWidget* row = adw_action_row_new();
+  adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(row), FALSE);
+  gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(row), TRUE);
+  check = Gtk::make_managed<Gtk::CheckButton>();
+  // The row takes the tap; the check only shows the state.
+  check->set_can_target(false);
+  check->set_focusable(false);
+  adw_action_row_add_prefix(ADW_ACTION_ROW(row), GTK_WIDGET(check->gobj()));
+  struct Target {
+    std::string action;
+    std::string value;
+  };
+  g_signal_connect_data(row, "activated", G_CALLBACK(+[](AdwActionRow* self, gpointer data) {
+                          const auto& t = *static_cast<Target*>(data);
+                          if (t.value.empty()) {
+                            gtk_widget_activate_action(GTK_WIDGET(self), t.action.c_str(), nullptr);
+                          } else {
+                            gtk_widget_activate_action(GTK_WIDGET(self), t.action.c_str(), "s", t.value.c_str());
+                          }
+                        }),
+                        new Target{action, target},
+                        [](gpointer data, GClosure*) { delete static_cast<Target*>(data); }, GConnectFlags(0));
+  return Gtk::manage(Glib::wrap(row));
+}
+
+void setRowTitle(Gtk::Widget& row, const std::string& title) {
+  adw_preferences_row_set_title(ADW_PREFERENCES_ROW(row.gobj()), title.c_str());
+}
+
+}  // namespace
+
 PayNowPage::PayNowPage(PageContext& context, const Json& payload)
     : ScreenPage(context, texts::kPayNowTitle, true), screen_(payload) {
   follow(screen_);
   // A success leaves the screen; the page goes with it.
   screen_.onPayStep = [this](QXPayNowViewController::PayStep) { refreshSoon(); };
-  screen_.viewDidLoad();
-  refresh();
-}
-
-void PayNowPage::refresh() {
-  ui::clear(body());
-  body().append(*ui::label(screen_.name, "title-2"));
-  auto* total = ui::label(screen_.totalText(), "price", false);
-  total->set_name("total");
-  body().append(*total);
-  const auto tap = [this](void (QXPayNowViewController::*action)()) {
+  const auto act = [this](void (QXPayNowViewController::*action)()) {
     return [this, action] {
       (screen_.*action)();
       refreshSoon();
     };
   };
-  if (!screen_.topHidden()) {
-    auto* balance = ui::boxedList();
-    balance->set_name("balance");
-    ui::addCheckRow(*balance, screen_.balanceText(), screen_.balanceSelected(),
-                    tap(&QXPayNowViewController::toggleBalance));
-    body().append(*balance);
-  }
-  if (!screen_.bottomHidden()) {
-    auto* channels = ui::boxedList();
-    channels->set_name("channels");
-    const struct {
-      const char* title;
-      bool selected;
-      void (QXPayNowViewController::*action)();
-    } rows[] = {
-        {texts::kAlipayName, screen_.alipaySelected(), &QXPayNowViewController::selectAlipay},
-        {texts::kWeChatName, screen_.weChatSelected(), &QXPayNowViewController::selectWeChat},
-        {texts::kUnionPayName, screen_.unionPaySelected(), &QXPayNowViewController::selectUnionPay},
-    };
-    for (const auto& row : rows) ui::addCheckRow(*channels, row.title, row.selected, tap(row.action));
-    body().append(*channels);
-  }
-  auto* confirm = ui::button(screen_.confirmTitle(), [this] {
-    screen_.confirmAction();
+  addAction("toggle-balance", act(&QXPayNowViewController::toggleBalance));
+  addAction("select-channel", Glib::VariantType("s"), [this](const Glib::VariantBase& value) {
+    const std::string channel = Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(value).get();
+    for (const Channel& c : channels_) {
+      if (c.key == channel) (screen_.*c.select)();
+    }
     refreshSoon();
-  }, "suggested-action");
-  confirm->set_name("confirm");
-  confirm->add_css_class("pill");
+  });
+  addAction("confirm", act(&QXPayNowViewController::confirmAction));
+
+  name_ = ui::label("", "title-2");
+  body().append(*name_);
+  total_ = ui::label("", "price", false);
+  total_->set_name("total");
+  body().append(*total_);
+  balance_ = ui::boxedList();
+  balance_->set_name("balance");
+  balanceRow_ = choiceRow("page.toggle-balance", "", balanceCheck_);
+  balance_->append(*balanceRow_);
+  body().append(*balance_);
+  channelList_ = ui::boxedList();
+  channelList_->set_name("channels");
+  for (Channel& c : channels_) {
+    Gtk::Widget* row = choiceRow("page.select-channel", c.key, c.check);
+    setRowTitle(*row, c.title);
+    channelList_->append(*row);
+  }
+  body().append(*channelList_);
+  confirm_ = Gtk::make_managed<Gtk::Button>();
+  confirm_->set_name("confirm");
+  confirm_->add_css_class("suggested-action");
+  confirm_->add_css_class("pill");
+  confirm_->set_action_name("page.confirm");
+  body().append(*confirm_);
+  receipt_ = ui::boxedList();
+  receipt_->set_name("receipt");
+  body().append(*receipt_);
+  note_ = ui::label(PayCashView::note(), "dim-label");
+  body().append(*note_);
+  screen_.viewDidLoad();
+  refresh();
+}
+
+void PayNowPage::refresh() {
+  name_->set_text(screen_.name);
+  total_->set_text(screen_.totalText());
+  balance_->set_visible(!screen_.topHidden());
+  setRowTitle(*balanceRow_, screen_.balanceText());
+  balanceCheck_->set_active(screen_.balanceSelected());
+  channelList_->set_visible(!screen_.bottomHidden());
+  const bool selected[] = {screen_.alipaySelected(), screen_.weChatSelected(), screen_.unionPaySelected()};
+  for (std::size_t i = 0; i < channels_.size(); ++i) channels_[i].check->set_active(selected[i]);
+  confirm_->set_label(screen_.confirmTitle());
   // One payment at a time, and none before the balance and the amount have been read:
   // the button rests meanwhile.
-  confirm->set_sensitive(!screen_.isLoading() && !screen_.isPreparing() && !screen_.paid());
-  body().append(*confirm);
+  const bool ready = !screen_.isLoading() && !screen_.isPreparing() && !screen_.paid();
+  setActionEnabled("confirm", ready);
+  confirm_->set_sensitive(ready);
   // The receipt of the order the server prepared, while its payment runs.
-  if (const auto receipt = screen_.receipt()) {
-    auto* rows = ui::boxedList();
-    rows->set_name("receipt");
-    for (const auto& row : receipt->rows()) ui::addRow(*rows, row.title, "", row.value);
-    ui::addRow(*rows, receipt->orderNumber(), "");
-    body().append(*rows);
-    body().append(*ui::label(PayCashView::note(), "dim-label"));
+  const auto receipt = screen_.receipt();
+  std::string shown;
+  if (receipt) {
+    for (const auto& row : receipt->rows()) shown += row.title + '\t' + row.value + '\n';
+    shown += receipt->orderNumber();
   }
+  if (shown != shownReceipt_) {
+    shownReceipt_ = shown;
+    ui::clear(*receipt_);
+    if (receipt) {
+      for (const auto& row : receipt->rows()) ui::addRow(*receipt_, row.title, "", row.value);
+      ui::addRow(*receipt_, receipt->orderNumber(), "");
+    }
+  }
+  receipt_->set_visible(receipt.has_value());
+  note_->set_visible(receipt.has_value());
 }
 
 }  // namespace qmv::gtk

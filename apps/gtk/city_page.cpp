@@ -7,15 +7,49 @@
 
 namespace qmv::gtk {
 
-CityPage::CityPage(PageContext& context) : ScreenPage(context, GlobalData::sharedInstance().getCurrentCityName(), true) {
+namespace {
+
+Gtk::ScrolledWindow* scrolled(Gtk::Widget& child) {
+  auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
+  scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+  scroller->set_vexpand(true);
+  scroller->set_child(child);
+  return scroller;
+}
+
+}  // namespace
+
+CityPage::CityPage(PageContext& context)
+    : ScreenPage(context, GlobalData::sharedInstance().getCurrentCityName(), true),
+      rows_([](const AreaModel& city) { return city.areaName; },
+            [](const AreaModel& a, const AreaModel& b) { return a.areaName == b.areaName && a.areaPY == b.areaPY; }) {
+  addAction("open-row", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
+    const guint32 row = Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get();
+    if (row < rows_.size()) choose(rows_.at(row).areaName);
+  });
+  addAction("choose", Glib::VariantType("s"), [this](const Glib::VariantBase& value) {
+    choose(Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(value).get());
+  });
+  // Each face scrolls by itself under the search field.
+  fillPage();
   auto* search = Gtk::make_managed<Gtk::SearchEntry>();
   search->set_name("city-key");
+  search->set_margin(12);
   search->signal_search_changed().connect([this, search] {
     key_ = search->get_text();
     refresh();
   });
   body().append(*search);
-  body().append(results_);
+  sections_.set_margin(12);
+  faces_.add(*scrolled(sections_), "letters");
+  auto* results = listView(rows_.model(), actionRowFactory<AreaModel>([](const AreaModel& city) {
+                             return RowTexts{city.areaName, city.areaPY, "", true};
+                           }),
+                           "cities");
+  results->set_margin(12);
+  faces_.add(*scrolled(*results), "results");
+  faces_.set_vexpand(true);
+  body().append(faces_);
   refresh();
 }
 
@@ -24,24 +58,32 @@ void CityPage::choose(const std::string& city) {
 }
 
 void CityPage::refresh() {
-  ui::clear(results_);
   if (!key_.empty()) {
-    auto* list = ui::boxedList();
-    for (const AreaModel& city : AreaSelectView::search(key_)) {
-      const std::string name = city.areaName;
-      ui::addRow(*list, name, city.areaPY, "", [this, name] { choose(name); });
-    }
-    results_.append(*list);
+    rows_.assign(AreaSelectView::search(key_));
+    faces_.set_visible_child("results");
     return;
   }
+  faces_.set_visible_child("letters");
+  if (!drawn_ || drawnRecent_ != screen_.recentCities()) drawSections();
+}
+
+void CityPage::drawSections() {
+  drawn_ = true;
+  drawnRecent_ = screen_.recentCities();
+  ui::clear(sections_);
   const auto section = [this](const std::string& letter, const std::vector<std::string>& names) {
-    results_.append(*ui::label(letter, "heading"));
+    sections_.append(*ui::label(letter, "heading"));
     auto* flow = Gtk::make_managed<Gtk::FlowBox>();
     flow->set_selection_mode(Gtk::SelectionMode::NONE);
     flow->set_min_children_per_line(2);
     flow->set_max_children_per_line(4);
-    for (const std::string& name : names) flow->append(*ui::button(name, [this, name] { choose(name); }));
-    results_.append(*flow);
+    for (const std::string& name : names) {
+      auto* city = Gtk::make_managed<Gtk::Button>(name);
+      city->set_action_name("page.choose");
+      city->set_action_target_value(Glib::Variant<Glib::ustring>::create(name));
+      flow->append(*city);
+    }
+    sections_.append(*flow);
   };
   if (!screen_.recentCities().empty()) section(AreaSelectView::kHistorySection, screen_.recentCities());
   for (const auto& [letter, cities] : screen_.sections()) {

@@ -1,6 +1,8 @@
 #pragma once
 // The city picker (AreaSelectView): recent cities, then every city by initial letter,
-// or the cities matching what the member types. A choice closes the picker.
+// or the cities matching what the member types. A choice closes the picker. The letters
+// are built when their cities change; the matches are a list view.
+#include "apps/gtk/row_list.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/area_select_view.h"
 
@@ -13,10 +15,15 @@ class CityPage : public ScreenPage {
 
  private:
   void choose(const std::string& city);
+  void drawSections();
 
   AreaSelectView screen_;
   std::string key_;
-  Gtk::Box results_{Gtk::Orientation::VERTICAL, 12};
+  RowList<AreaModel> rows_;
+  Gtk::Stack faces_;
+  Gtk::Box sections_{Gtk::Orientation::VERTICAL, 12};
+  std::vector<std::string> drawnRecent_;  // the recent cities the letters were drawn with
+  bool drawn_ = false;
 };
 
 }  // namespace qmv::gtk

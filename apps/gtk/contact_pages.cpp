@@ -6,78 +6,113 @@ namespace qmv::gtk {
 
 namespace {
 
-// The rows of `list` as `cellAt` draws them; `selected` (when given) makes them tappable.
-template <typename Screen>
-void appendContacts(Gtk::Box& body, Screen& screen, std::function<void(std::size_t)> selected) {
-  if (screen.contactList.empty()) return;
-  auto* list = ui::boxedList();
-  list->set_name("contacts");
-  for (std::size_t i = 0; i < screen.contactList.size(); ++i) {
-    const ContactCell cell = screen.cellAt(i);
-    std::function<void()> tap;
-    if (selected) tap = [selected, i] { selected(i); };
-    ui::addRow(*list, cell.name, cell.phoneText + "\n" + cell.timeText, cell.invitedText, std::move(tap));
-  }
-  body.append(*list);
-  if (!screen.loadMoreFooterHidden) {
-    auto* more = Gtk::make_managed<Gtk::Button>();
-    more->set_icon_name("view-more-horizontal-symbolic");
-    more->set_name("load-more");
-    more->add_css_class("flat");
-    more->set_sensitive(!screen.isLoading());
-    more->signal_clicked().connect([&screen] { screen.loadMore(); });
-    body.append(*more);
-  }
+std::string contactKey(const ContactCell& cell) { return cell.name + '\n' + cell.phoneText + '\n' + cell.timeText; }
+
+bool contactDrawsAlike(const ContactCell& a, const ContactCell& b) {
+  return contactKey(a) == contactKey(b) && a.invitedText == b.invitedText && a.arrowImage == b.arrowImage;
 }
 
-Gtk::Button* reloadButton(std::function<void()> tapped) {
+// The rows of a contacts screen: a first-level contact opens his own list; a second-level
+// one ends the tree.
+Gtk::ListView* contactList(RowList<ContactCell>& rows, bool opens) {
+  auto factory = actionRowFactory<ContactCell>([opens](const ContactCell& cell) {
+    return RowTexts{cell.name, cell.phoneText + "\n" + cell.timeText, cell.invitedText, opens};
+  });
+  return listView(rows.model(), factory, "contacts");
+}
+
+template <typename Screen>
+void showContacts(Screen& screen, RowList<ContactCell>& rows, Gtk::Button& more) {
+  std::vector<ContactCell> cells;
+  for (std::size_t i = 0; i < screen.contactList.size(); ++i) cells.push_back(screen.cellAt(i));
+  rows.assign(std::move(cells));
+  const bool shown = !screen.contactList.empty() && !screen.loadMoreFooterHidden;
+  more.set_visible(shown);
+}
+
+Gtk::Button* loadMoreButton() {
+  auto* more = Gtk::make_managed<Gtk::Button>();
+  more->set_icon_name("view-more-horizontal-symbolic");
+  more->set_name("load-more");
+  more->add_css_class("flat");
+  more->set_action_name("page.load-more");
+  return more;
+}
+
+Gtk::Button* reloadButton() {
   auto* reload = Gtk::make_managed<Gtk::Button>();
   reload->set_icon_name("view-refresh-symbolic");
   reload->set_name("reload");
-  reload->signal_clicked().connect(std::move(tapped));
+  reload->set_action_name("page.refresh");
   return reload;
 }
 
 }  // namespace
 
-ContactsPage::ContactsPage(PageContext& context) : ScreenPage(context, "", true) {
+ContactsPage::ContactsPage(PageContext& context)
+    : ScreenPage(context, "", true), rows_(&contactKey, &contactDrawsAlike) {
   setTitle(screen_.title());
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
-  addHeaderButton(*reloadButton([this] { screen_.refresh(); }));
-  screen_.refresh();
-}
+  pullToRefresh([this] { screen_.refresh(); });
+  addAction("load-more", [this] { screen_.loadMore(); });
+  addAction("open-row", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
+    // The contact drawn at that position, found again in the screen's list, which may
+    // have changed since the last redraw.
+    const guint32 row = Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get();
+    if (row >= rows_.size()) return;
+    const std::string key = contactKey(rows_.at(row));
+    for (std::size_t i = 0; i < screen_.contactList.size(); ++i) {
+      if (contactKey(screen_.cellAt(i)) == key) return screen_.selectRow(i);
+    }
+  });
+  addHeaderButton(*reloadButton());
 
-void ContactsPage::refresh() {
-  ui::clear(body());
   // The two counts, first level then second, as the server gave them.
   auto* counts = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 24);
   counts->set_halign(Gtk::Align::CENTER);
-  const std::pair<const char*, const std::string*> shown[] = {{"num", &screen_.num()}, {"sub-num", &screen_.subNum()}};
-  for (const auto& [name, text] : shown) {
+  for (const char* name : {"num", "sub-num"}) {
     auto* count = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
     count->append(*ui::icon(name == std::string("num") ? "avatar-default-symbolic" : "system-users-symbolic"));
-    auto* label = ui::label(*text, "title-2", false);
+    auto* label = ui::label("", "title-2", false);
     label->set_name(name);
     count->append(*label);
     counts->append(*count);
+    (name == std::string("num") ? num_ : subNum_) = label;
   }
   body().append(*counts);
-  appendContacts(body(), screen_, [this](std::size_t i) { screen_.selectRow(i); });
+  setList(*contactList(rows_, true));
+  more_ = loadMoreButton();
+  footer().append(*more_);
+  screen_.refresh();
+  refresh();
+}
+
+void ContactsPage::refresh() {
+  num_->set_text(screen_.num());
+  subNum_->set_text(screen_.subNum());
+  showContacts(screen_, rows_, *more_);
+  setActionEnabled("load-more", !screen_.isLoading());
 }
 
 SecondContactsPage::SecondContactsPage(PageContext& context, const Json& payload)
-    : ScreenPage(context, "", true), screen_(UserInfoModel(payload)) {
+    : ScreenPage(context, "", true), screen_(UserInfoModel(payload)), rows_(&contactKey, &contactDrawsAlike) {
   setTitle(screen_.title());
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
-  addHeaderButton(*reloadButton([this] { screen_.refresh(); }));
+  pullToRefresh([this] { screen_.refresh(); });
+  addAction("load-more", [this] { screen_.loadMore(); });
+  addHeaderButton(*reloadButton());
+  setList(*contactList(rows_, false));
+  more_ = loadMoreButton();
+  footer().append(*more_);
   screen_.refresh();
+  refresh();
 }
 
 void SecondContactsPage::refresh() {
-  ui::clear(body());
-  appendContacts(body(), screen_, nullptr);
+  showContacts(screen_, rows_, *more_);
+  setActionEnabled("load-more", !screen_.isLoading());
 }
 
 }  // namespace qmv::gtk

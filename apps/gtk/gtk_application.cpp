@@ -88,6 +88,10 @@ void ensureWindow(GtkApplication* application, App& app) {
     g_application_quit(G_APPLICATION(application));
     return;
   }
+  // The page actions' shortcuts, for the page the member sees (each page also takes its
+  // own when the focus is elsewhere).
+  const char* reload[] = {"<Control>r", nullptr};
+  gtk_application_set_accels_for_action(application, "page.refresh", reload);
   GtkWidget* window = adw_application_window_new(application);
   gtk_window_set_default_size(GTK_WINDOW(window), 360, 720);
   gtk_window_set_title(GTK_WINDOW(window), "qmv");

@@ -17,47 +17,43 @@ namespace qmv::gtk {
 
 WealthPage::WealthPage(PageContext& context) : ScreenPage(context, "", false) {
   signal_map().connect([this] { refreshSoon(); });
-  refresh();
-}
-
-void WealthPage::refresh() {
-  ui::clear(body());
-  const auto& me = GlobalData::sharedInstance().selfInfo();
-  if (me) {
-    auto* balance = ui::label("￥" + member_texts::balanceYuan(*me), "title-1");
-    balance->set_name("balance");
-    balance->set_xalign(0.5);
-    body().append(*balance);
-  }
+  balance_ = ui::label("", "title-1");
+  balance_->set_name("balance");
+  balance_->set_xalign(0.5);
+  body().append(*balance_);
   auto* list = ui::boxedList();
   PageNavigator& navigator = context_.navigator();
   ui::addRow(*list, wallet_texts::kMyBankCardTitle, "", "",
              [&navigator] { navigator.push(wallet_texts::kMyBankCardScreen); });
   ui::addRow(*list, wallet_texts::kWithDrawTitle, "", "", [&navigator] { navigator.push(wallet_texts::kWithDrawScreen); });
   body().append(*list);
+  refresh();
+}
+
+void WealthPage::refresh() {
+  const auto& me = GlobalData::sharedInstance().selfInfo();
+  balance_->set_text(me ? "￥" + member_texts::balanceYuan(*me) : "");
+  balance_->set_visible(me != nullptr);
 }
 
 MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   follow(logout_);
   logout_.onFinished = [this](bool) { refreshSoon(); };
   signal_map().connect([this] { refreshSoon(); });
-}
+  addAction("login", [this] { logout_.presentLoginCtrl(); });
+  addAction("logout", [this] { logout_.logout(); });
+  login_ = Gtk::make_managed<Gtk::Button>(account_texts::kLoginButton);
+  login_->add_css_class("suggested-action");
+  login_->set_action_name("page.login");
+  body().append(*login_);
 
-void MinePage::refresh() {
-  ui::clear(body());
-  const auto& me = GlobalData::sharedInstance().selfInfo();
-  if (!me) {
-    body().append(*ui::button(account_texts::kLoginButton, [this] { logout_.presentLoginCtrl(); }, "suggested-action"));
-    return;
-  }
-  auto* name = ui::label(me->nickName.empty() ? me->userName : me->nickName, "title-1");
-  name->set_name("member-name");
-  body().append(*name);
+  member_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
+  name_ = ui::label("", "title-1");
+  name_->set_name("member-name");
+  member_->append(*name_);
   auto* list = ui::boxedList();
-  ui::addRow(*list, me->userName, me->phone);
-  ui::addRow(*list, "￥" + member_texts::balanceYuan(*me), "");
-  ui::addRow(*list, member_texts::level(*me) + "  " + member_texts::progress(*me), member_texts::remainingExp(*me));
-  body().append(*list);
+  for (Gtk::Widget*& row : facts_) row = ui::addRow(*list, "", "");
+  member_->append(*list);
   // The member's own screens, and the server pages about him.
   PageNavigator& navigator = context_.navigator();
   auto* screens = ui::boxedList();
@@ -71,13 +67,27 @@ void MinePage::refresh() {
     ui::addRow(*screens, h5_texts::kPages[type].title, "", "",
                [&navigator, type] { navigator.push(h5_texts::kH5Screen, {{"h5Type", type}}); });
   }
-  body().append(*screens);
+  member_->append(*screens);
   auto* leave = Gtk::make_managed<Gtk::Button>();
   leave->set_icon_name("system-log-out-symbolic");
   leave->set_name("logout");
   leave->add_css_class("destructive-action");
-  leave->signal_clicked().connect([this] { logout_.logout(); });
-  body().append(*leave);
+  leave->set_action_name("page.logout");
+  member_->append(*leave);
+  body().append(*member_);
+  refresh();
+}
+
+void MinePage::refresh() {
+  const auto& me = GlobalData::sharedInstance().selfInfo();
+  login_->set_visible(!me);
+  member_->set_visible(me != nullptr);
+  if (!me) return;
+  name_->set_text(me->nickName.empty() ? me->userName : me->nickName);
+  ui::setRowTexts(*facts_[0], me->userName, me->phone);
+  ui::setRowTexts(*facts_[1], "￥" + member_texts::balanceYuan(*me), "");
+  ui::setRowTexts(*facts_[2], member_texts::level(*me) + "  " + member_texts::progress(*me),
+                  member_texts::remainingExp(*me));
 }
 
 GuidePage::GuidePage(PageContext& context) : ScreenPage(context, "qmv", false) {

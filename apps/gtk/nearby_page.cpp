@@ -1,15 +1,51 @@
 #include "apps/gtk/nearby_page.h"
 
+#include <adwaita.h>
+
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "core/session/global_data.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/discovery/main_view_controller.h"
+#include "features/discovery/store_screens.h"
 
 namespace qmv::gtk {
 
+namespace {
+
+constexpr NearbyView::Filter kFilters[] = {NearbyView::Filter::Area, NearbyView::Filter::Category,
+                                           NearbyView::Filter::Sort};
+constexpr int kMapHeight = 320;
+constexpr const char* kFilterNames[] = {"filter-area", "filter-category", "filter-sort"};
+
+std::string nearbyKey(const NearbyRow& row) {
+  const std::string id = row.kind == NearbyRow::Kind::Store ? row.store.storeId : std::to_string(row.index);
+  return std::to_string(static_cast<int>(row.kind)) + ':' + id + ':' + row.texts.title;
+}
+
+bool nearbyDrawsAlike(const NearbyRow& a, const NearbyRow& b) {
+  return a.texts.title == b.texts.title && a.texts.subtitle == b.texts.subtitle &&
+         a.texts.trailing == b.texts.trailing && a.texts.activatable == b.texts.activatable;
+}
+
+NearbyRow nearbyChoice(NearbyRow::Kind kind, std::size_t index, const std::string& title, const std::string& trailing = "") {
+  return {kind, index, {title, "", trailing, true}, {}};
+}
+
+std::vector<NearbyRow> storeRows(const std::vector<StoreInfoModel>& stores) {
+  std::vector<NearbyRow> rows;
+  for (std::size_t i = 0; i < stores.size(); ++i) {
+    if (MainViewController::isPlaceholderRow(stores[i])) continue;
+    rows.push_back({NearbyRow::Kind::Store, i, storeRowTexts(stores[i]), stores[i]});
+  }
+  return rows;
+}
+
+}  // namespace
+
 NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewController> screen)
-    : ScreenPage(context, "", false), screen_(std::move(screen)) {
+    : ScreenPage(context, "", false), screen_(std::move(screen)), rows_(&nearbyKey, &nearbyDrawsAlike) {
   if (!screen_->isViewLoaded()) screen_->viewDidLoad();
   NearbyView& list = screen_->nearbyView();
   follow(list);
@@ -24,15 +60,8 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
     refreshSoon();
   };
 
-  auto* search = Gtk::make_managed<Gtk::Button>();
-  search->set_icon_name("system-search-symbolic");
-  search->set_name("search");
-  search->signal_clicked().connect([this] { showSearch(!searching_); });
-  addHeaderButton(*search);
-  auto* face = Gtk::make_managed<Gtk::Button>();
-  face->set_icon_name("mark-location-symbolic");
-  face->set_name("map-switch");
-  face->signal_clicked().connect([this] {
+  addAction("search", [this] { showSearch(!searching_); });
+  addAction("switch-face", [this] {
     if (screen_->isLeft()) {
       screen_->switchRightWithAnimation();
     } else {
@@ -40,9 +69,60 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
     }
     refreshSoon();
   });
-  addHeaderButton(*face);
+  addAction("filter", Glib::VariantType("i"), [this](const Glib::VariantBase& value) {
+    const gint32 i = Glib::VariantBase::cast_dynamic<Glib::Variant<gint32>>(value).get();
+    if (i < 0 || i >= static_cast<gint32>(std::size(kFilters))) return;
+    NearbyView& view = screen_->nearbyView();
+    if (view.openFilter == kFilters[i]) {
+      view.cancelFilter();
+    } else {
+      if (view.openFilter != NearbyView::Filter::None) view.cancelFilter();
+      view.tapFilter(kFilters[i]);
+    }
+    refreshSoon();
+  });
+  addAction("clear-history", [this] {
+    screen_->searchView().clearHistory();
+    refreshSoon();
+  });
+  addAction("load-more", [this] { screen_->nearbyView().loadMore(); });
+  addAction("open-row", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
+    openRow(Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get());
+  });
   pullToRefresh([this] { screen_->nearbyView().headerRefresh(); });
-  mapBox_.append(map_.widget());
+
+  auto* search = Gtk::make_managed<Gtk::Button>();
+  search->set_icon_name("system-search-symbolic");
+  search->set_name("search");
+  search->set_action_name("page.search");
+  addHeaderButton(*search);
+  auto* face = Gtk::make_managed<Gtk::Button>();
+  face->set_icon_name("mark-location-symbolic");
+  face->set_name("map-switch");
+  face->set_action_name("page.switch-face");
+  addHeaderButton(*face);
+
+  buildSearchFace();
+  buildListFace();
+  // The map keeps its own height above the list: a map asks for as much as it can get.
+  map_.widget().set_vexpand(false);
+  GtkWidget* mapHeight = adw_clamp_new();
+  gtk_orientable_set_orientation(GTK_ORIENTABLE(mapHeight), GTK_ORIENTATION_VERTICAL);
+  adw_clamp_set_maximum_size(ADW_CLAMP(mapHeight), kMapHeight);
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(mapHeight), kMapHeight);
+  adw_clamp_set_child(ADW_CLAMP(mapHeight), GTK_WIDGET(map_.widget().gobj()));
+  faces_.add(*Gtk::manage(Glib::wrap(mapHeight)), "map");
+  faces_.set_vhomogeneous(false);
+  faces_.set_hhomogeneous(false);
+  body().append(faces_);
+  setList(*listView(rows_.model(), actionRowFactory<NearbyRow>([](const NearbyRow& row) { return row.texts; }),
+                    "stores"));
+  more_ = Gtk::make_managed<Gtk::Button>();
+  more_->set_icon_name("view-more-horizontal-symbolic");
+  more_->set_name("load-more");
+  more_->add_css_class("flat");
+  more_->set_action_name("page.load-more");
+  footer().append(*more_);
 
   // The first list loads when the tab is first drawn.
   signal_map().connect([this] {
@@ -61,168 +141,167 @@ NearbyPage::~NearbyPage() {
   screen_->searchView().onSearch = coreSearch_;
 }
 
+void NearbyPage::buildSearchFace() {
+  auto* face = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
+  keyword_ = Gtk::make_managed<Gtk::SearchEntry>();
+  keyword_->set_name("keyword");
+  keyword_->signal_activate().connect([this] { screen_->searchView().searchText(keyword_->get_text()); });
+  face->append(*keyword_);
+  auto* header = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+  historyTitle_ = ui::label("", "heading");
+  historyTitle_->set_hexpand(true);
+  header->append(*historyTitle_);
+  clear_ = Gtk::make_managed<Gtk::Button>();
+  clear_->add_css_class("flat");
+  clear_->set_action_name("page.clear-history");
+  header->append(*clear_);
+  face->append(*header);
+  empty_ = ui::label("", "dim-label");
+  face->append(*empty_);
+  faces_.add(*face, "search");
+}
+
+void NearbyPage::buildListFace() {
+  auto* bar = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+  bar->set_homogeneous(true);
+  bar->add_css_class("linked");
+  for (std::size_t i = 0; i < filters_.size(); ++i) {
+    auto* b = Gtk::make_managed<Gtk::Button>();
+    auto* box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
+    box->set_halign(Gtk::Align::CENTER);
+    filters_[i].title = Gtk::make_managed<Gtk::Label>();
+    filters_[i].title->set_ellipsize(Pango::EllipsizeMode::END);
+    box->append(*filters_[i].title);
+    filters_[i].arrow = Gtk::make_managed<Gtk::Image>();
+    box->append(*filters_[i].arrow);
+    b->set_child(*box);
+    b->set_name(kFilterNames[i]);
+    b->set_action_name("page.filter");
+    b->set_action_target_value(Glib::Variant<gint32>::create(static_cast<gint32>(i)));
+    bar->append(*b);
+  }
+  faces_.add(*bar, "list");
+}
+
 void NearbyPage::showSearch(bool shown) {
   searching_ = shown;
-  if (shown) screen_->searchView().reloadHistory();
+  if (shown) {
+    screen_->searchView().reloadHistory();
+    keyword_->set_text(screen_->nearbyView().searchFieldText);
+  }
   refreshSoon();
 }
 
 void NearbyPage::refresh() {
-  if (mapBox_.get_parent() != nullptr) body().remove(mapBox_);
-  ui::clear(body());
+  NearbyView& view = screen_->nearbyView();
+  bool more = false;
   if (searching_) {
     setTitle(discovery_texts::kHistoryTitle);
-    drawSearch();
+    faces_.set_visible_child("search");
+    SearchView& search = screen_->searchView();
+    historyTitle_->set_text(search.headerText());
+    clear_->set_label(search.clearText());
+    clear_->set_visible(!search.clearText().empty());
+    empty_->set_text(search.emptyText());
+    empty_->set_visible(search.history().empty());
+    rows_.assign(searchRows());
   } else if (screen_->isLeft()) {
-    setTitle(screen_->nearbyView().searchFieldText.empty() || !screen_->nearbyView().isKeySearchModel
-                 ? GlobalData::sharedInstance().getCurrentCityName()
-                 : screen_->nearbyView().searchFieldText);
-    drawList();
+    setTitle(view.searchFieldText.empty() || !view.isKeySearchModel ? GlobalData::sharedInstance().getCurrentCityName()
+                                                                    : view.searchFieldText);
+    faces_.set_visible_child("list");
+    const FilterButton* shown[] = {&view.areaButton, &view.categoryButton, &view.sortButton};
+    for (std::size_t i = 0; i < filters_.size(); ++i) {
+      filters_[i].title->set_text(shown[i]->title);
+      filters_[i].arrow->set_from_icon_name(shown[i]->arrowUp ? "pan-up-symbolic" : "pan-down-symbolic");
+    }
+    if (view.openFilter != NearbyView::Filter::None) {
+      rows_.assign(filterRows());
+    } else {
+      rows_.assign(storeRows(view.storeList));
+      more = !view.loadMoreFooterHidden && !view.storeList.empty();
+    }
   } else {
     setTitle(screen_->mapView().categoryTitle);
-    drawMap();
+    faces_.set_visible_child("map");
+    showPins();
+    rows_.assign(storeRows(screen_->mapView().storeList));
   }
+  more_->set_visible(more);
 }
 
-void NearbyPage::drawList() {
-  NearbyView& view = screen_->nearbyView();
-  auto* bar = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-  bar->set_homogeneous(true);
-  bar->add_css_class("linked");
-  const auto filterButton = [this, &view](const FilterButton& button, NearbyView::Filter filter, const char* name) {
-    auto* b = Gtk::make_managed<Gtk::Button>();
-    auto* box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
-    box->set_halign(Gtk::Align::CENTER);
-    auto* title = Gtk::make_managed<Gtk::Label>(button.title);
-    title->set_ellipsize(Pango::EllipsizeMode::END);
-    box->append(*title);
-    auto* arrow = Gtk::make_managed<Gtk::Image>();
-    arrow->set_from_icon_name(button.arrowUp ? "pan-up-symbolic" : "pan-down-symbolic");
-    box->append(*arrow);
-    b->set_child(*box);
-    b->set_name(name);
-    b->signal_clicked().connect([this, &view, filter] {
-      if (view.openFilter == filter) {
-        view.cancelFilter();
-      } else {
-        if (view.openFilter != NearbyView::Filter::None) view.cancelFilter();
-        view.tapFilter(filter);
-      }
-      refreshSoon();
-    });
-    return b;
-  };
-  bar->append(*filterButton(view.areaButton, NearbyView::Filter::Area, "filter-area"));
-  bar->append(*filterButton(view.categoryButton, NearbyView::Filter::Category, "filter-category"));
-  bar->append(*filterButton(view.sortButton, NearbyView::Filter::Sort, "filter-sort"));
-  body().append(*bar);
-
-  if (view.openFilter != NearbyView::Filter::None) {
-    drawFilterDropDown();
-    return;
-  }
-  auto* list = ui::boxedList();
-  list->set_name("stores");
-  addStoreRows(*list, view.storeList);
-  if (!view.storeList.empty()) body().append(*list);
-  if (!view.loadMoreFooterHidden && !view.storeList.empty()) {
-    auto* more = Gtk::make_managed<Gtk::Button>();
-    more->set_icon_name("view-more-horizontal-symbolic");
-    more->set_name("load-more");
-    more->add_css_class("flat");
-    more->signal_clicked().connect([&view] { view.loadMore(); });
-    body().append(*more);
-  }
+std::vector<NearbyRow> NearbyPage::searchRows() {
+  std::vector<NearbyRow> rows;
+  const auto& history = screen_->searchView().history();
+  for (std::size_t i = 0; i < history.size(); ++i) rows.push_back(nearbyChoice(NearbyRow::Kind::History, i, history[i]));
+  return rows;
 }
 
-void NearbyPage::drawFilterDropDown() {
+// The open drop-down's choices; the category one lists the sub-categories of the chosen
+// category right under it.
+std::vector<NearbyRow> NearbyPage::filterRows() {
   NearbyView& view = screen_->nearbyView();
-  const auto choose = [this](std::function<void()> chosen) {
-    return [this, chosen = std::move(chosen)] {
-      chosen();
-      refreshSoon();
-    };
-  };
+  std::vector<NearbyRow> rows;
   if (view.openFilter == NearbyView::Filter::Category) {
-    auto* columns = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-    columns->set_homogeneous(true);
-    auto* left = ui::boxedList();
-    auto* right = ui::boxedList();
-    CategoryScreenView& categories = view.categoryScreen;
+    const CategoryScreenView& categories = view.categoryScreen;
     for (std::size_t i = 0; i < categories.categoryList.size(); ++i) {
       const bool selected = static_cast<long>(i) == categories.selectedLeftIndex;
-      ui::addRow(*left, categories.categoryList[i].name, "", selected ? "●" : "",
-                 choose([&categories, i] { categories.selectLeftRow(static_cast<long>(i)); }));
-    }
-    if (categories.selectedLeftIndex >= 0 &&
-        categories.selectedLeftIndex < static_cast<long>(categories.categoryList.size())) {
-      const auto& subs = categories.categoryList[static_cast<std::size_t>(categories.selectedLeftIndex)].list;
+      rows.push_back(nearbyChoice(NearbyRow::Kind::Category, i, categories.categoryList[i].name, selected ? "●" : ""));
+      if (!selected) continue;
+      const auto& subs = categories.categoryList[i].list;
       for (std::size_t j = 0; j < subs.size(); ++j) {
-        ui::addRow(*right, subs[j].name, "", "",
-                   choose([&categories, j] { categories.selectRightRow(static_cast<long>(j)); }));
+        rows.push_back(nearbyChoice(NearbyRow::Kind::SubCategory, j, "    " + subs[j].name));
       }
     }
-    columns->append(*left);
-    columns->append(*right);
-    body().append(*columns);
-    return;
+    return rows;
   }
-  auto* list = ui::boxedList();
   const bool area = view.openFilter == NearbyView::Filter::Area;
   const auto& entries = area ? view.areaList : view.sortList;
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    ui::addRow(*list, entries[i], "", "", choose([&view, area, i] {
-                 if (area) {
-                   view.chooseArea(static_cast<long>(i));
-                 } else {
-                   view.chooseSort(static_cast<long>(i));
-                 }
-               }));
+    rows.push_back(nearbyChoice(area ? NearbyRow::Kind::Area : NearbyRow::Kind::Sort, i, entries[i]));
   }
-  body().append(*list);
+  return rows;
 }
 
-void NearbyPage::drawSearch() {
-  SearchView& search = screen_->searchView();
-  auto* field = Gtk::make_managed<Gtk::SearchEntry>();
-  field->set_name("keyword");
-  field->set_text(screen_->nearbyView().searchFieldText);
-  field->signal_activate().connect([&search, field] { search.searchText(field->get_text()); });
-  body().append(*field);
-  auto* header = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-  auto* title = ui::label(search.headerText(), "heading");
-  title->set_hexpand(true);
-  header->append(*title);
-  if (!search.clearText().empty()) {
-    header->append(*ui::button(search.clearText(), [this, &search] {
-      search.clearHistory();
-      refreshSoon();
-    }, "flat"));
-  }
-  body().append(*header);
-  if (search.history().empty()) {
-    body().append(*ui::label(search.emptyText(), "dim-label"));
-    return;
-  }
-  auto* list = ui::boxedList();
-  for (std::size_t i = 0; i < search.history().size(); ++i) {
-    ui::addRow(*list, search.history()[i], "", "", [&search, i] { search.chooseHistory(i); });
-  }
-  body().append(*list);
-}
-
-void NearbyPage::drawMap() {
+void NearbyPage::showPins() {
   NearByMapView& view = screen_->mapView();
+  std::string shown;
   std::vector<PinMap::Pin> pins;
   for (std::size_t i = 0; i < view.pins.size(); ++i) {
     const auto& pin = view.pins[i];
+    shown += std::to_string(pin.gcj.latitude) + ',' + std::to_string(pin.gcj.longitude) + pin.title + '\n';
     pins.push_back({pin.gcj, pin.title, pin.subtitle, [&view, i] { view.selectPin(i); }});
   }
+  if (shown == shownPins_ && map_.pinCount() == pins.size()) return;
+  shownPins_ = std::move(shown);
   map_.setPins(std::move(pins));
-  body().append(mapBox_);
-  auto* list = ui::boxedList();
-  addStoreRows(*list, view.storeList);
-  if (!view.storeList.empty()) body().append(*list);
+}
+
+void NearbyPage::openRow(guint position) {
+  if (position >= rows_.size()) return;
+  const NearbyRow row = rows_.at(position);
+  NearbyView& view = screen_->nearbyView();
+  const auto index = static_cast<long>(row.index);
+  switch (row.kind) {
+    case NearbyRow::Kind::Store:
+      openStoreDetail(row.store);
+      return;
+    case NearbyRow::Kind::History:
+      screen_->searchView().chooseHistory(row.index);
+      return;
+    case NearbyRow::Kind::Category:
+      view.categoryScreen.selectLeftRow(index);
+      break;
+    case NearbyRow::Kind::SubCategory:
+      view.categoryScreen.selectRightRow(index);
+      break;
+    case NearbyRow::Kind::Area:
+      view.chooseArea(index);
+      break;
+    case NearbyRow::Kind::Sort:
+      view.chooseSort(index);
+      break;
+  }
+  refreshSoon();
 }
 
 }  // namespace qmv::gtk

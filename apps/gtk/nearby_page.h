@@ -1,14 +1,26 @@
 #pragma once
 // The nearby tab (NearbyViewController): the filter bar with its three drop-downs and
 // the paged store list, the keyword screen with its history, and the map face with the
-// stores around the member as pins.
+// stores around the member as pins. Each face is built once; one list view shows the
+// rows of the face on show (stores, history words, a drop-down's choices).
+#include <array>
 #include <memory>
 
 #include "apps/gtk/pin_map.h"
+#include "apps/gtk/row_list.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/nearby_view_controller.h"
 
 namespace qmv::gtk {
+
+// A row of the nearby list, whatever the face.
+struct NearbyRow {
+  enum class Kind { Store, History, Category, SubCategory, Area, Sort };
+  Kind kind = Kind::Store;
+  std::size_t index = 0;  // in the core's list of that kind
+  RowTexts texts;
+  StoreInfoModel store;  // Store rows
+};
 
 class NearbyPage : public ScreenPage {
  public:
@@ -17,19 +29,34 @@ class NearbyPage : public ScreenPage {
   ~NearbyPage() override;
   void refresh() override;
   NearbyViewController& screen() { return *screen_; }
+  const RowList<NearbyRow>& rows() const { return rows_; }
 
   // The keyword face: the search field with the history under it.
   void showSearch(bool shown);
 
  private:
-  void drawList();
-  void drawFilterDropDown();
-  void drawSearch();
-  void drawMap();
+  void buildSearchFace();
+  void buildListFace();
+  std::vector<NearbyRow> searchRows();
+  std::vector<NearbyRow> filterRows();
+  void showPins();
+  void openRow(guint position);
 
   std::shared_ptr<NearbyViewController> screen_;
+  RowList<NearbyRow> rows_;
+  Gtk::Stack faces_;
   PinMap map_;
-  Gtk::Box mapBox_{Gtk::Orientation::VERTICAL, 6};
+  std::string shownPins_;  // what the map shows, so that a redraw does not re-centre it
+  Gtk::SearchEntry* keyword_ = nullptr;
+  Gtk::Label* historyTitle_ = nullptr;
+  Gtk::Button* clear_ = nullptr;
+  Gtk::Label* empty_ = nullptr;
+  struct FilterFace {
+    Gtk::Label* title = nullptr;
+    Gtk::Image* arrow = nullptr;
+  };
+  std::array<FilterFace, 3> filters_{};
+  Gtk::Button* more_ = nullptr;
   bool searching_ = false;
   std::function<void(const std::string&)> coreSearch_;
 };

@@ -17,151 +17,229 @@ constexpr const char* kTabIcons[QXMyOrderViewController::kTabCount] = {"view-lis
 constexpr const char* kTabTexts[QXMyOrderViewController::kTabCount] = {"", texts::kStatusToUse, texts::kStatusToRate,
                                                                         texts::kStatusDone};
 
-Gtk::Widget* tabButton(long tab, bool selected, std::function<void()> tapped) {
+Gtk::ToggleButton* tabButton(long tab) {
   auto* button = Gtk::make_managed<Gtk::ToggleButton>();
   auto* face = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
   face->append(*ui::icon(kTabIcons[tab]));
   if (*kTabTexts[tab] != '\0') face->append(*Gtk::make_managed<Gtk::Label>(kTabTexts[tab]));
   button->set_child(*face);
   button->set_name("order-tab" + std::to_string(tab));
-  button->set_active(selected);
   button->set_hexpand(true);
   button->add_css_class("flat");
-  button->signal_clicked().connect(std::move(tapped));
+  button->set_action_name("page.select-tab");
+  button->set_action_target_value(Glib::Variant<gint32>::create(static_cast<gint32>(tab)));
   return button;
+}
+
+bool orderDrawsAlike(const QXMyOrderTableViewCell& a, const QXMyOrderTableViewCell& b) {
+  return a.nameText == b.nameText && a.orderIdText == b.orderIdText && a.priceText == b.priceText &&
+         a.numberText == b.numberText && a.numberHidden == b.numberHidden && a.look.statusText == b.look.statusText &&
+         a.look.buttonTitle == b.look.buttonTitle && a.look.buttonEnabled == b.look.buttonEnabled;
+}
+
+// One order row: the texts on the left, the status and the row's button on the right.
+struct OrderRow {
+  Gtk::Label* name;
+  Gtk::Label* orderId;
+  Gtk::Label* price;
+  Gtk::Label* number;
+  Gtk::Label* status;
+  Gtk::Button* button;
+};
+
+Gtk::Widget* newOrderRow(const Glib::RefPtr<Gtk::ListItem>&) {
+  auto* line = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
+  line->set_margin(8);
+  auto* texts = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
+  texts->set_hexpand(true);
+  auto* row = new OrderRow{ui::label("", "heading"), ui::label("", "dim-label"), ui::label(""), ui::label(""),
+                           ui::label("", "dim-label", false), Gtk::make_managed<Gtk::Button>()};
+  for (Gtk::Label* label : {row->name, row->orderId, row->price, row->number}) texts->append(*label);
+  line->append(*texts);
+  auto* side = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 4);
+  side->set_valign(Gtk::Align::CENTER);
+  side->append(*row->status);
+  side->append(*row->button);
+  line->append(*side);
+  g_object_set_data_full(G_OBJECT(line->gobj()), "qmv-order-row", row, [](gpointer p) { delete static_cast<OrderRow*>(p); });
+  return line;
+}
+
+void bindOrderRow(Gtk::Widget& line, const QXMyOrderTableViewCell& cell) {
+  auto& row = *static_cast<OrderRow*>(g_object_get_data(G_OBJECT(line.gobj()), "qmv-order-row"));
+  line.set_name("order-" + cell.orderInfo.orderId);
+  row.name->set_text(cell.nameText);
+  row.orderId->set_text(cell.orderIdText);
+  row.price->set_text(cell.priceText);
+  row.number->set_text(cell.numberText);
+  row.number->set_visible(!cell.numberHidden);
+  row.status->set_text(cell.look.statusText);
+  row.button->set_label(cell.look.buttonTitle);
+  // Refund asks first and rating opens its screen: the cell decides, by the status.
+  const bool enabled = cell.look.buttonEnabled;
+  if (enabled) {
+    // The target first: the button must never name the action without its parameter.
+    row.button->set_action_target_value(Glib::Variant<Glib::ustring>::create(cell.orderInfo.orderId));
+    row.button->set_action_name(cell.orderInfo.status == "2" ? "page.rate" : "page.refund");
+    row.button->add_css_class("destructive-action");
+  } else {
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(row.button->gobj()), nullptr);
+    row.button->remove_css_class("destructive-action");
+  }
+  row.button->set_sensitive(enabled);
 }
 
 }  // namespace
 
 OrderListPage::OrderListPage(PageContext& context, long type)
-    : ScreenPage(context, texts::kMyOrdersTitle, true), screen_(type) {
+    : ScreenPage(context, texts::kMyOrdersTitle, true),
+      screen_(type),
+      rows_([](const QXMyOrderTableViewCell& cell) { return cell.orderInfo.orderId; }, &orderDrawsAlike) {
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
   screen_.onRefunded = [this](bool) { refreshSoon(); };
   pullToRefresh([this] { screen_.headerRefresh(); });
+  addAction("load-more", [this] {
+    screen_.footerRefresh();
+    refreshSoon();
+  });
+  addAction("select-tab", Glib::VariantType("i"), [this](const Glib::VariantBase& value) {
+    using Tap = void (QXMyOrderViewController::*)();
+    constexpr Tap kTaps[] = {&QXMyOrderViewController::allBtnClick, &QXMyOrderViewController::waitUseBtnClick,
+                             &QXMyOrderViewController::waitCommentBtnClick, &QXMyOrderViewController::doneBtnClick};
+    const gint32 tab = Glib::VariantBase::cast_dynamic<Glib::Variant<gint32>>(value).get();
+    if (tab < 0 || tab >= QXMyOrderViewController::kTabCount) return;
+    (screen_.*kTaps[tab])();
+    refreshSoon();
+  });
+  addAction("open-row", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
+    // The row drawn at that position, found again in the screen's list, which may have
+    // changed since the last redraw.
+    const guint32 row = Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get();
+    if (row >= rows_.size()) return;
+    const std::string& orderId = rows_.at(row).orderInfo.orderId;
+    for (std::size_t i = 0; i < screen_.numberOfRows(); ++i) {
+      if (screen_.orderList[i].orderId == orderId) return screen_.didSelectRow(i);
+    }
+  });
+  addAction("refund", Glib::VariantType("s"), [this](const Glib::VariantBase& id) { rowButton(id); });
+  addAction("rate", Glib::VariantType("s"), [this](const Glib::VariantBase& id) { rowButton(id); });
+
+  auto* tabs = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
+  tabs->add_css_class("linked");
+  for (long tab = 0; tab < QXMyOrderViewController::kTabCount; ++tab) {
+    tabs_[tab] = tabButton(tab);
+    tabs->append(*tabs_[tab]);
+  }
+  body().append(*tabs);
+  auto* list = listView(rows_.model(), rowFactory<QXMyOrderTableViewCell>(&newOrderRow, &bindOrderRow), "orders");
+  setList(*list);
+  more_ = Gtk::make_managed<Gtk::Button>();
+  more_->set_icon_name("view-more-horizontal-symbolic");
+  more_->set_name("load-more");
+  more_->add_css_class("flat");
+  more_->set_action_name("page.load-more");
+  footer().append(*more_);
+
   screen_.viewDidLoad();
   refresh();
 }
 
+void OrderListPage::rowButton(const Glib::VariantBase& orderId) {
+  const auto id = Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(orderId).get();
+  if (const QXMyOrderTableViewCell* cell = rows_.find(id)) {
+    QXMyOrderTableViewCell pressed = *cell;  // the alert's answer may come after a redraw
+    pressed.rightBtnAction();
+  }
+}
+
 void OrderListPage::refresh() {
   setTitle(screen_.title());
-  ui::clear(body());
-  auto* tabs = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
-  tabs->add_css_class("linked");
-  using Tap = void (QXMyOrderViewController::*)();
-  constexpr Tap kTaps[] = {&QXMyOrderViewController::allBtnClick, &QXMyOrderViewController::waitUseBtnClick,
-                           &QXMyOrderViewController::waitCommentBtnClick, &QXMyOrderViewController::doneBtnClick};
   for (long tab = 0; tab < QXMyOrderViewController::kTabCount; ++tab) {
-    tabs->append(*tabButton(tab, screen_.tabButtons[tab].selected, [this, tap = kTaps[tab]] {
-      (screen_.*tap)();
-      refreshSoon();
-    }));
+    tabs_[tab]->set_active(screen_.tabButtons[tab].selected);
   }
-  body().append(*tabs);
-
-  auto* list = ui::boxedList();
-  list->set_name("orders");
-  for (std::size_t row = 0; row < screen_.numberOfRows(); ++row) {
-    QXMyOrderTableViewCell cell = screen_.cellForRow(row);
-    auto* line = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
-    line->set_margin(8);
-    auto* texts = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
-    texts->set_hexpand(true);
-    texts->append(*ui::label(cell.nameText, "heading"));
-    texts->append(*ui::label(cell.orderIdText, "dim-label"));
-    texts->append(*ui::label(cell.priceText));
-    if (!cell.numberHidden) texts->append(*ui::label(cell.numberText));
-    line->append(*texts);
-    auto* side = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 4);
-    side->set_valign(Gtk::Align::CENTER);
-    side->append(*ui::label(cell.look.statusText, "dim-label", false));
-    const std::string title = cell.look.buttonTitle;
-    const bool enabled = cell.look.buttonEnabled;
-    // The row's button asks and refunds (or rates) through the cell the screen made.
-    auto* action = ui::button(title, [cell = std::move(cell)]() mutable { cell.rightBtnAction(); },
-                              enabled ? "destructive-action" : "");
-    action->set_sensitive(enabled);
-    side->append(*action);
-    line->append(*side);
-    auto* item = Gtk::make_managed<Gtk::ListBoxRow>();
-    item->set_child(*line);
-    item->set_name("order" + std::to_string(row));
-    list->append(*item);
-  }
-  list->signal_row_activated().connect([this](Gtk::ListBoxRow* row) {
-    screen_.didSelectRow(static_cast<std::size_t>(row->get_index()));
-  });
-  if (screen_.numberOfRows() > 0) body().append(*list);
-  if (!screen_.footerHidden && screen_.numberOfRows() > 0) {
-    auto* more = Gtk::make_managed<Gtk::Button>();
-    more->set_icon_name("view-more-horizontal-symbolic");
-    more->set_name("load-more");
-    more->add_css_class("flat");
-    more->set_sensitive(!screen_.isLoading());
-    more->signal_clicked().connect([this] {
-      screen_.footerRefresh();
-      refreshSoon();
-    });
-    body().append(*more);
-  }
+  std::vector<QXMyOrderTableViewCell> cells;
+  cells.reserve(screen_.numberOfRows());
+  for (std::size_t row = 0; row < screen_.numberOfRows(); ++row) cells.push_back(screen_.cellForRow(row));
+  rows_.assign(std::move(cells));
+  const bool more = !screen_.footerHidden && screen_.numberOfRows() > 0;
+  more_->set_visible(more);
+  setActionEnabled("load-more", more && !screen_.isLoading());
 }
 
 StoreOrderPage::StoreOrderPage(PageContext& context, const std::string& orderId)
     : ScreenPage(context, texts::kOrderDetailTitle, true), screen_(orderId) {
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
+  content_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
+  auto* product = ui::boxedList();
+  product_ = ui::addRow(*product, "", "", "", [this] { screen_.gotoProductDetailAction(); });
+  content_->append(*product);
+  auto* facts = ui::boxedList();
+  facts->set_name("facts");
+  for (Gtk::Widget*& row : facts_) row = ui::addRow(*facts, "", "");
+  content_->append(*facts);
+  rate_ = ui::boxedList();
+  ui::addRow(*rate_, texts::kButtonRate, "", "", [this] { screen_.gotoCommentAction(); });
+  content_->append(*rate_);
+  body().append(*content_);
+  refresh();
 }
 
 void StoreOrderPage::refresh() {
   setTitle(screen_.title());
-  ui::clear(body());
+  content_->set_visible(screen_.orderInfo.has_value());
   if (!screen_.orderInfo) return;
-  auto* product = ui::boxedList();
-  ui::addRow(*product, screen_.nameText, screen_.priceText, "", [this] { screen_.gotoProductDetailAction(); });
-  body().append(*product);
-  auto* facts = ui::boxedList();
-  facts->set_name("facts");
-  for (const std::string* text : {&screen_.orderIdText, &screen_.phoneText, &screen_.timeText}) {
-    ui::addRow(*facts, *text, "");
-  }
-  body().append(*facts);
-  if (!screen_.commentHidden) {
-    auto* rate = ui::boxedList();
-    ui::addRow(*rate, texts::kButtonRate, "", "", [this] { screen_.gotoCommentAction(); });
-    body().append(*rate);
-  }
+  ui::setRowTexts(*product_, screen_.nameText, screen_.priceText);
+  const std::string* texts[] = {&screen_.orderIdText, &screen_.phoneText, &screen_.timeText};
+  for (std::size_t i = 0; i < facts_.size(); ++i) ui::setRowTexts(*facts_[i], *texts[i], "");
+  rate_->set_visible(!screen_.commentHidden);
 }
 
 ActivityOrderPage::ActivityOrderPage(PageContext& context, const std::string& orderId)
     : ScreenPage(context, texts::kOrderDetailTitle, true), screen_(orderId) {
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
+  content_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
+  auto* product = ui::boxedList();
+  product_ = ui::addRow(*product, "", "", "", [this] { screen_.gotoProductDetail(); });
+  content_->append(*product);
+  code_ = ui::label("", "title-3");
+  code_->set_name("code");
+  code_->set_selectable(true);
+  content_->append(*code_);
+  content_->append(*qr_);
+  auto* facts = ui::boxedList();
+  facts->set_name("facts");
+  for (Gtk::Widget*& row : facts_) row = ui::addRow(*facts, "", "");
+  content_->append(*facts);
+  note_ = ui::label("");
+  content_->append(*note_);
+  body().append(*content_);
+  refresh();
 }
 
 void ActivityOrderPage::refresh() {
   setTitle(screen_.title());
-  ui::clear(body());
+  content_->set_visible(screen_.orderInfo.has_value());
   if (!screen_.orderInfo) return;
-  auto* product = ui::boxedList();
-  ui::addRow(*product, screen_.nameText, screen_.priceText, "", [this] { screen_.gotoProductDetail(); });
-  body().append(*product);
-  auto* code = ui::label(screen_.codeText, "title-3");
-  code->set_name("code");
-  code->set_selectable(true);
-  body().append(*code);
-  if (screen_.qrCode) {
-    auto* picture = ui::qrPicture(*screen_.qrCode);
-    picture->set_name("qr");
-    body().append(*picture);
+  ui::setRowTexts(*product_, screen_.nameText, screen_.priceText);
+  code_->set_text(screen_.codeText);
+  // The picture is drawn again only for another code.
+  if (drawnCode_ != screen_.codeText || screen_.qrCode.has_value() != (qr_->get_first_child() != nullptr)) {
+    drawnCode_ = screen_.codeText;
+    ui::clear(*qr_);
+    if (screen_.qrCode) {
+      auto* picture = ui::qrPicture(*screen_.qrCode);
+      picture->set_name("qr");
+      qr_->append(*picture);
+    }
   }
-  auto* facts = ui::boxedList();
-  facts->set_name("facts");
-  for (const std::string* text :
-       {&screen_.numberText, &screen_.totalText, &screen_.orderIdText, &screen_.phoneText, &screen_.timeText}) {
-    ui::addRow(*facts, *text, "");
-  }
-  body().append(*facts);
-  if (!screen_.contentText.empty()) body().append(*ui::label(screen_.contentText));
+  const std::string* texts[] = {&screen_.numberText, &screen_.totalText, &screen_.orderIdText, &screen_.phoneText,
+                                &screen_.timeText};
+  for (std::size_t i = 0; i < facts_.size(); ++i) ui::setRowTexts(*facts_[i], *texts[i], "");
+  note_->set_text(screen_.contentText);
+  note_->set_visible(!screen_.contentText.empty());
 }
 
 GradeStorePage::GradeStorePage(PageContext& context, const std::string& orderId, const std::string& storeName)

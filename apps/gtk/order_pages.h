@@ -4,6 +4,7 @@
 // redemption code as a QR code, and the rating of a store order.
 #include <array>
 
+#include "apps/gtk/row_list.h"
 #include "apps/gtk/screen_page.h"
 #include "features/orders/grade_store_view_controller.h"
 #include "features/orders/qx_my_activity_order_detail_view_controller.h"
@@ -12,17 +13,28 @@
 
 namespace qmv::gtk {
 
+// The tabs and the rows are built once; a redraw hands the rows to the list's model,
+// which keeps the widgets of rows that did not change.
 class OrderListPage : public ScreenPage {
  public:
   OrderListPage(PageContext& context, long type);
   void refresh() override;
   void appeared() override { screen_.viewWillAppear(); }
   QXMyOrderViewController& screen() { return screen_; }
+  // The rows the list draws, in its order.
+  const RowList<QXMyOrderTableViewCell>& rows() const { return rows_; }
 
  private:
+  // The row button of the order `orderId`: refund (after a question) or rating.
+  void rowButton(const Glib::VariantBase& orderId);
+
   QXMyOrderViewController screen_;
+  RowList<QXMyOrderTableViewCell> rows_;
+  std::array<Gtk::ToggleButton*, QXMyOrderViewController::kTabCount> tabs_{};
+  Gtk::Button* more_ = nullptr;
 };
 
+// The two details are built once and hidden until their order has been read.
 class StoreOrderPage : public ScreenPage {
  public:
   StoreOrderPage(PageContext& context, const std::string& orderId);
@@ -31,6 +43,10 @@ class StoreOrderPage : public ScreenPage {
 
  private:
   QXMyStoreOrderDetailViewController screen_;
+  Gtk::Box* content_ = nullptr;
+  Gtk::Widget* product_ = nullptr;
+  std::array<Gtk::Widget*, 3> facts_{};  // order id, phone, time
+  Gtk::ListBox* rate_ = nullptr;
 };
 
 class ActivityOrderPage : public ScreenPage {
@@ -41,6 +57,13 @@ class ActivityOrderPage : public ScreenPage {
 
  private:
   QXMyActivityOrderDetailViewController screen_;
+  Gtk::Box* content_ = nullptr;
+  Gtk::Widget* product_ = nullptr;
+  Gtk::Label* code_ = nullptr;
+  Gtk::Box* qr_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+  std::string drawnCode_;
+  std::array<Gtk::Widget*, 5> facts_{};  // number, total, order id, phone, time
+  Gtk::Label* note_ = nullptr;
 };
 
 // Built once: a redraw must not take the comment field from under the member's typing.

@@ -35,7 +35,8 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   auto* clamp = adw_clamp_new();
   adw_clamp_set_maximum_size(ADW_CLAMP(clamp), 640);
   adw_clamp_set_child(ADW_CLAMP(clamp), GTK_WIDGET(body_.gobj()));
-  scroller_.set_child(*Glib::wrap(clamp));
+  clamp_ = Glib::wrap(clamp);
+  scroller_.set_child(*clamp_);
   scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   scroller_.set_vexpand(true);
   scroller_.set_name("page-scroller");
@@ -56,6 +57,20 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   overlay_.add_overlay(cover_);
   overlay_.set_vexpand(true);
   append(overlay_);
+  insert_action_group("page", actions_);
+
+  // Ctrl+R reloads the page the member sees; a page under it lets the key go on.
+  auto shortcuts = Gtk::ShortcutController::create();
+  shortcuts->set_scope(Gtk::ShortcutScope::GLOBAL);
+  shortcuts->add_shortcut(Gtk::Shortcut::create(
+      Gtk::KeyvalTrigger::create(GDK_KEY_r, Gdk::ModifierType::CONTROL_MASK),
+      Gtk::CallbackAction::create([this](Gtk::Widget&, const Glib::VariantBase&) {
+        auto refresh = actions_->lookup_action("refresh");
+        if (!get_mapped() || !refresh || !refresh->get_enabled()) return false;
+        refresh->activate();
+        return true;
+      })));
+  add_controller(shortcuts);
 }
 
 // The followed screen is not touched here: a page that owns its screen has destroyed it
@@ -88,7 +103,52 @@ void ScreenPage::fillPage() {
   body_.set_vexpand(true);
 }
 
-void ScreenPage::pullToRefresh(std::function<void()> refresh) { addPullToRefresh(scroller_, std::move(refresh)); }
+void ScreenPage::pullToRefresh(std::function<void()> refresh) {
+  addAction("refresh", std::move(refresh));
+  addPullToRefresh(scroller_, [this] { activate_action("page.refresh"); });
+}
+
+void ScreenPage::addAction(const std::string& name, std::function<void()> activated) {
+  actions_->add_action(name, [activated = std::move(activated)] { activated(); });
+}
+
+void ScreenPage::addAction(const std::string& name, const Glib::VariantType& type,
+                           std::function<void(const Glib::VariantBase&)> activated) {
+  actions_->add_action_with_parameter(name, type, [activated = std::move(activated)](const Glib::VariantBase& v) {
+    activated(v);
+  });
+}
+
+void ScreenPage::setActionEnabled(const std::string& name, bool enabled) {
+  if (auto action = std::dynamic_pointer_cast<Gio::SimpleAction>(actions_->lookup_action(name))) {
+    action->set_enabled(enabled);
+  }
+}
+
+void ScreenPage::setList(Gtk::ListView& list) {
+  // The body's clamp moves above the scroller; it must survive leaving it.
+  g_object_ref(clamp_->gobj());
+  GtkWidget* viewport = gtk_widget_get_parent(clamp_->gobj());
+  if (GTK_IS_VIEWPORT(viewport)) gtk_viewport_set_child(GTK_VIEWPORT(viewport), nullptr);
+  scroller_.unset_child();
+  overlay_.unset_child();
+  auto* column = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+  column->append(*clamp_);
+  g_object_unref(clamp_->gobj());
+  body_.set_margin_bottom(0);
+  GtkWidget* listClamp = adw_clamp_scrollable_new();
+  adw_clamp_scrollable_set_maximum_size(ADW_CLAMP_SCROLLABLE(listClamp), 640);
+  adw_clamp_scrollable_set_child(ADW_CLAMP_SCROLLABLE(listClamp), GTK_WIDGET(list.gobj()));
+  list.set_margin_start(12);
+  list.set_margin_end(12);
+  scroller_.set_child(*Gtk::manage(Glib::wrap(listClamp)));
+  column->append(scroller_);
+  auto* footerClamp = adw_clamp_new();
+  adw_clamp_set_maximum_size(ADW_CLAMP(footerClamp), 640);
+  adw_clamp_set_child(ADW_CLAMP(footerClamp), GTK_WIDGET(footer_.gobj()));
+  column->append(*Gtk::manage(Glib::wrap(footerClamp)));
+  overlay_.set_child(*column);
+}
 
 void ScreenPage::follow(BaseViewController& screen) {
   screen_ = &screen;

@@ -45,8 +45,19 @@ class ScreenPage : public Gtk::Box {
   void setBackAction(std::function<void()> back);
   // The body takes the page's whole height and scrolls by itself (a web view).
   void fillPage();
-  // A pull past the top of the body runs `refresh` (the screen's pull-down refresh).
+  // The page's reload: the action page.refresh, which Ctrl+R and a pull past the top of
+  // the body run (the screen's pull-down refresh).
   void pullToRefresh(std::function<void()> refresh);
+  // An action of the page's own group, "page.<name>", for buttons, rows and shortcuts.
+  void addAction(const std::string& name, std::function<void()> activated);
+  // The same with a parameter of `type` (a row's position, an order id).
+  void addAction(const std::string& name, const Glib::VariantType& type,
+                 std::function<void(const Glib::VariantBase&)> activated);
+  void setActionEnabled(const std::string& name, bool enabled);
+  // `list` becomes the scroller's own child, so that its rows are recycled; the body then
+  // sits above it and footer() below it, neither scrolling.
+  void setList(Gtk::ListView& list);
+  Gtk::Box& footer() { return footer_; }
   PageContext& context_;
 
  private:
@@ -60,6 +71,9 @@ class ScreenPage : public Gtk::Box {
   Gtk::ScrolledWindow scroller_;
   Gtk::Box body_{Gtk::Orientation::VERTICAL, 12};
   Gtk::Box cover_{Gtk::Orientation::VERTICAL, 12};
+  Gtk::Box footer_{Gtk::Orientation::VERTICAL, 0};
+  Gtk::Widget* clamp_ = nullptr;
+  Glib::RefPtr<Gio::SimpleActionGroup> actions_ = Gio::SimpleActionGroup::create();
   Gtk::Widget* warning_ = nullptr;
   sigc::connection pendingRefresh_;
   // Expires with the page: a screen the page followed may outlive it and still call.

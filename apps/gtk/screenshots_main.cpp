@@ -14,11 +14,12 @@
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/nearby_page.h"
+#include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/tab_bar_page.h"
-#include "apps/gtk/ui.h"
 #include "apps/gtk/web_page_view.h"
+#include "apps/gtk/widget_finders.h"
 #include "core/session/global_data.h"
 #include "features/discovery/nearby_view_controller.h"
 #include "features/discovery/store_screens.h"
@@ -53,11 +54,14 @@ int run(const std::filesystem::path& out) {
     }
     GtkFrontEnd& app = driver.app();
     const auto loaded = [&] {
-      Gtk::Widget* cover = ui::findNamed(driver.top(), "loading");
+      Gtk::Widget* cover = finders::findNamed(driver.top(), "loading");
       return cover != nullptr && !cover->get_visible();
     };
     const auto shot = [&](const std::string& name) {
       driver.settle(std::chrono::milliseconds(400));
+      // A page full of widgets (the city picker's letters) may take longer to get a size.
+      driver.waitUntil([&] { return driver.top().get_width() > 0 && driver.top().get_height() > 0; },
+                       std::chrono::seconds(10));
       const std::string path = (out / (name + ".png")).string();
       if (driver.renderToPng(driver.top(), path)) {
         std::cout << path << '\n';
@@ -78,35 +82,35 @@ int run(const std::filesystem::path& out) {
     auto& home = static_cast<HomePage&>(tabs->tab(0));
     // The stores are in and drawn (the page redraws on an idle turn after they arrive).
     driver.waitUntil([&] {
-      return !home.screen().popularStores().empty() && ui::findNamed(driver.top(), "popular") != nullptr;
+      return !home.screen().popularStores().empty() && finders::findNamed(driver.top(), "popular") != nullptr;
     });
     shot("01-home");
 
     tabs->select(1);
-    driver.waitUntil([&] { return ui::findNamed(driver.top(), "stores") != nullptr; });
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "stores") != nullptr; });
     shot("02-nearby");
-    if (auto* filter = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "filter-category"))) filter->activate();
+    if (auto* filter = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "filter-category"))) filter->activate();
     shot("03-nearby-category");
-    if (auto* filter = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "filter-category"))) filter->activate();
+    if (auto* filter = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "filter-category"))) filter->activate();
     auto& nearby = static_cast<NearbyPage&>(tabs->tab(1));
     nearby.showSearch(true);
     shot("04-search");
     nearby.showSearch(false);
-    if (auto* face = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "map-switch"))) face->activate();
-    driver.waitUntil([&] { return ui::findNamed(driver.top(), "pin") != nullptr; }, std::chrono::seconds(5));
+    if (auto* face = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "map-switch"))) face->activate();
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "pin") != nullptr; }, std::chrono::seconds(5));
     shot("05-map");
-    if (auto* face = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "map-switch"))) face->activate();
+    if (auto* face = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "map-switch"))) face->activate();
 
     openStoreDetail(home.screen().popularStores().front());
-    driver.waitUntil([&] { return ui::findNamed(driver.top(), "offers") != nullptr; });
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "offers") != nullptr; });
     shot("06-store");
-    if (auto* offers = ui::findNamed(driver.top(), "offers")) {
+    if (auto* offers = finders::findNamed(driver.top(), "offers")) {
       if (auto* row = gtk_list_box_get_row_at_index(GTK_LIST_BOX(offers->gobj()), 0)) {
         adw_action_row_activate(ADW_ACTION_ROW(row));
       }
     }
     driver.waitUntil([&] { return driver.topName() == "QXActivitiesViewController" &&
-                                  ui::findNamed(driver.top(), "call") != nullptr; });
+                                  finders::findNamed(driver.top(), "call") != nullptr; });
     shot("07-offer");
     app.navigator().popToRoot();
 
@@ -128,9 +132,9 @@ int run(const std::filesystem::path& out) {
     // Signed in as the demo member for the wallet screens.
     app.navigator().present(BaseViewController::kLoginScreen);
     driver.settle();
-    if (auto* phone = dynamic_cast<Gtk::Entry*>(ui::findNamed(driver.top(), "phone"))) phone->set_text("13800000000");
-    if (auto* password = dynamic_cast<Gtk::Entry*>(ui::findNamed(driver.top(), "password"))) password->set_text("qmv123");
-    if (auto* login = ui::findButton(driver.top(), "登录")) login->activate();
+    if (auto* phone = dynamic_cast<Gtk::Entry*>(finders::findNamed(driver.top(), "phone"))) phone->set_text("13800000000");
+    if (auto* password = dynamic_cast<Gtk::Entry*>(finders::findNamed(driver.top(), "password"))) password->set_text("qmv123");
+    if (auto* login = finders::findButton(driver.top(), "登录")) login->activate();
     driver.waitUntil([&] { return GlobalData::sharedInstance().selfInfo() != nullptr && driver.topName() == kTabBarScreen; });
     shot("13-mine");
     tabs->select(2);
@@ -150,32 +154,36 @@ int run(const std::filesystem::path& out) {
 
     // Checkout of the demo voucher: five of them, more than the balance covers.
     app.navigator().push("QXActivitiesViewController", {{"commodityId", "2"}});
-    driver.waitUntil([&] { return ui::findNamed(driver.top(), "buy") != nullptr; });
-    if (auto* buy = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "buy"))) buy->activate();
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "buy") != nullptr; });
+    if (auto* buy = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "buy"))) buy->activate();
     driver.waitUntil([&] { return driver.topName() == "QXSubmitOderViewController"; });
     for (int i = 0; i < 4; ++i) {
-      if (auto* plus = ui::findNamed(driver.top(), "plus")) g_signal_emit_by_name(plus->gobj(), "clicked");
+      if (auto* plus = finders::findNamed(driver.top(), "plus")) g_signal_emit_by_name(plus->gobj(), "clicked");
     }
     shot("18-submit");
-    if (auto* submit = dynamic_cast<Gtk::Button*>(ui::findNamed(driver.top(), "submit"))) submit->activate();
+    if (auto* submit = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "submit"))) submit->activate();
     driver.waitUntil([&] { return driver.topName() == "QXPayNowViewController"; });
     shot("19-pay-now");
     app.navigator().popToRoot();
 
     // The member's own screens.
     app.navigator().push(order_texts::kMyOrdersScreen, {{"type", 0}});
-    driver.waitUntil([&] { return ui::findNamed(driver.top(), "order0") != nullptr; });
+    driver.waitUntil([&] {
+      auto* orders = dynamic_cast<OrderListPage*>(&driver.top());
+      return orders != nullptr && orders->rows().size() > 0 && !orders->screen().isLoading();
+    });
+    driver.settle();
     shot("20-orders");
-    if (auto* first = ui::findNamed(driver.top(), "order0")) gtk_widget_activate(first->gobj());
-    driver.waitUntil([&] { return ui::findNamed(driver.top(), "qr") != nullptr; });
+    driver.top().activate_action("page.open-row", Glib::Variant<guint32>::create(0));
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "qr") != nullptr; });
     shot("21-order-code");
     app.navigator().popToRoot();
     app.navigator().push(referral_texts::kMyContactScreen);
-    driver.waitUntil([&] { return ui::findNamed(driver.top(), "contacts") != nullptr; });
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "contacts") != nullptr; });
     shot("22-contacts");
     app.navigator().popToRoot();
     app.navigator().push(wheel_texts::kWheelScreen);
-    driver.waitUntil([&] { return ui::shows(driver.top(), "剩余抽奖次数: 3"); });
+    driver.waitUntil([&] { return finders::shows(driver.top(), "剩余抽奖次数: 3"); });
     shot("23-wheel");
     app.navigator().popToRoot();
     app.navigator().push(h5_texts::kH5Screen, {{"h5Type", h5_texts::kCoinType}});
@@ -197,11 +205,11 @@ int run(const std::filesystem::path& out) {
     // The rating of a store order waiting for it, and a home banner's plain page.
     tabs->select(0);
     app.navigator().push(order_texts::kMyOrdersScreen, {{"type", 2}});
-    driver.waitUntil([&] { return ui::findButton(driver.top(), order_texts::kButtonRate) != nullptr; });
-    if (auto* rate = ui::findButton(driver.top(), order_texts::kButtonRate)) g_signal_emit_by_name(rate->gobj(), "clicked");
+    driver.waitUntil([&] { return finders::findButton(driver.top(), order_texts::kButtonRate) != nullptr; });
+    if (auto* rate = finders::findButton(driver.top(), order_texts::kButtonRate)) g_signal_emit_by_name(rate->gobj(), "clicked");
     driver.waitUntil([&] { return driver.topName() == order_texts::kGradeStoreScreen; });
-    if (auto* star = ui::findNamed(driver.top(), "star4")) g_signal_emit_by_name(star->gobj(), "clicked");
-    if (auto* comment = dynamic_cast<Gtk::TextView*>(ui::findNamed(driver.top(), "comment"))) {
+    if (auto* star = finders::findNamed(driver.top(), "star4")) g_signal_emit_by_name(star->gobj(), "clicked");
+    if (auto* comment = dynamic_cast<Gtk::TextView*>(finders::findNamed(driver.top(), "comment"))) {
       comment->get_buffer()->set_text("锅底很香，上菜也快。");
     }
     shot("26-rate");

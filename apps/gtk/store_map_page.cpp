@@ -6,24 +6,26 @@ namespace qmv::gtk {
 
 StoreMapPage::StoreMapPage(PageContext& context, StoreInfoModel store)
     : ScreenPage(context, store.storeName, true), screen_(std::move(store)) {
+  addAction("navigate", [this] { screen_.navigate(); });
   auto* route = Gtk::make_managed<Gtk::Button>();
   route->set_icon_name("route-symbolic");
   route->set_name("navigate");
-  route->signal_clicked().connect([this] { screen_.navigate(); });
+  route->set_action_name("page.navigate");
   addHeaderButton(*route);
+  body().append(map_.widget());
+  address_ = ui::label("", "dim-label");
+  body().append(*address_);
   screen_.viewDidLoad();
   refresh();
 }
 
 void StoreMapPage::refresh() {
-  ui::clear(body());
-  std::vector<PinMap::Pin> pins;
+  address_->set_text(screen_.store().address);
+  // The pin only when the map has none yet: setting it again would re-centre the map.
+  if (map_.pinCount() > 0) return;
   if (const auto gcj = screen_.storeCoordinateGcj()) {
-    pins.push_back({*gcj, screen_.store().storeName, screen_.store().address, nullptr});
+    map_.setPins({{*gcj, screen_.store().storeName, screen_.store().address, nullptr}});
   }
-  map_.setPins(std::move(pins));
-  body().append(map_.widget());
-  body().append(*ui::label(screen_.store().address, "dim-label"));
 }
 
 }  // namespace qmv::gtk

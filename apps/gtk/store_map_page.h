@@ -6,6 +6,7 @@
 
 namespace qmv::gtk {
 
+// Built once: the map with the store's pin and the address under it.
 class StoreMapPage : public ScreenPage {
  public:
   StoreMapPage(PageContext& context, StoreInfoModel store);
@@ -14,6 +15,7 @@ class StoreMapPage : public ScreenPage {
  private:
   MapViewController screen_;
   PinMap map_;
+  Gtk::Label* address_ = nullptr;
 };
 
 }  // namespace qmv::gtk

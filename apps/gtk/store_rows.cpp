@@ -7,13 +7,18 @@
 
 namespace qmv::gtk {
 
+RowTexts storeRowTexts(const StoreInfoModel& store) {
+  std::string subtitle = store.title;
+  subtitle += (subtitle.empty() ? "" : "\n") + store.distanceText(GlobalData::sharedInstance().userLocation()) + "  " +
+              store.soldText();
+  return {store.storeName, subtitle, store.priceText(), true};
+}
+
 void addStoreRows(Gtk::ListBox& list, const std::vector<StoreInfoModel>& stores) {
-  const auto member = GlobalData::sharedInstance().userLocation();
   for (const StoreInfoModel& store : stores) {
     if (MainViewController::isPlaceholderRow(store)) continue;
-    std::string subtitle = store.title;
-    subtitle += (subtitle.empty() ? "" : "\n") + store.distanceText(member) + "  " + store.soldText();
-    ui::addRow(list, store.storeName, subtitle, store.priceText(), [store] { openStoreDetail(store); });
+    const RowTexts texts = storeRowTexts(store);
+    ui::addRow(list, texts.title, texts.subtitle, texts.trailing, [store] { openStoreDetail(store); });
   }
 }
 

@@ -5,9 +5,13 @@
 
 #include <vector>
 
+#include "apps/gtk/row_list.h"
 #include "features/discovery/store_info_model.h"
 
 namespace qmv::gtk {
+
+// What a store's row shows; it opens the store.
+RowTexts storeRowTexts(const StoreInfoModel& store);
 
 // Appends one row per store to `list`; placeholder rows (no store) are skipped.
 void addStoreRows(Gtk::ListBox& list, const std::vector<StoreInfoModel>& stores);

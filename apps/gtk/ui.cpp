@@ -72,9 +72,16 @@ GtkWidget* newRow(const std::string& title, const std::string& subtitle, const s
 
 }  // namespace
 
-void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing,
-            std::function<void()> activated) {
-  gtk_list_box_append(list.gobj(), newRow(title, subtitle, trailing, std::move(activated), true));
+Gtk::Widget* addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle,
+                    const std::string& trailing, std::function<void()> activated) {
+  GtkWidget* row = newRow(title, subtitle, trailing, std::move(activated), true);
+  gtk_list_box_append(list.gobj(), row);
+  return Glib::wrap(row);
+}
+
+void setRowTexts(Gtk::Widget& row, const std::string& title, const std::string& subtitle) {
+  adw_preferences_row_set_title(ADW_PREFERENCES_ROW(row.gobj()), title.c_str());
+  adw_action_row_set_subtitle(ADW_ACTION_ROW(row.gobj()), subtitle.c_str());
 }
 
 void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped) {
@@ -121,71 +128,8 @@ void clear(Gtk::Box& box) {
   while (Gtk::Widget* child = box.get_first_child()) box.remove(*child);
 }
 
-namespace {
-
-void collect(Gtk::Widget& widget, std::vector<std::string>& out) {
-  if (auto* l = dynamic_cast<Gtk::Label*>(&widget)) {
-    if (!l->get_text().empty()) out.push_back(l->get_text());
-  }
-  GtkWidget* w = widget.gobj();
-  if (ADW_IS_PREFERENCES_ROW(w)) {
-    const char* title = adw_preferences_row_get_title(ADW_PREFERENCES_ROW(w));
-    if (title != nullptr && *title != '\0') out.emplace_back(title);
-  }
-  if (ADW_IS_ACTION_ROW(w)) {
-    const char* subtitle = adw_action_row_get_subtitle(ADW_ACTION_ROW(w));
-    if (subtitle != nullptr && *subtitle != '\0') out.emplace_back(subtitle);
-  }
-  for (Gtk::Widget* child = widget.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
-    collect(*child, out);
-  }
-}
-
-template <typename Match>
-Gtk::Widget* find(Gtk::Widget& widget, const Match& match) {
-  if (match(widget)) return &widget;
-  for (Gtk::Widget* child = widget.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
-    if (Gtk::Widget* found = find(*child, match)) return found;
-  }
-  return nullptr;
-}
-
-}  // namespace
-
-std::vector<std::string> texts(Gtk::Widget& root) {
-  std::vector<std::string> out;
-  collect(root, out);
-  return out;
-}
-
-bool shows(Gtk::Widget& root, const std::string& text) {
-  for (const auto& t : texts(root)) {
-    if (t == text) return true;
-  }
-  return false;
-}
-
-Gtk::Button* findButton(Gtk::Widget& root, const std::string& text) {
-  return static_cast<Gtk::Button*>(find(root, [&text](Gtk::Widget& w) {
-    auto* b = dynamic_cast<Gtk::Button*>(&w);
-    return b != nullptr && b->get_label().raw() == text;
-  }));
-}
-
-bool activateRow(Gtk::Widget& root, const std::string& title) {
-  Gtk::Widget* found = find(root, [&title](Gtk::Widget& w) {
-    GtkWidget* raw = w.gobj();
-    if (!ADW_IS_ACTION_ROW(raw) || !gtk_list_box_row_get_activatable(GTK_LIST_BOX_ROW(raw))) return false;
-    const char* t = adw_preferences_row_get_title(ADW_PREFERENCES_ROW(raw));
-    return t != nullptr && title == t;
-  });
-  if (found == nullptr) return false;
-  adw_action_row_activate(ADW_ACTION_ROW(found->gobj()));
-  return true;
-}
-
-Gtk::Widget* findNamed(Gtk::Widget& root, const std::string& name) {
-  return find(root, [&name](Gtk::Widget& w) { return w.get_name().raw() == name; });
+void clear(Gtk::ListBox& list) {
+  while (Gtk::Widget* child = list.get_first_child()) list.remove(*child);
 }
 
 }  // namespace qmv::gtk::ui

@@ -1,7 +1,6 @@
 #pragma once
 // Small builders the pages share, so that every page looks alike: labels with a style
-// class, buttons that run a callback, list rows, and looking widgets up by name (what
-// the tests use to read and tap what a page shows).
+// class, buttons that run a callback, list rows.
 #include <gtkmm.h>
 
 #include <functional>
@@ -21,9 +20,11 @@ Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::
 // A boxed list (libadwaita's look) to put rows in.
 Gtk::ListBox* boxedList();
 // Appends a row with a title, a subtitle and an optional trailing text; `activated`
-// makes it tappable.
-void addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing = "",
+// makes it tappable. Returns the row.
+Gtk::Widget* addRow(Gtk::ListBox& list, const std::string& title, const std::string& subtitle, const std::string& trailing = "",
             std::function<void()> activated = nullptr);
+// Sets the title and subtitle of a row addRow made.
+void setRowTexts(Gtk::Widget& row, const std::string& title, const std::string& subtitle);
 // Appends a tappable row with a check mark in front, ticked when `checked` (a choice
 // among rows, like the pay-now screen's channels).
 void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped);
@@ -32,18 +33,8 @@ void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std
 Gtk::Picture* qrPicture(const QrMatrix& code);
 // An icon of the theme by its name.
 Gtk::Image* icon(const std::string& name);
-// Removes every child of `box`.
+// Removes every child of `box` (or every row of `list`).
 void clear(Gtk::Box& box);
-
-// The texts of every label (and button) below `root`, in tree order.
-std::vector<std::string> texts(Gtk::Widget& root);
-// Whether some label or button below `root` shows exactly `text`.
-bool shows(Gtk::Widget& root, const std::string& text);
-// The first button below `root` whose label is `text`; null when none.
-Gtk::Button* findButton(Gtk::Widget& root, const std::string& text);
-// Taps the first tappable row below `root` titled `title`; false when there is none.
-bool activateRow(Gtk::Widget& root, const std::string& title);
-// The first widget below `root` with that widget name; null when none.
-Gtk::Widget* findNamed(Gtk::Widget& root, const std::string& name);
+void clear(Gtk::ListBox& list);
 
 }  // namespace qmv::gtk::ui

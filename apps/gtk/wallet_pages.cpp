@@ -9,28 +9,38 @@ BankCardPage::BankCardPage(PageContext& context) : ScreenPage(context, MyBankCar
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
   screen_.onUnbindFinished = [this](MyBankCardViewController::UnbindOutcome) { refreshSoon(); };
+  addAction("unbind", [this] { screen_.unbindAction(); });
+  addAction("add-card", [this] { screen_.addAction(); });
+  card_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
+  card_->add_css_class("bank-card");
+  card_->set_name("card");
+  holder_ = ui::label("", "heading");
+  card_->append(*holder_);
+  number_ = ui::label("", "title-2");
+  card_->append(*number_);
+  body().append(*card_);
+  unbind_ = Gtk::make_managed<Gtk::Button>();
+  unbind_->set_icon_name("user-trash-symbolic");
+  unbind_->set_name("unbind");
+  unbind_->add_css_class("destructive-action");
+  unbind_->set_halign(Gtk::Align::CENTER);
+  unbind_->set_action_name("page.unbind");
+  body().append(*unbind_);
+  add_ = Gtk::make_managed<Gtk::Button>(MyBankCardView::kAddButtonTitle);
+  add_->add_css_class("suggested-action");
+  add_->set_action_name("page.add-card");
+  body().append(*add_);
+  refresh();
 }
 
 void BankCardPage::refresh() {
-  ui::clear(body());
   const MyBankCardView& view = screen_.view();
-  if (view.cardShown()) {
-    auto* card = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
-    card->add_css_class("bank-card");
-    card->set_name("card");
-    card->append(*ui::label(view.nameText(), "heading"));
-    card->append(*ui::label(view.cardNumberText(), "title-2"));
-    body().append(*card);
-    auto* unbind = Gtk::make_managed<Gtk::Button>();
-    unbind->set_icon_name("user-trash-symbolic");
-    unbind->set_name("unbind");
-    unbind->add_css_class("destructive-action");
-    unbind->set_halign(Gtk::Align::CENTER);
-    unbind->signal_clicked().connect([this] { screen_.unbindAction(); });
-    body().append(*unbind);
-  } else if (!screen_.isLoadingShown()) {
-    body().append(*ui::button(MyBankCardView::kAddButtonTitle, [this] { screen_.addAction(); }, "suggested-action"));
-  }
+  const bool card = view.cardShown();
+  holder_->set_text(card ? view.nameText() : "");
+  number_->set_text(card ? view.cardNumberText() : "");
+  card_->set_visible(card);
+  unbind_->set_visible(card);
+  add_->set_visible(!card && !screen_.isLoadingShown());
 }
 
 BindCardPage::BindCardPage(PageContext& context) : ScreenPage(context, QXBindBankCardViewController::kTitle, true) {

@@ -10,6 +10,7 @@
 
 namespace qmv::gtk {
 
+// Built once: the card panel or the add button, as the screen says.
 class BankCardPage : public ScreenPage {
  public:
   explicit BankCardPage(PageContext& context);
@@ -18,6 +19,11 @@ class BankCardPage : public ScreenPage {
 
  private:
   MyBankCardViewController screen_;
+  Gtk::Box* card_ = nullptr;
+  Gtk::Label* holder_ = nullptr;
+  Gtk::Label* number_ = nullptr;
+  Gtk::Button* unbind_ = nullptr;
+  Gtk::Button* add_ = nullptr;
 };
 
 class BindCardPage : public ScreenPage {

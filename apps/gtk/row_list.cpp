@@ -1,0 +1,64 @@
+#include "apps/gtk/row_list.h"
+
+#include <adwaita.h>
+
+namespace qmv::gtk {
+
+namespace detail {
+
+namespace {
+
+constexpr const char* kTrailingKey = "qmv-trailing";
+constexpr const char* kChevronKey = "qmv-chevron";
+
+}  // namespace
+
+Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item) {
+  GtkWidget* row = adw_action_row_new();
+  // Row texts are data from the server: never markup.
+  adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(row), FALSE);
+  adw_action_row_set_subtitle_lines(ADW_ACTION_ROW(row), 2);
+  GtkWidget* trailing = gtk_label_new("");
+  gtk_widget_add_css_class(trailing, "accent");
+  adw_action_row_add_suffix(ADW_ACTION_ROW(row), trailing);
+  GtkWidget* chevron = gtk_image_new_from_icon_name("go-next-symbolic");
+  adw_action_row_add_suffix(ADW_ACTION_ROW(row), chevron);
+  g_object_set_data(G_OBJECT(row), kTrailingKey, trailing);
+  g_object_set_data(G_OBJECT(row), kChevronKey, chevron);
+  // The item outlives its child, and its position follows splices.
+  g_signal_connect(row, "activated", G_CALLBACK(+[](AdwActionRow* self, gpointer data) {
+                     const guint position = gtk_list_item_get_position(GTK_LIST_ITEM(data));
+                     if (position != GTK_INVALID_LIST_POSITION) {
+                       gtk_widget_activate_action(GTK_WIDGET(self), "list.activate-item", "u", position);
+                     }
+                   }),
+                   item->gobj());
+  return Gtk::manage(Glib::wrap(row));
+}
+
+void fillListActionRow(Gtk::Widget& row, const RowTexts& texts) {
+  GtkWidget* raw = row.gobj();
+  adw_preferences_row_set_title(ADW_PREFERENCES_ROW(raw), texts.title.c_str());
+  adw_action_row_set_subtitle(ADW_ACTION_ROW(raw), texts.subtitle.c_str());
+  auto* trailing = static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(raw), kTrailingKey));
+  gtk_label_set_text(GTK_LABEL(trailing), texts.trailing.c_str());
+  gtk_widget_set_visible(trailing, !texts.trailing.empty());
+  gtk_widget_set_visible(static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(raw), kChevronKey)), texts.activatable);
+  gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(raw), texts.activatable);
+}
+
+}  // namespace detail
+
+Gtk::ListView* listView(const Glib::RefPtr<Gio::ListModel>& model, const Glib::RefPtr<Gtk::ListItemFactory>& factory,
+                        const std::string& name) {
+  auto* list = Gtk::make_managed<Gtk::ListView>(Gtk::NoSelection::create(model), factory);
+  list->set_name(name);
+  list->set_single_click_activate(true);
+  list->add_css_class("qmv-rows");
+  list->signal_activate().connect([list](guint position) {
+    list->activate_action("page.open-row", Glib::Variant<guint32>::create(position));
+  });
+  return list;
+}
+
+}  // namespace qmv::gtk
