@@ -10,54 +10,93 @@ ActivityPage::ActivityPage(PageContext& context, const std::string& activityId, 
     : ScreenPage(context, name, true), screen_(activityId) {
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
+  addAction("buy", [this] { screen_.openSubmitOrder(); });
+  addAction("call", [this] { screen_.callStore(); });
+
+  name_ = ui::label("", "title-1");
+  storeName_ = ui::label("", "dim-label");
+  content_.append(*name_);
+  content_.append(*storeName_);
+  auto* prices = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
+  price_ = ui::label("", "price", false);
+  originalPrice_ = ui::label("", "dim-label", false);
+  sold_ = ui::label("", "dim-label", false);
+  sold_->set_hexpand(true);
+  sold_->set_xalign(1);
+  prices->append(*price_);
+  prices->append(*originalPrice_);
+  prices->append(*sold_);
+  content_.append(*prices);
+  // Within reach without scrolling, as the phone's bar under the price is.
+  auto* buy = Gtk::make_managed<Gtk::Button>(checkout_texts::kBuyButton);
+  buy->set_name("buy");
+  buy->add_css_class("suggested-action");
+  buy->add_css_class("pill");
+  buy->set_action_name("page.buy");
+  content_.append(*buy);
+
+  content_.append(*ui::label(discovery_texts::kPackageSection, "heading"));
+  content_.append(packages_);
+  content_.append(*ui::label(discovery_texts::kNoticeSection, "heading"));
+  notice_.add_css_class("card");
+  content_.append(notice_);
+  auto* call = Gtk::make_managed<Gtk::Button>();
+  call->set_icon_name("call-start-symbolic");
+  call->set_name("call");
+  call->set_halign(Gtk::Align::START);
+  call->set_action_name("page.call");
+  content_.append(*call);
+  body().append(content_);
+
   screen_.loadDetail();
   refresh();
 }
 
 void ActivityPage::refresh() {
-  namespace texts = discovery_texts;
-  ui::clear(body());
   const auto& offer = screen_.activity();
+  content_.set_visible(offer.has_value());
   if (!offer) return;
   setTitle(offer->name);
-  body().append(*ui::label(offer->name, "title-1"));
-  body().append(*ui::label(offer->storeName, "dim-label"));
-  auto* prices = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
-  prices->append(*ui::label(screen_.priceText(), "price", false));
-  prices->append(*ui::label(screen_.originalPriceText(), "dim-label", false));
-  auto* sold = ui::label(screen_.soldText(), "dim-label", false);
-  sold->set_hexpand(true);
-  sold->set_xalign(1);
-  prices->append(*sold);
-  body().append(*prices);
-  // Within reach without scrolling, as the phone's bar under the price is.
-  auto* buy = ui::button(checkout_texts::kBuyButton, [this] { screen_.openSubmitOrder(); }, "suggested-action");
-  buy->set_name("buy");
-  buy->add_css_class("pill");
-  body().append(*buy);
+  name_->set_text(offer->name);
+  storeName_->set_text(offer->storeName);
+  price_->set_text(screen_.priceText());
+  originalPrice_->set_text(screen_.originalPriceText());
+  sold_->set_text(screen_.soldText());
+  setPackages();
+  setNotice();
+}
 
-  body().append(*ui::label(texts::kPackageSection, "heading"));
-  for (const auto& package : screen_.packages()) {
-    auto* list = ui::boxedList();
-    ui::addRow(*list, package.title, "");
-    for (const auto& item : package.items) ui::addRow(*list, item.commodity, item.amount, item.price);
-    body().append(*list);
+void ActivityPage::setPackages() {
+  const auto packages = screen_.packages();
+  while (packageRows_.size() > packages.size()) {
+    packages_.remove(packageRows_.back()->widget());
+    packageRows_.pop_back();
   }
-  body().append(*ui::label(texts::kNoticeSection, "heading"));
-  auto* notice = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 4);
-  notice->add_css_class("card");
-  for (const std::string& line : screen_.noticeLines()) {
-    auto* l = ui::label(line);
-    l->set_margin(6);
-    notice->append(*l);
+  for (std::size_t i = 0; i < packages.size(); ++i) {
+    if (i == packageRows_.size()) {
+      packageRows_.push_back(std::make_unique<BoxedRows>());
+      packages_.append(packageRows_.back()->widget());
+    }
+    std::vector<BoxedRow> rows{{{packages[i].title, "", "", false}, "", {}}};
+    for (const auto& item : packages[i].items) rows.push_back({{item.commodity, item.amount, item.price, false}, "", {}});
+    packageRows_[i]->assign(std::move(rows));
   }
-  body().append(*notice);
-  auto* call = Gtk::make_managed<Gtk::Button>();
-  call->set_icon_name("call-start-symbolic");
-  call->set_name("call");
-  call->set_halign(Gtk::Align::START);
-  call->signal_clicked().connect([this] { screen_.callStore(); });
-  body().append(*call);
+}
+
+void ActivityPage::setNotice() {
+  const auto lines = screen_.noticeLines();
+  while (noticeLines_.size() > lines.size()) {
+    notice_.remove(*noticeLines_.back());
+    noticeLines_.pop_back();
+  }
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (i == noticeLines_.size()) {
+      noticeLines_.push_back(ui::label(""));
+      noticeLines_.back()->set_margin(6);
+      notice_.append(*noticeLines_.back());
+    }
+    noticeLines_[i]->set_text(lines[i]);
+  }
 }
 
 }  // namespace qmv::gtk

@@ -1,5 +1,11 @@
 #pragma once
 // The offer screen (QXActivitiesViewController): price line, packages and the notice.
+// Built once; a redraw sets the texts, one boxed list per package and the notice's lines
+// by position.
+#include <memory>
+#include <vector>
+
+#include "apps/gtk/boxed_rows.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/qx_activities_view_controller.h"
 
@@ -11,7 +17,20 @@ class ActivityPage : public ScreenPage {
   void refresh() override;
 
  private:
+  void setPackages();
+  void setNotice();
+
   QXActivitiesViewController screen_;
+  Gtk::Box content_{Gtk::Orientation::VERTICAL, 12};
+  Gtk::Label* name_ = nullptr;
+  Gtk::Label* storeName_ = nullptr;
+  Gtk::Label* price_ = nullptr;
+  Gtk::Label* originalPrice_ = nullptr;
+  Gtk::Label* sold_ = nullptr;
+  Gtk::Box packages_{Gtk::Orientation::VERTICAL, 12};
+  std::vector<std::unique_ptr<BoxedRows>> packageRows_;
+  Gtk::Box notice_{Gtk::Orientation::VERTICAL, 4};
+  std::vector<Gtk::Label*> noticeLines_;
 };
 
 }  // namespace qmv::gtk

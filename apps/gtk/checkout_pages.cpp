@@ -142,9 +142,7 @@ PayNowPage::PayNowPage(PageContext& context, const Json& payload)
   confirm_->add_css_class("pill");
   confirm_->set_action_name("page.confirm");
   body().append(*confirm_);
-  receipt_ = ui::boxedList();
-  receipt_->set_name("receipt");
-  body().append(*receipt_);
+  body().append(receipt_.widget());
   note_ = ui::label(PayCashView::note(), "dim-label");
   body().append(*note_);
   screen_.viewDidLoad();
@@ -175,13 +173,14 @@ void PayNowPage::refresh() {
   }
   if (shown != shownReceipt_) {
     shownReceipt_ = shown;
-    ui::clear(*receipt_);
+    std::vector<BoxedRow> rows;
     if (receipt) {
-      for (const auto& row : receipt->rows()) ui::addRow(*receipt_, row.title, "", row.value);
-      ui::addRow(*receipt_, receipt->orderNumber(), "");
+      for (const auto& row : receipt->rows()) rows.push_back({{row.title, "", row.value, false}, "", {}});
+      rows.push_back({{receipt->orderNumber(), "", "", false}, "", {}});
     }
+    receipt_.assign(std::move(rows));
   }
-  receipt_->set_visible(receipt.has_value());
+  receipt_.widget().set_visible(receipt.has_value());
   note_->set_visible(receipt.has_value());
 }
 

@@ -4,6 +4,7 @@
 // leave by themselves when it succeeds.
 #include <array>
 
+#include "apps/gtk/boxed_rows.h"
 #include "apps/gtk/screen_page.h"
 #include "features/orders/checkout_texts.h"
 #include "features/orders/qx_pay_now_view_controller.h"
@@ -51,7 +52,7 @@ class PayNowPage : public ScreenPage {
   Gtk::CheckButton* balanceCheck_ = nullptr;
   Gtk::ListBox* channelList_ = nullptr;
   Gtk::Button* confirm_ = nullptr;
-  Gtk::ListBox* receipt_ = nullptr;
+  BoxedRows receipt_{"receipt"};
   Gtk::Label* note_ = nullptr;
   std::string shownReceipt_;
 };

@@ -17,6 +17,22 @@ Gtk::ScrolledWindow* scrolled(Gtk::Widget& child) {
   return scroller;
 }
 
+// A heading and the buttons of its cities, each choosing its city (page.choose).
+void appendCitySection(Gtk::Box& box, const std::string& letter, const std::vector<std::string>& names) {
+  box.append(*ui::label(letter, "heading"));
+  auto* flow = Gtk::make_managed<Gtk::FlowBox>();
+  flow->set_selection_mode(Gtk::SelectionMode::NONE);
+  flow->set_min_children_per_line(2);
+  flow->set_max_children_per_line(4);
+  for (const std::string& name : names) {
+    auto* city = Gtk::make_managed<Gtk::Button>(name);
+    city->set_action_name("page.choose");
+    city->set_action_target_value(Glib::Variant<Glib::ustring>::create(name));
+    flow->append(*city);
+  }
+  box.append(*flow);
+}
+
 }  // namespace
 
 CityPage::CityPage(PageContext& context)
@@ -64,33 +80,27 @@ void CityPage::refresh() {
     return;
   }
   faces_.set_visible_child("letters");
-  if (!drawn_ || drawnRecent_ != screen_.recentCities()) drawSections();
+  if (!drawn_) drawSections();
+  if (drawnRecent_ != screen_.recentCities()) drawHistory();
 }
 
 void CityPage::drawSections() {
+  // The letters stay as drawn; only the history above them follows the member's choices.
   drawn_ = true;
-  drawnRecent_ = screen_.recentCities();
-  ui::clear(sections_);
-  const auto section = [this](const std::string& letter, const std::vector<std::string>& names) {
-    sections_.append(*ui::label(letter, "heading"));
-    auto* flow = Gtk::make_managed<Gtk::FlowBox>();
-    flow->set_selection_mode(Gtk::SelectionMode::NONE);
-    flow->set_min_children_per_line(2);
-    flow->set_max_children_per_line(4);
-    for (const std::string& name : names) {
-      auto* city = Gtk::make_managed<Gtk::Button>(name);
-      city->set_action_name("page.choose");
-      city->set_action_target_value(Glib::Variant<Glib::ustring>::create(name));
-      flow->append(*city);
-    }
-    sections_.append(*flow);
-  };
-  if (!screen_.recentCities().empty()) section(AreaSelectView::kHistorySection, screen_.recentCities());
+  history_.set_visible(false);
+  sections_.append(history_);
   for (const auto& [letter, cities] : screen_.sections()) {
     std::vector<std::string> names;
     for (const AreaModel& city : cities) names.push_back(city.areaName);
-    section(letter, names);
+    appendCitySection(sections_, letter, names);
   }
+}
+
+void CityPage::drawHistory() {
+  drawnRecent_ = screen_.recentCities();
+  while (Gtk::Widget* child = history_.get_first_child()) history_.remove(*child);
+  if (!drawnRecent_.empty()) appendCitySection(history_, AreaSelectView::kHistorySection, drawnRecent_);
+  history_.set_visible(!drawnRecent_.empty());
 }
 
 }  // namespace qmv::gtk

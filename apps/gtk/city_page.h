@@ -16,13 +16,15 @@ class CityPage : public ScreenPage {
  private:
   void choose(const std::string& city);
   void drawSections();
+  void drawHistory();
 
   AreaSelectView screen_;
   std::string key_;
   RowList<AreaModel> rows_;
   Gtk::Stack faces_;
   Gtk::Box sections_{Gtk::Orientation::VERTICAL, 12};
-  std::vector<std::string> drawnRecent_;  // the recent cities the letters were drawn with
+  Gtk::Box history_{Gtk::Orientation::VERTICAL, 12};
+  std::vector<std::string> drawnRecent_;  // the recent cities history_ shows
   bool drawn_ = false;
 };
 

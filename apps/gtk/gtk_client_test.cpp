@@ -261,6 +261,25 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
   ASSERT_TRUE(waitFor("名店推荐"));
   ASSERT_TRUE(waitFor("热门活动"));
   EXPECT_TRUE(finders::shows(top(), "临沂市"));
+  // A redraw with the same data keeps the home page's widgets, so a row in hand is still
+  // the one shown, and its tap still opens its store.
+  auto& home = static_cast<HomePage&>(tabs_->tab(0));
+  auto* popular = finders::findNamed(home, "popular");
+  ASSERT_NE(popular, nullptr);
+  auto* held = GTK_WIDGET(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0));
+  ASSERT_NE(held, nullptr);
+  const std::string heldTitle = adw_preferences_row_get_title(ADW_PREFERENCES_ROW(held));
+  g_object_ref(held);
+  home.refresh();
+  ASSERT_EQ(finders::findNamed(home, "popular"), popular);
+  EXPECT_TRUE(gtk_widget_get_parent(held) == GTK_WIDGET(popular->gobj()) &&
+              GTK_WIDGET(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0)) == held);
+  adw_action_row_activate(ADW_ACTION_ROW(held));
+  g_object_unref(held);
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
+  EXPECT_TRUE(waitFor(heldTitle));
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
   for (const char* title : {"首页", "附近", "财富", "社区", "我的"}) EXPECT_TRUE(finders::shows(top(), title)) << title;
   // Every tab's icon is one the running icon theme can draw.
   std::function<GtkWidget*(GtkWidget*)> findStack = [&](GtkWidget* w) -> GtkWidget* {

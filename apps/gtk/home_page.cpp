@@ -8,6 +8,7 @@
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/discovery/store_screens.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::gtk {
@@ -19,11 +20,45 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   screen_.onPopularLoaded = [this](bool) { refreshSoon(); };
   screen_.onLocated = [this](MainViewController::LocateOutcome) { refreshSoon(); };
   pullToRefresh([this] { screen_.refreshNet(); });
+  addAction("open-banner", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
+    screen_.didSelectBanner(Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get());
+  });
+  addAction("open-type", Glib::VariantType("s"), [this](const Glib::VariantBase& value) {
+    context_.appDelegate().changeToNearWithType(Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(value).get());
+  });
+  addAction("open-store", Glib::VariantType("s"), [this](const Glib::VariantBase& value) {
+    openStore(Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(value).get());
+  });
+  addAction("load-more", [this] { screen_.loadMorePopular(); });
+
   auto* city = Gtk::make_managed<Gtk::Button>();
   city->set_icon_name("mark-location-symbolic");
   city->set_name("city");
   city->signal_clicked().connect([&context] { context.navigator().push(kCityScreen); });
   addHeaderButton(*city);
+
+  carousel_ = Gtk::manage(Glib::wrap(adw_carousel_new()));
+  dots_ = Gtk::manage(Glib::wrap(adw_carousel_indicator_dots_new()));
+  adw_carousel_indicator_dots_set_carousel(ADW_CAROUSEL_INDICATOR_DOTS(dots_->gobj()), ADW_CAROUSEL(carousel_->gobj()));
+  body().append(*carousel_);
+  body().append(*dots_);
+  grid_.set_selection_mode(Gtk::SelectionMode::NONE);
+  grid_.set_min_children_per_line(2);
+  grid_.set_max_children_per_line(4);
+  grid_.set_homogeneous(true);
+  body().append(grid_);
+  recommendHeading_ = ui::label(discovery_texts::kRecommendSection, "heading");
+  body().append(*recommendHeading_);
+  body().append(recommend_.widget());
+  popularHeading_ = ui::label(discovery_texts::kPopularSection, "heading");
+  body().append(*popularHeading_);
+  body().append(popular_.widget());
+  more_.set_icon_name("view-more-horizontal-symbolic");
+  more_.set_name("load-more");
+  more_.add_css_class("flat");
+  more_.set_action_name("page.load-more");
+  body().append(more_);
+
   // The content loads once the tab is first drawn, as viewDidLoad runs on the phone.
   signal_map().connect([this] {
     if (std::exchange(started_, true)) return;
@@ -33,60 +68,64 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
 }
 
 void HomePage::refresh() {
-  namespace texts = discovery_texts;
   setTitle(screen_.addressButtonTitle());
-  ui::clear(body());
+  setBanners();
+  setTemplates();
+  recommend_.assign(storeBoxedRows(screen_.recommendStores()));
+  popular_.assign(storeBoxedRows(screen_.popularStores()));
+  const bool anyRecommended = recommend_.size() > 0;
+  recommendHeading_->set_visible(anyRecommended);
+  recommend_.widget().set_visible(anyRecommended);
+  const bool anyPopular = popular_.size() > 0;
+  popularHeading_->set_visible(anyPopular);
+  popular_.widget().set_visible(anyPopular);
+  more_.set_visible(anyPopular &&
+                    screen_.popularTotal() > static_cast<long>(screen_.popularStores().size()));
+}
 
-  if (!screen_.resources().empty()) {
-    GtkWidget* carousel = adw_carousel_new();
-    for (std::size_t i = 0; i < screen_.resources().size(); ++i) {
-      auto* card = Gtk::make_managed<Gtk::Button>();
-      card->add_css_class("banner");
-      card->set_name("banner" + std::to_string(i));
-      card->set_hexpand(true);
-      card->set_child(*ui::label(screen_.resources()[i].title, "title-2"));
-      card->signal_clicked().connect([this, i] { screen_.didSelectBanner(i); });
-      adw_carousel_append(ADW_CAROUSEL(carousel), GTK_WIDGET(card->gobj()));
-    }
-    GtkWidget* dots = adw_carousel_indicator_dots_new();
-    adw_carousel_indicator_dots_set_carousel(ADW_CAROUSEL_INDICATOR_DOTS(dots), ADW_CAROUSEL(carousel));
-    body().append(*Gtk::manage(Glib::wrap(carousel)));
-    body().append(*Gtk::manage(Glib::wrap(dots)));
+void HomePage::setBanners() {
+  std::vector<std::string> titles;
+  for (const auto& banner : screen_.resources()) titles.push_back(banner.title);
+  carousel_->set_visible(!titles.empty());
+  dots_->set_visible(!titles.empty());
+  if (titles == bannerTitles_) return;
+  auto* carousel = ADW_CAROUSEL(carousel_->gobj());
+  while (adw_carousel_get_n_pages(carousel) > 0) adw_carousel_remove(carousel, adw_carousel_get_nth_page(carousel, 0));
+  for (std::size_t i = 0; i < titles.size(); ++i) {
+    auto* card = Gtk::make_managed<Gtk::Button>();
+    card->add_css_class("banner");
+    card->set_name("banner" + std::to_string(i));
+    card->set_hexpand(true);
+    card->set_child(*ui::label(titles[i], "title-2"));
+    card->set_action_target_value(Glib::Variant<guint32>::create(static_cast<guint32>(i)));
+    card->set_action_name("page.open-banner");
+    adw_carousel_append(carousel, GTK_WIDGET(card->gobj()));
   }
+  bannerTitles_ = std::move(titles);
+}
 
-  if (!screen_.templates().empty()) {
-    auto* grid = Gtk::make_managed<Gtk::FlowBox>();
-    grid->set_selection_mode(Gtk::SelectionMode::NONE);
-    grid->set_min_children_per_line(2);
-    grid->set_max_children_per_line(4);
-    grid->set_homogeneous(true);
-    for (const SearchTypeModel& type : screen_.templates()) {
-      if (type.name.empty()) continue;
-      const std::string id = type.typeId;
-      grid->append(*ui::button(type.name, [this, id] { context_.appDelegate().changeToNearWithType(id); }, "flat"));
-    }
-    body().append(*grid);
+void HomePage::setTemplates() {
+  std::vector<std::pair<std::string, std::string>> types;
+  for (const SearchTypeModel& type : screen_.templates()) {
+    if (!type.name.empty()) types.emplace_back(type.name, type.typeId);
   }
+  grid_.set_visible(!types.empty());
+  if (types == templates_) return;
+  while (Gtk::Widget* child = grid_.get_first_child()) grid_.remove(*child);
+  for (const auto& [name, id] : types) {
+    auto* button = Gtk::make_managed<Gtk::Button>(name);
+    button->add_css_class("flat");
+    button->set_action_target_value(Glib::Variant<Glib::ustring>::create(id));
+    button->set_action_name("page.open-type");
+    grid_.append(*button);
+  }
+  templates_ = std::move(types);
+}
 
-  if (!screen_.recommendStores().empty()) {
-    body().append(*ui::label(texts::kRecommendSection, "heading"));
-    auto* list = ui::boxedList();
-    addStoreRows(*list, screen_.recommendStores());
-    body().append(*list);
-  }
-  if (!screen_.popularStores().empty()) {
-    body().append(*ui::label(texts::kPopularSection, "heading"));
-    auto* list = ui::boxedList();
-    list->set_name("popular");
-    addStoreRows(*list, screen_.popularStores());
-    body().append(*list);
-    if (screen_.popularTotal() > static_cast<long>(screen_.popularStores().size())) {
-      auto* more = Gtk::make_managed<Gtk::Button>();
-      more->set_icon_name("view-more-horizontal-symbolic");
-      more->set_name("load-more");
-      more->add_css_class("flat");
-      more->signal_clicked().connect([this] { screen_.loadMorePopular(); });
-      body().append(*more);
+void HomePage::openStore(const std::string& storeId) {
+  for (const auto* stores : {&screen_.recommendStores(), &screen_.popularStores()}) {
+    for (const StoreInfoModel& store : *stores) {
+      if (store.storeId == storeId && !MainViewController::isPlaceholderRow(store)) return openStoreDetail(store);
     }
   }
 }

@@ -1,6 +1,17 @@
 #pragma once
 // The home tab (MainViewController): the city button, the banners, the category
 // templates, the recommended stores and the popular stores with "load more".
+//
+// The sections are built once and only their contents are set again: the sections are
+// few, fixed and differently shaped (a carousel, a grid, two short lists), so a list view
+// switching widget kinds per row would buy no recycling worth its code. The banners and
+// templates are rebuilt only when their data changed; the store lists keep their rows by
+// position and touch only rows whose texts changed.
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "apps/gtk/boxed_rows.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/main_view_controller.h"
 
@@ -14,8 +25,22 @@ class HomePage : public ScreenPage {
   MainViewController& screen() { return screen_; }
 
  private:
+  void setBanners();
+  void setTemplates();
+  void openStore(const std::string& storeId);
+
   MainViewController screen_;
   bool started_ = false;
+  Gtk::Widget* carousel_ = nullptr;
+  Gtk::Widget* dots_ = nullptr;
+  std::vector<std::string> bannerTitles_;
+  Gtk::FlowBox grid_;
+  std::vector<std::pair<std::string, std::string>> templates_;  // name, type id
+  Gtk::Label* recommendHeading_ = nullptr;
+  BoxedRows recommend_;
+  Gtk::Label* popularHeading_ = nullptr;
+  BoxedRows popular_{"popular"};
+  Gtk::Button more_;
 };
 
 }  // namespace qmv::gtk

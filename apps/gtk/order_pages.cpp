@@ -226,13 +226,13 @@ void ActivityOrderPage::refresh() {
   ui::setRowTexts(*product_, screen_.nameText, screen_.priceText);
   code_->set_text(screen_.codeText);
   // The picture is drawn again only for another code.
-  if (drawnCode_ != screen_.codeText || screen_.qrCode.has_value() != (qr_->get_first_child() != nullptr)) {
+  if (drawnCode_ != screen_.codeText || screen_.qrCode.has_value() != (qrPicture_ != nullptr)) {
     drawnCode_ = screen_.codeText;
-    ui::clear(*qr_);
+    if (qrPicture_ != nullptr) qr_->remove(*std::exchange(qrPicture_, nullptr));
     if (screen_.qrCode) {
-      auto* picture = ui::qrPicture(*screen_.qrCode);
-      picture->set_name("qr");
-      qr_->append(*picture);
+      qrPicture_ = ui::qrPicture(*screen_.qrCode);
+      qrPicture_->set_name("qr");
+      qr_->append(*qrPicture_);
     }
   }
   const std::string* texts[] = {&screen_.numberText, &screen_.totalText, &screen_.orderIdText, &screen_.phoneText,

@@ -61,6 +61,7 @@ class ActivityOrderPage : public ScreenPage {
   Gtk::Widget* product_ = nullptr;
   Gtk::Label* code_ = nullptr;
   Gtk::Box* qr_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+  Gtk::Widget* qrPicture_ = nullptr;  // in qr_ while there is a code
   std::string drawnCode_;
   std::array<Gtk::Widget*, 5> facts_{};  // number, total, order id, phone, time
   Gtk::Label* note_ = nullptr;

@@ -13,7 +13,7 @@ constexpr const char* kChevronKey = "qmv-chevron";
 
 }  // namespace
 
-Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item) {
+GtkWidget* newActionRow() {
   GtkWidget* row = adw_action_row_new();
   // Row texts are data from the server: never markup.
   adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(row), FALSE);
@@ -25,6 +25,11 @@ Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item) {
   adw_action_row_add_suffix(ADW_ACTION_ROW(row), chevron);
   g_object_set_data(G_OBJECT(row), kTrailingKey, trailing);
   g_object_set_data(G_OBJECT(row), kChevronKey, chevron);
+  return row;
+}
+
+Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item) {
+  GtkWidget* row = newActionRow();
   // The item outlives its child, and its position follows splices.
   g_signal_connect(row, "activated", G_CALLBACK(+[](AdwActionRow* self, gpointer data) {
                      const guint position = gtk_list_item_get_position(GTK_LIST_ITEM(data));

@@ -105,6 +105,8 @@ struct RowTexts {
 };
 
 namespace detail {
+// An action row that fillListActionRow fills, not yet managed.
+GtkWidget* newActionRow();
 Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item);
 void fillListActionRow(Gtk::Widget& row, const RowTexts& texts);
 }  // namespace detail

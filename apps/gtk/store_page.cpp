@@ -10,6 +10,40 @@ StorePage::StorePage(PageContext& context, const std::string& storeId, const std
   follow(screen_);
   screen_.onLoaded = [this](bool) { refreshSoon(); };
   screen_.onBookmarked = [this](bool) { refreshSoon(); };
+  addAction("show-address", [this] { screen_.showAddress(); });
+  addAction("call", [this] { screen_.callStore(); });
+  addAction("bookmark", [this] {
+    if (!settingFavorite_) screen_.bookmark();
+  });
+  addAction("open-offer", Glib::VariantType("s"), [this](const Glib::VariantBase& value) {
+    const std::string id = Glib::VariantBase::cast_dynamic<Glib::Variant<Glib::ustring>>(value).get();
+    if (!screen_.store()) return;
+    const auto& offers = screen_.store()->activityList;
+    for (std::size_t i = 0; i < offers.size(); ++i) {
+      if (offers[i].commodityID == id) return screen_.selectActivity(i);
+    }
+  });
+  addAction("more-comments", [this] { screen_.showMoreComments(); });
+
+  name_ = ui::label("", "title-1");
+  pictures_ = ui::label("", "dim-label");
+  content_.append(*name_);
+  content_.append(*pictures_);
+  content_.append(info_.widget());
+  auto* actions = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
+  favorite_.set_icon_name("starred-symbolic");
+  favorite_.set_name("bookmark");
+  favorite_.set_action_name("page.bookmark");
+  actions->append(favorite_);
+  content_.append(*actions);
+  offersHeading_ = ui::label(discovery_texts::kOffersSection, "heading");
+  content_.append(*offersHeading_);
+  content_.append(offers_.widget());
+  commentsHeading_ = ui::label("", "heading");
+  content_.append(*commentsHeading_);
+  content_.append(comments_.widget());
+  body().append(content_);
+
   screen_.loadDetail();
   refresh();
 }
@@ -17,45 +51,33 @@ StorePage::StorePage(PageContext& context, const std::string& storeId, const std
 void StorePage::refresh() {
   namespace texts = discovery_texts;
   setTitle(screen_.storeName());
-  ui::clear(body());
   const auto& store = screen_.store();
+  content_.set_visible(store.has_value());
   if (!store) return;
-  body().append(*ui::label(store->storeName, "title-1"));
-  body().append(*ui::label(screen_.pictureCountText(), "dim-label"));
+  name_->set_text(store->storeName);
+  pictures_->set_text(screen_.pictureCountText());
+  info_.assign({{{store->address, screen_.openingHoursText(), screen_.perPersonText(), true}, "page.show-address", {}},
+                {{store->phone.empty() ? texts::kNoPhone : store->phone, "", "", true}, "page.call", {}}});
+  settingFavorite_ = true;
+  favorite_.set_active(store->favorite == "1");
+  settingFavorite_ = false;
 
-  auto* info = ui::boxedList();
-  ui::addRow(*info, store->address, screen_.openingHoursText(), screen_.perPersonText(), [this] { screen_.showAddress(); });
-  ui::addRow(*info, store->phone.empty() ? texts::kNoPhone : store->phone, "", "", [this] { screen_.callStore(); });
-  body().append(*info);
-
-  auto* actions = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-  auto* favorite = Gtk::make_managed<Gtk::ToggleButton>();
-  favorite->set_icon_name("starred-symbolic");
-  favorite->set_name("bookmark");
-  favorite->set_active(store->favorite == "1");
-  favorite->signal_clicked().connect([this] { screen_.bookmark(); });
-  actions->append(*favorite);
-  body().append(*actions);
-
-  if (!store->activityList.empty()) {
-    body().append(*ui::label(texts::kOffersSection, "heading"));
-    auto* offers = ui::boxedList();
-    offers->set_name("offers");
-    for (std::size_t i = 0; i < store->activityList.size(); ++i) {
-      const ActivityModel& offer = store->activityList[i];
-      ui::addRow(*offers, offer.name, offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(),
-                 [this, i] { screen_.selectActivity(i); });
-    }
-    body().append(*offers);
+  std::vector<BoxedRow> offers;
+  for (const ActivityModel& offer : store->activityList) {
+    offers.push_back({{offer.name, offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(), true},
+                      "page.open-offer", offer.commodityID});
   }
+  offersHeading_->set_visible(!offers.empty());
+  offers_.widget().set_visible(!offers.empty());
+  offers_.assign(std::move(offers));
 
-  body().append(*ui::label(std::string(texts::kCommentsSection) + "  " + screen_.commentCountText(), "heading"));
-  auto* comments = ui::boxedList();
+  commentsHeading_->set_text(std::string(texts::kCommentsSection) + "  " + screen_.commentCountText());
+  std::vector<BoxedRow> comments;
   for (const GradeModel& grade : screen_.gradeList()) {
-    ui::addRow(*comments, grade.nickName + "  " + grade.star + "★", grade.content + "\n" + grade.time);
+    comments.push_back({{grade.nickName + "  " + grade.star + "★", grade.content + "\n" + grade.time, "", false}, "", {}});
   }
-  ui::addRow(*comments, texts::kMoreComments, "", "", [this] { screen_.showMoreComments(); });
-  body().append(*comments);
+  comments.push_back({{texts::kMoreComments, "", "", true}, "page.more-comments", {}});
+  comments_.assign(std::move(comments));
 }
 
 }  // namespace qmv::gtk

@@ -1,9 +1,7 @@
 #include "apps/gtk/store_rows.h"
 
-#include "apps/gtk/ui.h"
 #include "core/session/global_data.h"
 #include "features/discovery/main_view_controller.h"
-#include "features/discovery/store_screens.h"
 
 namespace qmv::gtk {
 
@@ -14,12 +12,13 @@ RowTexts storeRowTexts(const StoreInfoModel& store) {
   return {store.storeName, subtitle, store.priceText(), true};
 }
 
-void addStoreRows(Gtk::ListBox& list, const std::vector<StoreInfoModel>& stores) {
+std::vector<BoxedRow> storeBoxedRows(const std::vector<StoreInfoModel>& stores) {
+  std::vector<BoxedRow> rows;
   for (const StoreInfoModel& store : stores) {
     if (MainViewController::isPlaceholderRow(store)) continue;
-    const RowTexts texts = storeRowTexts(store);
-    ui::addRow(list, texts.title, texts.subtitle, texts.trailing, [store] { openStoreDetail(store); });
+    rows.push_back({storeRowTexts(store), "page.open-store", store.storeId});
   }
+  return rows;
 }
 
 }  // namespace qmv::gtk

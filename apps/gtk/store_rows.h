@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "apps/gtk/boxed_rows.h"
 #include "apps/gtk/row_list.h"
 #include "features/discovery/store_info_model.h"
 
@@ -13,7 +14,8 @@ namespace qmv::gtk {
 // What a store's row shows; it opens the store.
 RowTexts storeRowTexts(const StoreInfoModel& store);
 
-// Appends one row per store to `list`; placeholder rows (no store) are skipped.
-void addStoreRows(Gtk::ListBox& list, const std::vector<StoreInfoModel>& stores);
+// One row per store, tapping runs page.open-store with the store's id; placeholder rows
+// (no store) are skipped.
+std::vector<BoxedRow> storeBoxedRows(const std::vector<StoreInfoModel>& stores);
 
 }  // namespace qmv::gtk

@@ -124,12 +124,4 @@ Gtk::Image* icon(const std::string& name) {
   return image;
 }
 
-void clear(Gtk::Box& box) {
-  while (Gtk::Widget* child = box.get_first_child()) box.remove(*child);
-}
-
-void clear(Gtk::ListBox& list) {
-  while (Gtk::Widget* child = list.get_first_child()) list.remove(*child);
-}
-
 }  // namespace qmv::gtk::ui

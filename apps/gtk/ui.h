@@ -33,8 +33,5 @@ void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std
 Gtk::Picture* qrPicture(const QrMatrix& code);
 // An icon of the theme by its name.
 Gtk::Image* icon(const std::string& name);
-// Removes every child of `box` (or every row of `list`).
-void clear(Gtk::Box& box);
-void clear(Gtk::ListBox& list);
 
 }  // namespace qmv::gtk::ui

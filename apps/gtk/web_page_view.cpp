@@ -19,6 +19,10 @@ WebPageView::WebPageView() : Gtk::Box(Gtk::Orientation::VERTICAL) {
   append(error_);
   text_.set_name("page-text");
   text_.set_margin(12);
+  pageText_.set_xalign(0);
+  pageText_.set_wrap(true);
+  pageText_.set_wrap_mode(Pango::WrapMode::WORD_CHAR);
+  text_.append(pageText_);
   append(text_);
   // Loads also start inside the page (a tapped link): the bar follows the view while shown.
   signal_map().connect([this] {
@@ -60,15 +64,24 @@ void WebPageView::refresh() {
   error_.set_text(screen_->loadError());
   error_.set_visible(!screen_->loadError().empty());
   if (!drawn_ && screen_->webView() != nullptr) {
-    ui::clear(text_);
+    // The text and link buttons are set again by position: a redraw of the same page
+    // keeps the button the member is on.
     const WebPage& page = screen_->webView()->page();
-    if (!page.text.empty()) text_.append(*ui::label(page.text));
+    pageText_.set_text(page.text);
+    pageText_.set_visible(!page.text.empty());
+    while (links_.size() > page.links.size()) {
+      text_.remove(*links_.back());
+      links_.pop_back();
+    }
     for (std::size_t i = 0; i < page.links.size(); ++i) {
-      auto* link = ui::button(page.links[i].text, [this, i] {
-        if (screen_ != nullptr && screen_->webView() != nullptr) screen_->webView()->tapLink(i);
-      }, "flat");
-      link->set_tooltip_text(page.links[i].url);
-      text_.append(*link);
+      if (i == links_.size()) {
+        links_.push_back(ui::button("", [this, i] {
+          if (screen_ != nullptr && screen_->webView() != nullptr) screen_->webView()->tapLink(i);
+        }, "flat"));
+        text_.append(*links_.back());
+      }
+      links_[i]->set_label(page.links[i].text);
+      links_[i]->set_tooltip_text(page.links[i].url);
     }
   }
   if (onRefreshed) onRefreshed();

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "apps/gtk/drawn_web_view.h"
 #include "apps/gtk/screen_page.h"
@@ -40,6 +41,8 @@ class WebPageView : public Gtk::Box {
   Gtk::ProgressBar progress_;
   Gtk::Label error_;
   Gtk::Box text_{Gtk::Orientation::VERTICAL, 6};
+  Gtk::Label pageText_;
+  std::vector<Gtk::Button*> links_;  // link i's button, kept across redraws
   bool drawn_ = false;
   sigc::connection poll_;
 };
