@@ -89,7 +89,9 @@ std::string AppLaunch::prepare() {
   }
   if (config_.serverBaseUrl.empty()) {
     sandbox_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "sandbox"});
-    if (std::string error = sandbox_->start(); !error.empty()) return "cannot start the embedded sandbox: " + error;
+    if (const Status started = sandbox_->start(); !started.ok()) {
+      return "cannot start the embedded sandbox: " + started.message();
+    }
     config_.serverBaseUrl = sandbox_->baseUrl();
     if (config_.webHost.empty()) config_.webHost = sandbox_->rootUrl();
     if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";

@@ -52,7 +52,7 @@ TEST(SandboxLogin, WrongPasswordsAreThrottled) {
   SandboxOptions options{home};
   options.clock = [&] { return std::chrono::steady_clock::time_point{} + seconds(offset.load()); };
   SandboxServer server(options);
-  ASSERT_EQ(server.start(), "");
+  ASSERT_TRUE(server.start().ok());
   ApiClient api(server.port());
   int checked = 0, throttled = 0;
   for (int i = 0; i < 300; ++i) {

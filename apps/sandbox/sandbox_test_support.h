@@ -79,7 +79,7 @@ class SandboxTest : public ::testing::Test {
   void SetUp() override {
     home_ = freshHome();
     server_ = std::make_unique<SandboxServer>(SandboxOptions{home_, 0, "127.0.0.1", true});
-    ASSERT_EQ(server_->start(), "");
+    ASSERT_TRUE(server_->start().ok());
     api_ = std::make_unique<ApiClient>(server_->port());
   }
   void TearDown() override {
