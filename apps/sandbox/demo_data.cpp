@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/sandbox/sandbox_util.h"
+#include "core/common/string_util.h"
 #include "core/sqlite/sqlite_database.h"
 
 namespace qmv::sandbox {
@@ -245,7 +246,7 @@ int64_t addMember(SandboxStore& db, const std::string& num, const std::string& p
       "INSERT INTO members(num, phone, user_name, password, nick_name, sex, birthday, email, inviter_id, balance, "
       "address, address_name, address_phone, postcode, now_exp, name, created) "
       "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
-      {num, phone, phone, md5Hex(kDemoPassword), name, "1", "1990-01-01", "", std::move(inviter), balance,
+      {num, phone, phone, StringUtil::getmd5WithString(kDemoPassword), name, "1", "1990-01-01", "", std::move(inviter), balance,
        "临沂市兰山区沂蒙路100号", name, phone, "276000", exp, name, created});
   const int64_t id = db.lastInsertId();
   if (balance > 0) {
