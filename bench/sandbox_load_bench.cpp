@@ -118,8 +118,8 @@ int main(int argc, char** argv) {
   const auto home = std::filesystem::temp_directory_path() / ("qmv_load_" + std::to_string(::getpid()));
   if (o.port == 0) {
     embedded = std::make_unique<qmv::sandbox::SandboxServer>(qmv::sandbox::SandboxOptions{home});
-    if (const std::string error = embedded->start(); !error.empty()) {
-      std::fprintf(stderr, "cannot start the sandbox: %s\n", error.c_str());
+    if (const qmv::Status started = embedded->start(); !started.ok()) {
+      std::fprintf(stderr, "cannot start the sandbox: %s\n", started.message().c_str());
       return 1;
     }
     o.port = embedded->port();

@@ -32,7 +32,7 @@ qmv::sandbox::SandboxServer& sandbox() {
     qmv::sandbox::SandboxOptions options{g_home};
     options.memoryStore = true;
     auto* made = new qmv::sandbox::SandboxServer(options);
-    if (!made->rememberState().empty()) std::abort();
+    if (!made->rememberState().ok()) std::abort();
     return made;
   }();
   return *server;
@@ -42,9 +42,9 @@ qmv::sandbox::SandboxServer& sandbox() {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   qmv::sandbox::SandboxServer& server = sandbox();
-  if (!server.returnToState().empty()) __builtin_trap();
-  const std::string answer = server.answerRequest(qmv::fuzz::asText(data, size));
+  if (!server.returnToState().ok()) __builtin_trap();
+  const qmv::Result<std::string> answer = server.answerRequest(qmv::fuzz::asText(data, size));
   // Whatever was read, what goes back is an HTTP answer or nothing.
-  if (!answer.empty() && answer.rfind("HTTP/1.1 ", 0) != 0) __builtin_trap();
+  if (answer.ok() && answer->rfind("HTTP/1.1 ", 0) != 0) __builtin_trap();
   return 0;
 }

@@ -40,7 +40,7 @@ class AccountE2ETest : public ::testing::Test {
   void SetUp() override {
     home_ = sandbox::testing::freshHome();
     server_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "server", 0});
-    ASSERT_EQ(server_->start(), "");
+    ASSERT_TRUE(server_->start().ok());
     installClient();
   }
 

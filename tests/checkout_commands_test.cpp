@@ -35,7 +35,7 @@ class CheckoutCommandsTest : public ::testing::Test {
   // The member's orders of the "to be used" tab, read from the sandbox the runs used.
   Json ordersToUse(const std::string& phone) {
     sandbox::SandboxServer server(sandbox::SandboxOptions{home_.home() / "sandbox", 0});
-    if (!server.start().empty()) return Json();
+    if (!server.start().ok()) return Json();
     sandbox::testing::ApiClient api(server.port());
     const Json reply = api.get("getMyPosts", {{"sessionId", api.login(phone)}, {"page", "1"}, {"type", "1"}});
     server.stop();

@@ -37,7 +37,7 @@ class DiscoverySandboxTest : public ::testing::Test {
   void SetUp() override {
     sandboxHome_ = home_.home() / "sandbox";
     server_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{sandboxHome_, 0});
-    ASSERT_EQ(server_->start(), "");
+    ASSERT_TRUE(server_->start().ok());
 
     Env env;
     env.settings = std::shared_ptr<SettingsStore>(&home_.settings(), [](SettingsStore*) {});

@@ -64,7 +64,7 @@ class RecordingProxy {
 TEST(MunicipalityCliTest, AMunicipalityEndToEnd) {
   TempHome serverHome;
   sandbox::SandboxServer sandbox(sandbox::SandboxOptions{serverHome.home(), 0});
-  ASSERT_EQ(sandbox.start(), "");
+  ASSERT_TRUE(sandbox.start().ok());
   RecordingProxy proxy(sandbox.port());
   TempHome home;
   const auto run = [&](std::vector<std::string> args) {

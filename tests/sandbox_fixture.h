@@ -50,7 +50,7 @@ class SandboxContractTest : public ::testing::Test {
   void SetUp() override {
     home_ = sandbox::testing::freshHome();
     server_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "server", 0});
-    ASSERT_EQ(server_->start(), "");
+    ASSERT_TRUE(server_->start().ok());
     vendor_ = std::make_unique<sandbox::testing::ApiClient>(server_->port());
 
     Env env;

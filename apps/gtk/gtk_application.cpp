@@ -81,8 +81,8 @@ void ensureWindow(GtkApplication* application, App& app) {
   Gtk::init_gtkmm_internals();
   loadStyle();
   app.frontEnd = std::make_unique<GtkFrontEnd>(app.options);
-  if (std::string error = app.frontEnd->start(); !error.empty()) {
-    std::cerr << "qmv-gtk: " << error << '\n';
+  if (const Status started = app.frontEnd->start(); !started.ok()) {
+    std::cerr << "qmv-gtk: " << started.message() << '\n';
     app.status = 1;
     app.frontEnd.reset();
     g_application_quit(G_APPLICATION(application));
@@ -109,7 +109,7 @@ void ensureWindow(GtkApplication* application, App& app) {
 
 }  // namespace
 
-std::string takeOptions(std::vector<std::string>& args, FrontEndOptions& options) {
+Status takeOptions(std::vector<std::string>& args, FrontEndOptions& options) {
   std::vector<std::string> rest;
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
@@ -122,12 +122,12 @@ std::string takeOptions(std::vector<std::string>& args, FrontEndOptions& options
       rest.push_back(arg);
       continue;
     }
-    if (i + 1 >= args.size()) return arg + " needs a value";
+    if (i + 1 >= args.size()) return Status::invalidArgument(arg + " needs a value");
     *target = args[++i];
   }
   const std::string& outcome = options.launch.payOutcome;
   if (outcome != "success" && outcome != "cancel" && outcome != "fail") {
-    return "--pay-outcome expects success, cancel or fail";
+    return Status::invalidArgument("--pay-outcome expects success, cancel or fail");
   }
   args = std::move(rest);
   return {};
@@ -151,8 +151,8 @@ void loadStyle() {
 int runGtkApplication(int argc, char** argv) {
   App app;
   std::vector<std::string> args(argv, argv + argc);
-  if (std::string error = takeOptions(args, app.options); !error.empty()) {
-    std::cerr << "qmv-gtk: " << error << "\nusage: qmv-gtk [--home DIR] [--server URL] [--at LAT,LON] [--pay-outcome success|cancel|fail] [URL...]\n";
+  if (const Status taken = takeOptions(args, app.options); !taken.ok()) {
+    std::cerr << "qmv-gtk: " << taken.message() << "\nusage: qmv-gtk [--home DIR] [--server URL] [--at LAT,LON] [--pay-outcome success|cancel|fail] [URL...]\n";
     return 2;
   }
   chooseRenderer();

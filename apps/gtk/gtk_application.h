@@ -14,8 +14,8 @@ namespace qmv::gtk {
 int runGtkApplication(int argc, char** argv);
 
 // Reads the client's own options out of `args`, leaving the rest (program name, URLs).
-// Returns an error text for a malformed option.
-std::string takeOptions(std::vector<std::string>& args, FrontEndOptions& options);
+// Fails with the message to print for a malformed option.
+Status takeOptions(std::vector<std::string>& args, FrontEndOptions& options);
 
 // Loads the client's stylesheet for the default display.
 void loadStyle();

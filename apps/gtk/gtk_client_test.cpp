@@ -48,7 +48,7 @@ class GtkClientTest : public ::testing::Test {
     ASSERT_NE(mkdtemp(pattern.data()), nullptr);
     home_ = pattern;
     driver_ = std::make_unique<GtkDriver>(home_.string(), kAt);
-    ASSERT_EQ(driver_->error(), "");
+    ASSERT_TRUE(driver_->status().ok()) << driver_->status().message();
     // The first start shows the guide; the member goes on to the tabs.
     ASSERT_TRUE(driver_->waitUntil([this] { return driver_->topName() == kGuideScreen; }));
     Gtk::Button* go = dynamic_cast<Gtk::Button*>(finders::findNamed(driver_->top(), "guide-done"));

@@ -33,8 +33,8 @@ GtkDriver::GtkDriver(const std::string& home, const std::string& at) {
   options.launch.at = at;
   options.geoClue = false;
   frontEnd_ = std::make_unique<GtkFrontEnd>(options);
-  error_ = frontEnd_->start();
-  if (!error_.empty()) return;
+  status_ = frontEnd_->start();
+  if (!status_.ok()) return;
   window_ = new Gtk::Window();
   window_->set_default_size(kWidth, kHeight);
   frontEnd_->attach(*window_);

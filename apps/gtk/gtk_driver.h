@@ -25,8 +25,8 @@ class GtkDriver {
   GtkDriver(const std::string& home, const std::string& at);
   ~GtkDriver();
 
-  // The start-up error, empty when the client runs.
-  const std::string& error() const { return error_; }
+  // How the start-up went: OK when the client runs.
+  const Status& status() const { return status_; }
   GtkFrontEnd& app() { return *frontEnd_; }
 
   // Runs GTK's loop until `done` or the timeout; returns whether `done` became true.
@@ -44,7 +44,7 @@ class GtkDriver {
  private:
   std::unique_ptr<GtkFrontEnd> frontEnd_;
   Gtk::Window* window_ = nullptr;
-  std::string error_;
+  Status status_;
 };
 
 }  // namespace qmv::gtk

@@ -35,10 +35,10 @@ GtkFrontEnd::~GtkFrontEnd() {
   env_ = Env{};
 }
 
-std::string GtkFrontEnd::start() {
-  if (std::string error = launch_.prepare(); !error.empty()) return error;
+Status GtkFrontEnd::start() {
+  if (Status prepared = launch_.prepare(); !prepared.ok()) return prepared;
   loop_ = std::make_shared<GLibMainLoop>();
-  if (std::string error = launch_.buildEnv(loop_, env_); !error.empty()) return error;
+  if (Status built = launch_.buildEnv(loop_, env_); !built.ok()) return built;
   navigator_ = std::make_shared<PageNavigator>();
   overlay_ = std::make_shared<ToastStatusOverlay>();
   alerts_ = std::make_shared<DialogAlerts>();

@@ -38,9 +38,9 @@ class GtkFrontEnd : public PageContext {
   GtkFrontEnd(const GtkFrontEnd&) = delete;
   GtkFrontEnd& operator=(const GtkFrontEnd&) = delete;
 
-  // Prepares the launch, installs the Env and runs start-up. Returns an error text.
+  // Prepares the launch, installs the Env and runs start-up.
   // REQUIRES: GTK initialised, called on its thread.
-  std::string start();
+  Status start();
   // Puts the main view into `window` (an AdwApplicationWindow or a plain window) and
   // ties dialogs and the file chooser to it.
   void attach(Gtk::Window& window);

@@ -48,8 +48,8 @@ int run(const std::filesystem::path& out) {
   int failures = 0;
   {
     GtkDriver driver(home.string(), "35.0606,118.3425");
-    if (!driver.error().empty()) {
-      std::cerr << "qmv-gtk-screenshots: " << driver.error() << '\n';
+    if (!driver.status().ok()) {
+      std::cerr << "qmv-gtk-screenshots: " << driver.status().message() << '\n';
       return 1;
     }
     GtkFrontEnd& app = driver.app();

@@ -54,7 +54,7 @@ AppLaunch::~AppLaunch() {
   if (sandbox_) sandbox_->stop();
 }
 
-std::string AppLaunch::prepare() {
+Status AppLaunch::prepare() {
   // Everything a run writes (settings, sandbox data, caches, downloads) is the member's
   // alone.
   ::umask(077);
@@ -64,17 +64,19 @@ std::string AppLaunch::prepare() {
   // already existed may be shared (/tmp), so only one made here, or the default home,
   // is narrowed.
   const bool created = std::filesystem::create_directories(home_, ec);
-  if (ec) return "cannot create the home directory " + home_.string() + ": " + ec.message();
+  if (ec) return Status::ioError("cannot create the home directory " + home_.string() + ": " + ec.message());
   if (created || options_.home.empty()) {
     std::filesystem::permissions(home_, std::filesystem::perms::owner_all, std::filesystem::perm_options::replace, ec);
   }
   // Before anything reads or writes in the home (the embedded sandbox starts below).
-  if (std::string why = home_files::firstRefusal(home_, kHomeFiles, kHomeDirectories); !why.empty()) return why;
+  if (std::string why = home_files::firstRefusal(home_, kHomeFiles, kHomeDirectories); !why.empty()) {
+    return Status::invalidArgument(std::move(why));
+  }
 
   // Read through the descriptor that was checked, so that a link put in its place after
   // the check above is not followed either.
   const auto conf = home_files::readPrivate(home_ / "qmv.conf", kMaxConfigBytes);
-  if (!conf.error.empty()) return conf.error;
+  if (!conf.error.empty()) return Status::ioError(conf.error);
   std::vector<std::string> warnings;
   config_ = AppConfig::parse(conf.bytes, "qmv.conf", &warnings);
   for (const auto& w : warnings) std::cerr << "qmv: " << w << '\n';
@@ -84,12 +86,15 @@ std::string AppLaunch::prepare() {
   const std::string scheme = urlScheme(config_.serverBaseUrl);
   if (!config_.serverBaseUrl.empty() &&
       ((scheme != "http" && scheme != "https") || urlHost(config_.serverBaseUrl).empty())) {
-    return "the server URL \"" + config_.serverBaseUrl + "\" (" + (options_.server.empty() ? "qmv.conf" : "--server") +
-           ") is not an http or https URL with a host";
+    return Status::invalidArgument("the server URL \"" + config_.serverBaseUrl + "\" (" +
+                                   (options_.server.empty() ? "qmv.conf" : "--server") +
+                                   ") is not an http or https URL with a host");
   }
   if (config_.serverBaseUrl.empty()) {
     sandbox_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "sandbox"});
-    if (std::string error = sandbox_->start(); !error.empty()) return "cannot start the embedded sandbox: " + error;
+    if (const Status started = sandbox_->start(); !started.ok()) {
+      return Status::unavailable("cannot start the embedded sandbox: " + started.message());
+    }
     config_.serverBaseUrl = sandbox_->baseUrl();
     if (config_.webHost.empty()) config_.webHost = sandbox_->rootUrl();
     if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
@@ -103,12 +108,12 @@ std::string AppLaunch::prepare() {
   return {};
 }
 
-std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
+Status AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
   env.mainLoop = loop;
   env.cookies = std::make_shared<CurlCookieStore>();  // the web views take theirs from it too
   env.http = std::make_shared<CurlTransport>(loop, env.cookies);
   auto opened = SqliteSettingsStore::openInHome(home_);
-  if (!opened.store) return "cannot open the settings store: " + opened.error;
+  if (!opened.store) return Status::ioError("cannot open the settings store: " + opened.error);
   if (!opened.keptAside.empty()) {
     std::cerr << "qmv: an unreadable settings file was kept aside as " << opened.keptAside << '\n';
   }
@@ -131,7 +136,7 @@ std::string AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env)
   env.reachability = std::make_shared<InterfaceReachability>();
   if (!options_.at.empty()) {
     at_ = FixedLocationSource::parsePosition(options_.at);
-    if (!at_) return "--at expects LAT,LON in degrees, e.g. --at 35.05,118.33";
+    if (!at_) return Status::invalidArgument("--at expects LAT,LON in degrees, e.g. --at 35.05,118.33");
   }
   env.location = std::make_shared<FixedLocationSource>(loop, at_);
   env.geocoder = std::make_shared<NearestCityGeocoder>(env.files->resourceDirectory() / "area.db");

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "core/common/coordinate.h"
+#include "core/common/status.h"
 #include "platform/env.h"
 #include "shell/app_config.h"
 
@@ -45,9 +46,9 @@ class AppLaunch {
   // Creates the home, refuses it when it or one of the entries a run uses is not the
   // member's own (another user's, writable by others, a symbolic link, a FIFO; nothing
   // is written then), reads its qmv.conf (warnings go to stderr), and starts the
-  // embedded sandbox when no server is given or configured. Returns an error text,
-  // empty on success.
-  std::string prepare();
+  // embedded sandbox when no server is given or configured. A failure's message is
+  // what the front ends print after their name.
+  Status prepare();
 
   // Test seam: when set, every launch keeps the password in this keyring instead of the
   // desktop's Secret Service.
@@ -58,8 +59,8 @@ class AppLaunch {
   // else in the settings file), files, clock, notifications, reachability, position (the
   // --at one, else none), geocoder, text measurer, object storage, the vendor SDKs and
   // the payment channels (the sandbox's payment applications when the sandbox is
-  // embedded, else ones that wait for the vendors' applications to return). REQUIRES: prepare() succeeded. Returns an error text.
-  std::string buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env);
+  // embedded, else ones that wait for the vendors' applications to return). REQUIRES: prepare() succeeded.
+  Status buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env);
 
   // The parsed --at position; nullopt when none was given (an unreadable one fails
   // buildEnv).

@@ -66,14 +66,14 @@ CliApp::SettingsWrapper& CliApp::settingsWrapperForTesting() {
   return wrapper;
 }
 
-std::string CliApp::boot() {
+Status CliApp::boot() {
   LaunchOptions launch{options_.home, options_.server, options_.at, options_.payOutcome, {}};
   launch.openURL = [this](const std::string& url, const std::string& source) {
     if (appDelegate_) appDelegate_->openURL(url, source);
   };
   launch_ = std::make_unique<AppLaunch>(std::move(launch));
-  if (std::string error = launch_->prepare(); !error.empty()) return error;
-  if (std::string error = buildEnv(); !error.empty()) return error;
+  if (Status prepared = launch_->prepare(); !prepared.ok()) return prepared;
+  if (Status built = buildEnv(); !built.ok()) return built;
 
   appDelegate_ = std::make_unique<AppDelegate>(launch_->config());
   appDelegate_->didFinishLaunchingWithOptions();
@@ -104,9 +104,9 @@ void CliApp::endCommand() {
   }
 }
 
-std::string CliApp::buildEnv() {
+Status CliApp::buildEnv() {
   auto loop = std::make_shared<AsioMainLoop>();
-  if (std::string error = launch_->buildEnv(loop, env_); !error.empty()) return error;
+  if (Status built = launch_->buildEnv(loop, env_); !built.ok()) return built;
   if (const auto& wrap = settingsWrapperForTesting()) env_.settings = wrap(env_.settings);
   env_.overlay = std::make_shared<StreamStatusOverlay>(*messageStream_);
   env_.navigator = std::make_shared<StackNavigator>();

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "apps/qmv/cli_output.h"
+#include "core/common/status.h"
 #include "platform/alerts.h"
 #include "platform/env.h"
 #include "shell/app_config.h"
@@ -59,7 +60,7 @@ class CliApp {
 
   // Start-up and automatic login. Returns an error text (empty on success). A home
   // directory created here is the member's alone (mode 0700), as is the default home.
-  std::string boot();
+  Status boot();
 
   // Runs the main loop until `done` or the timeout; false on timeout.
   bool waitUntil(const std::function<bool()>& done, std::chrono::milliseconds timeout = kFlowTimeout);
@@ -112,7 +113,7 @@ class CliApp {
   // The answer to an alert from --answer, or asked on the terminal; nullopt leaves it waiting.
   std::optional<AlertAnswer> answerFor(const AlertSpec& alert);
   std::optional<int> answerIndex(const std::string& answer, const std::vector<std::string>& buttons) const;
-  std::string buildEnv();
+  Status buildEnv();
 
   GlobalOptions options_;
   std::ostream& out_;

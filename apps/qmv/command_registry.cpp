@@ -97,8 +97,8 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   }
   CliApp cli(options, out, in);
   if (entry->needsStart) {
-    if (std::string error = cli.boot(); !error.empty()) {
-      std::cerr << "qmv: " << error << '\n';
+    if (const Status booted = cli.boot(); !booted.ok()) {
+      std::cerr << "qmv: " << booted.message() << '\n';
       return kExitFailure;
     }
   }

@@ -37,8 +37,8 @@ int runSandbox(CliApp& app, int port) {
   sigaddset(&signals, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   sandbox::SandboxServer server(sandbox::SandboxOptions{home / "sandbox", port});
-  if (std::string error = server.start(); !error.empty()) {
-    std::cerr << "qmv: cannot start the sandbox: " << error << '\n';
+  if (const Status started = server.start(); !started.ok()) {
+    std::cerr << "qmv: cannot start the sandbox: " << started.message() << '\n';
     return kExitFailure;
   }
   app.output().line("qmv-sandbox serving " + server.baseUrl());

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/sandbox/sandbox_util.h"
+#include "core/common/string_util.h"
 #include "core/sqlite/sqlite_database.h"
 
 namespace qmv::sandbox {
@@ -171,16 +172,17 @@ std::pair<double, double> wgsToBd09(double lat, double lng) {
 // The client's own table, row for row and in its order (a municipality's city row before
 // its province of the same name, since look-ups by name take the first row), all at
 // kAreaVersion.
-void seedAreas(SandboxStore& db, const std::filesystem::path& areaDatabase) {
+Status seedAreas(SandboxStore& db, const std::filesystem::path& areaDatabase) {
   SQLiteDatabase shipped = SQLiteDatabase::atPath(areaDatabase, SQLiteDatabase::Mode::kImmutable);
   if (const Status opened = shipped.openDatabase(); !opened.ok()) {
-    throw StoreError("the shipped area database " + areaDatabase.string() + " cannot be read: " + opened.message());
+    return Status::ioError("the shipped area database " + areaDatabase.string() + " cannot be read: " +
+                           opened.message());
   }
   const Json rows =
       shipped.getRowsForQuery("SELECT area_id, parent_id, area_name, py_name, area_type, special FROM areas ORDER BY rowid")
           .valueOr(Json::array());
   shipped.closeDatabase();
-  if (!rows.is_array() || rows.empty()) throw StoreError("no areas in " + areaDatabase.string());
+  if (!rows.is_array() || rows.empty()) return Status::notFound("no areas in " + areaDatabase.string());
   db.execute("DELETE FROM areas");
   int64_t seq = 0;
   for (const Json& row : rows) {
@@ -194,6 +196,7 @@ void seedAreas(SandboxStore& db, const std::filesystem::path& areaDatabase) {
                 column("special").is_null() ? Json(0) : column("special"), ++seq, kAreaVersion});
   }
   db.execute("INSERT OR REPLACE INTO meta(key, value) VALUES('area_ver', ?)", {std::to_string(kAreaVersion)});
+  return {};
 }
 
 void seedStores(SandboxStore& db) {
@@ -243,7 +246,7 @@ int64_t addMember(SandboxStore& db, const std::string& num, const std::string& p
       "INSERT INTO members(num, phone, user_name, password, nick_name, sex, birthday, email, inviter_id, balance, "
       "address, address_name, address_phone, postcode, now_exp, name, created) "
       "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
-      {num, phone, phone, md5Hex(kDemoPassword), name, "1", "1990-01-01", "", std::move(inviter), balance,
+      {num, phone, phone, StringUtil::getmd5WithString(kDemoPassword), name, "1", "1990-01-01", "", std::move(inviter), balance,
        "临沂市兰山区沂蒙路100号", name, phone, "276000", exp, name, created});
   const int64_t id = db.lastInsertId();
   if (balance > 0) {
@@ -366,14 +369,15 @@ void seedContent(SandboxStore& db, int64_t now) {
 
 }  // namespace
 
-void prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase) {
-  db.transact(true, [&] {
+Status prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase) {
+  Status areas;
+  const Result<bool> done = db.transact(true, [&] {
     // Areas of homes seeded before they carried versions are a few demo rows: replaced.
     const bool versioned = db.queryOne("SELECT 1 FROM pragma_table_info('areas') WHERE name = 'ver'").is_object();
     if (!versioned) db.executeScript("DROP TABLE IF EXISTS areas");
     db.executeScript(kAreasSchema);
     db.executeScript(kSchema);
-    if (!versioned) seedAreas(db, areaDatabase);
+    if (!versioned && !(areas = seedAreas(db, areaDatabase)).ok()) return false;
     // Homes made before codes counted their wrong attempts.
     if (db.queryOne("SELECT 1 FROM pragma_table_info('sms_codes') WHERE name = 'attempts'").is_null()) {
       db.executeScript("ALTER TABLE sms_codes ADD COLUMN attempts INTEGER NOT NULL DEFAULT 0");
@@ -386,6 +390,8 @@ void prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase
     db.execute("INSERT INTO meta(key, value) VALUES('seeded', ?)", {timeText(now)});
     return true;
   });
+  if (!areas.ok()) return areas;
+  return done.status();
 }
 
 }  // namespace qmv::sandbox

@@ -24,7 +24,7 @@ inline constexpr int64_t kAreaVersion = 20250701;
 // Creates the tables when missing and seeds the demo world once per database (a marker in
 // the meta table records that it was done). The areas come from the "areas" table of the
 // client's shipped database `areaDatabase`, in its order; a home whose areas predate their
-// versions gets them anew. Throws StoreError on a database failure.
-void prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase);
+// versions gets them anew. Returns the failure, with nothing of the set-up kept.
+Status prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase);
 
 }  // namespace qmv::sandbox

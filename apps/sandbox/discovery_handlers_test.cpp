@@ -68,14 +68,14 @@ TEST_F(SandboxTest, AreaListIsTheShippedTableAndThenOnlyItsChanges) {
 
   // A later version: a client holding the earlier one is sent just the changed rows.
   {
-    std::string error;
-    auto db = SandboxStore::open(home_ / "sandbox.db", &error);
-    ASSERT_TRUE(db) << error;
-    db->transact(true, [&] {
+    auto opened = SandboxStore::open(home_ / "sandbox.db");
+    ASSERT_TRUE(opened.ok()) << opened.status().toString();
+    auto& db = *opened;
+    ASSERT_TRUE(db->transact(true, [&] {
       db->execute("UPDATE areas SET ver = ver + 1, name = name || '新' WHERE id IN (110100, 110000)");
       db->execute("UPDATE meta SET value = value + 1 WHERE key = 'area_ver'");
       return true;
-    });
+    }).ok());
   }
   const Json changes = areas(ver);
   EXPECT_NE(changes["ver"], ver);

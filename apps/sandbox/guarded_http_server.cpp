@@ -93,11 +93,12 @@ void GuardedHttpServer::closeAfterAnswer(httplib::Response& res) {
   closeRequested = true;
 }
 
-std::string GuardedHttpServer::answerInMemory(std::string_view request) {
+Result<std::string> GuardedHttpServer::answerInMemory(std::string_view request) {
   MemoryStream stream(request);
   bool closed = false;
   closeRequested = false;
   process_request(stream, true, closed, nullptr);
+  if (stream.output().empty()) return Status::invalidArgument("the request could not be read");
   return std::move(stream.output());
 }
 

@@ -16,6 +16,7 @@
 
 #include "apps/sandbox/connection_gate.h"
 #include "apps/sandbox/sandbox_server.h"
+#include "core/common/result.h"
 
 namespace qmv::sandbox {
 
@@ -32,9 +33,10 @@ class GuardedHttpServer : public httplib::Server {
   static void closeAfterAnswer(httplib::Response& res);
 
   // Serves the one request in `request` as if it arrived on a connection of its own and
-  // returns the bytes of the answer (empty when the request could not be read). No socket
-  // is involved, so the parsing and routing can be driven by a fuzzer or a test.
-  std::string answerInMemory(std::string_view request);
+  // returns the bytes of the answer, or invalidArgument when the request could not be read
+  // well enough to answer. No socket is involved, so the parsing and routing can be driven
+  // by a fuzzer or a test.
+  Result<std::string> answerInMemory(std::string_view request);
 
  private:
   // Hands an accepted socket to the gate (on the accepting thread; never blocks).

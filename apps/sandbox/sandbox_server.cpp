@@ -119,14 +119,13 @@ struct SandboxServer::Impl {
   // The user name of the member signed in with `sessionId`, for the object store.
   std::optional<std::string> userNameOfSession(const std::string& sessionId) {
     std::optional<std::string> name;
-    try {
-      db->transact(false, [&] {
-        const Json member = memberOfSession(sessionId);
-        if (member.is_object() && member["user_name"].is_string()) name = member["user_name"].get<std::string>();
-        return true;
-      });
-    } catch (const std::exception& error) {
-      logLine(std::string("[sandbox] session lookup failed: ") + error.what());
+    const Result<bool> looked = db->transact(false, [&] {
+      const Json member = memberOfSession(sessionId);
+      if (member.is_object() && member["user_name"].is_string()) name = member["user_name"].get<std::string>();
+      return true;
+    });
+    if (!looked.ok()) {
+      logLine("[sandbox] session lookup failed: " + looked.status().message());
       name.reset();
     }
     return name;
@@ -137,9 +136,14 @@ struct SandboxServer::Impl {
              const EndpointParameters& parameters) {
     Reply reply;
     std::vector<std::string> setCookies;
+    const auto fail = [&](const std::string& why) {
+      logLine("[sandbox] " + req.path + " failed: " + why);
+      reply = Reply::refuse(kMsgServerError);
+      setCookies.clear();
+    };
     try {
       std::lock_guard turn(turns);
-      db->transact(endpoint.writes, [&] {
+      const Result<bool> done = db->transact(endpoint.writes, [&] {
         Call call{*db, {}, {}, Json(), "", root(), options.demoSmsCode, {}, {}, false};
         call.peer = peerKey(req.remote_addr);
         call.throttle = throttle.get();
@@ -160,35 +164,35 @@ struct SandboxServer::Impl {
         if (commit) setCookies = std::move(call.setCookies);
         return commit;
       });
+      if (!done.ok()) fail(done.status().message());
     } catch (const std::exception& error) {
-      logLine(std::string("[sandbox] ") + req.path + " failed: " + error.what());
-      reply = Reply::refuse(kMsgServerError);
-      setCookies.clear();
+      // Not a failure path: a guard against a bug, a row of the store's own read as the
+      // wrong JSON type (the transaction is rolled back by then).
+      fail(error.what());
     }
     for (const std::string& value : setCookies) res.set_header("Set-Cookie", value);
     res.set_content(envelope(reply), "application/json; charset=utf-8");
   }
 
-  // Opens the home and its store and sets up the routes, once; an error text on failure.
-  std::string prepare() {
-    if (http) return "";
+  // Opens the home and its store and sets up the routes, once.
+  Status prepare() {
+    if (http) return {};
     std::error_code ec;
     std::filesystem::create_directories(options.home, ec);
-    if (ec) return "cannot create " + options.home.string() + ": " + ec.message();
+    if (ec) return Status::ioError("cannot create " + options.home.string() + ": " + ec.message());
     std::string error;
     paymentKey = loadPaymentKey(options.home, &error);
-    if (paymentKey.empty()) return error;
-    db = SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db",
-                            &error);
-    if (!db) return error;
-    try {
-      const std::filesystem::path resources =
-          options.resources.empty() ? defaultResourceDirectory() : options.resources;
-      prepareDatabase(*db, resources / "area.db");
-      prepareUserNameKeys(*db);
-    } catch (const std::exception& failure) {
+    if (paymentKey.empty()) return Status::ioError(error);
+    Result<std::unique_ptr<SandboxStore>> opened =
+        SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db");
+    if (!opened.ok()) return opened.status();
+    db = std::move(opened).value();
+    const std::filesystem::path resources = options.resources.empty() ? defaultResourceDirectory() : options.resources;
+    Status prepared = prepareDatabase(*db, resources / "area.db");
+    if (prepared.ok()) prepared = prepareUserNameKeys(*db);
+    if (!prepared.ok()) {
       db.reset();
-      return std::string("cannot prepare the sandbox database: ") + failure.what();
+      return Status::ioError("cannot prepare the sandbox database: " + prepared.message(), prepared.libraryCode());
     }
     table = EndpointTable();
     registerAllHandlers(table);
@@ -202,7 +206,7 @@ struct SandboxServer::Impl {
         record(path, req, res);
       });
     }
-    return "";
+    return {};
   }
 
   void route() {
@@ -240,17 +244,14 @@ struct SandboxServer::Impl {
     // client can see that its page host handed the session over.
     http->Get(R"(/static/(.+))", [this](const httplib::Request& req, httplib::Response& res) {
       Json member;
-      try {
-        const auto cookies = parseCookies(req.get_header_value("Cookie"));
-        const auto session = cookies.find("sessionId");
-        std::lock_guard turn(turns);
-        db->transact(false, [&] {
-          member = memberOfSession(session == cookies.end() ? std::string() : session->second);
-          return true;
-        });
-      } catch (const std::exception&) {
-        member = Json();
-      }
+      const auto cookies = parseCookies(req.get_header_value("Cookie"));
+      const auto session = cookies.find("sessionId");
+      std::lock_guard turn(turns);
+      const Result<bool> looked = db->transact(false, [&] {
+        member = memberOfSession(session == cookies.end() ? std::string() : session->second);
+        return true;
+      });
+      if (!looked.ok()) member = Json();
       const auto html = pageHtml(req.path, root(), member);
       if (!html) {
         res.status = 404;
@@ -262,15 +263,11 @@ struct SandboxServer::Impl {
               [](const httplib::Request&, httplib::Response& res) { res.set_content(placeholderPng(), "image/png"); });
     http->Get(R"(/sandbox/portrait/([0-9]+)\.png)", [this](const httplib::Request& req, httplib::Response& res) {
       Json row;
-      try {
-        db->transact(false, [&] {
-          row = db->queryOne("SELECT portrait FROM members WHERE num = ? AND portrait IS NOT NULL",
-                             {req.matches[1].str()});
-          return true;
-        });
-      } catch (const std::exception&) {
-        row = Json();
-      }
+      const Result<bool> read = db->transact(false, [&] {
+        row = db->queryOne("SELECT portrait FROM members WHERE num = ? AND portrait IS NOT NULL", {req.matches[1].str()});
+        return true;
+      });
+      if (!read.ok()) row = Json();
       if (!row.is_object() || !row["portrait"].is_string()) {
         res.status = 404;
         return;
@@ -293,14 +290,14 @@ SandboxServer::SandboxServer(SandboxOptions options) : impl_(std::make_unique<Im
 
 SandboxServer::~SandboxServer() { stop(); }
 
-std::string SandboxServer::start() {
-  if (impl_->thread.joinable()) return "";
-  if (std::string error = impl_->prepare(); !error.empty()) return error;
+Status SandboxServer::start() {
+  if (impl_->thread.joinable()) return {};
+  if (Status prepared = impl_->prepare(); !prepared.ok()) return prepared;
   const int bound = impl_->http->bindTo(impl_->options.host, impl_->options.port);
   if (bound <= 0) {
     impl_->http.reset();
     impl_->db.reset();
-    return "cannot listen on " + impl_->options.host + ":" + std::to_string(impl_->options.port);
+    return Status::unavailable("cannot listen on " + impl_->options.host + ":" + std::to_string(impl_->options.port));
   }
   impl_->port = bound;
   impl_->thread = std::thread([http = impl_->http.get()] { http->listen_after_bind(); });
@@ -308,7 +305,7 @@ std::string SandboxServer::start() {
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
   logLine("[sandbox] serving " + baseUrl() + " from " + (impl_->options.home / "sandbox.db").string());
-  return "";
+  return {};
 }
 
 void SandboxServer::stop() {
@@ -328,30 +325,24 @@ std::string SandboxServer::rootUrl() const { return impl_->root(); }
 
 std::string SandboxServer::paymentKey() const { return impl_->paymentKey; }
 
-std::string SandboxServer::answerRequest(std::string_view request) {
-  if (!impl_->prepare().empty()) return "";
+Result<std::string> SandboxServer::answerRequest(std::string_view request) {
+  if (Status prepared = impl_->prepare(); !prepared.ok()) return prepared;
   return impl_->http->answerInMemory(request);
 }
 
-std::string SandboxServer::rememberState() {
-  if (std::string error = impl_->prepare(); !error.empty()) return error;
-  try {
-    impl_->rememberedImage = impl_->db->image();
-  } catch (const StoreError& error) {
-    return error.what();
-  }
-  return "";
+Status SandboxServer::rememberState() {
+  if (Status prepared = impl_->prepare(); !prepared.ok()) return prepared;
+  Result<std::string> image = impl_->db->image();
+  if (!image.ok()) return image.status();
+  impl_->rememberedImage = std::move(image).value();
+  return {};
 }
 
-std::string SandboxServer::returnToState() {
-  if (!impl_->db || impl_->rememberedImage.empty()) return "nothing remembered";
-  try {
-    impl_->db->restoreImage(impl_->rememberedImage);
-    impl_->throttle->clear();
-  } catch (const StoreError& error) {
-    return error.what();
-  }
-  return "";
+Status SandboxServer::returnToState() {
+  if (!impl_->db || impl_->rememberedImage.empty()) return Status::notFound("nothing remembered");
+  if (Status restored = impl_->db->restoreImage(impl_->rememberedImage); !restored.ok()) return restored;
+  impl_->throttle->clear();
+  return {};
 }
 
 }  // namespace qmv::sandbox

@@ -21,6 +21,9 @@
 #include <string>
 #include <string_view>
 
+#include "core/common/result.h"
+#include "core/common/status.h"
+
 namespace qmv::sandbox {
 
 // The SMS code of demo mode: every code request is answered with it (and it is logged).
@@ -73,9 +76,9 @@ class SandboxServer {
   SandboxServer& operator=(const SandboxServer&) = delete;
 
   // Creates the home when missing, opens <home>/sandbox.db, seeds the demo world on first
-  // use, binds (port 0 = a free port) and serves on a thread. Returns an error text on
-  // failure (empty on success). Calling it while running does nothing.
-  std::string start();
+  // use, binds (port 0 = a free port) and serves on a thread. Calling it while running does
+  // nothing.
+  Status start();
   // Stops serving and waits for the serving thread; safe to call more than once.
   void stop();
   // The bound port (0 before a successful start).
@@ -88,17 +91,16 @@ class SandboxServer {
   // applications standing in for the vendors; "" before the home is opened.
   std::string paymentKey() const;
 
-  // Serves one raw HTTP request without any socket and returns the raw answer: empty when
-  // the request could not be read, or when the home could not be opened (as start() does
-  // on first use, but without binding).
-  std::string answerRequest(std::string_view request);
+  // Serves one raw HTTP request without any socket and returns the raw answer, or why the
+  // home could not be opened (as start() does on first use, but without binding) or the
+  // request not be read.
+  Result<std::string> answerRequest(std::string_view request);
 
   // Remembers the database as it is now (opening the home when needed), and puts it back
   // as remembered, so that each of many requests starts from the same world; after the
-  // first return the database lives in memory only. Error texts on failure (empty on
-  // success). Not while serving.
-  std::string rememberState();
-  std::string returnToState();
+  // first return the database lives in memory only. Not while serving.
+  Status rememberState();
+  Status returnToState();
 
  private:
   struct Impl;

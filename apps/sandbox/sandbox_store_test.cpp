@@ -14,51 +14,65 @@ class SandboxStoreTest : public ::testing::Test {
   void SetUp() override {
     home_ = freshHome();
     std::filesystem::create_directories(home_);
-    std::string error;
-    db_ = SandboxStore::open(home_ / "t.db", &error);
-    ASSERT_TRUE(db_) << error;
-    db_->transact(true, [&] {
-      db_->executeScript("CREATE TABLE t(id INTEGER PRIMARY KEY, name TEXT, amount INTEGER CHECK(amount >= 0))");
-      return true;
-    });
+    reopen();
+    ASSERT_TRUE(db_->transact(true, [&] {
+                      db_->executeScript("CREATE TABLE t(id INTEGER PRIMARY KEY, name TEXT, amount INTEGER CHECK(amount >= 0))");
+                      return true;
+                    }).ok());
+  }
+  void reopen() {
+    auto opened = SandboxStore::open(home_ / "t.db");
+    ASSERT_TRUE(opened.ok()) << opened.status().toString();
+    db_ = std::move(opened).value();
   }
   void TearDown() override {
     db_.reset();
     std::filesystem::remove_all(home_);
   }
+  // -1 when the store cannot be read.
   long long rows() {
-    long long n = 0;
-    db_->transact(false, [&] {
-      n = db_->queryOne("SELECT COUNT(*) AS n FROM t")["n"].get<long long>();
+    long long n = -1;
+    const Result<bool> read = db_->transact(false, [&] {
+      const Json row = db_->queryOne("SELECT COUNT(*) AS n FROM t");
+      if (row.is_object()) n = row["n"].get<long long>();
       return true;
     });
-    return n;
+    return read.ok() ? n : -1;
   }
   std::filesystem::path home_;
   std::unique_ptr<SandboxStore> db_;
 };
 
+// The first failing statement sticks: later ones do nothing, and the whole transaction is
+// rolled back with that failure even when the work asks to commit.
 TEST_F(SandboxStoreTest, RefusedOrFailingWorkLeavesNothingBehind) {
-  EXPECT_FALSE(db_->transact(true, [&] {
+  const Result<bool> refused = db_->transact(true, [&] {
     db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"a", 1});
     return false;
-  }));
+  });
+  ASSERT_TRUE(refused.ok());
+  EXPECT_FALSE(*refused);
   EXPECT_EQ(rows(), 0);
-  EXPECT_THROW(
-      db_->transact(true,
-                    [&] {
-                      db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"b", 1});
-                      db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"c", -1});  // violates the check
-                      return true;
-                    }),
-      StoreError);
-  EXPECT_EQ(rows(), 0);
-  EXPECT_THROW(db_->transact(false, [&] { return !db_->query("SELECT nothing FROM nowhere").empty(); }), StoreError);
-  ASSERT_TRUE(db_->transact(true, [&] {
-    db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"名字", int64_t{7}});
-    db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {nullptr, 2.5});
+  int64_t afterFailure = -1;
+  bool rowsAfterFailure = true;
+  const Result<bool> failed = db_->transact(true, [&] {
+    db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"b", 1});
+    db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"c", -1});  // violates the check
+    afterFailure = db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"d", 1});
+    rowsAfterFailure = !db_->query("SELECT 1 AS one").empty();
     return true;
-  }));
+  });
+  ASSERT_FALSE(failed.ok());
+  EXPECT_NE(failed.status().message().find("CHECK"), std::string::npos) << failed.status().toString();
+  EXPECT_EQ(afterFailure, 0);
+  EXPECT_FALSE(rowsAfterFailure);
+  EXPECT_EQ(rows(), 0);
+  EXPECT_FALSE(db_->transact(false, [&] { return !db_->query("SELECT nothing FROM nowhere").empty(); }).ok());
+  ASSERT_TRUE(db_->transact(true, [&] {
+                   db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {"名字", int64_t{7}});
+                   db_->execute("INSERT INTO t(name, amount) VALUES(?, ?)", {nullptr, 2.5});
+                   return true;
+                 }).value());
   db_->transact(false, [&] {
     const auto all = db_->query("SELECT name, amount FROM t ORDER BY id");
     EXPECT_EQ(all.size(), 2u);
@@ -71,9 +85,11 @@ TEST_F(SandboxStoreTest, RefusedOrFailingWorkLeavesNothingBehind) {
 }
 
 TEST_F(SandboxStoreTest, OpenReportsAnUnusablePath) {
-  std::string error;
-  EXPECT_EQ(SandboxStore::open(home_ / "missing-dir" / "x.db", &error), nullptr);
-  EXPECT_FALSE(error.empty());
+  const auto opened = SandboxStore::open(home_ / "missing-dir" / "x.db");
+  ASSERT_FALSE(opened.ok());
+  EXPECT_EQ(opened.status().message().rfind("cannot open " + (home_ / "missing-dir" / "x.db").string() + ": ", 0), 0u)
+      << opened.status().message();
+  EXPECT_FALSE(std::filesystem::exists(home_ / "missing-dir"));
 }
 
 // The image of a WAL file comes back in memory, as often as asked; from the first return
@@ -86,23 +102,52 @@ TEST_F(SandboxStoreTest, RestoredImageUndoesLaterWritesEveryTime) {
     });
   };
   insert("kept");
-  const std::string image = db_->image();
+  const Result<std::string> image = db_->image();
+  ASSERT_TRUE(image.ok()) << image.status().toString();
   for (int round = 0; round < 3; ++round) {
     insert("dropped");
     insert("dropped");
     EXPECT_EQ(rows(), 3);
-    db_->restoreImage(image);
+    ASSERT_TRUE(db_->restoreImage(*image).ok());
     EXPECT_EQ(rows(), 1);
   }
   insert("in memory");
   db_.reset();
-  std::string error;
-  db_ = SandboxStore::open(home_ / "t.db", &error);
-  ASSERT_TRUE(db_) << error;
+  reopen();
   EXPECT_EQ(rows(), 3);  // "kept" and the first round's two
 
-  db_->restoreImage("not a database");
-  EXPECT_THROW(rows(), StoreError);
+  const Status restored = db_->restoreImage("not a database");
+  EXPECT_TRUE(!restored.ok() || rows() == -1);
+}
+
+// A statement failing in the middle of a request: the writes before it are rolled back and
+// the answer is the server-error message, as for any failure of the store.
+TEST(SandboxStoreInServe, AFailingStatementRollsTheRequestBack) {
+  const auto home = freshHome();
+  SandboxServer server(SandboxOptions{home, 0, "127.0.0.1", true});
+  ASSERT_TRUE(server.start().ok());
+  ApiClient api(server.port());
+  const std::string session = api.login();
+  ASSERT_FALSE(session.empty());
+  const auto orders = [&] {
+    return api.get("getMyPosts", {{"sessionId", session}, {"page", "1"}, {"type", "0"}})["data"]["dataList"].size();
+  };
+  const auto before = orders();
+  {
+    // Paying a store takes the balance first and counts the store's sale last.
+    auto side = SandboxStore::open(home / "sandbox.db");
+    ASSERT_TRUE(side.ok());
+    ASSERT_TRUE((*side)->executeScript("CREATE TRIGGER sabotage BEFORE UPDATE OF sold ON stores "
+                                       "BEGIN SELECT RAISE(ABORT, 'sabotaged'); END").ok());
+  }
+  const Json reply = api.post("postPayForStore",
+                              {{"sessionId", session}, {"totalFee", "1000"}, {"accountType", "3"}, {"storeId", "1"}});
+  EXPECT_EQ(reply.value("message", ""), kMsgServerError) << reply.dump();
+  EXPECT_NE(reply.value("success", "0"), "0");
+  EXPECT_EQ(api.balance(session), kDemoBalanceFen);
+  EXPECT_EQ(orders(), before);
+  server.stop();
+  std::filesystem::remove_all(home);
 }
 
 // Two sandboxes on one home (the CLI and a standalone one) share the database file: their
@@ -111,8 +156,8 @@ TEST(SandboxSharedHome, TwoServersOnOneHomeKeepTheBalanceConsistent) {
   const auto home = freshHome();
   SandboxServer first(SandboxOptions{home, 0, "127.0.0.1", true});
   SandboxServer second(SandboxOptions{home, 0, "127.0.0.1", true});
-  ASSERT_EQ(first.start(), "");
-  ASSERT_EQ(second.start(), "");
+  ASSERT_TRUE(first.start().ok());
+  ASSERT_TRUE(second.start().ok());
   const std::string session = ApiClient(first.port()).login();
   ASSERT_FALSE(session.empty());
   constexpr long long kFee = 2300;

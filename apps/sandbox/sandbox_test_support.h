@@ -16,6 +16,7 @@
 #include "apps/sandbox/sandbox_server.h"
 #include "apps/sandbox/sandbox_util.h"
 #include "core/common/json.h"
+#include "core/common/string_util.h"
 
 namespace qmv::sandbox::testing {
 
@@ -57,7 +58,7 @@ class ApiClient {
 
   // Signs in and returns the session id ("" when refused).
   std::string login(const std::string& phone = kDemoPhone, const std::string& password = kDemoPassword) {
-    const Json reply = get("getUserLogin", {{"userName", phone}, {"userPassword", md5Hex(password)}});
+    const Json reply = get("getUserLogin", {{"userName", phone}, {"userPassword", StringUtil::getmd5WithString(password)}});
     return reply.value("success", "") == "0" ? reply["data"].value("sessionId", "") : "";
   }
   long long balance(const std::string& session) {
@@ -79,7 +80,7 @@ class SandboxTest : public ::testing::Test {
   void SetUp() override {
     home_ = freshHome();
     server_ = std::make_unique<SandboxServer>(SandboxOptions{home_, 0, "127.0.0.1", true});
-    ASSERT_EQ(server_->start(), "");
+    ASSERT_TRUE(server_->start().ok());
     api_ = std::make_unique<ApiClient>(server_->port());
   }
   void TearDown() override {

@@ -1,6 +1,5 @@
 #include "apps/sandbox/sandbox_util.h"
 
-#include <openssl/evp.h>
 #include <openssl/rand.h>
 
 #include <algorithm>
@@ -55,19 +54,6 @@ std::string dateText(int64_t seconds) { return formatTime(seconds, "%Y-%m-%d"); 
 std::string randomHex(size_t length) { return randomText(length, "0123456789abcdef", 16); }
 
 std::string randomDigits(size_t length) { return randomText(length, "0123456789", 10); }
-
-std::string md5Hex(const std::string& text) {
-  unsigned char digest[EVP_MAX_MD_SIZE];
-  unsigned int length = 0;
-  EVP_Digest(text.data(), text.size(), digest, &length, EVP_md5(), nullptr);
-  std::string out;
-  char pair[3];
-  for (unsigned int i = 0; i < length; ++i) {
-    std::snprintf(pair, sizeof pair, "%02x", digest[i]);
-    out += pair;
-  }
-  return out;
-}
 
 std::optional<int64_t> parseInteger(const std::string& text, int64_t min, int64_t max) {
   if (text.empty() || text.size() > 18) return std::nullopt;

@@ -33,9 +33,6 @@ std::string dateText(int64_t seconds);
 std::string randomHex(size_t length);
 std::string randomDigits(size_t length);
 
-// Lower-case hexadecimal MD5 of `text`.
-std::string md5Hex(const std::string& text);
-
 // The decimal integer in `text` when it is one (optional sign, digits only) and lies in
 // [min, max]; otherwise nothing.
 std::optional<int64_t> parseInteger(const std::string& text, int64_t min, int64_t max);

@@ -75,8 +75,8 @@ const char* userNameProblem(SandboxStore& db, const std::string& name, const std
   return nullptr;
 }
 
-void prepareUserNameKeys(SandboxStore& db) {
-  db.transact(true, [&] {
+Status prepareUserNameKeys(SandboxStore& db) {
+  return db.transact(true, [&] {
     if (db.queryOne("SELECT 1 FROM pragma_table_info('members') WHERE name = 'name_key'").is_null()) {
       db.executeScript("ALTER TABLE members ADD COLUMN name_key TEXT");
     }
@@ -86,7 +86,7 @@ void prepareUserNameKeys(SandboxStore& db) {
                  {userNameKey(row["user_name"].get<std::string>()), row["id"]});
     }
     return true;
-  });
+  }).status();
 }
 
 }  // namespace qmv::sandbox

@@ -24,7 +24,7 @@ std::string userNameKey(const std::string& name);
 const char* userNameProblem(SandboxStore& db, const std::string& name, const std::string& phone);
 
 // Adds members.name_key to a home made before it and fills it where it is missing (members
-// seeded or registered without it). Throws StoreError on a database failure.
-void prepareUserNameKeys(SandboxStore& db);
+// seeded or registered without it). Returns a database failure.
+Status prepareUserNameKeys(SandboxStore& db);
 
 }  // namespace qmv::sandbox

@@ -1,13 +1,11 @@
 #include "core/request/network_util.h"
 
-#include <openssl/evp.h>
-
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 
 #include "core/common/dictionary.h"
+#include "core/common/string_util.h"
 #include "core/common/url_parts.h"
 #include "qmv/version.h"
 
@@ -109,18 +107,12 @@ bool NetworkUtil::addDoNotBackupAttribute(const std::string& path) {
 }
 
 std::optional<std::string> NetworkUtil::md5StringFromString(const std::string& text) {
-  const std::size_t length = std::strlen(text.c_str());
-  if (length == 0) return std::nullopt;
-  unsigned char digest[EVP_MAX_MD_SIZE];
-  unsigned int digestLength = 0;
-  if (EVP_Digest(text.data(), length, digest, &digestLength, EVP_md5(), nullptr) != 1) return std::nullopt;
-  std::string out;
-  char byte[3];
-  for (unsigned int i = 0; i < digestLength; ++i) {
-    std::snprintf(byte, sizeof byte, "%02x", digest[i]);
-    out += byte;
-  }
-  return out;
+  // Only the text before a NUL counts, as for the C string it once was.
+  const std::string_view head(text.c_str(), std::strlen(text.c_str()));
+  if (head.empty()) return std::nullopt;
+  std::string digest = StringUtil::getmd5WithString(head);
+  if (digest.empty()) return std::nullopt;
+  return digest;
 }
 
 std::string NetworkUtil::appVersionString() { return appVersionOverride().value_or(QMV_VERSION_STRING); }

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstring>
 #include <mutex>
 #include <system_error>
 #include <unordered_map>
@@ -79,6 +80,7 @@ struct SQLiteDatabase::Impl {
   std::filesystem::path path;
   Mode mode = Mode::kReadWrite;
   Links links = Links::kFollow;
+  Directories directories = Directories::kCreate;
   sqlite3* db = nullptr;
   int transactionDepth = 0;  // > 0 while transaction() runs: nothing closes the handle
   std::recursive_mutex mutex;
@@ -94,7 +96,9 @@ struct SQLiteDatabase::Impl {
     if (mode == Mode::kReadWrite) {
       flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
       std::error_code ec;
-      if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), ec);
+      if (directories == Directories::kCreate && path.has_parent_path()) {
+        std::filesystem::create_directories(path.parent_path(), ec);
+      }
     } else if (mode == Mode::kImmutable) {
       flags |= SQLITE_OPEN_URI;
       // Escaped whole, so that "?", "#" or "%" in a directory name keep their meaning.
@@ -222,14 +226,20 @@ struct SQLiteDatabase::Impl {
   }
 };
 
-SQLiteDatabase::SQLiteDatabase(std::filesystem::path path, Mode mode, Links links) : impl_(std::make_unique<Impl>()) {
+SQLiteDatabase::SQLiteDatabase(std::filesystem::path path, Mode mode, Links links, Directories directories)
+    : impl_(std::make_unique<Impl>()) {
   impl_->path = std::move(path);
   impl_->mode = mode;
   impl_->links = links;
+  impl_->directories = directories;
 }
 
-SQLiteDatabase SQLiteDatabase::atPath(std::filesystem::path path, Mode mode, Links links) {
-  return SQLiteDatabase(std::move(path), mode, links);
+SQLiteDatabase SQLiteDatabase::atPath(std::filesystem::path path, Mode mode, Links links, Directories directories) {
+  return SQLiteDatabase(std::move(path), mode, links, directories);
+}
+
+SQLiteDatabase SQLiteDatabase::inMemory() {
+  return SQLiteDatabase(":memory:", Mode::kReadWrite, Links::kFollow, Directories::kMustExist);
 }
 
 SQLiteDatabase::~SQLiteDatabase() {
@@ -290,7 +300,13 @@ Status SQLiteDatabase::transaction(TransactionKind kind, const std::function<Sta
   Status status = impl_->execute(kind == TransactionKind::kImmediate ? "BEGIN IMMEDIATE" : "BEGIN");
   if (!status.ok()) return status;
   ++impl_->transactionDepth;
-  status = body();
+  try {
+    status = body();
+  } catch (...) {
+    --impl_->transactionDepth;
+    if (sqlite3_get_autocommit(impl_->db) == 0) impl_->execute("ROLLBACK");
+    throw;
+  }
   --impl_->transactionDepth;
   if (status.ok()) status = impl_->execute("COMMIT");
   // A failed COMMIT can leave the transaction open (SQLITE_BUSY); it must not outlive the call.
@@ -330,6 +346,39 @@ std::int64_t SQLiteDatabase::getLastInsertRowID() {
 std::int64_t SQLiteDatabase::changes() {
   std::lock_guard lock(impl_->mutex);
   return impl_->db != nullptr ? sqlite3_changes64(impl_->db) : 0;
+}
+
+Result<std::string> SQLiteDatabase::serialize() {
+  std::lock_guard lock(impl_->mutex);
+  if (Status opened = impl_->open(); !opened.ok()) return opened;
+  sqlite3_int64 size = 0;
+  unsigned char* bytes = sqlite3_serialize(impl_->db, "main", &size, 0);
+  if (bytes == nullptr) {
+    // An empty database has no pages to copy.
+    if (sqlite3_errcode(impl_->db) == SQLITE_OK) return std::string();
+    return impl_->lastError();
+  }
+  std::string image(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size));
+  sqlite3_free(bytes);
+  return image;
+}
+
+Status SQLiteDatabase::deserialize(std::string_view image) {
+  std::lock_guard lock(impl_->mutex);
+  if (Status opened = impl_->open(); !opened.ok()) return opened;
+  impl_->kept.clear();
+  // SQLite owns (and frees) what it is handed, and may grow it as statements write.
+  auto* bytes = static_cast<unsigned char*>(sqlite3_malloc64(image.empty() ? 1 : image.size()));
+  if (bytes == nullptr) return Status::ioError("The database image could not be restored: out of memory", SQLITE_NOMEM);
+  std::memcpy(bytes, image.data(), image.size());
+  // The header's format bytes say WAL for an image of a WAL file; memory has no WAL.
+  if (image.size() > 19 && bytes[18] == 2 && bytes[19] == 2) bytes[18] = bytes[19] = 1;
+  const auto size = static_cast<sqlite3_int64>(image.size());
+  if (sqlite3_deserialize(impl_->db, "main", bytes, size, size,
+                          SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE) != SQLITE_OK) {
+    return impl_->lastError();
+  }
+  return {};
 }
 
 Status SQLiteDatabase::checkpoint() {

@@ -63,10 +63,16 @@ class SQLiteDatabase {
   // files whose owner has checked them first.
   enum class Links { kFollow, kRefuse };
   enum class TransactionKind { kDeferred, kImmediate };
+  // kMustExist opens a read-write database only in a directory that is already there.
+  enum class Directories { kCreate, kMustExist };
 
   // A database at exactly `path`. kReadOnly and kImmutable never create a file: opening
   // a missing one fails.
-  static SQLiteDatabase atPath(std::filesystem::path path, Mode mode = Mode::kReadWrite, Links links = Links::kFollow);
+  static SQLiteDatabase atPath(std::filesystem::path path, Mode mode = Mode::kReadWrite, Links links = Links::kFollow,
+                               Directories directories = Directories::kCreate);
+  // A read-write database in memory only, gone when it is closed (getDatabasePath() is
+  // ":memory:").
+  static SQLiteDatabase inMemory();
   ~SQLiteDatabase();
   SQLiteDatabase(SQLiteDatabase&&) noexcept;
   SQLiteDatabase& operator=(SQLiteDatabase&&) noexcept;
@@ -93,7 +99,8 @@ class SQLiteDatabase {
 
   // Runs `body` inside one transaction on a connection held open throughout: committed
   // when `body` returns OK, rolled back otherwise (its Status is returned), and a failed
-  // COMMIT is rolled back and returned. The connection stays open afterwards. A call made
+  // COMMIT is rolled back and returned. An exception out of `body` rolls back and is
+  // rethrown. The connection stays open afterwards. A call made
   // from inside `body` joins the running transaction.
   Status transaction(TransactionKind kind, const std::function<Status()>& body);
 
@@ -115,6 +122,14 @@ class SQLiteDatabase {
   // Rows changed by the last insert, update or delete on this connection (0 when closed).
   std::int64_t changes();
 
+  // The whole database as the bytes of its file, or the failure to read it.
+  Result<std::string> serialize();
+  // Replaces the database with `image` (such bytes); from then on it lives in memory and
+  // writes never reach the file. An image of a WAL file is read as a rollback-journal
+  // one, since memory has no write-ahead log. Fails on bytes that are no database
+  // (perhaps only at the first statement that reads them). REQUIRES: outside transaction().
+  Status deserialize(std::string_view image);
+
   // A passive checkpoint of the write-ahead log: copies what no reader still needs into
   // the database file without waiting for anyone. Does nothing on a closed database.
   Status checkpoint();
@@ -135,7 +150,7 @@ class SQLiteDatabase {
   static Status createDBErrorWithDescription(std::string description, int code);
 
  private:
-  SQLiteDatabase(std::filesystem::path path, Mode mode, Links links);
+  SQLiteDatabase(std::filesystem::path path, Mode mode, Links links, Directories directories);
 
   struct Impl;
   std::unique_ptr<Impl> impl_;

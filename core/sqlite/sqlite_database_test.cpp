@@ -244,5 +244,46 @@ TEST(SQLiteDatabaseTest, WriterAndReadersShareOneObjectSafely) {
   EXPECT_EQ(moved.getRowsForQuery("select count(*) as c from w").value()[0]["c"], 40);
 }
 
+// An image of a WAL file comes back in another connection's memory, whatever its
+// statements had kept; later writes never reach either file.
+TEST(SQLiteDatabaseTest, ImagesRoundTripIntoMemory) {
+  TempHome home;
+  auto file = SQLiteDatabase::atPath(home.caches() / "image.db");
+  ASSERT_TRUE(file.executeScript("PRAGMA journal_mode=WAL; CREATE TABLE t(v TEXT); INSERT INTO t VALUES('kept')").ok());
+  const Result<std::string> image = file.serialize();
+  ASSERT_TRUE(image.ok()) << image.status().toString();
+
+  auto memory = SQLiteDatabase::inMemory();
+  EXPECT_EQ(memory.getDatabasePath(), ":memory:");
+  ASSERT_TRUE(memory.executeScript("CREATE TABLE t(v TEXT)").ok());
+  const auto count = [&memory] {
+    return memory.getRowsForQuery("SELECT count(*) AS n FROM t", {}).value()[0]["n"].get<int>();
+  };
+  EXPECT_EQ(count(), 0);  // the kept statement was prepared on the old schema
+  for (int round = 0; round < 2; ++round) {
+    ASSERT_TRUE(memory.deserialize(*image).ok());
+    EXPECT_EQ(count(), 1);
+    ASSERT_TRUE(memory.doUpdateQuery("INSERT INTO t VALUES(?)", {std::string("dropped")}).ok());
+    EXPECT_EQ(count(), 2);
+  }
+  ASSERT_TRUE(file.deserialize(*image).ok());
+  ASSERT_TRUE(file.doUpdateQuery("INSERT INTO t VALUES('memory only')", {}).ok());
+  ASSERT_TRUE(file.closeDatabase().ok());
+  EXPECT_EQ(file.getRowsForQuery("SELECT count(*) AS n FROM t").value()[0]["n"], 1);
+
+  const Status restored = memory.deserialize("not a database");
+  EXPECT_TRUE(restored.isCorruption() || memory.getRowsForQuery("SELECT * FROM t").status().isCorruption());
+
+  // An exception out of a held transaction rolls it back and leaves the connection usable.
+  EXPECT_THROW(file.transaction(SQLiteDatabase::TransactionKind::kImmediate,
+                                [&]() -> Status {
+                                  file.doUpdateQuery("INSERT INTO t VALUES('thrown')", {});
+                                  throw std::runtime_error("bug");
+                                }),
+               std::runtime_error);
+  EXPECT_TRUE(file.transaction(SQLiteDatabase::TransactionKind::kDeferred, [] { return Status(); }).ok());
+  EXPECT_EQ(file.getRowsForQuery("SELECT count(*) AS n FROM t").value()[0]["n"], 1);
+}
+
 }  // namespace
 }  // namespace qmv
