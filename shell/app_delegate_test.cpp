@@ -21,6 +21,7 @@
 #include "platform/testing/recording_payment_channels.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/scripted_alerts.h"
+#include "platform/testing/test_env.h"
 #include "platform/vendor_sdks.h"
 #include "shell/server_switch.h"
 
@@ -150,7 +151,7 @@ struct ShellFixture : ::testing::Test {
     env.reachability = reach;
     env.notifications = logged;
     env.payments = std::make_shared<PaymentChannels>(PaymentChannels{wechat, alipay, uppay});
-    scope = std::make_unique<ScopedEnv>(std::move(env));
+    scope = std::make_unique<ScopedEnv>(completedForTesting(std::move(env)));
     for (const char* name : {"pay_success_noti", "changeBaseUrl"}) {
       notifications->addObserver(name, [this](const std::string& n, const Json&) { posted.push_back(n); });
     }
