@@ -101,19 +101,12 @@ class NullCamera : public Camera {
 
 class NullAppWindow : public AppWindow {
  public:
-  void setBackgroundColor(const Rgba&) override {}
-  void configureKeyboard(bool, bool, bool) override {}
-  void setOverlayDefaultStyle(int) override {}
-  void setStatusBar(bool, int) override {}
-  void setNavigationBarAppearance(const NavigationBarAppearance&) override {}
-  void createWithScreenBounds() override {}
-  void makeKeyAndVisible() override {}
+  void setLooks(const AppLooks&) override {}
   void showLaunchView(const std::string&, const std::string&) override {}
   void removeLaunchView() override {}
   bool isLaunchViewShown() const override { return false; }
   void removeCachedImage(const std::string&) override {}
-  void setApplicationIconBadgeNumber(int) override {}
-  void cancelAllLocalNotifications() override {}
+  void clearBadge() override {}
 };
 
 template <typename Null, typename Port>

@@ -46,28 +46,20 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
   const Env& env = Env::current();
   env.crashReporter->start(config_.crashReporterAppId);
   initPush(launchOptions);
-  env.window->setBackgroundColor(Rgba{255, 255, 255, 1});
-  env.window->configureKeyboard(/*automaticToolbar=*/false, /*enabled=*/true, /*resignOnTouchOutside=*/true);
+  env.window->setLooks(AppLooks{.background = Rgba{255, 255, 255, 1},
+                                .barTint = Rgba{241, 161, 72, 1},
+                                .tint = Rgba{255, 255, 255, 1},
+                                .titleColor = Rgba{255, 255, 255, 1},
+                                .titleFontSize = 18});
   changeBaseUrlToken_ = env.notifications->addObserver(
       kChangeBaseUrlNotification, [this](const std::string&, const Json& userInfo) { changeBaseUrl(userInfo); });
   NetworkConfig::sharedInstance().setBaseUrl(config_.serverBaseUrl);
   if (config_.maxResponseBytes > 0) NetworkConfig::sharedInstance().setMaxResponseBytes(config_.maxResponseBytes);
   NetworkConfig::sharedInstance().setWebHost(config_.webHost);
-  env.window->setOverlayDefaultStyle(1);
   env.reachability->startMonitoring();
   env.analytics->start(config_.analyticsAppKey, 1, "");
   initShare();
   if (env.payments->wechat) env.payments->wechat->registerApp(config_.wechatAppId, "qmv");
-  env.window->setStatusBar(/*hidden=*/false, /*style=*/1);
-  NavigationBarAppearance looks;
-  looks.barTint = Rgba{241, 161, 72, 1};
-  looks.tint = Rgba{255, 255, 255, 1};
-  looks.titleColor = Rgba{255, 255, 255, 1};
-  looks.titleFontSize = 18;
-  looks.backTitleOffsetX = 0;
-  looks.backTitleOffsetY = -60;  // hides the back button's title
-  env.window->setNavigationBarAppearance(looks);
-  env.window->createWithScreenBounds();
 
   if (env.settings->boolForKey("isLaunched")) {
     showMainTabs();
@@ -76,7 +68,6 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
     env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
   }
 
-  env.window->makeKeyAndVisible();
   env.settings->setBool(true, "isLaunched");
   env.settings->synchronize();
   showLaunchImage();
@@ -104,7 +95,6 @@ void AppDelegate::showMainTabs() {
   const Env& env = Env::current();
   // The community page is the H5 tab, opened with its page type.
   env.navigator->setRoot("TabBarViewController", Json{{"viewControllers", tabs}, {"h5Type", h5_texts::kCommunityType}});
-  env.window->makeKeyAndVisible();
 }
 
 void AppDelegate::showLaunchImage() {
@@ -127,10 +117,7 @@ void AppDelegate::changeBaseUrl(const Json& userInfo) {
   NetworkConfig::sharedInstance().setBaseUrl(strForKey(userInfo, "type"));
 }
 
-void AppDelegate::applicationWillEnterForeground() {
-  Env::current().window->setApplicationIconBadgeNumber(0);
-  Env::current().window->cancelAllLocalNotifications();
-}
+void AppDelegate::applicationWillEnterForeground() { Env::current().window->clearBadge(); }
 
 bool AppDelegate::openURL(const std::string& url, const std::string& sourceApplication) {
   const auto& payments = Env::current().payments;
