@@ -26,6 +26,7 @@
 #include "platform/testing/loopback_server.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/temp_home.h"
+#include "platform/testing/test_env.h"
 
 int main(int argc, char** argv) {
   using namespace qmv;
@@ -49,7 +50,7 @@ int main(int argc, char** argv) {
   env.http = std::make_shared<CurlTransport>(loop, env.cookies);
   env.notifications = std::make_shared<SynchronousNotificationCenter>();
   env.overlay = std::make_shared<RecordingStatusOverlay>();
-  ScopedEnv scoped(std::move(env));
+  ScopedEnv scoped(completedForTesting(std::move(env)));
   GlobalData::resetSharedInstance();
   NetworkConfig::sharedInstance().setBaseUrl(server.url("/qmv/app/v3/"));
 

@@ -19,6 +19,7 @@
 #include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/testing/loopback_server.h"
+#include "platform/testing/test_env.h"
 
 namespace {
 
@@ -84,7 +85,7 @@ class AgentSide {
     env.mainLoop = loop;
     env.cookies = std::make_shared<qmv::CurlCookieStore>();
     env.http = std::make_shared<qmv::CurlTransport>(loop, env.cookies);
-    return env;
+    return qmv::completedForTesting(std::move(env));
   }
 
   std::shared_ptr<qmv::AsioMainLoop> loop_;

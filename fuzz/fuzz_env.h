@@ -17,6 +17,7 @@
 #include "platform/manual_main_loop.h"
 #include "platform/settings_store.h"
 #include "platform/status_overlay.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv::fuzz {
 
@@ -65,7 +66,7 @@ struct FuzzEnv {
     env.overlay = overlay;
     env.cookies = std::make_shared<MemoryCookieStore>();
     env.clock = std::make_shared<FixedClock>(1500000000);
-    Env::install(std::move(env));
+    Env::install(completedForTesting(std::move(env)));
     NetworkConfig::sharedInstance().setBaseUrl("http://127.0.0.1:1/qmv/app/v3/");
     setWarningsOnStderr(false);
   }

@@ -1,6 +1,5 @@
 #pragma once
-// The window and the application-wide looks that start-up configures: background,
-// keyboard handling, overlay style, status bar, navigation-bar appearance, the launch
+// The window and the application-wide looks that start-up sets: colours, the launch
 // view, the icon badge. A headless front end has nothing to draw and records them.
 #include <string>
 
@@ -11,32 +10,25 @@ struct Rgba {
   double a = 1.0;
 };
 
-struct NavigationBarAppearance {
-  Rgba barTint;
-  Rgba tint;
+struct AppLooks {
+  Rgba background;
+  Rgba barTint;  // the navigation bar's
+  Rgba tint;     // its buttons'
   Rgba titleColor;
   double titleFontSize = 18;
-  double backTitleOffsetX = 0;
-  double backTitleOffsetY = 0;
 };
 
 class AppWindow {
  public:
   virtual ~AppWindow() = default;
-  virtual void setBackgroundColor(const Rgba& colour) = 0;
-  virtual void configureKeyboard(bool automaticToolbar, bool enabled, bool resignOnTouchOutside) = 0;
-  virtual void setOverlayDefaultStyle(int style) = 0;
-  virtual void setStatusBar(bool hidden, int style) = 0;
-  virtual void setNavigationBarAppearance(const NavigationBarAppearance& appearance) = 0;
-  virtual void createWithScreenBounds() = 0;
-  virtual void makeKeyAndVisible() = 0;
+  virtual void setLooks(const AppLooks& looks) = 0;
   // A full-screen launch view showing `imageUrl`, with `placeholderImage` until it loads.
   virtual void showLaunchView(const std::string& placeholderImage, const std::string& imageUrl) = 0;
   virtual void removeLaunchView() = 0;
   virtual bool isLaunchViewShown() const = 0;
   virtual void removeCachedImage(const std::string& url) = 0;
-  virtual void setApplicationIconBadgeNumber(int number) = 0;
-  virtual void cancelAllLocalNotifications() = 0;
+  // Clears the icon badge and any local notification still waiting to be shown.
+  virtual void clearBadge() = 0;
 };
 
 }  // namespace qmv

@@ -1,6 +1,10 @@
 #include "platform/env.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <utility>
+
+#include "platform/null_ports.h"
 
 namespace qmv {
 namespace {
@@ -10,13 +14,23 @@ Env& installed() {
   return env;
 }
 
+// A front end that forgot an essential port would fail far from the cause; it stops here.
+Env completed(Env env) {
+  if (const char* missing = missingEssentialPort(env)) {
+    std::fprintf(stderr, "qmv: the environment has no %s port\n", missing);
+    std::abort();
+  }
+  fillOptionalPorts(env);
+  return env;
+}
+
 }  // namespace
 
 Env& Env::current() { return installed(); }
 
-void Env::install(Env env) { installed() = std::move(env); }
+void Env::install(Env env) { installed() = completed(std::move(env)); }
 
-ScopedEnv::ScopedEnv(Env env) : previous_(std::exchange(installed(), std::move(env))) {}
+ScopedEnv::ScopedEnv(Env env) : previous_(std::exchange(installed(), completed(std::move(env)))) {}
 
 ScopedEnv::~ScopedEnv() { installed() = std::move(previous_); }
 

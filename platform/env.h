@@ -2,7 +2,7 @@
 // Every port of the platform edge, behind one object. The core reaches the platform only
 // through Env::current(); a front end installs real adapters at start, and a test
 // installs fakes (or forwards to the real ones to inject a single fault) with ScopedEnv.
-// A port left null is not available on this platform; code that needs it checks.
+// Installing refuses a null essential port and gives a null optional one its null object.
 #include <memory>
 
 namespace qmv {

@@ -31,84 +31,58 @@ std::string lower(std::string text) {
   return text;
 }
 
-void show(const std::string& text) {
-  if (auto overlay = Env::current().overlay) overlay->showImage("", text);
-}
-
 }  // namespace
 
 AppDelegate::AppDelegate(AppConfig config) : config_(std::move(config)) {}
 
 AppDelegate::~AppDelegate() {
   const Env& env = Env::current();
-  if (changeBaseUrlToken_ != 0 && env.notifications) env.notifications->removeObserver(changeBaseUrlToken_);
-  if (env.mainLoop) {
-    if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
-    for (const MainLoop::TimerId timer : handOffTimers_) env.mainLoop->cancelTimer(timer);
-  }
+  if (changeBaseUrlToken_ != 0) env.notifications->removeObserver(changeBaseUrlToken_);
+  if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
+  for (const MainLoop::TimerId timer : handOffTimers_) env.mainLoop->cancelTimer(timer);
 }
 
 bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
   const Env& env = Env::current();
-  if (env.crashReporter) env.crashReporter->start(config_.crashReporterAppId);
+  env.crashReporter->start(config_.crashReporterAppId);
   initPush(launchOptions);
-  if (env.window) {
-    env.window->setBackgroundColor(Rgba{255, 255, 255, 1});
-    env.window->configureKeyboard(/*automaticToolbar=*/false, /*enabled=*/true, /*resignOnTouchOutside=*/true);
-  }
-  if (env.notifications) {
-    changeBaseUrlToken_ = env.notifications->addObserver(
-        kChangeBaseUrlNotification, [this](const std::string&, const Json& userInfo) { changeBaseUrl(userInfo); });
-  }
+  env.window->setLooks(AppLooks{.background = Rgba{255, 255, 255, 1},
+                                .barTint = Rgba{241, 161, 72, 1},
+                                .tint = Rgba{255, 255, 255, 1},
+                                .titleColor = Rgba{255, 255, 255, 1},
+                                .titleFontSize = 18});
+  changeBaseUrlToken_ = env.notifications->addObserver(
+      kChangeBaseUrlNotification, [this](const std::string&, const Json& userInfo) { changeBaseUrl(userInfo); });
   NetworkConfig::sharedInstance().setBaseUrl(config_.serverBaseUrl);
   if (config_.maxResponseBytes > 0) NetworkConfig::sharedInstance().setMaxResponseBytes(config_.maxResponseBytes);
   NetworkConfig::sharedInstance().setWebHost(config_.webHost);
-  if (env.window) env.window->setOverlayDefaultStyle(1);
-  if (env.reachability) env.reachability->startMonitoring();
-  if (env.analytics) env.analytics->start(config_.analyticsAppKey, 1, "");
+  env.reachability->startMonitoring();
+  env.analytics->start(config_.analyticsAppKey, 1, "");
   initShare();
-  if (env.payments && env.payments->wechat) env.payments->wechat->registerApp(config_.wechatAppId, "qmv");
-  if (env.window) {
-    env.window->setStatusBar(/*hidden=*/false, /*style=*/1);
-    NavigationBarAppearance looks;
-    looks.barTint = Rgba{241, 161, 72, 1};
-    looks.tint = Rgba{255, 255, 255, 1};
-    looks.titleColor = Rgba{255, 255, 255, 1};
-    looks.titleFontSize = 18;
-    looks.backTitleOffsetX = 0;
-    looks.backTitleOffsetY = -60;  // hides the back button's title
-    env.window->setNavigationBarAppearance(looks);
-    env.window->createWithScreenBounds();
-  }
+  if (env.payments->wechat) env.payments->wechat->registerApp(config_.wechatAppId, "qmv");
 
-  if (env.settings && env.settings->boolForKey("isLaunched")) {
+  if (env.settings->boolForKey("isLaunched")) {
     showMainTabs();
   } else {
-    if (env.navigator) env.navigator->setRoot("LaunchViewController");
-    if (env.settings) env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
+    env.navigator->setRoot("LaunchViewController");
+    env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
   }
 
-  if (env.window) env.window->makeKeyAndVisible();
-  if (env.settings) {
-    env.settings->setBool(true, "isLaunched");
-    env.settings->synchronize();
-  }
+  env.settings->setBool(true, "isLaunched");
+  env.settings->synchronize();
   showLaunchImage();
   return true;
 }
 
 void AppDelegate::initPush(const Json& launchOptions) {
   const auto& push = Env::current().push;
-  if (!push) return;
   push->start(config_.pushAppKey, launchOptions);
   PushService::Category category{"category1", {{"action1_identifier", "Accept"}, {"action2_identifier", "Reject"}}};
   push->registerForNotifications(category);
   push->setLogEnabled(true);
 }
 
-void AppDelegate::initShare() {
-  if (auto sharing = Env::current().sharing) sharing->registerApp(config_.shareAppKey, kSharePlatforms);
-}
+void AppDelegate::initShare() { Env::current().sharing->registerApp(config_.shareAppKey, kSharePlatforms); }
 
 void AppDelegate::showMainTabs() {
   std::vector<std::string> tabs = {"MainViewController", "NearbyViewController", "WealthViewController",
@@ -119,50 +93,36 @@ void AppDelegate::showMainTabs() {
   mainCtrl_ = std::make_unique<MainViewController>();
   nearbyCtrl_ = std::make_shared<NearbyViewController>();
   const Env& env = Env::current();
-  if (env.navigator) {
-    // The community page is the H5 tab, opened with its page type.
-    env.navigator->setRoot("TabBarViewController",
-                           Json{{"viewControllers", tabs}, {"h5Type", h5_texts::kCommunityType}});
-  }
-  if (env.window) env.window->makeKeyAndVisible();
+  // The community page is the H5 tab, opened with its page type.
+  env.navigator->setRoot("TabBarViewController", Json{{"viewControllers", tabs}, {"h5Type", h5_texts::kCommunityType}});
 }
 
 void AppDelegate::showLaunchImage() {
   const Env& env = Env::current();
-  if (!env.window) return;
   // Dropping the cached copy first shows the newest server image on every start.
   const std::string welcome = config_.welcomeImage();
   env.window->removeCachedImage(welcome);
   env.window->showLaunchView("welcome_first", welcome);
-  if (env.mainLoop) {
-    if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
-    launchTimer_ = env.mainLoop->postAfter(kLaunchImageDuration, [this] {
-      launchTimer_ = 0;
-      removeLaunchImage();
-    });
-  }
+  if (launchTimer_ != 0) env.mainLoop->cancelTimer(launchTimer_);
+  launchTimer_ = env.mainLoop->postAfter(kLaunchImageDuration, [this] {
+    launchTimer_ = 0;
+    removeLaunchImage();
+  });
 }
 
-void AppDelegate::removeLaunchImage() {
-  if (auto window = Env::current().window) window->removeLaunchView();
-}
+void AppDelegate::removeLaunchImage() { Env::current().window->removeLaunchView(); }
 
 void AppDelegate::changeBaseUrl(const Json& userInfo) {
   // A missing "type" leaves the base empty: relative endpoints then have no host.
   NetworkConfig::sharedInstance().setBaseUrl(strForKey(userInfo, "type"));
 }
 
-void AppDelegate::applicationWillEnterForeground() {
-  if (auto window = Env::current().window) {
-    window->setApplicationIconBadgeNumber(0);
-    window->cancelAllLocalNotifications();
-  }
-}
+void AppDelegate::applicationWillEnterForeground() { Env::current().window->clearBadge(); }
 
 bool AppDelegate::openURL(const std::string& url, const std::string& sourceApplication) {
   const auto& payments = Env::current().payments;
   if (sourceApplication == kWeChatSource) {
-    if (!payments || !payments->wechat) return false;
+    if (!payments->wechat) return false;
     return payments->wechat->handleOpenURL(url, [this](int errCode) { onResp(errCode); });
   }
   // Anything from outside may knock: only our own scheme and an exact host pass (both
@@ -170,16 +130,14 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
   if (urlScheme(url) != lower(config_.urlScheme) || url.find('#') != std::string::npos) return false;
   const std::string host = lower(urlAuthority(url));
   if (host == "safepay") {
-    if (!payments || !payments->alipay) return false;
+    if (!payments->alipay) return false;
     payments->alipay->processOrderWithPaymentResult(url, [](const Json& result) {
-      handleAlipayResult(result, [] {
-        if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
-      });
+      handleAlipayResult(result, [] { Env::current().notifications->post(kPaySuccessNotification); });
     });
     return true;
   }
   if (host == "platformapi") {
-    if (!payments || !payments->alipay) return false;
+    if (!payments->alipay) return false;
     payments->alipay->processAuthResult(url, handleAlipayAuthResult);
     return true;
   }
@@ -192,20 +150,17 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
 
 void AppDelegate::onResp(int errCode) {
   if (errCode == 0) {
-    if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
-    show("支付成功");
+    Env::current().notifications->post(kPaySuccessNotification);
+    Env::current().overlay->showImage("", "支付成功");
   } else {
-    show("支付失败");
+    Env::current().overlay->showImage("", "支付失败");
     PaymentFailureWatch::report();
   }
 }
 
 void AppDelegate::postPaySuccessLater() {
   const Env& env = Env::current();
-  if (!env.mainLoop) return;
-  env.mainLoop->postAfter(kPaySuccessDelay, [] {
-    if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
-  });
+  env.mainLoop->postAfter(kPaySuccessDelay, [] { Env::current().notifications->post(kPaySuccessNotification); });
 }
 
 void AppDelegate::changeToCircles() {
@@ -235,7 +190,6 @@ void AppDelegate::changeToNearWithKey(const std::string& keyword) {
 
 void AppDelegate::handOffLater(void (AppDelegate::*jump)()) {
   const auto& loop = Env::current().mainLoop;
-  if (!loop) return;
   const auto timer = std::make_shared<MainLoop::TimerId>(0);
   *timer = loop->postAfter(kNearbyHandoffDelay, [this, jump, timer] {
     std::erase(handOffTimers_, *timer);

@@ -21,6 +21,7 @@
 #include "platform/testing/recording_payment_channels.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/scripted_alerts.h"
+#include "platform/testing/test_env.h"
 #include "platform/vendor_sdks.h"
 #include "shell/server_switch.h"
 
@@ -69,21 +70,7 @@ struct LoggedWeChat : RecordingWeChatApi {
 };
 struct LoggedWindow : HeadlessAppWindow {
   Log log;
-  void setBackgroundColor(const Rgba& c) override {
-    log->push_back("background"), HeadlessAppWindow::setBackgroundColor(c);
-  }
-  void configureKeyboard(bool a, bool b, bool c) override {
-    log->push_back("keyboard"), HeadlessAppWindow::configureKeyboard(a, b, c);
-  }
-  void setOverlayDefaultStyle(int s) override {
-    log->push_back("overlayStyle"), HeadlessAppWindow::setOverlayDefaultStyle(s);
-  }
-  void setStatusBar(bool h, int s) override { log->push_back("statusBar"), HeadlessAppWindow::setStatusBar(h, s); }
-  void setNavigationBarAppearance(const NavigationBarAppearance& a) override {
-    log->push_back("navigationBar"), HeadlessAppWindow::setNavigationBarAppearance(a);
-  }
-  void createWithScreenBounds() override { log->push_back("create"), HeadlessAppWindow::createWithScreenBounds(); }
-  void makeKeyAndVisible() override { log->push_back("visible"), HeadlessAppWindow::makeKeyAndVisible(); }
+  void setLooks(const AppLooks& looks) override { log->push_back("looks"), HeadlessAppWindow::setLooks(looks); }
   void showLaunchView(const std::string& p, const std::string& u) override {
     log->push_back("launch " + p), HeadlessAppWindow::showLaunchView(p, u);
   }
@@ -150,7 +137,7 @@ struct ShellFixture : ::testing::Test {
     env.reachability = reach;
     env.notifications = logged;
     env.payments = std::make_shared<PaymentChannels>(PaymentChannels{wechat, alipay, uppay});
-    scope = std::make_unique<ScopedEnv>(std::move(env));
+    scope = std::make_unique<ScopedEnv>(completedForTesting(std::move(env)));
     for (const char* name : {"pay_success_noti", "changeBaseUrl"}) {
       notifications->addObserver(name, [this](const std::string& n, const Json&) { posted.push_back(n); });
     }
@@ -174,28 +161,16 @@ TEST_F(ShellFixture, FirstRunStartsInOrderWithTheGuideAndLaterRunsGoToTheTabs) {
         "push push-key",
         "pushCategory category1 action1_identifier=Accept action2_identifier=Reject",
         "pushLog",
-        "background",
-        "keyboard",
+        "looks",
         "observe changeBaseUrl",
-        "overlayStyle",
         "reachability",
         "analytics analytics-key 1 []",
         "share share-key",
         "wechat wx-id qmv",
-        "statusBar",
-        "navigationBar",
-        "create",
-        "visible",
         "launch welcome_first"};
     EXPECT_EQ(*log, expected);
     // The looks themselves; the welcome image lives on the object-storage host.
-    const std::vector<std::string> looks = {"background 255,255,255,1",
-                                            "keyboard toolbar=off enabled=on resignOnTouchOutside=on",
-                                            "overlayStyle 1",
-                                            "statusBar shown style=1",
-                                            "navigationBar barTint=241,161,72,1 font=18 backTitleOffset=0,-60",
-                                            "create",
-                                            "makeKeyAndVisible",
+    const std::vector<std::string> looks = {"looks background=255,255,255,1 barTint=241,161,72,1 font=18",
                                             "imageCache remove http://oss.test/welcome.png",
                                             "launchView placeholder=welcome_first url=http://oss.test/welcome.png"};
     EXPECT_EQ(window->events(), looks);
@@ -335,8 +310,7 @@ TEST_F(ShellFixture, HomeJumpsToNearbyDeliverAtOnceOrAfterTheTabLoads) {
   EXPECT_EQ(app.tabBarViewCtrl()->selectedIndex(), 3);
 
   app.applicationWillEnterForeground();
-  EXPECT_EQ(window->badgeNumber(), 0);
-  EXPECT_EQ(window->events().back(), "cancelAllLocalNotifications");
+  EXPECT_EQ(window->events().back(), "badge cleared");
 
   // A jump still waiting when the delegate goes away never runs.
   nearby->loaded = false;

@@ -22,7 +22,7 @@ void openPayNow(const std::string& url) {
   };
   const Json payload =
       QXPayNowViewController::drawProductPayload(value("productId"), value("series"), value("acount"));
-  if (const auto& navigator = Env::current().navigator) navigator->push(checkout_texts::kPayNowScreen, payload);
+  Env::current().navigator->push(checkout_texts::kPayNowScreen, payload);
 }
 
 }  // namespace

@@ -41,14 +41,10 @@ bool isUuid(const std::string& text) {
 
 std::string deviceIdentity() {
   const auto& settings = Env::current().settings;
-  if (settings) {
-    if (auto stored = settings->stringForKey(kDeviceIdKey); stored && isUuid(*stored)) return *stored;
-  }
+  if (auto stored = settings->stringForKey(kDeviceIdKey); stored && isUuid(*stored)) return *stored;
   std::string made = randomUuid();
-  if (settings) {
-    settings->setString(made, kDeviceIdKey);
-    settings->synchronize();
-  }
+  settings->setString(made, kDeviceIdKey);
+  settings->synchronize();
   return made;
 }
 

@@ -7,7 +7,7 @@
 
 namespace qmv {
 
-// REQUIRES: interface thread. Without a settings store, a fresh UUID every call.
+// REQUIRES: interface thread.
 std::string deviceIdentity();
 
 // Whether `text` is a UUID in its 36-character hexadecimal form.

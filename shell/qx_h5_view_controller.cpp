@@ -78,7 +78,7 @@ void QXH5ViewController::setCookie() {
   cookies_.clear();
   const auto& store = Env::current().cookies;
   const std::string domain = urlHost(NetworkConfig::sharedInstance().webHost());
-  if (!store || domain.empty()) return;
+  if (domain.empty()) return;
   const auto put = [&](const char* name, const std::string& value) {
     Cookie cookie{name, value, domain, "/"};
     if (!isCookieValue(value)) {
@@ -101,7 +101,7 @@ void QXH5ViewController::goBack() {
     setupNavigation();
     return;
   }
-  if (const auto& navigator = Env::current().navigator) navigator->pop();
+  Env::current().navigator->pop();
 }
 
 void QXH5ViewController::refreshAction() {
@@ -121,13 +121,12 @@ std::optional<ShareContent> QXH5ViewController::shareContent() const {
 
 void QXH5ViewController::shareAction() {
   const auto content = shareContent();
-  const auto& sharing = Env::current().sharing;
-  if (content && sharing) sharing->share(content->url, content->image, content->title, content->text);
+  if (content) Env::current().sharing->share(content->url, content->image, content->title, content->text);
 }
 
 void QXH5ViewController::publishAction() {
   if (h5Type_ != texts::kCommunityType) return;
-  if (const auto& navigator = Env::current().navigator) navigator->push(texts::kPublishScreen);
+  Env::current().navigator->push(texts::kPublishScreen);
 }
 
 bool QXH5ViewController::shouldStartLoadWithRequest(const std::string& url, WebNavigationType /*type*/) {

@@ -10,6 +10,7 @@
 #include "platform/settings_store.h"
 #include "platform/stack_navigator.h"
 #include "platform/testing/fake_web_view.h"
+#include "platform/testing/test_env.h"
 #include "platform/vendor_sdks.h"
 #include "shell/tab_bar_view_controller.h"
 #include "shell/web_view_controller.h"
@@ -41,7 +42,7 @@ class QXH5ViewControllerTest : public ::testing::Test {
     env.navigator = navigator_;
     env.webViews = webViews_;
     env.sharing = sharing_;
-    scoped_.emplace(std::move(env));
+    scoped_.emplace(completedForTesting(std::move(env)));
     GlobalData::resetSharedInstance();
     NetworkConfig::sharedInstance().setWebHost(std::string(kHost) + "/");
     site().pages[kCoin] = WebPage{"", "", {}, "夺宝"};  // a page without a title

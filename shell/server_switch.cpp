@@ -9,14 +9,12 @@ namespace qmv {
 namespace {
 
 void postBaseUrl(const std::string& baseUrl, const ServerSwitch::Switched& onSwitched) {
-  if (auto center = Env::current().notifications) center->post(kChangeBaseUrlNotification, Json{{"type", baseUrl}});
+  Env::current().notifications->post(kChangeBaseUrlNotification, Json{{"type", baseUrl}});
   if (onSwitched) onSwitched(baseUrl);
 }
 
 void askForHost(ServerSwitch::Switched onSwitched) {
-  const auto alerts = Env::current().alerts;
-  if (!alerts) return;
-  alerts->show(AlertSpec{"", "", {ServerSwitch::kOk}, {ServerSwitch::kHostField}},
+  Env::current().alerts->show(AlertSpec{"", "", {ServerSwitch::kOk}, {ServerSwitch::kHostField}},
                [onSwitched = std::move(onSwitched)](const AlertAnswer& answer) {
                  const std::string host = answer.fieldTexts.empty() ? std::string() : answer.fieldTexts.front();
                  postBaseUrl(ServerSwitch::manualBaseUrl(host), onSwitched);
@@ -37,9 +35,7 @@ std::string ServerSwitch::withApplicationPath(const std::string& url) {
 }
 
 void ServerSwitch::showAlert(Switched onSwitched) const {
-  const auto alerts = Env::current().alerts;
-  if (!alerts) return;
-  alerts->show(AlertSpec{"", "", {kProduction, kTest, kManual}, {}},
+  Env::current().alerts->show(AlertSpec{"", "", {kProduction, kTest, kManual}, {}},
                [production = production_, test = test_, onSwitched = std::move(onSwitched)](const AlertAnswer& answer) {
                  if (answer.buttonIndex == 0) {
                    postBaseUrl(production, onSwitched);

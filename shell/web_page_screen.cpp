@@ -13,7 +13,7 @@ WebPageScreen::~WebPageScreen() {
 
 bool WebPageScreen::makeWebView() {
   if (webView_) return true;
-  if (const auto& factory = Env::current().webViews) webView_ = factory->makeWebView();
+  webView_ = Env::current().webViews->makeWebView();
   if (!webView_) {
     loadError_ = "no web view on this platform";
     return false;

@@ -32,6 +32,7 @@
 #include "platform/testing/recording_push_service.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/scripted_alerts.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv::testsupport {
 
@@ -77,7 +78,7 @@ class AccountE2ETest : public ::testing::Test {
     env.push = push_;
     env.objectStorage = std::make_shared<HttpObjectStorage>(server_->rootUrl() + "/oss");
     env.camera = std::make_shared<ImageFileCamera>(std::move(cameraImage));
-    scopedEnv_.emplace(std::move(env));
+    scopedEnv_.emplace(completedForTesting(std::move(env)));
     NetworkConfig::sharedInstance().setBaseUrl(server_->baseUrl());
   }
 

@@ -29,6 +29,7 @@
 #include "platform/testing/recording_url_opener.h"
 #include "platform/testing/scripted_alerts.h"
 #include "platform/testing/temp_home.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv::testsupport {
 
@@ -52,7 +53,7 @@ class DiscoverySandboxTest : public ::testing::Test {
     env.urlOpener = urls_;
     env.location = location_;
     env.geocoder = NearestCityGeocoder::fromResources(*home_.files());
-    scopedEnv_ = std::make_unique<ScopedEnv>(std::move(env));
+    scopedEnv_ = std::make_unique<ScopedEnv>(completedForTesting(std::move(env)));
     GlobalData::resetSharedInstance();
     DBUtil::resetManagersForTesting();
     NetworkConfig::sharedInstance().setBaseUrl(server_->baseUrl());

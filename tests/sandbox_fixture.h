@@ -34,6 +34,7 @@
 #include "platform/linux/curl_transport.h"
 #include "platform/settings_store.h"
 #include "platform/testing/recording_status_overlay.h"
+#include "platform/testing/test_env.h"
 // Last: httplib brings a DELETE macro that must not reach the request headers above.
 #include "apps/sandbox/sandbox_test_support.h"
 
@@ -60,7 +61,7 @@ class SandboxContractTest : public ::testing::Test {
     env.settings = settings_;
     env.files = std::make_shared<HomeFileLocations>(home_ / "client");
     env.overlay = overlay_;
-    scopedEnv_.emplace(std::move(env));
+    scopedEnv_.emplace(completedForTesting(std::move(env)));
     GlobalData::resetSharedInstance();
     NetworkConfig::sharedInstance().setBaseUrl(server_->baseUrl());
   }

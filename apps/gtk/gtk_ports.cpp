@@ -59,8 +59,7 @@ void FileChooserCamera::scanQrCode(std::function<void(std::optional<std::string>
 void FileChooserCamera::scanChosenPicture(const std::string& path,
                                           std::function<void(std::optional<std::string>)> completion) {
   if (std::string problem = qrImageProblem(path); !problem.empty()) {
-    if (const auto& alerts = Env::current().alerts)
-      alerts->show(AlertSpec{kUnreadablePicture, problem, {kUnderstood}, {}}, nullptr);
+    Env::current().alerts->show(AlertSpec{kUnreadablePicture, problem, {kUnderstood}, {}}, nullptr);
     return;
   }
   ImageFileCamera(path).scanQrCode(std::move(completion));

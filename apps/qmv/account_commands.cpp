@@ -2,6 +2,7 @@
 // recovery. Each drives the headless screen the way a member would and waits for it.
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/cli_flow.h"
@@ -47,7 +48,7 @@ void printMember(CliApp& app, const UserInfoModel& me) {
 
 int runLogin(CliApp& app, const std::string& phone, const std::string& password) {
   // The login screen is presented over whatever shows, as the app does.
-  if (auto navigator = Env::current().navigator) navigator->present(BaseViewController::kLoginScreen);
+  Env::current().navigator->present(BaseViewController::kLoginScreen);
   return signInOnLoginScreen(app, phone, password);
 }
 
@@ -88,10 +89,10 @@ int runRegister(CliApp& app, const RegisterArgs& args) {
       std::cerr << "qmv: " << problem << '\n';
       return kExitFailure;
     }
-    Env::current().camera = std::make_shared<ImageFileCamera>(args.inviteQr);
+    auto camera = std::exchange(Env::current().camera, std::make_shared<ImageFileCamera>(args.inviteQr));
     const std::string before = screen.inviteText;
     screen.QRCodeAction();
-    Env::current().camera = nullptr;
+    Env::current().camera = std::move(camera);
     if (screen.inviteText == before && screen.inviteText.empty()) return kExitFailure;
   }
   // The whole form is known before the code is asked for: refuse it as submitting would.

@@ -121,9 +121,7 @@ int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
     out.line(PayCashView::note());
     out.data("receipt", {{"rows", rows}, {"orderId", receipt->orderNumber()}});
   }
-  if (const auto& navigator = Env::current().navigator) {
-    if (const auto top = navigator->topScreen()) out.data("screen", top->name);
-  }
+  if (const auto top = Env::current().navigator->topScreen()) out.data("screen", top->name);
   return outcome == Outcome::Paid ? kExitOk : kExitFailure;
 }
 
@@ -139,14 +137,14 @@ int runBuy(CliApp& app, const BuyArgs& args) {
   CliOutput& out = app.output();
   const auto& navigator = Env::current().navigator;
   // The offer screen, as a store's offer list opens it.
-  if (navigator) navigator->push(discovery_texts::kActivityScreen, {{"commodityId", args.activityId}});
+  navigator->push(discovery_texts::kActivityScreen, {{"commodityId", args.activityId}});
   QXActivitiesViewController offer(args.activityId);
   const auto loaded = awaitSlot(app, offer.onLoaded, [&offer] { offer.loadDetail(); });
   if (!loaded) return timedOut("the offer");
   if (!*loaded) return kExitFailure;
   out.line(offer.activity()->name + " | " + offer.priceText());
 
-  if (!offer.openSubmitOrder() || !navigator) return kExitFailure;
+  if (!offer.openSubmitOrder()) return kExitFailure;
   QXSubmitOderViewController submit(navigator->topScreen()->payload);
   for (long i = 1; i < args.quantity; ++i) submit.plusAction();
   out.line(texts::kSubmitTitle);
@@ -204,8 +202,7 @@ int runPay(CliApp& app, const PayArgs& args) {
     openStorePayment(args.storeId, args.total);
   }
   // The screen on top tells what happened: the login screen when there is no session.
-  const auto& navigator = Env::current().navigator;
-  const auto top = navigator ? navigator->topScreen() : std::nullopt;
+  const auto top = Env::current().navigator->topScreen();
   if (!top || top->name != texts::kPayNowScreen) {
     // memberSignedIn says why the stored account did not sign in, when it did not.
     if (memberSignedIn(app)) std::cerr << "qmv: " << kNotLoggedIn << '\n';

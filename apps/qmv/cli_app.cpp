@@ -253,11 +253,7 @@ std::optional<std::string> CliApp::readLine(const std::string& prompt, bool reme
   };
   // The loop keeps running while the user types, so timers fire on time.
   while (!available()) {
-    if (env_.mainLoop) {
-      env_.mainLoop->runUntil(available, std::chrono::milliseconds(50));
-    } else {
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
+    env_.mainLoop->runUntil(available, std::chrono::milliseconds(50));
   }
   std::lock_guard lock(reader->mutex);
   if (reader->lines.empty()) return std::nullopt;

@@ -107,7 +107,7 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   // A setting that did not reach the disk is gone at the next start, so the flow did not
   // end as it should; the store has said why on stderr.
   const auto& settings = cli.env().settings;
-  if (status == kExitOk && settings && !settings->lastError().empty()) status = kExitFailure;
+  if (status == kExitOk && !settings->lastError().empty()) status = kExitFailure;
   return status;
 }
 

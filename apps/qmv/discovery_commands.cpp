@@ -45,7 +45,7 @@ std::string coordinateText(Coordinate c) {
 // locate wait for that first fix without the city prompts.
 void locateQuietly(CliApp& app) {
   const auto location = Env::current().location;
-  if (!location || !location->locationServicesEnabled()) return;
+  if (!location->locationServicesEnabled()) return;
   bool done = false;
   location->startUpdatingLocation(
       [&done](Coordinate wgs) {

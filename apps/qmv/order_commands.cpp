@@ -203,8 +203,7 @@ int runOrder(CliApp& app, const std::string& orderId, const std::string& qrPath)
   const auto row = findRow(app, list, orderId);
   if (!row) return failWith("no order " + orderId + " in the order list");
   list.didSelectRow(*row);
-  const auto& navigator = Env::current().navigator;
-  const auto opened = navigator ? navigator->topScreen() : std::nullopt;
+  const auto opened = Env::current().navigator->topScreen();
   if (!opened) return failWith("the order's detail screen did not open");
   const std::string id = opened->payload.value("orderId", std::string());
   app.output().data("screen", opened->name);
@@ -273,8 +272,7 @@ int runRate(CliApp& app, const std::string& orderId, long star, const std::strin
   }
   // The row's button opens the rating screen, as a tap would.
   cell.rightBtnAction();
-  const auto& navigator = Env::current().navigator;
-  const auto opened = navigator ? navigator->topScreen() : std::nullopt;
+  const auto opened = Env::current().navigator->topScreen();
   if (!opened || opened->name != texts::kGradeStoreScreen) return failWith("the rating screen did not open");
   GradeStoreViewController screen(opened->payload.value("orderId", std::string()),
                                   opened->payload.value("storeName", std::string()),

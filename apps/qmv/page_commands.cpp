@@ -62,8 +62,7 @@ Json printPage(CliOutput& out, const std::string& title, const WebPage& page) {
 
 // What a tapped application link opened: the login screen or the pay-now screen.
 int followNative(CliApp& app, const PageOptions& options, const std::optional<Screen>& before) {
-  const auto navigator = Env::current().navigator;
-  const auto shown = navigator ? navigator->topScreen() : std::nullopt;
+  const auto shown = Env::current().navigator->topScreen();
   if (!shown || (before && shown->id == before->id)) {
     std::cerr << "qmv: the link opened nothing\n";
     return kExitFailure;
@@ -81,8 +80,7 @@ int followNative(CliApp& app, const PageOptions& options, const std::optional<Sc
 
 int runPage(CliApp& app, const PageOptions& options) {
   QXH5ViewController screen(options.type);
-  if (const auto navigator = Env::current().navigator)
-    navigator->push("QXH5ViewController", {{"h5Type", options.type}});
+  Env::current().navigator->push("QXH5ViewController", {{"h5Type", options.type}});
   screen.viewDidLoad();
   if (!awaitLoad(app, screen)) return kExitFailure;
   CliOutput& out = app.output();
@@ -101,7 +99,7 @@ int runPage(CliApp& app, const PageOptions& options) {
     return kExitUsage;
   }
   const auto navigator = Env::current().navigator;
-  const auto before = navigator ? navigator->topScreen() : std::nullopt;
+  const auto before = navigator->topScreen();
   out.line("follow [" + std::to_string(options.follow) + "] " + links[options.follow - 1].url);
   if (!screen.webView()->tapLink(static_cast<std::size_t>(options.follow - 1))) {
     return followNative(app, options, before);

@@ -61,8 +61,7 @@ int runContacts(CliApp& app, const std::string& phone, long pages) {
     return kExitFailure;
   }
   first.selectRow(row);
-  const auto navigator = Env::current().navigator;
-  const auto shown = navigator ? navigator->topScreen() : std::nullopt;
+  const auto shown = Env::current().navigator->topScreen();
   if (!shown) return kExitFailure;
   MySecondContactViewController second(UserInfoModel(shown->payload));
   if (!loadPages(app, second, pages)) return kExitFailure;

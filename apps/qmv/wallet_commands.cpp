@@ -20,9 +20,7 @@ namespace {
 
 namespace texts = wallet_texts;
 
-void pushScreen(const char* name) {
-  if (const auto& navigator = Env::current().navigator) navigator->push(name);
-}
+void pushScreen(const char* name) { Env::current().navigator->push(name); }
 
 Json cardJson(const BankModel& bank) {
   return {{"name", bank.name}, {"cardBank", bank.cardBank}, {"cardId", bank.cardId}};

@@ -57,10 +57,6 @@ Envelope envelopeOf(const BaseRequest& request) {
   return envelopeIn(parsedResponse(request));
 }
 
-void showStatus(const std::string& text) {
-  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
-}
-
 }  // namespace
 
 Json BaseNetApi::getBaseArgument() const {
@@ -129,14 +125,14 @@ void BaseNetApi::requestCompleteFilter() {
   if (refusal_.empty()) {
     logWarning(requestUrl() + ": " + failureReason());
   } else {
-    showStatus(refusal_);
+    Env::current().overlay->showImage("", refusal_);
   }
 }
 
 void BaseNetApi::requestFailedFilter() {
   verdict_ = Verdict::Failed;
   if (needShowError) {
-    showStatus(kConnectionFailedMessage);
+    Env::current().overlay->showImage("", kConnectionFailedMessage);
     logWarning(requestUrl() + ": " + failureReason());
   }
   if (networkFailedDelegate) networkFailedDelegate->networkFailed();

@@ -70,7 +70,7 @@ std::optional<Json> archivePayload(std::string_view text, const char* format, co
 std::string describe(const Json& value) { return value.is_null() ? "(null)" : dumpJson(value); }
 
 fs::path libraryDirectory() {
-  if (const auto& files = Env::current().files) return files->libraryDirectory();
+  return Env::current().files->libraryDirectory();
   return HomeFileLocations::defaultHome() / "Library";
 }
 

@@ -26,6 +26,7 @@
 #include "platform/testing/loopback_server.h"
 #include "platform/testing/recording_push_service.h"
 #include "platform/testing/recording_status_overlay.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv::testsupport {
 
@@ -96,7 +97,7 @@ class ApiServerTest : public ::testing::Test {
     env.push = push_;
     env.reachability = reachability_;
     env.clock = std::make_shared<FixedClock>(1500000000);
-    scopedEnv_.emplace(std::move(env));
+    scopedEnv_.emplace(completedForTesting(std::move(env)));
     NetworkConfig::sharedInstance().setBaseUrl(server_.url("/qmv/app/v3/"));
     GlobalData::resetSharedInstance();
   }

@@ -137,10 +137,6 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
   if (!request) return;
   // The transport is a platform port: the core cannot pick one of its own.
   auto transport = Env::current().http;
-  if (!transport) {
-    logLine("Error, no HTTP transport is installed");
-    return;
-  }
   const RequestMethod method = request->requestMethod();
   std::string url = buildRequestUrl(*request);
   const Json arguments = request->requestArgument();

@@ -19,6 +19,7 @@
 #include "platform/linux/curl_transport.h"
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv::testsupport {
 
@@ -173,7 +174,7 @@ class RequestTest : public ::testing::Test {
     env.mainLoop = loop_;
     env.cookies = std::make_shared<CurlCookieStore>();
     env.http = std::make_shared<CurlTransport>(loop_, env.cookies);
-    scopedEnv_.emplace(std::move(env));
+    scopedEnv_.emplace(completedForTesting(std::move(env)));
     NetworkConfig::sharedInstance().setBaseUrl(server_.url("/"));
     NetworkConfig::sharedInstance().setCdnUrl("");
   }

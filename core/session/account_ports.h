@@ -1,7 +1,6 @@
 #pragma once
 // Internal to the account screens (and the card binding, which asks for SMS codes the same
-// way): small accessors over the installed Env that tolerate ports a platform does not
-// offer (a missing port is skipped, never dereferenced).
+// way): the steps they share over the installed Env.
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,13 +17,8 @@
 
 namespace qmv::account_detail {
 
-// A text-only note in the status overlay.
-inline void showStatus(const std::string& text) {
-  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
-}
-
 inline void setPushAlias(const std::string& alias, const std::string& type) {
-  if (const auto& push = Env::current().push) push->setAlias(alias, type);
+  Env::current().push->setAlias(alias, type);
 }
 
 // Stores the account's phone (null removes it) and typed password as one write and
@@ -33,11 +27,10 @@ inline void setPushAlias(const std::string& alias, const std::string& type) {
 // whether they were stored.
 inline bool storeCredentials(const Json& phone, const std::string& password) {
   const auto& settings = Env::current().settings;
-  if (!settings) return true;
   if (settings->setObjects(Json{{kUserPhoneKey, phone}, {kPasswordKey, password}}) && settings->synchronize()) {
     return true;
   }
-  showStatus(account_texts::kAccountNotSaved);
+  Env::current().overlay->showImage("", account_texts::kAccountNotSaved);
   return false;
 }
 
@@ -56,7 +49,7 @@ inline void sendCodeRequest(std::shared_ptr<MobileCodeNetApi>& slot, BaseViewCon
         const bool correct = api.isCorrectResult();
         if (correct) {
           sessionId = api.getSessionId();
-          showStatus(account_texts::kCodeSent);
+          Env::current().overlay->showImage("", account_texts::kCodeSent);
           if (onSent) onSent();
         }
         if (onFinished) onFinished(correct);

@@ -12,7 +12,6 @@ AutoLogin::~AutoLogin() { detachRequest(loginApi_); }
 
 bool AutoLogin::autoLoginNet() {
   const auto& settings = Env::current().settings;
-  if (!settings) return false;
   // A phone stored from a login answer may be a number or null; only text counts.
   const auto phone = settings->stringForKey(kUserPhoneKey);
   const auto password = settings->stringForKey(kPasswordKey);

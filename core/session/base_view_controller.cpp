@@ -17,11 +17,9 @@ void BaseViewController::changed() {
 void BaseViewController::sessionExpired(BaseNetApi& /*request*/) {
   Env& env = Env::current();
   GlobalData::sharedInstance().setSelfInfo(nullptr);
-  if (env.push) env.push->setAlias(kInvalidAlias, kAliasType);
-  if (env.cookies) {
-    for (const Cookie& cookie : env.cookies->cookies()) {
-      if (cookie.name == "sessionID" || cookie.name == "sessionId") env.cookies->deleteCookie(cookie);
-    }
+  env.push->setAlias(kInvalidAlias, kAliasType);
+  for (const Cookie& cookie : env.cookies->cookies()) {
+    if (cookie.name == "sessionID" || cookie.name == "sessionId") env.cookies->deleteCookie(cookie);
   }
   presentLoginCtrl();
 }
@@ -43,9 +41,7 @@ void BaseViewController::stopLoading() {
 void BaseViewController::networkFailed() {
   warning_ = Warning::None;
   if (!hasData()) {
-    const auto& reachability = Env::current().reachability;
-    const bool reachable = !reachability || reachability->isReachable();
-    warning_ = reachable ? Warning::NoData : Warning::NoNetwork;
+    warning_ = Env::current().reachability->isReachable() ? Warning::NoData : Warning::NoNetwork;
   }
   changed();
 }

@@ -15,7 +15,7 @@ bool FindPwdStep2View::submitAction() {
     refusal = account_texts::kPasswordsDiffer;
   }
   if (refusal != nullptr) {
-    account_detail::showStatus(refusal);
+    Env::current().overlay->showImage("", refusal);
     return false;
   }
   if (onSubmit) onSubmit(passwordText);

@@ -23,8 +23,8 @@ void FindPwdStep2ViewController::sendNewPassword(const std::string& newPassword)
         bool correct = findApi_->isCorrectResult();
         if (correct) {
           correct = account_detail::storeCredentials(phone_, sentPassword_);
-          if (const auto& navigator = Env::current().navigator) navigator->popToRoot();
-          account_detail::showStatus(account_texts::kPasswordChanged);
+          Env::current().navigator->popToRoot();
+          Env::current().overlay->showImage("", account_texts::kPasswordChanged);
         }
         if (onFinished) onFinished(correct);
       },

@@ -13,7 +13,7 @@ FindPwdView::FindPwdView(std::function<void()> onTitleChange)
 bool FindPwdView::getVerifyMsg() {
   if (!codeButtonEnabled()) return false;
   if (!ControlUtil::validatePhone(phoneText)) {
-    account_detail::showStatus(account_texts::kBadPhoneFormat);
+    Env::current().overlay->showImage("", account_texts::kBadPhoneFormat);
     return false;
   }
   if (onGetCode) onGetCode(phoneText);
@@ -22,11 +22,11 @@ bool FindPwdView::getVerifyMsg() {
 
 bool FindPwdView::nextAction() {
   if (!ControlUtil::validatePhone(phoneText)) {
-    account_detail::showStatus(account_texts::kBadPhoneFormat);
+    Env::current().overlay->showImage("", account_texts::kBadPhoneFormat);
     return false;
   }
   if (codeText.empty()) {
-    account_detail::showStatus(account_texts::kNoCode);
+    Env::current().overlay->showImage("", account_texts::kNoCode);
     return false;
   }
   if (onNext) onNext(phoneText, codeText);

@@ -20,9 +20,7 @@ FindPwdViewController::~FindPwdViewController() {
   detachRequest(checkApi_);
 }
 
-void FindPwdViewController::viewDidLoad() {
-  if (const auto& loop = Env::current().mainLoop) view_.startTimer(*loop);
-}
+void FindPwdViewController::viewDidLoad() { view_.startTimer(*Env::current().mainLoop); }
 
 void FindPwdViewController::getPhoneCodeNet(const std::string& phone) {
   account_detail::sendCodeRequest(
@@ -40,9 +38,7 @@ void FindPwdViewController::checkPhoneCodeNet(const std::string& phone, const st
       [this](BaseRequest&) {
         const bool correct = checkApi_->isCorrectResult();
         if (correct) {
-          if (const auto& navigator = Env::current().navigator) {
-            navigator->push(account_texts::kFindPwdStep2Screen, Json{{"phone", checkApi_->mobile}});
-          }
+          Env::current().navigator->push(account_texts::kFindPwdStep2Screen, Json{{"phone", checkApi_->mobile}});
         }
         if (onFinished) onFinished(correct);
       },

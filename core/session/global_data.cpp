@@ -28,11 +28,6 @@ std::int64_t templatesSwitchInstant() {
   return static_cast<std::int64_t>(std::mktime(&tm));
 }
 
-std::int64_t nowSeconds() {
-  const auto& clock = Env::current().clock;
-  return clock ? clock->unixSeconds() : SystemClock().unixSeconds();
-}
-
 }  // namespace
 
 GlobalData& GlobalData::sharedInstance() {
@@ -73,8 +68,8 @@ std::string_view GlobalData::builtInTemplatesAt(std::int64_t unixSeconds) {
 
 GlobalData::GlobalData() : defaultTypeList_(homeCategories()) {
   std::string text;
-  if (const auto& settings = Env::current().settings) text = settings->stringForKey(kTemplatesKey).value_or("");
-  if (text.empty()) text = std::string(builtInTemplatesAt(nowSeconds()));
+  text = Env::current().settings->stringForKey(kTemplatesKey).value_or("");
+  if (text.empty()) text = std::string(builtInTemplatesAt(Env::current().clock->unixSeconds()));
   mergeTemplates(searchTypesFromEnvelope(text));
 }
 
@@ -104,14 +99,13 @@ const SearchTypeModel* GlobalData::getInfoWithName(const std::string& name, cons
 
 std::string GlobalData::getCurrentCityName() const {
   std::string city;
-  if (const auto& settings = Env::current().settings) city = settings->stringForKey(kSelectCityKey).value_or("");
+  city = Env::current().settings->stringForKey(kSelectCityKey).value_or("");
   return city.empty() ? std::string(kDefaultCity) : city;
 }
 
 bool GlobalData::setCurrentCityName(const std::string& city) {
   const auto& settings = Env::current().settings;
-  return settings && settings->setObjects(Json{{kSelectCityKey, city}, {kSelectCityDisKey, city}}) &&
-         settings->synchronize();
+  return settings->setObjects(Json{{kSelectCityKey, city}, {kSelectCityDisKey, city}}) && settings->synchronize();
 }
 
 std::optional<std::string> GlobalData::getCurrentCityId() const {

@@ -7,6 +7,7 @@
 #include "platform/env.h"
 #include "platform/settings_store.h"
 #include "platform/testing/temp_home.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv {
 namespace {
@@ -23,7 +24,7 @@ struct SessionEnv {
     Env env;
     env.settings = settings;
     env.clock = clock;
-    scope = std::make_unique<ScopedEnv>(env);
+    scope = std::make_unique<ScopedEnv>(completedForTesting(env));
     GlobalData::resetSharedInstance();
   }
   ~SessionEnv() { GlobalData::resetSharedInstance(); }

@@ -14,7 +14,6 @@ bool hasSession() {
 
 void presentLoginScreen() {
   const auto& navigator = Env::current().navigator;
-  if (!navigator) return;
   const auto top = navigator->topScreen();
   if (top && top->name == BaseViewController::kLoginScreen) return;
   navigator->present(BaseViewController::kLoginScreen);

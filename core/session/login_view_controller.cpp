@@ -21,7 +21,6 @@ LoginViewController::~LoginViewController() { detachRequest(loginApi_); }
 
 void LoginViewController::viewWillAppear() {
   const auto& settings = Env::current().settings;
-  if (!settings) return;
   if (auto phone = settings->stringForKey(kUserPhoneKey)) view_.phoneText = *phone;
   if (auto password = settings->stringForKey(kPasswordKey)) view_.passwordText = *password;
   if (onChange) onChange();
@@ -53,14 +52,12 @@ void LoginViewController::loginFinished(bool correct) {
   if (onFinished) onFinished(info != nullptr && stored);
 }
 
-void LoginViewController::cancel() {
-  if (const auto& navigator = Env::current().navigator) navigator->dismiss();
-}
+void LoginViewController::cancel() { Env::current().navigator->dismiss(); }
 
 void LoginViewController::downloadHeaderImage() {
   const auto& info = GlobalData::sharedInstance().selfInfo();
   const auto& storage = Env::current().objectStorage;
-  if (!info || info->userName.empty() || !storage) {
+  if (!info || info->userName.empty()) {
     if (onHeaderImageFinished) onHeaderImageFinished(false);
     return;
   }
@@ -71,7 +68,7 @@ void LoginViewController::downloadHeaderImage() {
                              alive = std::weak_ptr<int>(alive_)](std::optional<ObjectStorage::Bytes> bytes) {
     bool stored = false;
     const auto& settings = Env::current().settings;
-    if (bytes && !bytes->empty() && settings) {
+    if (bytes && !bytes->empty()) {
       if (!isJpeg(*bytes)) logLine("portrait " + object + " is not JPEG; kept as received");
       settings->setData(*bytes, kHeaderImageNowKey);
       settings->synchronize();
@@ -81,12 +78,8 @@ void LoginViewController::downloadHeaderImage() {
   });
 }
 
-void LoginViewController::registerAction() {
-  if (const auto& navigator = Env::current().navigator) navigator->push(account_texts::kRegisterScreen);
-}
+void LoginViewController::registerAction() { Env::current().navigator->push(account_texts::kRegisterScreen); }
 
-void LoginViewController::forgetAction() {
-  if (const auto& navigator = Env::current().navigator) navigator->push(account_texts::kFindPwdScreen);
-}
+void LoginViewController::forgetAction() { Env::current().navigator->push(account_texts::kFindPwdScreen); }
 
 }  // namespace qmv

@@ -22,10 +22,8 @@ bool LogoutFlow::logout() {
 
 void LogoutFlow::finished(bool confirmed) {
   GlobalData::sharedInstance().setSelfInfo(nullptr);
-  if (const auto& settings = Env::current().settings) {
-    settings->removeObjectForKey(kHeaderImageNowKey);
-    settings->synchronize();
-  }
+  Env::current().settings->removeObjectForKey(kHeaderImageNowKey);
+  Env::current().settings->synchronize();
   if (onFinished) onFinished(confirmed);
 }
 

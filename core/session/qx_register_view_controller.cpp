@@ -13,8 +13,6 @@
 
 namespace qmv {
 
-using account_detail::showStatus;
-
 QXRegisterViewController::QXRegisterViewController()
     : countdown_([this](const std::string&, bool) { notifyChange(); }) {}
 
@@ -28,14 +26,12 @@ void QXRegisterViewController::notifyChange() {
   if (onChange) onChange();
 }
 
-void QXRegisterViewController::viewDidLoad() {
-  if (const auto& loop = Env::current().mainLoop) countdown_.startTimer(*loop);
-}
+void QXRegisterViewController::viewDidLoad() { countdown_.startTimer(*Env::current().mainLoop); }
 
 bool QXRegisterViewController::getCodeAction() {
   if (!codeButtonEnabled()) return false;
   if (!ControlUtil::validatePhone(phoneText)) {
-    showStatus(account_texts::kBadPhone);
+    Env::current().overlay->showImage("", account_texts::kBadPhone);
     return false;
   }
   getPhoneCodeNet(phoneText);
@@ -66,7 +62,7 @@ const char* QXRegisterViewController::refusal(bool withCode) const {
 
 bool QXRegisterViewController::checkBeforeCode() {
   if (const char* text = refusal(/*withCode=*/false)) {
-    showStatus(text);
+    Env::current().overlay->showImage("", text);
     return false;
   }
   return true;
@@ -74,7 +70,7 @@ bool QXRegisterViewController::checkBeforeCode() {
 
 bool QXRegisterViewController::submitAction() {
   if (const char* text = refusal(/*withCode=*/true)) {
-    showStatus(text);
+    Env::current().overlay->showImage("", text);
     return false;
   }
   registerNet();
@@ -93,8 +89,8 @@ void QXRegisterViewController::registerNet() {
         if (correct) {
           // The fields as sent: the member may have edited them while the request ran.
           correct = account_detail::storeCredentials(registerApi_->phone, sentPassword_);
-          if (const auto& navigator = Env::current().navigator) navigator->popToRoot();
-          showStatus(account_texts::kRegistered);
+          Env::current().navigator->popToRoot();
+          Env::current().overlay->showImage("", account_texts::kRegistered);
         }
         if (onFinished) onFinished(correct);
       },
@@ -105,13 +101,9 @@ void QXRegisterViewController::registerNet() {
 
 void QXRegisterViewController::QRCodeAction() {
   const auto& camera = Env::current().camera;
-  if (!camera || !camera->isAvailable()) {
-    if (const auto& alerts = Env::current().alerts) {
-      alerts->show(AlertSpec{account_texts::kNoCamera, "", {account_texts::kNoCameraButton}, {}},
-                   [](const AlertAnswer&) {});
-    } else {
-      showStatus(account_texts::kNoCamera);
-    }
+  if (!camera->isAvailable()) {
+    Env::current().alerts->show(AlertSpec{account_texts::kNoCamera, "", {account_texts::kNoCameraButton}, {}},
+                                [](const AlertAnswer&) {});
     return;
   }
   // A scanner may answer after the screen has gone away.
@@ -127,7 +119,7 @@ void QXRegisterViewController::didFinishScanning(const std::optional<std::string
   const std::string marker = account_texts::kInviteMarker;
   const auto at = lower.find(marker);
   if (at == std::string::npos) {
-    showStatus(account_texts::kBadQrCode);
+    Env::current().overlay->showImage("", account_texts::kBadQrCode);
     return;
   }
   // Only the search ignores case; the code is kept as written (ASCII lower-casing keeps

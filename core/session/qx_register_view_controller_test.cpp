@@ -7,6 +7,7 @@
 #include "platform/linux/image_file_camera.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/scripted_alerts.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv {
 namespace {
@@ -17,7 +18,7 @@ class QXRegisterViewControllerTest : public ::testing::Test {
     Env env;
     env.overlay = overlay_;
     env.alerts = alerts_;
-    scoped_.emplace(std::move(env));
+    scoped_.emplace(completedForTesting(std::move(env)));
   }
 
   std::shared_ptr<RecordingStatusOverlay> overlay_ = std::make_shared<RecordingStatusOverlay>();

@@ -16,7 +16,7 @@ std::optional<ActivityModel> ActivityDetailNetApi::getActivityDetail() const {
   const Json& data = responseData();
   if (!data.is_object()) return std::nullopt;
   ActivityModel activity(data);
-  if (const auto& measurer = Env::current().textMeasurer) activity.setContentHeight(*measurer);
+  activity.setContentHeight(*Env::current().textMeasurer);
   return activity;
 }
 

@@ -10,7 +10,6 @@ namespace qmv {
 
 std::string AreaNetApi::currentVersion() {
   const auto& settings = Env::current().settings;
-  if (!settings) return "0";
   const auto stored = settings->stringForKey(kAreaVersionKey);
   if (!stored || stored->empty() || !DBUtil::cacheDBValid()) return "0";
   return *stored;

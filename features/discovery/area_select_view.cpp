@@ -13,9 +13,7 @@
 namespace qmv {
 
 AreaSelectView::AreaSelectView() : sections_(DBUtil::getAllCity()) {
-  if (const auto& settings = Env::current().settings) {
-    recent_ = settings->stringArrayForKey(kRecordCityKey).value_or(std::vector<std::string>{});
-  }
+  recent_ = Env::current().settings->stringArrayForKey(kRecordCityKey).value_or(std::vector<std::string>{});
 }
 
 std::vector<AreaModel> AreaSelectView::search(const std::string& key) {
@@ -26,16 +24,14 @@ std::vector<AreaModel> AreaSelectView::search(const std::string& key) {
 bool AreaSelectView::selectCity(const std::string& name) {
   if (!GlobalData::sharedInstance().cityExist(name)) return false;
   Env& env = Env::current();
-  if (env.settings) {
-    recent_.erase(std::remove(recent_.begin(), recent_.end(), name), recent_.end());
-    recent_.insert(recent_.begin(), name);
-    if (recent_.size() > kMaxRecent) recent_.resize(kMaxRecent);
-    env.settings->setString(name, kSelectCityKey);
-    env.settings->setString(name, kSelectCityDisKey);
-    env.settings->setStringArray(recent_, kRecordCityKey);
-    env.settings->synchronize();
-  }
-  if (env.notifications) env.notifications->post(kCityChangedNotification);
+  recent_.erase(std::remove(recent_.begin(), recent_.end(), name), recent_.end());
+  recent_.insert(recent_.begin(), name);
+  if (recent_.size() > kMaxRecent) recent_.resize(kMaxRecent);
+  env.settings->setString(name, kSelectCityKey);
+  env.settings->setString(name, kSelectCityDisKey);
+  env.settings->setStringArray(recent_, kRecordCityKey);
+  env.settings->synchronize();
+  env.notifications->post(kCityChangedNotification);
   return true;
 }
 

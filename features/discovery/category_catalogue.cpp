@@ -18,11 +18,9 @@ void CategoryCatalogue::refresh(std::function<void(bool saved)> done) {
       [done](SearchTypeNetApi& api) {
         bool saved = false;
         if (api.isCorrectResult() && !SearchTypeNetApi::getSearchTypeWithJsonStr(api.responseString()).empty()) {
-          if (const auto& settings = Env::current().settings) {
-            settings->setString(api.responseString(), kSearchTypesKey);
-            settings->synchronize();
-            saved = true;
-          }
+          Env::current().settings->setString(api.responseString(), kSearchTypesKey);
+          Env::current().settings->synchronize();
+          saved = true;
         }
         if (done) done(saved);
       },

@@ -10,10 +10,9 @@ namespace qmv {
 bool callPhone(const std::string& phone) {
   Env& env = Env::current();
   if (phone.empty()) {
-    if (env.overlay) env.overlay->showImage("", discovery_texts::kNoPhone);
+    env.overlay->showImage("", discovery_texts::kNoPhone);
     return false;
   }
-  if (!env.urlOpener) return false;
   env.urlOpener->openURL(discovery_texts::kTelPrefix + phone);
   return true;
 }

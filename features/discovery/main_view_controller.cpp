@@ -39,7 +39,7 @@ MainViewController::MainViewController()
 MainViewController::~MainViewController() {
   *alive_ = false;
   if (locating_) {
-    if (const auto& location = Env::current().location) location->stopUpdatingLocation();
+    Env::current().location->stopUpdatingLocation();
   }
   detachRequest(resourcesRequest_);
   detachRequest(recommendRequest_);
@@ -72,7 +72,6 @@ bool MainViewController::didSelectBanner(std::size_t index) const {
   const std::string scheme = urlScheme(banner.URL);
   if ((scheme != "http" && scheme != "https") || urlHost(banner.URL).empty()) return false;
   const auto& navigator = Env::current().navigator;
-  if (!navigator) return false;
   navigator->push(discovery_texts::kWebScreen, {{"title", banner.title}, {"url", banner.URL}});
   return true;
 }
@@ -170,15 +169,14 @@ void MainViewController::locateEnded(LocateOutcome outcome) {
 }
 
 void MainViewController::showLocateFailed() {
-  if (const auto& alerts = Env::current().alerts) {
-    alerts->show({discovery_texts::kLocateAlertTitle, discovery_texts::kLocateFailed, {discovery_texts::kConfirm}, {}},
-                 [](const AlertAnswer&) {});
-  }
+  Env::current().alerts->show(
+      {discovery_texts::kLocateAlertTitle, discovery_texts::kLocateFailed, {discovery_texts::kConfirm}, {}},
+      [](const AlertAnswer&) {});
 }
 
 void MainViewController::startLocate() {
   const auto& location = Env::current().location;
-  if (!location || !location->locationServicesEnabled()) {
+  if (!location->locationServicesEnabled()) {
     showLocateFailed();
     locateEnded(LocateOutcome::ServicesDisabled);
     return;
@@ -201,8 +199,7 @@ void MainViewController::located(Coordinate wgs) {
   GlobalData::sharedInstance().setUserLocation(wgs);
   if (locationed_) return;
   locationed_ = true;
-  const auto& geocoder = Env::current().geocoder;
-  const std::optional<Placemark> placemark = geocoder ? geocoder->reverseGeocode(wgs) : std::nullopt;
+  const std::optional<Placemark> placemark = Env::current().geocoder->reverseGeocode(wgs);
   if (!placemark) return locateEnded(LocateOutcome::NoCity);
   std::string city = placemark->locality.empty() ? placemark->administrativeArea : placemark->locality;
   if (!GlobalData::sharedInstance().cityExist(city)) city = kDefaultCity;
@@ -211,8 +208,7 @@ void MainViewController::located(Coordinate wgs) {
 
 void MainViewController::cityLocated(const std::string& city) {
   GlobalData::sharedInstance().setLocationCity(city);
-  const auto& settings = Env::current().settings;
-  const std::string selected = settings ? settings->stringForKey(kSelectCityKey).value_or("") : "";
+  const std::string selected = Env::current().settings->stringForKey(kSelectCityKey).value_or("");
   if (selected.empty()) {
     GlobalData::setCurrentCityName(city);
     lastSelectCity_ = city;
@@ -222,7 +218,6 @@ void MainViewController::cityLocated(const std::string& city) {
   }
   if (selected == city) return locateEnded(LocateOutcome::Unchanged);
   const auto& alerts = Env::current().alerts;
-  if (!alerts) return locateEnded(LocateOutcome::Declined);
   AlertSpec alert{
       discovery_texts::kSwitchCityTitle,
       std::string(discovery_texts::kSwitchCityMessagePrefix) + city + discovery_texts::kSwitchCityMessageSuffix,
@@ -242,7 +237,7 @@ void MainViewController::chooseCity(const std::string& city) {
   GlobalData::setCurrentCityName(city);
   lastSelectCity_ = city;
   addressButtonTitle_ = city;
-  if (env.notifications) env.notifications->post(kCityChangedNotification);
+  env.notifications->post(kCityChangedNotification);
   refreshNet();
 }
 

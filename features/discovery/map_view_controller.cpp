@@ -13,18 +13,11 @@
 #include "platform/url_opener.h"
 
 namespace qmv {
-namespace {
-
-void show(const char* text) {
-  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
-}
-
-}  // namespace
 
 MapViewController::MapViewController(StoreInfoModel store) : store_(std::move(store)) {}
 
 void MapViewController::viewDidLoad() {
-  if (!store_.coordinate()) show(discovery_texts::kLocationError);
+  if (!store_.coordinate()) Env::current().overlay->showImage("", discovery_texts::kLocationError);
 }
 
 std::optional<Coordinate> MapViewController::storeCoordinateGcj() const {
@@ -36,14 +29,13 @@ std::optional<Coordinate> MapViewController::storeCoordinateGcj() const {
 std::vector<std::string> MapViewController::navigationChoices() const {
   std::vector<std::string> choices = {discovery_texts::kAppleMaps};
   const auto& opener = Env::current().urlOpener;
-  if (opener && opener->canOpenURL(discovery_texts::kBaiduMapScheme)) choices.push_back(discovery_texts::kBaiduMaps);
+  if (opener->canOpenURL(discovery_texts::kBaiduMapScheme)) choices.push_back(discovery_texts::kBaiduMaps);
   choices.push_back(discovery_texts::kCancel);
   return choices;
 }
 
 void MapViewController::navigate() {
   const auto& alerts = Env::current().alerts;
-  if (!alerts) return;
   const std::vector<std::string> choices = navigationChoices();
   AlertSpec alert{discovery_texts::kNavigateTitlePrefix + store_.storeName, "", choices, {}};
   alerts->show(alert, [this, choices](const AlertAnswer& answer) {
@@ -72,19 +64,19 @@ MapViewController::RouteOutcome MapViewController::routeWithBaiduMap() {
                                  LocationConverter::transformFromWGSToGCJ(*user)))
                            : std::nullopt;
   if (!origin || !std::isfinite(origin->latitude) || !std::isfinite(origin->longitude)) {
-    show(discovery_texts::kNoUserLocation);
+    Env::current().overlay->showImage("", discovery_texts::kNoUserLocation);
     return RouteOutcome::NoUserLocation;
   }
   const auto destination = store_.coordinate();
   const auto& opener = Env::current().urlOpener;
-  if (!destination || !opener) return RouteOutcome::Unavailable;
+  if (!destination) return RouteOutcome::Unavailable;
   return opener->openURL(baiduRouteUrl(*origin, *destination)) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
 }
 
 MapViewController::RouteOutcome MapViewController::routeWithAppleMap() {
   const auto destination = storeCoordinateGcj();
   const auto& opener = Env::current().urlOpener;
-  if (!destination || !opener) return RouteOutcome::Unavailable;
+  if (!destination) return RouteOutcome::Unavailable;
   char url[160];
   std::snprintf(url, sizeof url, "http://maps.apple.com/?daddr=%.8f,%.8f&dirflg=d", destination->latitude,
                 destination->longitude);

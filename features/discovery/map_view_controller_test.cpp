@@ -10,6 +10,7 @@
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/recording_url_opener.h"
 #include "platform/testing/scripted_alerts.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv {
 namespace {
@@ -21,7 +22,7 @@ class MapViewControllerTest : public ::testing::Test {
     env.overlay = overlay_;
     env.alerts = alerts_;
     env.urlOpener = urls_;
-    scoped_.emplace(std::move(env));
+    scoped_.emplace(completedForTesting(std::move(env)));
     GlobalData::resetSharedInstance();
   }
   void TearDown() override { GlobalData::resetSharedInstance(); }

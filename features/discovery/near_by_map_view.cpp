@@ -29,7 +29,7 @@ std::string NearByMapView::calloutLine(const StoreInfoModel& store) {
 
 void NearByMapView::getMapListNet() {
   if (!GlobalData::sharedInstance().userLocation()) {
-    if (const auto& overlay = Env::current().overlay) overlay->showImage("", discovery_texts::kEnableLocation);
+    Env::current().overlay->showImage("", discovery_texts::kEnableLocation);
     if (onLoaded) onLoaded(false);
     return;
   }

@@ -27,15 +27,13 @@ NearbyView::NearbyView()
   rebuildAreaList();
   categoryScreen.categoryList = SearchTypeNetApi::getSearchTypes();
   categoryScreen.delegate = this;
-  if (const auto& center = Env::current().notifications) {
-    cityObserver_ = center->addObserver(kCityChangedNotification,
-                                        [this](const std::string&, const Json&) { citySelectedChanged(); });
-  }
+  cityObserver_ = Env::current().notifications->addObserver(
+      kCityChangedNotification, [this](const std::string&, const Json&) { citySelectedChanged(); });
 }
 
 NearbyView::~NearbyView() {
   if (cityObserver_ != 0) {
-    if (const auto& center = Env::current().notifications) center->removeObserver(cityObserver_);
+    Env::current().notifications->removeObserver(cityObserver_);
   }
   detachRequest(request_);
 }

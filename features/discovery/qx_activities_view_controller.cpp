@@ -96,7 +96,7 @@ void QXActivitiesViewController::callStore() { callPhone(activity_ ? activity_->
 
 std::optional<ScreenId> QXActivitiesViewController::openSubmitOrder() {
   const auto& navigator = Env::current().navigator;
-  if (!activity_ || !navigator) return std::nullopt;
+  if (!activity_) return std::nullopt;
   const auto from = navigator->topScreen();
   GlobalData::sharedInstance().setPopToAfterPayVC(from ? std::optional(from->id) : std::nullopt);
   return navigator->push(discovery_texts::kSubmitScreen, submitOrderPayload(*activity_, activity_->isFirst));

@@ -78,15 +78,12 @@ void QXRStoreDetailViewController::showAddress() {
 void QXRStoreDetailViewController::selectActivity(std::size_t index) {
   if (!store_ || index >= store_->activityList.size()) return;
   const ActivityModel& activity = store_->activityList[index];
-  if (const auto& navigator = Env::current().navigator) {
-    navigator->push(discovery_texts::kActivityScreen, {{"commodityId", activity.commodityID}, {"name", activity.name}});
-  }
+  Env::current().navigator->push(discovery_texts::kActivityScreen,
+                                 {{"commodityId", activity.commodityID}, {"name", activity.name}});
 }
 
 void QXRStoreDetailViewController::showMoreComments() {
-  if (const auto& navigator = Env::current().navigator) {
-    navigator->push(discovery_texts::kCommentsScreen, {{"storeId", storeId_}});
-  }
+  Env::current().navigator->push(discovery_texts::kCommentsScreen, {{"storeId", storeId_}});
 }
 
 void QXRStoreDetailViewController::bookmark() {

@@ -9,13 +9,12 @@ namespace qmv {
 
 std::vector<std::string> SearchHistory::read() {
   const auto& settings = Env::current().settings;
-  if (!settings) return {};
   return settings->stringArrayForKey(kSearchKeyWordsKey).value_or(std::vector<std::string>{});
 }
 
 void SearchHistory::save(const std::string& word) {
   const auto& settings = Env::current().settings;
-  if (word.empty() || word.size() > kMaximumWordBytes || !utf8::isValid(word) || !settings) return;
+  if (word.empty() || word.size() > kMaximumWordBytes || !utf8::isValid(word)) return;
   settings->updateObject(kSearchKeyWordsKey, [&word](const Json& stored) {
     Json words = Json::array({word});
     if (stored.is_array()) {
@@ -31,7 +30,6 @@ void SearchHistory::save(const std::string& word) {
 
 void SearchHistory::clear() {
   const auto& settings = Env::current().settings;
-  if (!settings) return;
   settings->setStringArray({}, kSearchKeyWordsKey);
   settings->synchronize();
 }

@@ -15,7 +15,7 @@ class SearchHistory {
 
   SearchHistory() = delete;
 
-  // The stored words, newest first; none without a settings store.
+  // The stored words, newest first.
   static std::vector<std::string> read();
   // Moves `word` to the front (adding it when new), drops the oldest beyond ten, saves
   // and synchronises, as one update of the stored list, so that searches running at the

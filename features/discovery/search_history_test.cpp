@@ -6,6 +6,7 @@
 #include "features/discovery/search_view.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/testing/temp_home.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv {
 namespace {
@@ -47,7 +48,7 @@ TEST(SearchHistory, RunsSharingAHomeKeepEachOthersWords) {
   for (auto* store : {first.store.get(), second.store.get(), first.store.get()}) {
     Env env = Env::current();
     env.settings = std::shared_ptr<SettingsStore>(store, [](SettingsStore*) {});
-    ScopedEnv scoped(env);
+    ScopedEnv scoped(completedForTesting(env));
     SearchHistory::save(store == second.store.get() ? "火锅" : "KTV");
   }
   EXPECT_EQ(SqliteSettingsStore::openInHome(home.home()).store->stringArrayForKey(kSearchKeyWordsKey),

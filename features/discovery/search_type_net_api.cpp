@@ -10,7 +10,7 @@ namespace qmv {
 
 std::vector<SearchTypeModel> SearchTypeNetApi::getSearchTypes() {
   std::string saved;
-  if (const auto& settings = Env::current().settings) saved = settings->stringForKey(kSearchTypesKey).value_or("");
+  saved = Env::current().settings->stringForKey(kSearchTypesKey).value_or("");
   if (!saved.empty()) {
     auto list = getSearchTypeWithJsonStr(saved);
     // A damaged saved text must not leave the picker empty.

@@ -17,7 +17,7 @@ std::optional<StoreInfoModel> StoreDetailNetApi::getStoreDetail() const {
   if (!data.is_object()) return std::nullopt;
   StoreInfoModel store(data);
   store.storeId = storeId;
-  if (const auto& measurer = Env::current().textMeasurer) store.setAddressHeight(*measurer);
+  store.setAddressHeight(*Env::current().textMeasurer);
   return store;
 }
 

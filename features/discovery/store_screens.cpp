@@ -15,18 +15,17 @@ Json storePayload(const StoreInfoModel& store) {
 }
 
 void openStoreDetail(const StoreInfoModel& store) {
-  if (const auto& navigator = Env::current().navigator) {
-    navigator->push(discovery_texts::kStoreDetailScreen, {{"storeId", store.storeId}, {"storeName", store.storeName}});
-  }
+  Env::current().navigator->push(discovery_texts::kStoreDetailScreen,
+                                 {{"storeId", store.storeId}, {"storeName", store.storeName}});
 }
 
 void openStoreMap(const StoreInfoModel& store) {
   Env& env = Env::current();
   if (!store.coordinate()) {
-    if (env.overlay) env.overlay->showImage("", discovery_texts::kLocationError);
+    env.overlay->showImage("", discovery_texts::kLocationError);
     return;
   }
-  if (env.navigator) env.navigator->push(discovery_texts::kMapScreen, storePayload(store));
+  env.navigator->push(discovery_texts::kMapScreen, storePayload(store));
 }
 
 }  // namespace qmv

@@ -10,10 +10,8 @@ namespace qmv {
 
 std::vector<SearchTypeModel> TemplatesNetApi::templatesFromResponse() const {
   if (!responseData().is_object()) return {};
-  if (const auto& settings = Env::current().settings) {
-    settings->setString(responseString(), kTemplatesKey);
-    settings->synchronize();
-  }
+  Env::current().settings->setString(responseString(), kTemplatesKey);
+  Env::current().settings->synchronize();
   return searchTypesFromEnvelope(responseString());
 }
 

@@ -13,10 +13,6 @@
 namespace qmv {
 namespace {
 
-void showStatus(const char* image, const std::string& text) {
-  if (const auto& overlay = Env::current().overlay) overlay->showImage(image, text);
-}
-
 // Characters of `text`, a stray byte counting as one.
 std::size_t characterCount(std::string_view text) {
   std::size_t count = 0;
@@ -45,11 +41,11 @@ bool GradeStoreViewController::isSubmitting() const { return request_ && request
 bool GradeStoreViewController::submitAction() {
   if (isSubmitting() || orderId_.empty()) return false;
   if (!utf8::isValid(contentText)) {
-    showStatus(order_texts::kErrorImage, order_texts::kRateBadText);
+    Env::current().overlay->showImage(order_texts::kErrorImage, order_texts::kRateBadText);
     return false;
   }
   if (characterCount(contentText) > kMaxContentChars) {
-    showStatus(order_texts::kErrorImage, order_texts::kRateTooLong);
+    Env::current().overlay->showImage(order_texts::kErrorImage, order_texts::kRateTooLong);
     return false;
   }
   detachRequest(request_);
@@ -60,8 +56,8 @@ bool GradeStoreViewController::submitAction() {
         const bool correct = request_->isCorrectResult();
         if (correct) {
           if (successOrderID_ != nullptr) *successOrderID_ = orderId_;
-          showStatus("", order_texts::kRateDone);
-          if (const auto& navigator = Env::current().navigator) navigator->pop();
+          Env::current().overlay->showImage("", order_texts::kRateDone);
+          Env::current().navigator->pop();
         }
         if (onFinished) onFinished(correct);
       },

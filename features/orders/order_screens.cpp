@@ -10,7 +10,7 @@ namespace qmv {
 
 bool openOrderDetail(const OrderInfoModel& order) {
   const auto& navigator = Env::current().navigator;
-  if (order.orderId.empty() || !navigator) return false;
+  if (order.orderId.empty()) return false;
   navigator->push(order.isStoreOrder() ? order_texts::kStoreOrderDetailScreen : order_texts::kActivityOrderDetailScreen,
                   {{"orderId", order.orderId}});
   return true;
@@ -18,14 +18,14 @@ bool openOrderDetail(const OrderInfoModel& order) {
 
 bool openGradeStore(const std::string& orderId, const std::string& storeName) {
   const auto& navigator = Env::current().navigator;
-  if (orderId.empty() || !navigator) return false;
+  if (orderId.empty()) return false;
   navigator->push(order_texts::kGradeStoreScreen, {{"orderId", orderId}, {"storeName", storeName}});
   return true;
 }
 
 bool openStorePayment(const std::string& storeId, const std::string& totalFee) {
   const auto& navigator = Env::current().navigator;
-  if (storeId.empty() || !navigator) return false;
+  if (storeId.empty()) return false;
   if (!hasSession()) {
     presentLoginScreen();
     return false;

@@ -11,37 +11,33 @@
 namespace qmv {
 namespace {
 
-void show(const std::string& image, const std::string& text) {
-  if (auto overlay = Env::current().overlay) overlay->showImage(image, text);
-}
-
 // The wallet's own message for a result that is not a success, when it gave one.
 void showAlipayMemo(const Json& resultDic) {
   const std::string memo = strForKey(resultDic, "memo");
-  if (!memo.empty()) show("error", StringUtil::convertUnicodeToString(memo));
+  if (!memo.empty()) Env::current().overlay->showImage("error", StringUtil::convertUnicodeToString(memo));
 }
 
 }  // namespace
 
 bool UPPayUtil::uppayWithTN(const std::string& tn, const std::string& controller, const std::string& scheme) {
   const auto& payments = Env::current().payments;
-  if (!payments || !payments->uppay) return false;
+  if (!payments->uppay) return false;
   return payments->uppay->startPay(tn, scheme, "00", controller);
 }
 
 void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPaySuccessLater) {
   const auto& payments = Env::current().payments;
-  if (!payments || !payments->uppay) return;
+  if (!payments->uppay) return;
   payments->uppay->handlePaymentResult(
       url, [post = std::move(postPaySuccessLater)](const std::string& code, const Json&) {
         if (code == "success") {
-          show("", "支付成功");
+          Env::current().overlay->showImage("", "支付成功");
           if (post) post();
         } else if (code == "fail") {
-          show("", "支付失败");
+          Env::current().overlay->showImage("", "支付失败");
           PaymentFailureWatch::report();
         } else if (code == "cancel") {
-          show("", "支付取消");
+          Env::current().overlay->showImage("", "支付取消");
           PaymentFailureWatch::report();
         }
       });

@@ -36,17 +36,17 @@ void QXMyActivityOrderDetailViewController::refreshView() {
   contentText = order.content;
   const Env& env = Env::current();
   contentHeight = 0;
-  if (env.textMeasurer && !contentText.empty()) {
+  if (!contentText.empty()) {
     contentHeight = env.textMeasurer->measure(contentText, kContentFontPointSize,
                                               env.textMeasurer->screenWidth() - kContentSideMargins);
   }
   qrCode.reset();
-  if (env.qrGenerator && !order.promotionCode.empty()) qrCode = env.qrGenerator->encode(order.promotionCode);
+  if (!order.promotionCode.empty()) qrCode = env.qrGenerator->encode(order.promotionCode);
 }
 
 void QXMyActivityOrderDetailViewController::gotoProductDetail() {
   const auto& navigator = Env::current().navigator;
-  if (!orderInfo || orderInfo->commodityId.empty() || !navigator) return;
+  if (!orderInfo || orderInfo->commodityId.empty()) return;
   navigator->push(discovery_texts::kActivityScreen,
                   {{"commodityId", orderInfo->commodityId}, {"name", orderInfo->name}, {"isFirst", "1"}});
 }

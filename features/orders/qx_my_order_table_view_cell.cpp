@@ -33,7 +33,7 @@ void QXMyOrderTableViewCell::setData(const OrderInfoModel& order) {
 void QXMyOrderTableViewCell::rightBtnAction() {
   if (orderInfo.status == "1") {
     const auto& alerts = Env::current().alerts;
-    if (!alerts || orderInfo.orderId.empty()) return;
+    if (orderInfo.orderId.empty()) return;
     alerts->show({texts::kRefundTitle, texts::kRefundMessage, {texts::kCancel, texts::kConfirm}, {}},
                  [orderId = orderInfo.orderId, refund = refund](const AlertAnswer& answer) {
                    if (answer.buttonIndex == 1 && refund) refund(orderId);

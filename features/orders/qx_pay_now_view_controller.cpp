@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 
 #include "core/common/dictionary.h"
 #include "core/common/notification_names.h"
@@ -46,10 +45,6 @@ std::optional<std::int64_t> parseShareCount(const std::string& text) {
   const std::int64_t count = std::stoll(text);
   if (count < 1) return std::nullopt;
   return count;
-}
-
-void show(const char* text) {
-  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
 }
 
 }  // namespace
@@ -224,7 +219,7 @@ void QXPayNowViewController::confirmAction() {
   if (isLoading()) return;
   if (!totalKnown_) {
     // Nothing is spent that the member has not seen.
-    show(texts::kAmountUnknown);
+    Env::current().overlay->showImage("", texts::kAmountUnknown);
     return;
   }
   if (leftPayAmount_ == 0) {
@@ -316,7 +311,7 @@ void QXPayNowViewController::handOver(const std::string& code, const std::string
       });
     });
   } else if (code == texts::kWeChatCode) {
-    const std::int64_t now = env.clock ? env.clock->unixSeconds() : static_cast<std::int64_t>(std::time(nullptr));
+    const std::int64_t now = env.clock->unixSeconds();
     payments->wechat->sendReq(weChatPayRequest(prepayId, *payments, now, StringUtil::random32Letters()));
   } else {
     UPPayUtil::uppayWithTN(prepayId, texts::kPayNowScreen, payments->scheme);
@@ -327,12 +322,10 @@ void QXPayNowViewController::paymentSucceeded() {
   if (paid_) return;
   paid_ = true;
   const Env& env = Env::current();
-  if (env.overlay) env.overlay->showImage("", texts::kPaySuccess);
-  if (env.navigator) {
-    const auto back = GlobalData::sharedInstance().popToAfterPayVC();
-    // A return screen that has been closed since counts as none.
-    if (!back || !env.navigator->popTo(*back)) env.navigator->pop();
-  }
+  env.overlay->showImage("", texts::kPaySuccess);
+  const auto back = GlobalData::sharedInstance().popToAfterPayVC();
+  // A return screen that has been closed since counts as none.
+  if (!back || !env.navigator->popTo(*back)) env.navigator->pop();
   step(PayStep::Paid);
 }
 

@@ -31,10 +31,6 @@ namespace {
 // refused rather than read as 0.
 float priceOf(const std::string& text) { return floatAmountOf(text).value_or(std::numeric_limits<float>::infinity()); }
 
-void show(const char* text) {
-  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
-}
-
 }  // namespace
 
 float QXSubmitOderViewController::totalFee() const {
@@ -73,7 +69,7 @@ void QXSubmitOderViewController::reduceAction() {
 
 void QXSubmitOderViewController::submitAction() {
   if (!totalPayable()) {
-    show(texts::kTotalRefused);
+    Env::current().overlay->showImage("", texts::kTotalRefused);
     if (onRefused) onRefused();
     return;
   }
@@ -112,7 +108,7 @@ void QXSubmitOderViewController::openPayNow() {
     return;
   }
   std::optional<ScreenId> pushed;
-  if (const auto& navigator = Env::current().navigator) pushed = navigator->push(texts::kPayNowScreen, payNowPayload());
+  pushed = Env::current().navigator->push(texts::kPayNowScreen, payNowPayload());
   if (onSubmitted) onSubmitted(pushed);
 }
 

@@ -21,9 +21,8 @@ void MyContactViewController::answered(const MyContactsNetApi& request) {
 
 void MyContactViewController::selectRow(std::size_t index) {
   if (index >= contactList.size()) return;
-  if (const auto& navigator = Env::current().navigator) {
-    navigator->push(referral_texts::kSecondContactScreen, MySecondContactViewController::payloadOf(contactList[index]));
-  }
+  Env::current().navigator->push(referral_texts::kSecondContactScreen,
+                                 MySecondContactViewController::payloadOf(contactList[index]));
 }
 
 }  // namespace qmv

@@ -3,10 +3,11 @@
 #include "core/session/global_data.h"
 #include "features/wallet/my_bank_net_api.h"
 #include "features/wallet/unbind_bank_net_api.h"
-#include "features/wallet/detail/wallet_status.h"
+#include "features/wallet/wallet_texts.h"
 #include "platform/alerts.h"
 #include "platform/env.h"
 #include "platform/navigator.h"
+#include "platform/status_overlay.h"
 
 namespace qmv {
 
@@ -41,17 +42,14 @@ void MyBankCardViewController::myBankNet() {
 }
 
 void MyBankCardViewController::leave() {
-  if (const auto& navigator = Env::current().navigator) navigator->pop();
+  Env::current().navigator->pop();
   if (onLoaded) onLoaded(false);
 }
 
-void MyBankCardViewController::addAction() {
-  if (const auto& navigator = Env::current().navigator) navigator->push(wallet_texts::kBindScreen);
-}
+void MyBankCardViewController::addAction() { Env::current().navigator->push(wallet_texts::kBindScreen); }
 
 void MyBankCardViewController::unbindAction() {
   const auto& alerts = Env::current().alerts;
-  if (!alerts) return;
   AlertSpec alert{wallet_texts::kUnbindAlertTitle,
                   wallet_texts::kUnbindAlertMessage,
                   {wallet_texts::kCancel, wallet_texts::kConfirm},
@@ -77,7 +75,7 @@ void MyBankCardViewController::unbindNet() {
           unbindFinished(UnbindOutcome::Failed);
           return;
         }
-        wallet_detail::showStatus(wallet_texts::kUnbound);
+        Env::current().overlay->showImage("", wallet_texts::kUnbound);
         if (const auto& self = GlobalData::sharedInstance().selfInfo()) self->bankCardNum = std::string(wallet_texts::kNoCard);
         viewWillAppear();
         unbindFinished(UnbindOutcome::Unbound);

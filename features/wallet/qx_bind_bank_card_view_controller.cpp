@@ -5,9 +5,11 @@
 #include "core/session/global_data.h"
 #include "core/storage/db_util.h"
 #include "features/wallet/bind_bank_net_api.h"
-#include "features/wallet/detail/wallet_status.h"
+#include "features/wallet/wallet_texts.h"
+#include "platform/env.h"
 #include "platform/main_loop.h"
 #include "platform/navigator.h"
+#include "platform/status_overlay.h"
 
 namespace qmv {
 
@@ -39,7 +41,7 @@ std::string QXBindBankCardViewController::bankNameText() const { return DBUtil::
 void QXBindBankCardViewController::viewDidLoad() {
   const auto& self = GlobalData::sharedInstance().selfInfo();
   phoneLabelText_ = wallet_texts::kPhoneLabelPrefix + maskedPhone(self ? self->phone : std::string());
-  if (const auto& loop = Env::current().mainLoop) countdown_.startTimer(*loop);
+  countdown_.startTimer(*Env::current().mainLoop);
   if (onChange) onChange();
 }
 
@@ -82,7 +84,7 @@ bool QXBindBankCardViewController::bindAction() {
     refusal = wallet_texts::kNoCode;
   }
   if (refusal != nullptr) {
-    wallet_detail::showStatus(refusal);
+    Env::current().overlay->showImage("", refusal);
     return false;
   }
   bindNet();
@@ -102,9 +104,9 @@ void QXBindBankCardViewController::bindNet() {
       [this](BaseRequest&) {
         const bool correct = bindNet_->isCorrectResult();
         if (correct) {
-          wallet_detail::showStatus(wallet_texts::kBound);
+          Env::current().overlay->showImage("", wallet_texts::kBound);
           if (const auto& self = GlobalData::sharedInstance().selfInfo()) self->bankCardNum = std::string(wallet_texts::kCardBound);
-          if (const auto& navigator = Env::current().navigator) navigator->pop();
+          Env::current().navigator->pop();
         }
         if (onFinished) onFinished(correct);
       },

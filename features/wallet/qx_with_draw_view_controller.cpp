@@ -8,10 +8,12 @@
 #include "core/common/string_util.h"
 #include "core/session/global_data.h"
 #include "core/session/user_info_net_api.h"
-#include "features/wallet/detail/wallet_status.h"
 #include "features/wallet/my_bank_net_api.h"
+#include "features/wallet/wallet_texts.h"
 #include "features/wallet/with_draw_net_api.h"
+#include "platform/env.h"
 #include "platform/navigator.h"
+#include "platform/status_overlay.h"
 
 namespace qmv {
 namespace {
@@ -204,7 +206,7 @@ bool QXWithDrawViewController::withDrawAction() {
     refusal = wallet_texts::kInsufficientBalance;
   }
   if (refusal != nullptr) {
-    wallet_detail::showError(refusal);
+    Env::current().overlay->showImage(wallet_texts::kErrorImage, refusal);
     return false;
   }
   withDrawNet(fenOf(amountText));
@@ -219,8 +221,8 @@ void QXWithDrawViewController::withDrawNet(const std::string& amountFen) {
       [this](BaseRequest&) {
         const bool correct = withDrawNet_->isCorrectResult();
         if (correct) {
-          wallet_detail::showStatus(wallet_texts::kWithDrawSubmitted);
-          if (const auto& navigator = Env::current().navigator) navigator->pop();
+          Env::current().overlay->showImage("", wallet_texts::kWithDrawSubmitted);
+          Env::current().navigator->pop();
         }
         if (onFinished) onFinished(correct);
       },

@@ -38,15 +38,6 @@ std::optional<std::int64_t> localSeconds(const std::optional<std::string>& text)
   return static_cast<std::int64_t>(std::mktime(&tm));
 }
 
-std::int64_t nowSeconds() {
-  const auto& clock = Env::current().clock;
-  return clock ? clock->unixSeconds() : SystemClock().unixSeconds();
-}
-
-void show(const char* text) {
-  if (const auto& overlay = Env::current().overlay) overlay->showImage("", text);
-}
-
 }  // namespace
 
 WheelViewController::~WheelViewController() {
@@ -75,7 +66,7 @@ void WheelViewController::wheelNet() {
 const char* WheelViewController::refusal() const {
   if (!wheel_) return texts::kNoWheel;
   if (const auto left = wholeNumber(wheel_->leftCount); left && *left <= 0) return texts::kNoSpinsLeft;
-  const std::int64_t now = nowSeconds();
+  const std::int64_t now = Env::current().clock->unixSeconds();
   if (const auto start = localSeconds(wheel_->timeStart); start && now < *start) return texts::kNotStarted;
   if (const auto end = localSeconds(wheel_->timeEnd); end && now >= *end) return texts::kEnded;
   return nullptr;
@@ -84,7 +75,7 @@ const char* WheelViewController::refusal() const {
 bool WheelViewController::spinAction() {
   if (isSpinning()) return false;
   if (const char* reason = refusal()) {
-    show(reason);
+    Env::current().overlay->showImage("", reason);
     return false;
   }
   detachRequest(spinRequest_);
@@ -100,7 +91,7 @@ bool WheelViewController::spinAction() {
 void WheelViewController::spun(WheelResultNetApi& request, bool correct) {
   if (&request != spinRequest_.get()) return;
   std::optional<WheelModel> drawn = correct ? request.getWheel() : std::nullopt;
-  if (correct && !drawn) show(texts::kNoResult);
+  if (correct && !drawn) Env::current().overlay->showImage("", texts::kNoResult);
   if (drawn && wheel_) {
     // The pointer now rests where the previous spin stopped.
     if (!wheel_->resultIndex.empty()) wheel_->lastIndex = wheel_->resultIndex;

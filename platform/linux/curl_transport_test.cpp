@@ -20,6 +20,7 @@
 #include "platform/linux/glib_main_loop.h"
 #include "platform/manual_main_loop.h"
 #include "platform/testing/loopback_server.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv {
 namespace {
@@ -415,7 +416,7 @@ TEST_P(CurlTransportTest, ReusedHandlesKeepTheirCookiesAndGrowNothing) {
     Env env;
     env.mainLoop = loop_;
     env.cookies = std::move(store);
-    ScopedEnv scoped(std::move(env));
+    ScopedEnv scoped(completedForTesting(std::move(env)));
     std::optional<HttpResponse> got;
     fromEnv.send(request, [&](HttpResponse r) { got = std::move(r); });
     EXPECT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(10000)));

@@ -18,29 +18,10 @@ void HeadlessAppWindow::record(std::string event) {
   events_.push_back(std::move(event));
 }
 
-void HeadlessAppWindow::setBackgroundColor(const Rgba& colour) { record("background " + rgba(colour)); }
-
-void HeadlessAppWindow::configureKeyboard(bool automaticToolbar, bool enabled, bool resignOnTouchOutside) {
-  record(std::string("keyboard toolbar=") + (automaticToolbar ? "on" : "off") + " enabled=" + (enabled ? "on" : "off") +
-         " resignOnTouchOutside=" + (resignOnTouchOutside ? "on" : "off"));
+void HeadlessAppWindow::setLooks(const AppLooks& looks) {
+  record("looks background=" + rgba(looks.background) + " barTint=" + rgba(looks.barTint) +
+         " font=" + std::to_string(static_cast<int>(looks.titleFontSize)));
 }
-
-void HeadlessAppWindow::setOverlayDefaultStyle(int style) { record("overlayStyle " + std::to_string(style)); }
-
-void HeadlessAppWindow::setStatusBar(bool hidden, int style) {
-  record(std::string("statusBar ") + (hidden ? "hidden" : "shown") + " style=" + std::to_string(style));
-}
-
-void HeadlessAppWindow::setNavigationBarAppearance(const NavigationBarAppearance& a) {
-  char offset[64];
-  std::snprintf(offset, sizeof offset, "%g,%g", a.backTitleOffsetX, a.backTitleOffsetY);
-  record("navigationBar barTint=" + rgba(a.barTint) + " font=" + std::to_string(static_cast<int>(a.titleFontSize)) +
-         " backTitleOffset=" + offset);
-}
-
-void HeadlessAppWindow::createWithScreenBounds() { record("create"); }
-
-void HeadlessAppWindow::makeKeyAndVisible() { record("makeKeyAndVisible"); }
 
 void HeadlessAppWindow::showLaunchView(const std::string& placeholderImage, const std::string& imageUrl) {
   launchViewShown_ = true;
@@ -54,11 +35,6 @@ void HeadlessAppWindow::removeLaunchView() {
 
 void HeadlessAppWindow::removeCachedImage(const std::string& url) { record("imageCache remove " + url); }
 
-void HeadlessAppWindow::setApplicationIconBadgeNumber(int number) {
-  badge_ = number;
-  record("badge " + std::to_string(number));
-}
-
-void HeadlessAppWindow::cancelAllLocalNotifications() { record("cancelAllLocalNotifications"); }
+void HeadlessAppWindow::clearBadge() { record("badge cleared"); }
 
 }  // namespace qmv

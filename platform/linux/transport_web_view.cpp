@@ -62,12 +62,7 @@ void TransportWebView::fetch(const std::string& url, FetchCompletion done) {
   }
   if (!refusal.empty()) {
     // The failure still arrives from the loop, as every load's end does.
-    const auto loop = Env::current().mainLoop;
-    if (loop) {
-      loop->post([done = std::move(done), refusal] { done(std::nullopt, refusal); });
-    } else {
-      done(std::nullopt, refusal);
-    }
+    Env::current().mainLoop->post([done = std::move(done), refusal] { done(std::nullopt, refusal); });
     return;
   }
   HttpRequest request;

@@ -34,7 +34,7 @@ class FakeWebView : public HistoryWebView {
     const Env& env = Env::current();
     const std::string host = urlHost(url);
     std::vector<Cookie> sent;
-    for (const Cookie& c : env.cookies ? env.cookies->cookies() : std::vector<Cookie>{}) {
+    for (const Cookie& c : env.cookies->cookies()) {
       if (c.domain == host || (!c.hostOnly && host.ends_with("." + c.domain))) sent.push_back(c);
     }
     site_->fetches.push_back({url, std::move(sent)});

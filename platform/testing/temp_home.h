@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "platform/settings_store.h"
+#include "platform/testing/test_env.h"
 
 namespace qmv {
 
@@ -42,7 +44,7 @@ class TempHome {
     Env env;
     env.settings = settings_;
     env.files = files_;
-    return env;
+    return completedForTesting(std::move(env));
   }
 
   std::filesystem::path home_;
