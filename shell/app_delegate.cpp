@@ -2,12 +2,15 @@
 
 #include <cctype>
 
+#include "core/common/area_texts.h"
 #include "core/common/dictionary.h"
 #include "core/common/notification_names.h"
+#include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
 #include "core/request/network_config.h"
 #include "features/discovery/main_view_controller.h"
 #include "features/discovery/nearby_view_controller.h"
+#include "features/orders/checkout_texts.h"
 #include "features/orders/payment_failure_watch.h"
 #include "features/orders/payment_results.h"
 #include "platform/app_window.h"
@@ -81,16 +84,16 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
     env.window->createWithScreenBounds();
   }
 
-  if (env.settings && env.settings->boolForKey("isLaunched")) {
+  if (env.settings && env.settings->boolForKey(kIsLaunchedKey)) {
     showMainTabs();
   } else {
     if (env.navigator) env.navigator->setRoot("LaunchViewController");
-    if (env.settings) env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
+    if (env.settings) env.settings->setObjects(Json{{kSelectCityKey, kDefaultCity}, {kSelectCityDisKey, kDefaultCity}});
   }
 
   if (env.window) env.window->makeKeyAndVisible();
   if (env.settings) {
-    env.settings->setBool(true, "isLaunched");
+    env.settings->setBool(true, kIsLaunchedKey);
     env.settings->synchronize();
   }
   showLaunchImage();
@@ -161,7 +164,7 @@ void AppDelegate::applicationWillEnterForeground() {
 
 bool AppDelegate::openURL(const std::string& url, const std::string& sourceApplication) {
   const auto& payments = Env::current().payments;
-  if (sourceApplication == kWeChatSource) {
+  if (sourceApplication == WeChatApi::kSourceApplication) {
     if (!payments || !payments->wechat) return false;
     return payments->wechat->handleOpenURL(url, [this](int errCode) { onResp(errCode); });
   }
@@ -193,9 +196,9 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
 void AppDelegate::onResp(int errCode) {
   if (errCode == 0) {
     if (auto center = Env::current().notifications) center->post(kPaySuccessNotification);
-    show("支付成功");
+    show(checkout_texts::kPaySuccess);
   } else {
-    show("支付失败");
+    show(checkout_texts::kPayFailed);
     PaymentFailureWatch::report();
   }
 }

@@ -1,5 +1,6 @@
 #include "apps/gtk/member_pages.h"
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/ui.h"
@@ -24,7 +25,7 @@ void WealthPage::refresh() {
   ui::clear(body());
   const auto& me = GlobalData::sharedInstance().selfInfo();
   if (me) {
-    auto* balance = ui::label("￥" + member_texts::balanceYuan(*me), "title-1");
+    auto* balance = ui::label(gtk_texts::kYuanPrefix + member_texts::balanceYuan(*me), "title-1");
     balance->set_name("balance");
     balance->set_xalign(0.5);
     body().append(*balance);
@@ -55,7 +56,7 @@ void MinePage::refresh() {
   body().append(*name);
   auto* list = ui::boxedList();
   ui::addRow(*list, me->userName, me->phone);
-  ui::addRow(*list, "￥" + member_texts::balanceYuan(*me), "");
+  ui::addRow(*list, gtk_texts::kYuanPrefix + member_texts::balanceYuan(*me), "");
   ui::addRow(*list, member_texts::level(*me) + "  " + member_texts::progress(*me), member_texts::remainingExp(*me));
   body().append(*list);
   // The member's own screens, and the server pages about him.

@@ -3,6 +3,7 @@
 #include "core/common/dictionary.h"
 #include "core/common/log.h"
 #include "core/common/string_util.h"
+#include "features/orders/checkout_texts.h"
 #include "features/orders/payment_failure_watch.h"
 #include "platform/env.h"
 #include "platform/payment_channels.h"
@@ -35,13 +36,13 @@ void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPayS
   payments->uppay->handlePaymentResult(
       url, [post = std::move(postPaySuccessLater)](const std::string& code, const Json&) {
         if (code == "success") {
-          show("", "支付成功");
+          show("", checkout_texts::kPaySuccess);
           if (post) post();
         } else if (code == "fail") {
-          show("", "支付失败");
+          show("", checkout_texts::kPayFailed);
           PaymentFailureWatch::report();
         } else if (code == "cancel") {
-          show("", "支付取消");
+          show("", checkout_texts::kPayCancelled);
           PaymentFailureWatch::report();
         }
       });
