@@ -8,6 +8,10 @@ file(WRITE ${ROOT}/shell/y.h "#pragma once\n#include \"core/x.h\"\n#include \"fe
 file(WRITE ${ROOT}/features/coupons/c.cpp "#include \"core/x.h\"\n#include \"shell/y.h\"\n")
 # A private header reached from outside its folder, and a library outside its adapters.
 file(WRITE ${ROOT}/features/orders/o.cpp "#include \"features/discovery/detail/p.h\"\n#include <curl/curl.h>\n")
+# A text outside a texts header and a settings key outside its header; comments and
+# tests may quote both.
+file(WRITE ${ROOT}/shell/t.cpp "// \"支付成功\" is quoted here\nshow(\"支付成功\"); // ok\nenv.settings->setBool(true, \"isLaunched\");\nshow(\"ok\"); /* \"支付\" */\n")
+file(WRITE ${ROOT}/shell/t_test.cpp "show(\"支付成功\");\n")
 # Test code may reach the Linux adapters and the doubles.
 file(WRITE ${ROOT}/features/orders/o_test.cpp "#include \"platform/linux/z.h\"\n#include \"platform/testing/t.h\"\n")
 
@@ -19,7 +23,9 @@ set(expected
   "core/x.cpp:2: core may not include shell (shell/y.h)"
   "features/coupons/c.cpp:2: features may not include shell (shell/y.h)"
   "features/orders/o.cpp:1: features/discovery/detail/p.h is private to features/discovery/"
-  "features/orders/o.cpp:2: <curl/curl.h> is not for orders code here")
+  "features/orders/o.cpp:2: <curl/curl.h> is not for orders code here"
+  "shell/t.cpp:2: a text in the application's language belongs in a texts header"
+  "shell/t.cpp:3: a settings key belongs in core/common/settings_keys.h")
 foreach(line IN LISTS expected)
   string(FIND "${out}" "${line}" at)
   if(at EQUAL -1)

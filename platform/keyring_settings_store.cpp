@@ -91,6 +91,7 @@ int KeyringSettingsStore::moveSecretsToKeyring() {
       keyring_->remove(id);
     }
   }
+  if (moved > 0) forgetStraySecrets();
   return moved;
 }
 
@@ -99,8 +100,7 @@ int KeyringSettingsStore::forgetStraySecrets(std::chrono::system_clock::time_poi
   for (const auto& key : secretKeys_) {
     if (auto id = referencedId(file_->objectForKey(key))) referenced.push_back(*id);
   }
-  // A home that keeps nothing in the keyring does not ask it at every start; a stray
-  // secret of its first login goes at the first start after a login that did land.
+  // With no reference in the file there is nothing to tell a stray from a secret in use.
   if (referenced.empty()) return 0;
   const auto kept = keyring_->kept();
   if (!kept) return 0;
@@ -133,6 +133,7 @@ bool KeyringSettingsStore::setObjects(const Json& values) {
   if (!values.is_object()) return false;
   Json toFile = values;
   std::vector<std::string> replaced;
+  bool referencesNew = false;
   for (const auto& key : secretKeys_) {
     const auto given = values.find(key);
     if (given == values.end()) continue;
@@ -142,6 +143,7 @@ bool KeyringSettingsStore::setObjects(const Json& values) {
     const std::string id = newId();
     if (keyring_->store(id, label(key), given->get<std::string>())) {
       toFile[key] = reference(id);
+      referencesNew = true;
     } else if (!obsolete.empty()) {
       // Kept in the file; the keyring forgets the replaced secrets once it answers.
       toFile[key] = Json{{kSecretKey, *given}, {kForgetKey, obsolete}};
@@ -149,6 +151,7 @@ bool KeyringSettingsStore::setObjects(const Json& values) {
   }
   if (!file_->setObjects(toFile)) return false;
   for (const auto& id : replaced) keyring_->remove(id);
+  if (referencesNew) forgetStraySecrets();
   return true;
 }
 

@@ -32,20 +32,24 @@ class KeyringSettingsStore : public SettingsStore {
                        std::vector<std::string> secretKeys, std::string labelPrefix);
 
   // Moves every secret the file holds into the keyring when it answers, leaving a
-  // reference in the file. Returns how many moved. Meant for the start of a run.
+  // reference in the file. Returns how many moved. Meant for the start of a run: it asks
+  // the keyring only when the file holds a secret itself.
   int moveSecretsToKeyring();
 
   // A run killed between keeping a secret and writing the file leaves a secret that
   // nothing refers to. Forgets those of this home older than kStrayAge (younger ones may
   // be another run's write in progress), once the file refers to the keyring at all.
-  // Returns how many went. Meant for the start of a run.
+  // Returns how many went. Runs after every write that lands a new reference rather than
+  // at every start: listing the keyring is a round trip to it, and the start of the
+  // graphical client should not wait on one.
   static constexpr std::chrono::hours kStrayAge{1};
   int forgetStraySecrets(std::chrono::system_clock::time_point now = std::chrono::system_clock::now());
 
   Json objectForKey(const std::string& key) const override;
   void setObject(const Json& value, const std::string& key) override;
   void removeObjectForKey(const std::string& key) override;
-  // Once the file holds the new values, the keyring forgets the secrets they replaced.
+  // Once the file holds the new values, the keyring forgets the secrets they replaced,
+  // and the strays of earlier runs.
   // When the file write fails, both stay: this run still reads what it wrote.
   bool setObjects(const Json& values) override;
   // For a secret key, the change sees the secret and its result is written as by

@@ -83,6 +83,11 @@ TEST_F(KeyringSettingsStoreTest, FailedFileWriteKeepsThePreviousPairReadable) {
   EXPECT_EQ(store.forgetStraySecrets(keyring_->now + KeyringSettingsStore::kStrayAge), 1);
   EXPECT_EQ(keyring_->secrets.size(), 1u);
   EXPECT_EQ(store.stringForKey("password"), "first1");
+  // Later strays go with the next write that lands a secret, not at every start.
+  keyring_->now -= KeyringSettingsStore::kStrayAge;
+  EXPECT_FALSE(onFullDisk.setObjects(Json{{"password", "third3"}}));
+  keyring_->now += KeyringSettingsStore::kStrayAge;
+  EXPECT_EQ(keyring_->secrets.size(), 2u);
 
   // Keys that are not secret pass through, updates included.
   EXPECT_TRUE(store.updateObject("searchKeyWords", [](Json current) {
@@ -92,6 +97,7 @@ TEST_F(KeyringSettingsStoreTest, FailedFileWriteKeepsThePreviousPairReadable) {
   EXPECT_EQ(file_->objectForKey("searchKeyWords"), Json::array({"火锅"}));
   EXPECT_TRUE(store.updateObject("password", [](Json current) { return Json(current.get<std::string>() + "x"); }));
   EXPECT_EQ(store.stringForKey("password"), "first1x");
+  EXPECT_EQ(keyring_->secrets.size(), 1u) << "the replaced secret and the stray are both gone";
 }
 
 }  // namespace

@@ -25,6 +25,8 @@ struct PayReq {
 
 class WeChatApi {
  public:
+  // The application that opens ours with a payment's result.
+  static constexpr const char* kSourceApplication = "com.tencent.xin";
   // errCode 0 means success.
   using ResponseHandler = std::function<void(int errCode)>;
   virtual ~WeChatApi() = default;

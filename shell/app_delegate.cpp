@@ -2,12 +2,15 @@
 
 #include <cctype>
 
+#include "core/common/area_texts.h"
 #include "core/common/dictionary.h"
 #include "core/common/notification_names.h"
+#include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
 #include "core/request/network_config.h"
 #include "features/discovery/main_view_controller.h"
 #include "features/discovery/nearby_view_controller.h"
+#include "features/orders/checkout_texts.h"
 #include "features/orders/payment_failure_watch.h"
 #include "features/orders/payment_results.h"
 #include "platform/app_window.h"
@@ -61,14 +64,14 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
   initShare();
   if (env.payments->wechat) env.payments->wechat->registerApp(config_.wechatAppId, "qmv");
 
-  if (env.settings->boolForKey("isLaunched")) {
+  if (env.settings->boolForKey(kIsLaunchedKey)) {
     showMainTabs();
   } else {
     env.navigator->setRoot("LaunchViewController");
-    env.settings->setObjects(Json{{"select_city", kDefaultCity}, {"select_city_dis", kDefaultCity}});
+    env.settings->setObjects(Json{{kSelectCityKey, kDefaultCity}, {kSelectCityDisKey, kDefaultCity}});
   }
 
-  env.settings->setBool(true, "isLaunched");
+  env.settings->setBool(true, kIsLaunchedKey);
   env.settings->synchronize();
   showLaunchImage();
   return true;
@@ -121,7 +124,7 @@ void AppDelegate::applicationWillEnterForeground() { Env::current().window->clea
 
 bool AppDelegate::openURL(const std::string& url, const std::string& sourceApplication) {
   const auto& payments = Env::current().payments;
-  if (sourceApplication == kWeChatSource) {
+  if (sourceApplication == WeChatApi::kSourceApplication) {
     if (!payments->wechat) return false;
     return payments->wechat->handleOpenURL(url, [this](int errCode) { onResp(errCode); });
   }
@@ -151,9 +154,9 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
 void AppDelegate::onResp(int errCode) {
   if (errCode == 0) {
     Env::current().notifications->post(kPaySuccessNotification);
-    Env::current().overlay->showImage("", "支付成功");
+    Env::current().overlay->showImage("", checkout_texts::kPaySuccess);
   } else {
-    Env::current().overlay->showImage("", "支付失败");
+    Env::current().overlay->showImage("", checkout_texts::kPayFailed);
     PaymentFailureWatch::report();
   }
 }

@@ -22,8 +22,6 @@ class MainViewController;
 
 class AppDelegate {
  public:
-  static constexpr const char* kDefaultCity = "临沂市";
-  static constexpr const char* kWeChatSource = "com.tencent.xin";
   static constexpr MainLoop::Duration kLaunchImageDuration{3000};
   static constexpr MainLoop::Duration kNearbyHandoffDelay{100};
   // How long postPaySuccessLater waits, so the payment library's own screen has

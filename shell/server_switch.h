@@ -7,14 +7,15 @@
 #include <string>
 
 #include "shell/app_config.h"
+#include "shell/shell_texts.h"
 
 namespace qmv {
 
 class ServerSwitch {
  public:
-  static constexpr const char* kProduction = "正式环境";
-  static constexpr const char* kTest = "测试环境";
-  static constexpr const char* kManual = "手动输入";
+  static constexpr const char* kProduction = shell_texts::kProductionServer;
+  static constexpr const char* kTest = shell_texts::kTestServer;
+  static constexpr const char* kManual = shell_texts::kManualServer;
   static constexpr const char* kHostField = "IP:";
   static constexpr const char* kOk = "OK";
   // Where a server answers the application's endpoints.

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "shell/shell_texts.h"
+
 namespace qmv {
 
 class QXH5ViewController;
@@ -18,7 +20,7 @@ class TabBarViewController {
   static constexpr int kNearbyTab = 1;
   static constexpr int kCirclesTab = 3;
   // What the bar shows under each tab's icon, in the tabs' order.
-  static constexpr const char* kTabTitles[] = {"首页", "附近", "财富", "社区", "我的"};
+  static constexpr const auto& kTabTitles = shell_texts::kTabTitles;
 
   explicit TabBarViewController(std::vector<std::string> viewControllers);
   ~TabBarViewController();

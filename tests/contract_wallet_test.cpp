@@ -9,8 +9,6 @@
 #include "features/discovery/templates_net_api.h"
 #include "features/orders/top_up_record_net_api.h"
 #include "features/wallet/bind_bank_net_api.h"
-#include "features/wallet/my_bank_net_api.h"
-#include "features/wallet/unbind_bank_net_api.h"
 #include "features/wallet/with_draw_net_api.h"
 #include "features/wheel/wheel_net_api.h"
 #include "features/wheel/wheel_result_net_api.h"
@@ -57,56 +55,7 @@ class WalletContractTest : public SandboxContractTest {
   bool askCode() {
     return sendCorrect(std::make_shared<MobileCodeNetApi>(GlobalData::sharedInstance().selfInfo()->phone, 0));
   }
-  std::string boundCardId() {
-    auto request = std::make_shared<MyBankNetApi>();
-    if (!sendCorrect(request)) return "<refused>";
-    return strForKey(dataOf(*request), "cardId");
-  }
 };
-
-TEST_F(WalletContractTest, ACardIsBoundReadAndUnboundOnce) {
-  const std::string card = luhnCard("622202", 16);
-  ASSERT_EQ(card.size(), 16u);
-  EXPECT_EQ(boundCardId(), "") << "the demo member starts without a card";
-
-  ASSERT_TRUE(askCode());
-  std::string failing = card;
-  failing.back() = static_cast<char>('0' + (failing.back() - '0' + 1) % 10);
-  auto badCard = bindRequest("张三", failing, kCertificate, sandbox::kDemoSmsCode);
-  ASSERT_EQ(send(badCard), "success");
-  EXPECT_FALSE(badCard->isCorrectResult());
-  auto badCode = bindRequest("张三", card, kCertificate, "000000");
-  ASSERT_EQ(send(badCode), "success");
-  EXPECT_FALSE(badCode->isCorrectResult());
-  EXPECT_EQ(shown().size(), 2u) << "each refusal shows its message";
-  EXPECT_EQ(boundCardId(), "");
-
-  auto bind = bindRequest("张三", card, kCertificate, sandbox::kDemoSmsCode);
-  ASSERT_TRUE(sendCorrect(bind));
-  auto read = std::make_shared<MyBankNetApi>();
-  ASSERT_TRUE(sendCorrect(read));
-  const Json bound = dataOf(*read);
-  EXPECT_EQ(strForKey(bound, "cardId"), card);
-  EXPECT_EQ(strForKey(bound, "certifId"), kCertificate);
-  EXPECT_EQ(strForKey(bound, "name"), "张三");
-  EXPECT_FALSE(strForKey(bound, "cardBank").empty());
-  ASSERT_TRUE(balance().has_value());
-  EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "1");
-
-  ASSERT_TRUE(askCode());
-  auto second = bindRequest("张三", luhnCard("621700", 19), kCertificate, sandbox::kDemoSmsCode);
-  ASSERT_EQ(send(second), "success");
-  EXPECT_FALSE(second->isCorrectResult()) << "one card per member";
-  EXPECT_EQ(boundCardId(), card);
-
-  ASSERT_TRUE(sendCorrect(std::make_shared<UnbindBankNetApi>()));
-  EXPECT_EQ(boundCardId(), "");
-  ASSERT_TRUE(balance().has_value());
-  EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "0");
-  auto unbindAgain = std::make_shared<UnbindBankNetApi>();
-  ASSERT_EQ(send(unbindAgain), "success");
-  EXPECT_FALSE(unbindAgain->isCorrectResult());
-}
 
 TEST_F(WalletContractTest, WithdrawalIsRefusedBeyondTheBalanceAndTakenWithinIt) {
   const auto before = balance();

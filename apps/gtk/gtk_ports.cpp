@@ -2,6 +2,7 @@
 
 #include <gtkmm.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "platform/alerts.h"
 #include "platform/env.h"
 #include "platform/linux/image_file_camera.h"
@@ -10,8 +11,8 @@
 namespace qmv::gtk {
 namespace {
 
-constexpr const char* kUnreadablePicture = "无法读取图片";
-constexpr const char* kUnderstood = "知道了";
+using gtk_texts::kUnderstood;
+using gtk_texts::kUnreadablePicture;
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #include "apps/gtk/member_pages.h"
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/ui.h"
@@ -32,7 +33,7 @@ WealthPage::WealthPage(PageContext& context) : ScreenPage(context, "", false) {
 
 void WealthPage::refresh() {
   const auto& me = GlobalData::sharedInstance().selfInfo();
-  balance_->set_text(me ? "￥" + member_texts::balanceYuan(*me) : "");
+  balance_->set_text(me ? gtk_texts::kYuanPrefix + member_texts::balanceYuan(*me) : "");
   balance_->set_visible(me != nullptr);
 }
 
@@ -85,7 +86,7 @@ void MinePage::refresh() {
   if (!me) return;
   name_->set_text(me->nickName.empty() ? me->userName : me->nickName);
   ui::setRowTexts(*facts_[0], me->userName, me->phone);
-  ui::setRowTexts(*facts_[1], "￥" + member_texts::balanceYuan(*me), "");
+  ui::setRowTexts(*facts_[1], gtk_texts::kYuanPrefix + member_texts::balanceYuan(*me), "");
   ui::setRowTexts(*facts_[2], member_texts::level(*me) + "  " + member_texts::progress(*me),
                   member_texts::remainingExp(*me));
 }

@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/pull_refresh.h"
@@ -17,7 +18,7 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   if (withBack) {
     auto* back = Gtk::make_managed<Gtk::Button>();
     back->set_icon_name("go-previous-symbolic");
-    back->set_tooltip_text("返回");
+    back->set_tooltip_text(gtk_texts::kBack);
     back->set_name("back");
     back->signal_clicked().connect([this] {
       if (backAction_) {

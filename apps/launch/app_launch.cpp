@@ -127,7 +127,6 @@ Status AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
       std::move(opened.store), std::move(keyring), std::vector<std::string>{kPasswordKey}, "qmv (" + homeName + ") ");
   // A password kept in the file while no keyring answered moves in once one does.
   settings->moveSecretsToKeyring();
-  settings->forgetStraySecrets();
   env.settings = std::move(settings);
   env.files = std::make_shared<HomeFileLocations>(home_);
   env.clock = std::make_shared<SystemClock>();

@@ -6,6 +6,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/cli_flow.h"
+#include "apps/qmv/cli_texts.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/string_util.h"
 #include "core/session/find_pwd_step2_view_controller.h"
@@ -26,10 +27,10 @@ namespace {
 void printMember(CliApp& app, const UserInfoModel& me) {
   const std::string balance = member_texts::balanceYuan(me);
   CliOutput& out = app.output();
-  out.line("账号: " + me.userName);
-  out.line("昵称: " + me.nickName);
-  out.line("手机: " + me.phone);
-  out.line("余额: ￥" + balance);
+  out.line(cli_texts::kAccountLabel + me.userName);
+  out.line(cli_texts::kNicknameLabel + me.nickName);
+  out.line(cli_texts::kPhoneLabel + me.phone);
+  out.line(cli_texts::kBalanceLabel + balance);
   out.line(member_texts::level(me) + "  " + member_texts::progress(me));
   out.line(member_texts::remainingExp(me));
   out.data("member", Json{{"userName", me.userName},

@@ -72,7 +72,7 @@ Json printPayNow(CliOutput& out, const QXPayNowViewController& screen) {
                 {"total", screen.totalText()},
                 {"confirm", screen.confirmTitle()},
                 {"balanceSelected", screen.balanceSelected()},
-                {"leftPayAmount", screen.leftPayAmount()}};
+                {"leftPayAmount", static_cast<double>(screen.leftPayAmount().count())}};
   if (!screen.topHidden()) shown["balance"] = screen.balanceText();
   if (!screen.bottomHidden()) {
     shown["channels"] = {{"alipay", screen.alipaySelected()},

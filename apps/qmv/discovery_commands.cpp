@@ -10,6 +10,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/cli_flow.h"
+#include "apps/qmv/cli_texts.h"
 #include "apps/qmv/command_registry.h"
 #include "apps/qmv/discovery_rows.h"
 #include "core/common/log.h"
@@ -522,7 +523,7 @@ void registerDiscoveryCommands(CommandRegistry& registry) {
     auto name = std::make_shared<std::string>();
     CLI::App* city = registry.add("city", "show the selected city, or choose one",
                                   [name](CliApp& app) { return runCity(app, *name); });
-    city->add_option("NAME", *name, "city name, e.g. 济南市");
+    city->add_option("NAME", *name, cli_texts::kCityHelp);
   }
   {
     auto key = std::make_shared<std::string>();

@@ -1,6 +1,8 @@
 #include "apps/qmv/escaped_stderr.h"
 
 #include <iostream>
+#include <string>
+#include <string_view>
 
 #include "apps/qmv/cli_output.h"
 
@@ -12,48 +14,28 @@ EscapedStderr::EscapedStderr()
 }
 
 EscapedStderr::~EscapedStderr() {
-  buffer_.flushPartial();
+  std::cerr.flush();
   std::cerr.rdbuf(previous_);
   setWarningFilter(previousFilter_);
 }
 
-void EscapedStderr::LineBuffer::put(char c) {
-  if (c != '\n') {
-    line_ += c;
-    return;
-  }
-  const std::string shown = forTerminal(line_) + '\n';
-  next_->sputn(shown.data(), static_cast<std::streamsize>(shown.size()));
-  line_.clear();
-}
-
-EscapedStderr::LineBuffer::int_type EscapedStderr::LineBuffer::overflow(int_type ch) {
+EscapedStderr::EscapingBuffer::int_type EscapedStderr::EscapingBuffer::overflow(int_type ch) {
   if (traits_type::eq_int_type(ch, traits_type::eof())) return traits_type::not_eof(ch);
-  std::lock_guard lock(mutex_);
-  put(traits_type::to_char_type(ch));
+  const char c = traits_type::to_char_type(ch);
+  xsputn(&c, 1);
   return ch;
 }
 
-std::streamsize EscapedStderr::LineBuffer::xsputn(const char* text, std::streamsize count) {
-  std::lock_guard lock(mutex_);
-  for (std::streamsize i = 0; i < count; ++i) put(text[i]);
+std::streamsize EscapedStderr::EscapingBuffer::xsputn(const char* text, std::streamsize count) {
+  std::string shown;
+  std::string_view rest(text, static_cast<std::size_t>(count));
+  for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos; rest.remove_prefix(end + 1))
+    shown += forTerminal(rest.substr(0, end)) + '\n';
+  shown += forTerminal(rest);
+  next_->sputn(shown.data(), static_cast<std::streamsize>(shown.size()));
   return count;
 }
 
-// A flush without a line end (a prompt) shows what is gathered so far.
-int EscapedStderr::LineBuffer::sync() {
-  flushPartial();
-  return 0;
-}
-
-void EscapedStderr::LineBuffer::flushPartial() {
-  std::lock_guard lock(mutex_);
-  if (!line_.empty()) {
-    const std::string shown = forTerminal(line_);
-    next_->sputn(shown.data(), static_cast<std::streamsize>(shown.size()));
-    line_.clear();
-  }
-  next_->pubsync();
-}
+int EscapedStderr::EscapingBuffer::sync() { return next_->pubsync(); }
 
 }  // namespace qmv::cli

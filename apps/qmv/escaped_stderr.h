@@ -3,7 +3,6 @@
 // quote what came from outside (an alert's message, a server's reason, a URL, a file
 // name), so each line reaches the terminal with its controls escaped, as the data lines
 // on stdout do.
-#include <mutex>
 #include <streambuf>
 #include <string>
 
@@ -19,11 +18,11 @@ class EscapedStderr {
   EscapedStderr& operator=(const EscapedStderr&) = delete;
 
  private:
-  // Gathers a line, then hands it on escaped. Locked: warnings may come from any thread.
-  class LineBuffer : public std::streambuf {
+  // Escapes each piece as it is written. std::cerr is unit-buffered, so every insertion
+  // arrives whole and nothing needs gathering; line ends pass through as they are.
+  class EscapingBuffer : public std::streambuf {
    public:
-    explicit LineBuffer(std::streambuf* next) : next_(next) {}
-    void flushPartial();
+    explicit EscapingBuffer(std::streambuf* next) : next_(next) {}
 
    protected:
     int_type overflow(int_type ch) override;
@@ -31,14 +30,11 @@ class EscapedStderr {
     int sync() override;
 
    private:
-    void put(char c);
     std::streambuf* next_;
-    std::mutex mutex_;
-    std::string line_;
   };
 
   std::streambuf* previous_;
-  LineBuffer buffer_;
+  EscapingBuffer buffer_;
   WarningFilter previousFilter_;
 };
 

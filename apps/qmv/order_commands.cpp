@@ -7,6 +7,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/cli_flow.h"
+#include "apps/qmv/cli_texts.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/log.h"
 #include "core/session/global_data.h"
@@ -319,7 +320,7 @@ void registerOrderCommands(CommandRegistry& registry) {
   }
   {
     auto id = std::make_shared<std::string>();
-    CLI::App* refund = registry.add("refund", "refund an order to be used (answer the question with --answer 确定)",
+    CLI::App* refund = registry.add("refund", cli_texts::kRefundHelp,
                                     [id](CliApp& app) { return runRefund(app, *id); });
     refund->add_option("ID", *id, "order id (see qmv orders --tab 1)")->required();
   }

@@ -6,6 +6,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/cli_flow.h"
+#include "apps/qmv/cli_texts.h"
 #include "apps/qmv/command_registry.h"
 #include "core/common/dictionary.h"
 #include "core/session/base_view_controller.h"
@@ -123,7 +124,7 @@ void registerPageCommands(CommandRegistry& registry) {
   {
     auto options = std::make_shared<PageOptions>();
     CLI::App* page = registry.add(
-        "page", "a server page by type (0 一元夺宝, 1 圈子, 2 幸运大转盘, 3 绑定地址, 4 个人等级, 5 我的帖子)",
+        "page", cli_texts::kPageHelp,
         [options](CliApp& app) { return runPage(app, *options); });
     page->add_option("TYPE", options->type, "page type")->required()->check(CLI::Range(0L, 5L));
     page->add_option("--follow", options->follow, "tap link N of the page (numbered from 1)")

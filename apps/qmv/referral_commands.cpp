@@ -6,6 +6,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/cli_flow.h"
+#include "apps/qmv/cli_texts.h"
 #include "apps/qmv/command_registry.h"
 #include "features/referral/my_contact_view_controller.h"
 #include "features/referral/my_second_contact_view_controller.h"
@@ -47,7 +48,7 @@ int runContacts(CliApp& app, const std::string& phone, long pages) {
   std::vector<ContactCell> cells;
   if (phone.empty()) {
     out.line(first.title());
-    out.line("一级人脉: " + first.num() + "  二级人脉: " + first.subNum());
+    out.line(cli_texts::kFirstContactsLabel + first.num() + cli_texts::kSecondContactsLabel + first.subNum());
     out.data("counts", {{"oneContact", first.num()}, {"twoContact", first.subNum()}});
     for (std::size_t i = 0; i < first.contactList.size(); ++i) cells.push_back(first.cellAt(i));
     printRows(out, cells);

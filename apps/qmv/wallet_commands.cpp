@@ -7,6 +7,7 @@
 
 #include "apps/qmv/cli_app.h"
 #include "apps/qmv/cli_flow.h"
+#include "apps/qmv/cli_texts.h"
 #include "apps/qmv/command_registry.h"
 #include "core/session/global_data.h"
 #include "core/storage/db_util.h"
@@ -193,7 +194,7 @@ void registerWalletCommands(CommandRegistry& registry) {
     (*bind)->add_option("--id", bindArgs->idNumber, "identity-card number");
     (*bind)->add_option("--card", bindArgs->card, "card number");
     (*bind)->add_option("--code", bindArgs->code, "the SMS code");
-    *unbind = card->add_subcommand("unbind", "unbind the card (answer the question with --answer 确定)");
+    *unbind = card->add_subcommand("unbind", cli_texts::kUnbindHelp);
   }
   {
     auto amount = std::make_shared<std::string>();

@@ -5,24 +5,13 @@
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/sandbox_records.h"
 #include "apps/sandbox/sandbox_server.h"
+#include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 #include "apps/sandbox/user_names.h"
 
 namespace qmv::sandbox {
 namespace {
 
-constexpr const char* kMsgLoginFailed = "用户名或密码错误";
-constexpr const char* kMsgPhoneTaken = "该手机号已注册";
-constexpr const char* kMsgNoSuchPhone = "该手机号未注册";
-constexpr const char* kMsgBadPassword = "密码格式不正确";
-constexpr const char* kMsgBadInvite = "邀请码无效";
-constexpr const char* kMsgOldPassword = "原密码错误";
-constexpr const char* kMsgNotVerified = "请先验证手机号";
-constexpr const char* kMsgNothingToChange = "没有可修改的资料";
-constexpr const char* kMsgNoImage = "请选择图片";
-constexpr const char* kMsgEmptyFeedback = "请输入反馈内容";
-constexpr const char* kMsgTooManyCodes = "验证码发送过于频繁，请稍后再试";
-constexpr const char* kMsgTooManyLogins = "密码错误次数过多，请稍后再试";
 constexpr size_t kMaxPortraitBytes = 2 * 1024 * 1024;
 // Wrong guesses a code survives; six digits would otherwise fall to a loop of requests
 // well within a code's ten minutes.
@@ -234,7 +223,7 @@ Reply portrait(Call& call) {
     if (!file.content.empty()) image = &file;
   }
   if (image == nullptr) return Reply::refuse(kMsgNoImage);
-  if (image->content.size() > kMaxPortraitBytes) return Reply::refuse("图片过大");
+  if (image->content.size() > kMaxPortraitBytes) return Reply::refuse(kMsgImageTooLarge);
   call.db.execute("UPDATE members SET portrait = ? WHERE id = ?", {image->content, call.memberId()});
   const Json member = memberById(call.db, call.memberId());
   return Reply::ok({{"imgUrl", memberRecord(call, member, "")["imgUrl"]}});

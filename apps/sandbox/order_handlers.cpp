@@ -5,23 +5,12 @@
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/order_payment.h"
 #include "apps/sandbox/sandbox_records.h"
+#include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 
 namespace qmv::sandbox {
 namespace {
 
-constexpr const char* kMsgBadAmount = "支付金额不正确";
-constexpr const char* kMsgBadChannel = "支付方式不正确";
-constexpr const char* kMsgNoStore = "商家不存在";
-constexpr const char* kMsgNoCommodity = "活动不存在";
-constexpr const char* kMsgNoProduct = "夺宝商品不存在";
-constexpr const char* kMsgBadCount = "购买数量不正确";
-constexpr const char* kMsgFirstUsed = "您已享受过首单优惠";
-constexpr const char* kMsgNoOrder = "订单不存在";
-constexpr const char* kMsgCannotRefund = "该订单不能退款";
-constexpr const char* kMsgNoPayment = "支付单不存在";
-constexpr const char* kMsgPaymentDone = "该订单已处理";
-constexpr const char* kMsgBadResult = "支付结果不正确";
 
 // Internal states of an order that is not (yet) one of the client's statuses.
 constexpr const char* kStatusWaiting = "0";
@@ -64,7 +53,7 @@ bool settle(SandboxStore& db, const Json& order) {
   const int64_t balancePart = order["balance_fen"].get<int64_t>();
   const std::string id = order["id"].get<std::string>();
   if (balancePart > 0 && !moveBalance(db, order["member_id"].get<int64_t>(), -balancePart, "pay",
-                                      "订单支付:" + order["name"].get<std::string>(), id)) {
+                                      kMemoOrderPaid + order["name"].get<std::string>(), id)) {
     return false;
   }
   const std::string kind = order["kind"].get<std::string>();
@@ -103,7 +92,7 @@ Reply drawProduct(Call& call) {
 
 Reply preparePay(Call& call, OrderKind kind) {
   const auto totalFee = parseInteger(call.arg("totalFee"), 1, 100000000);
-  if (!totalFee) return Reply::refuse(kMsgBadAmount);
+  if (!totalFee) return Reply::refuse(kMsgBadPayAmount);
   const std::string accountType = call.arg("accountType");
   if (accountType != "0" && accountType != "1" && accountType != "2" && accountType != "3") {
     return Reply::refuse(kMsgBadChannel);
@@ -124,13 +113,13 @@ Reply preparePay(Call& call, OrderKind kind) {
     order.kind = "3";
     order.productId = product["id"];
     order.series = call.hasArg("series") ? call.arg("series") : std::to_string(product["series"].get<int64_t>());
-    order.name = "一元夺宝-第" + order.series + "期 " + product["name"].get<std::string>();
+    order.name = kDrawOrderPrefix + order.series + kDrawOrderSuffix + product["name"].get<std::string>();
     order.image = product["image"].get<std::string>();
     order.unitFen = product["share_fen"].get<int64_t>();
     order.number = *count;
     total = order.unitFen * order.number;
     // The member was shown shares × the share price; any other total is not what he saw.
-    if (*totalFee != total) return Reply::refuse(kMsgBadAmount);
+    if (*totalFee != total) return Reply::refuse(kMsgBadPayAmount);
   } else if (kind == OrderKind::kActivity) {
     const auto commodityId = parseInteger(call.arg("activityId"), 1, INT64_MAX);
     const Json c = commodityId ? call.db.queryOne("SELECT * FROM commodities WHERE id = ?", {*commodityId}) : Json();
@@ -153,7 +142,7 @@ Reply preparePay(Call& call, OrderKind kind) {
                              : isFirst == "1" ? (*count - 1) * nowFen + firstFen
                                               : firstFen;
     // The client computes in single precision; a fen of rounding either way is its own.
-    if (std::llabs(*totalFee - expected) > 1) return Reply::refuse(kMsgBadAmount);
+    if (std::llabs(*totalFee - expected) > 1) return Reply::refuse(kMsgBadPayAmount);
     order.kind = "2";
     order.storeId = c["store_id"];
     order.commodityId = c["id"];
@@ -162,14 +151,14 @@ Reply preparePay(Call& call, OrderKind kind) {
     order.unitFen = nowFen;
     order.number = claimsFirst && isFirst != "1" ? 1 : *count;
     order.firstUse = claimsFirst ? 1 : 0;
-    order.content = "套餐内容：" + order.name;
+    order.content = kPackagePrefix + order.name;
   } else {
     const auto storeId = parseInteger(call.arg("storeId"), 1, INT64_MAX);
     const Json s = storeId ? call.db.queryOne("SELECT * FROM stores WHERE id = ?", {*storeId}) : Json();
     if (!s.is_object()) return Reply::refuse(kMsgNoStore);
     order.kind = "1";
     order.storeId = s["id"];
-    order.name = s["name"].get<std::string>() + "买单";
+    order.name = s["name"].get<std::string>() + kStorePaymentSuffix;
     order.image = s["images"].get<std::string>().substr(0, s["images"].get<std::string>().find('|'));
     order.unitFen = *totalFee;
   }
@@ -236,7 +225,7 @@ Reply refund(Call& call) {
     return Reply::refuse(kMsgCannotRefund);
   }
   moveBalance(call.db, call.memberId(), order["total_fen"].get<int64_t>(), "refund",
-              "订单退款:" + order["name"].get<std::string>(), order["id"].get<std::string>());
+              kMemoOrderRefunded + order["name"].get<std::string>(), order["id"].get<std::string>());
   return Reply::ok({{"orderId", order["id"]}, {"status", "3"}});
 }
 

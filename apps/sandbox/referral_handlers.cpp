@@ -1,12 +1,12 @@
 // Referral endpoints: a member's direct contacts and a direct contact's own invitees.
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/sandbox_records.h"
+#include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 
 namespace qmv::sandbox {
 namespace {
 
-constexpr const char* kMsgNotContact = "该用户不是您的人脉";
 
 Reply contactsOf(Call& call, int64_t inviterId, int64_t page) {
   Json list = Json::array();

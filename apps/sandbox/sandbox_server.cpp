@@ -25,6 +25,7 @@
 #include "apps/sandbox/peer_address.h"
 #include "apps/sandbox/sandbox_records.h"
 #include "apps/sandbox/sandbox_store.h"
+#include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 #include "apps/sandbox/user_names.h"
 #include "core/common/log.h"
@@ -34,7 +35,6 @@ namespace qmv::sandbox {
 namespace {
 
 constexpr size_t kMaxPayload = 8 * 1024 * 1024;
-constexpr const char* kMsgUnsignedPayment = "支付结果验证失败";
 
 std::string envelope(const Reply& reply) {
   Json body = Json::object();

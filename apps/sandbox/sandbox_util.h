@@ -1,20 +1,15 @@
 #pragma once
 // Small helpers shared by the sandbox's handlers: argument parsing, clock texts, random
-// identifiers, digests and distances, and the refusal messages used by more than one feature.
+// identifiers, digests and distances. The refusal messages are in sandbox_texts.h.
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
 
-namespace qmv::sandbox {
+#include "apps/sandbox/sandbox_texts.h"
 
-inline constexpr const char* kMsgBadArgument = "参数错误";
-inline constexpr const char* kMsgSessionExpired = "登录已过期，请重新登录";
-inline constexpr const char* kMsgInsufficientBalance = "余额不足";
-inline constexpr const char* kMsgBadPhone = "请输入正确的手机号";
-inline constexpr const char* kMsgBadCode = "验证码错误或已过期";
-inline constexpr const char* kMsgServerError = "服务器内部错误";
+namespace qmv::sandbox {
 
 inline constexpr int kPageSize = 10;
 inline constexpr int64_t kSmsCodeLifetimeSeconds = 600;

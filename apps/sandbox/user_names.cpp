@@ -4,13 +4,12 @@
 
 #include <memory>
 
+#include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 
 namespace qmv::sandbox {
 namespace {
 
-constexpr const char* kMsgBadUserName = "用户名格式不正确";
-constexpr const char* kMsgUserNameTaken = "该用户名已被使用";
 
 using GText = std::unique_ptr<gchar, decltype(&g_free)>;
 

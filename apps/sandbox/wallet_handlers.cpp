@@ -1,18 +1,12 @@
 // Wallet endpoints: the bound bank card, withdrawals and fund records.
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/sandbox_records.h"
+#include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 
 namespace qmv::sandbox {
 namespace {
 
-constexpr const char* kMsgNoName = "请输入持卡人姓名";
-constexpr const char* kMsgBadCard = "银行卡格式不正确";
-constexpr const char* kMsgBadCertificate = "身份证号格式不正确";
-constexpr const char* kMsgAlreadyBound = "您已绑定银行卡，请先解绑";
-constexpr const char* kMsgNotBound = "您尚未绑定银行卡";
-constexpr const char* kMsgBadAmount = "提现金额不正确";
-constexpr const char* kMsgMinimum = "提现最小金额为10元";
 constexpr int64_t kMinimumWithdrawal = 1000;
 
 bool luhnValid(const std::string& number) {
@@ -38,14 +32,10 @@ bool certificateValid(const std::string& id) {
 
 // Bank names by card prefix (a few common ones; the rest are named generically).
 std::string bankName(const std::string& card) {
-  static const std::pair<const char*, const char*> kPrefixes[] = {
-      {"622202", "中国工商银行"}, {"622848", "中国农业银行"}, {"621700", "中国建设银行"}, {"436742", "中国建设银行"},
-      {"622588", "招商银行"},     {"621226", "中国工商银行"}, {"601382", "中国银行"},     {"622262", "交通银行"},
-  };
-  for (const auto& [prefix, name] : kPrefixes) {
+  for (const auto& [prefix, name] : kBankNames) {
     if (card.rfind(prefix, 0) == 0) return name;
   }
-  return "银联卡";
+  return kGenericBankName;
 }
 
 Reply boundCard(Call& call) {
@@ -87,11 +77,11 @@ Reply unbindCard(Call& call) {
 
 Reply withdraw(Call& call) {
   const auto amount = parseInteger(call.arg("amount"), 1, 1000000000);
-  if (!amount) return Reply::refuse(kMsgBadAmount);
+  if (!amount) return Reply::refuse(kMsgBadWithdrawAmount);
   if (*amount < kMinimumWithdrawal) return Reply::refuse(kMsgMinimum);
   const Json card = call.db.queryOne("SELECT card_id FROM bank_cards WHERE member_id = ?", {call.memberId()});
   if (!card.is_object()) return Reply::refuse(kMsgNotBound);
-  if (!moveBalance(call.db, call.memberId(), -*amount, "withdraw", "提现", card["card_id"].get<std::string>())) {
+  if (!moveBalance(call.db, call.memberId(), -*amount, "withdraw", kMemoWithdrawal, card["card_id"].get<std::string>())) {
     return Reply::refuse(kMsgInsufficientBalance);
   }
   call.db.execute("INSERT INTO withdrawals(member_id, amount, card_id, created) VALUES(?,?,?,?)",

@@ -3,15 +3,12 @@
 
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/sandbox_records.h"
+#include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 
 namespace qmv::sandbox {
 namespace {
 
-constexpr const char* kMsgNoWheel = "暂无进行中的转盘活动";
-constexpr const char* kMsgUnknownWheel = "转盘活动不存在";
-constexpr const char* kMsgOutOfPeriod = "不在活动时间内";
-constexpr const char* kMsgNoSpinsLeft = "您的抽奖次数已用完";
 
 int64_t spinsLeft(SandboxStore& db, const Json& wheel, int64_t memberId) {
   const Json used = db.queryOne("SELECT COUNT(*) AS n FROM wheel_spins WHERE wheel_id = ? AND member_id = ?",
@@ -59,7 +56,7 @@ Reply spin(Call& call) {
   call.db.execute("INSERT INTO wheel_spins(wheel_id, member_id, item_index, result, created) VALUES(?,?,?,?,?)",
                   {*id, call.memberId(), static_cast<int64_t>(index), result, now});
   const int64_t fen = prize.value("fen", int64_t{0});
-  if (fen > 0) moveBalance(call.db, call.memberId(), fen, "prize", "转盘奖励:" + result, std::to_string(*id));
+  if (fen > 0) moveBalance(call.db, call.memberId(), fen, "prize", kMemoWheelPrize + result, std::to_string(*id));
   Json data = wheelRecord(call, wheel, left - 1);
   data["index"] = std::to_string(index);
   data["result"] = result;

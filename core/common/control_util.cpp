@@ -50,7 +50,8 @@ constexpr std::string_view kUserNamePattern = R"(^[A-Z0-9a-z]{5,15}$)";
 constexpr std::string_view kEmailPattern = R"([A-Z0-9a-z._%+-]+@[A-Za-z0-9.-]+\.[A-Za-z]{2,4})";
 constexpr std::string_view kIdNumPattern = R"(^(\d{14}|\d{17})(\d|[xX])$)";
 constexpr std::string_view kBankNumPattern = R"(^(\d{16}|\d{19})$)";
-constexpr std::string_view kBankMasterPattern = "^[一-龥\\·]+$";
+// Han characters U+4E00 to U+9FA5 and the middle dot of foreign names.
+constexpr std::string_view kBankMasterPattern = R"(^[\x{4e00}-\x{9fa5}\x{00b7}]+$)";
 constexpr std::string_view kMoneyPattern = R"(^[0-9]+(.[0-9]{0,2})?$)";
 
 // Function-local statics: compiled once, on first use, with thread-safe initialisation.

@@ -17,7 +17,4 @@ inline constexpr const char* kLastAreaIdKey = "last_area_id";         // text: a
 inline constexpr const char* kHeaderImageNowKey = "headerImage_now";  // binary: portrait JPEG
 inline constexpr const char* kDeviceIdKey = "device_id";              // text: device identity (UUID)
 
-// The city used when none was chosen or the chosen one is unknown.
-inline constexpr const char* kDefaultCity = "临沂市";
-
 }  // namespace qmv

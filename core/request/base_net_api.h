@@ -12,12 +12,13 @@
 #include "core/common/json.h"
 #include "core/request/cached_request.h"
 #include "core/request/net_api_delegates.h"
+#include "core/request/request_texts.h"
 
 namespace qmv {
 
 class BaseNetApi : public CachedRequest {
  public:
-  static constexpr const char* kConnectionFailedMessage = "连接服务器失败,请稍后再试";
+  static constexpr const char* kConnectionFailedMessage = request_texts::kConnectionFailed;
 
   BaseNetApi() = default;
 

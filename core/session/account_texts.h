@@ -18,6 +18,7 @@ inline constexpr const char* kAccountNotSaved = "账号信息保存失败,请检
 // Registration.
 inline constexpr const char* kRegisterTitle = "注册账号";
 inline constexpr const char* kBadPhone = "请输入正确的手机号";
+inline constexpr const char* kGetCode = "获取验证码";  // the code button while idle
 inline constexpr const char* kCodeSent = "验证码发送成功";
 inline constexpr const char* kNoPassword = "请输入密码";
 inline constexpr const char* kBadPassword = "密码须为6-16位字母或数字的组合";

@@ -9,12 +9,13 @@
 #include <string>
 
 #include "core/request/net_api_delegates.h"
+#include "core/session/session_texts.h"
 
 namespace qmv {
 
 class BaseViewController : public SessionExpireDelegate, public NetLoadingDelegate, public NoNetWorkingDelegate {
  public:
-  static constexpr const char* kLoadingText = "努力加载中…";
+  static constexpr const char* kLoadingText = session_texts::kLoading;
   static constexpr const char* kLoadingFrames[] = {"loading_1", "loading_2", "loading_3", "loading_4"};
   static constexpr const char* kNoNetworkImage = "wangluocuowu";
   static constexpr const char* kLoginScreen = "LoginViewController";

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "core/session/account_texts.h"
 #include "platform/main_loop.h"
 
 namespace qmv {
@@ -12,7 +13,7 @@ namespace qmv {
 class CodeCountdown {
  public:
   static constexpr int kSeconds = 60;
-  static constexpr const char* kIdleTitle = "获取验证码";
+  static constexpr const char* kIdleTitle = account_texts::kGetCode;
 
   // `onTitle` receives the button title after every change (on the interface thread).
   explicit CodeCountdown(std::function<void(const std::string& title, bool enabled)> onTitle = {});

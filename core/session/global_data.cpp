@@ -9,6 +9,8 @@
 #include "platform/clock.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
+#include "core/common/area_texts.h"
+#include "core/session/session_texts.h"
 
 namespace qmv {
 namespace {
@@ -45,9 +47,11 @@ std::vector<SearchTypeModel> GlobalData::homeCategories() {
     const char* image;
   };
   static const Row kRows[] = {
-      {"餐饮美食", {255, 106, 39}, "meishi"},  {"休闲娱乐", {239, 49, 57}, "xiuxian"},
-      {"丽人美妆", {112, 176, 78}, "liren"},   {"最新发现", {24, 152, 237}, "faxian"},
-      {"专属活动", {215, 59, 219}, "huodong"},
+      {session_texts::kFoodCategory, {255, 106, 39}, "meishi"},
+      {session_texts::kLeisureCategory, {239, 49, 57}, "xiuxian"},
+      {session_texts::kBeautyCategory, {112, 176, 78}, "liren"},
+      {session_texts::kDiscoveriesCategory, {24, 152, 237}, "faxian"},
+      {session_texts::kOffersCategory, {215, 59, 219}, "huodong"},
   };
   std::vector<SearchTypeModel> list;
   for (const Row& row : kRows) {

@@ -13,13 +13,13 @@
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "platform/settings_store.h"
+#include "core/common/area_texts.h"
 
 namespace qmv {
 namespace {
 
 constexpr const char* kAreaDbName = "area.db";
 constexpr const char* kBankBinDbName = "bank_card_bin.db";
-constexpr const char* kDirectlyGoverned = "省直辖县级行政单位";
 
 // Statements keep the shapes the client has always run; every value is bound. A bound
 // text has no affinity, as the quoted literal it replaces had none, so comparisons with

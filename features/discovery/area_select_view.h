@@ -9,12 +9,13 @@
 #include <vector>
 
 #include "core/common/area_model.h"
+#include "features/discovery/discovery_texts.h"
 
 namespace qmv {
 
 class AreaSelectView {
  public:
-  static constexpr const char* kHistorySection = "历";
+  static constexpr const char* kHistorySection = discovery_texts::kHistorySection;
   static constexpr std::size_t kMaxRecent = 6;
 
   // Reads the cities and the recent list.

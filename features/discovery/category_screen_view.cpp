@@ -1,10 +1,12 @@
 #include "features/discovery/category_screen_view.h"
 
+#include "features/discovery/discovery_texts.h"
+
 namespace qmv {
 namespace {
 
-constexpr const char* kAllName = "全部";
-constexpr const char* kOtherName = "其他";
+constexpr const char* kAllName = discovery_texts::kAllInCategory;
+constexpr const char* kOtherName = discovery_texts::kOtherInCategory;
 
 }  // namespace
 

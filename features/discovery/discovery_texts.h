@@ -24,6 +24,10 @@ namespace qmv::discovery_texts {
 
 // Store search and its filters.
 inline constexpr const char* kAllDistricts = "全部";
+inline constexpr const char* kAllInCategory = "全部";    // a category's own entry first
+inline constexpr const char* kOtherInCategory = "其他";  // and its catch-all, kept last
+// The city list's section of recently chosen cities.
+inline constexpr const char* kHistorySection = "历";
 inline constexpr const char* kAreaButtonTitle = "全部地区";
 inline constexpr const char* kCategoryButtonTitle = "全部分类";
 inline constexpr const char* kSortButtonTitle = "智能排序";

@@ -19,6 +19,7 @@
 #include "platform/notification_center.h"
 #include "platform/reverse_geocoder.h"
 #include "platform/settings_store.h"
+#include "core/common/area_texts.h"
 
 namespace qmv {
 namespace {

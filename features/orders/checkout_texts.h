@@ -29,8 +29,9 @@ inline constexpr const char* kTotalPrefix = "¥";
 inline constexpr const char* kConfirm = "确认支付";
 inline constexpr const char* kConfirmAmountFormat = "确认支付¥%.2f";
 inline constexpr const char* kBalanceFormat = "我的余额 ¥%.2f";
-inline constexpr const char* kAmountFormat = "%.0f";
 inline constexpr const char* kPaySuccess = "支付成功";
+inline constexpr const char* kPayFailed = "支付失败";
+inline constexpr const char* kPayCancelled = "支付取消";
 // No amount to charge is known (a draw whose share price could not be read): shown in
 // place of the total, and said on confirm instead of paying.
 inline constexpr const char* kTotalUnknown = "金额未知";

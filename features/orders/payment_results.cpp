@@ -3,6 +3,7 @@
 #include "core/common/dictionary.h"
 #include "core/common/log.h"
 #include "core/common/string_util.h"
+#include "features/orders/checkout_texts.h"
 #include "features/orders/payment_failure_watch.h"
 #include "platform/env.h"
 #include "platform/payment_channels.h"
@@ -31,13 +32,13 @@ void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPayS
   payments->uppay->handlePaymentResult(
       url, [post = std::move(postPaySuccessLater)](const std::string& code, const Json&) {
         if (code == "success") {
-          Env::current().overlay->showImage("", "支付成功");
+          Env::current().overlay->showImage("", checkout_texts::kPaySuccess);
           if (post) post();
         } else if (code == "fail") {
-          Env::current().overlay->showImage("", "支付失败");
+          Env::current().overlay->showImage("", checkout_texts::kPayFailed);
           PaymentFailureWatch::report();
         } else if (code == "cancel") {
-          Env::current().overlay->showImage("", "支付取消");
+          Env::current().overlay->showImage("", checkout_texts::kPayCancelled);
           PaymentFailureWatch::report();
         }
       });

@@ -34,7 +34,7 @@ constexpr std::string QXPayNowViewController::*kTextProperties[] = {
 constexpr const char* kTextKeys[] = {"totalFee", "name",      "storeId", "activityId", "activityCount",
                                      "isFirst",  "productId", "series",  "acount"};
 
-std::string yuanOfFen(double fen) { return formatAmount("%.2f", fen / 100); }
+std::string yuanOfFen(Fen fen) { return formatAmount("%.2f", fen.yuanForFormat()); }
 
 // A number of draw shares as a link gives it: digits only, one share at least.
 std::optional<std::int64_t> parseShareCount(const std::string& text) {
@@ -124,7 +124,7 @@ void QXPayNowViewController::readDrawPrice() {
         const std::int64_t count = parseShareCount(shareCount).value_or(0);
         // Without both, totalFee stays empty and the screen says it knows no amount.
         if (share > 0 && count > 0 && count <= kMaxPayFen / share) {
-          totalFee = yuanOfFen(static_cast<double>(share * count));
+          totalFee = yuanOfFen(Fen(share * count));
         }
         readingPrice_ = false;
         loadEnded();
@@ -143,12 +143,12 @@ void QXPayNowViewController::loadEnded() {
 
 void QXPayNowViewController::setUpAmounts() {
   const auto& self = GlobalData::sharedInstance().selfInfo();
-  balance_ = self ? integerValueOf(self->balance) : 0;
-  // Whole fen, so that a balance equal to the total covers it exactly.
+  balance_ = Fen(self ? integerValueOf(self->balance) : 0);
+  // Whole fen as "%.0f" rounds them, so that a balance equal to the total covers it.
   const double total = std::nearbyint(doubleValueOf(totalFee) * 100);
   totalKnown_ = total >= 1 && total <= static_cast<double>(kMaxPayFen);
-  total_ = totalKnown_ ? total : 0;
-  if (balance_ < 1) {
+  total_ = Fen(totalKnown_ ? static_cast<std::int64_t>(total) : 0);
+  if (balance_ < Fen(1)) {
     topHidden_ = true;
     bottomHidden_ = false;
     balanceSelected_ = false;
@@ -157,10 +157,10 @@ void QXPayNowViewController::setUpAmounts() {
   } else {
     balanceSelected_ = true;
     topHidden_ = false;
-    const bool covered = total_ <= static_cast<double>(balance_);
+    const bool covered = total_ <= balance_;
     bottomHidden_ = covered;
     setChannel(covered ? std::nullopt : std::optional(Channel::Alipay));
-    leftPayAmount_ = covered ? 0 : total_ - static_cast<double>(balance_);
+    leftPayAmount_ = covered ? Fen() : total_ - balance_;
   }
 }
 
@@ -168,9 +168,9 @@ void QXPayNowViewController::refreshView() {
   balanceImage_ = balanceSelected_ ? texts::kBalanceChecked : texts::kBalanceUnchecked;
   const bool selected[] = {alipaySelected_, weChatSelected_, unionPaySelected_};
   for (int i = 0; i < 3; ++i) channelImages_[i] = selected[i] ? texts::kChannelChecked : texts::kChannelUnchecked;
-  confirmTitle_ =
-      leftPayAmount_ != 0 ? formatAmount(texts::kConfirmAmountFormat, leftPayAmount_ / 100) : texts::kConfirm;
-  balanceText_ = formatAmount(texts::kBalanceFormat, static_cast<double>(balance_) / 100);
+  confirmTitle_ = leftPayAmount_ != Fen() ? formatAmount(texts::kConfirmAmountFormat, leftPayAmount_.yuanForFormat())
+                                         : texts::kConfirm;
+  balanceText_ = formatAmount(texts::kBalanceFormat, balance_.yuanForFormat());
   if (onChange) onChange();
 }
 
@@ -190,13 +190,13 @@ void QXPayNowViewController::toggleBalance() {
     bottomHidden_ = false;
     setChannel(Channel::Alipay);
     leftPayAmount_ = total_;
-  } else if (total_ <= static_cast<double>(balance_)) {
+  } else if (total_ <= balance_) {
     bottomHidden_ = true;
     setChannel(std::nullopt);
-    leftPayAmount_ = 0;
+    leftPayAmount_ = Fen();
   } else {
     bottomHidden_ = false;
-    leftPayAmount_ = total_ - static_cast<double>(balance_);
+    leftPayAmount_ = total_ - balance_;
   }
   refreshView();
 }
@@ -222,7 +222,7 @@ void QXPayNowViewController::confirmAction() {
     Env::current().overlay->showImage("", texts::kAmountUnknown);
     return;
   }
-  if (leftPayAmount_ == 0) {
+  if (leftPayAmount_ == Fen()) {
     payWithBalance();
   } else if (alipaySelected_) {
     payWithAliPay();
@@ -241,7 +241,7 @@ void QXPayNowViewController::payWithBalance() { prepare(texts::kBalanceCode); }
 void QXPayNowViewController::prepare(const char* code) {
   detachRequest(prepareNet_);
   // The full total: with "useBalance" the server takes the balance part itself.
-  const std::string amount = formatAmount(texts::kAmountFormat, total_);
+  const std::string amount = std::to_string(total_.count());
   std::shared_ptr<PreparePayNetApi> request;
   if (!productId.empty()) {
     request = std::make_shared<PreparePayNetApi>(amount, code, productId, series, shareCount, balanceSelected_);

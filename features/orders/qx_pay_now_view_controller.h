@@ -23,6 +23,7 @@
 #include <optional>
 #include <string>
 
+#include "core/common/fen.h"
 #include "core/session/base_view_controller.h"
 #include "features/orders/order_info_model.h"
 #include "features/orders/pay_cash_view.h"
@@ -111,9 +112,9 @@ class QXPayNowViewController : public BaseViewController {
   bool unionPaySelected() const { return unionPaySelected_; }  // the system's yinlianSelected
   bool topHidden() const { return topHidden_; }        // the balance row
   bool bottomHidden() const { return bottomHidden_; }  // the channel list
-  double leftPayAmount() const { return leftPayAmount_; }
-  std::int64_t balanceFen() const { return balance_; }  // B
-  double totalFen() const { return total_; }            // T
+  Fen leftPayAmount() const { return leftPayAmount_; }
+  Fen balanceFen() const { return balance_; }  // B
+  Fen totalFen() const { return total_; }      // T
 
   // What refreshView shows.
   std::string totalText() const;  // "¥%@" with totalFee; "金额未知" when T is not known
@@ -151,9 +152,9 @@ class QXPayNowViewController : public BaseViewController {
   bool unionPaySelected_ = false;
   bool topHidden_ = false;
   bool bottomHidden_ = false;
-  double leftPayAmount_ = 0;
-  std::int64_t balance_ = 0;
-  double total_ = 0;
+  Fen leftPayAmount_;
+  Fen balance_;
+  Fen total_;
   bool totalKnown_ = false;
   bool refreshingMember_ = false;
   bool readingPrice_ = false;

@@ -79,8 +79,9 @@ TEST_F(PayNowScreenTest, TheRefreshedBalanceChoosesAndCanBeTurnedBackOn) {
   ASSERT_EQ(wechat_->sent.size(), 1u);
   EXPECT_EQ(wechat_->sent[0].prepayId, "wx1");
 
-  // 3.00 against 5.00: no channel is offered or selected, and confirm is the balance payment.
-  PayNowRunner covered(Json{{"storeId", "3"}, {"totalFee", "3.00"}});
+  // 5.00 against 5.00 is covered: no channel is offered or selected, and confirm is the
+  // balance payment.
+  PayNowRunner covered(Json{{"storeId", "3"}, {"totalFee", "5.00"}});
   appear(covered);
   EXPECT_TRUE(covered.screen().bottomHidden());
   EXPECT_FALSE(covered.screen().alipaySelected() || covered.screen().weChatSelected() ||
@@ -90,7 +91,7 @@ TEST_F(PayNowScreenTest, TheRefreshedBalanceChoosesAndCanBeTurnedBackOn) {
   confirm(covered);
   EXPECT_EQ(covered.outcome(), Outcome::Paid);
   EXPECT_EQ(sent("accountType"), "3");
-  EXPECT_EQ(sent("totalFee"), "300");
+  EXPECT_EQ(sent("totalFee"), "500");
 }
 
 TEST_F(PayNowScreenTest, NoPrepayIdHandsNothingOverAndUnionPayRunsInProduction) {
@@ -142,9 +143,9 @@ TEST_F(PayNowScreenTest, NoPrepayIdHandsNothingOverAndUnionPayRunsInProduction) 
 TEST_F(PayNowScreenTest, TotalsOfPartFenAreSentAsPercentZeroFRoundsThem) {
   answer("postPayForStore", R"({"success":"0","data":{"prepay_id":"ali"}})");
   // Round half to even on the binary value: 12.5 and 37.5 are halves, while 0.145 × 100
-  // is 14.499999999999998.
+  // is 14.499999999999998; 0.29 × 100 is 28.999999999999996, which truncation would spoil.
   for (const auto& [total, fen] : std::vector<std::pair<const char*, const char*>>{
-           {"0.125", "12"}, {"0.375", "38"}, {"0.145", "14"}, {"12.5", "1250"}}) {
+           {"0.125", "12"}, {"0.375", "38"}, {"0.145", "14"}, {"0.29", "29"}, {"12.5", "1250"}}) {
     PayNowRunner runner(Json{{"storeId", "3"}, {"totalFee", total}});
     appear(runner);
     confirm(runner);

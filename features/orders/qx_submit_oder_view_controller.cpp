@@ -4,6 +4,7 @@
 
 #include "core/common/dictionary.h"
 #include "core/session/global_data.h"
+#include "core/session/login_screen.h"
 #include "core/session/user_info_net_api.h"
 #include "features/orders/amount_text.h"
 #include "features/orders/checkout_texts.h"
@@ -101,8 +102,7 @@ Json QXSubmitOderViewController::payNowPayload() const {
 }
 
 void QXSubmitOderViewController::openPayNow() {
-  const auto& self = GlobalData::sharedInstance().selfInfo();
-  if (!self || self->sessionId.empty()) {
+  if (!hasSession()) {
     presentLoginCtrl();
     if (onSubmitted) onSubmitted(std::nullopt);
     return;

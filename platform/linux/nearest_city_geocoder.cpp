@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/common/area_texts.h"
 #include "core/common/great_circle.h"
 #include "core/common/log.h"
 #include "core/sqlite/sqlite_database.h"
@@ -21,7 +22,7 @@ constexpr const char* kCentresOnly =
 // counties under a province. They name no city, so the placemark leaves its locality
 // empty and readers take the province (for a municipality, the city itself).
 bool isPlaceholderCityName(const std::string& name) {
-  return name == "市辖区" || name == "县" || name == "省直辖县级行政单位" || name == "自治区直辖县级行政单位";
+  return name == kCityDistricts || name == kCounties || name == kDirectlyGoverned || name == kRegionDirectlyGoverned;
 }
 
 // A column as text, as SQLite would convert it: numbers in their decimal form, NULL as "".

@@ -7,11 +7,11 @@
 #include "core/common/log.h"
 #include "core/common/string_util.h"
 #include "core/common/url_parts.h"
+#include "platform/linux/payment_app_texts.h"
 
 namespace qmv {
 namespace {
 
-constexpr const char* kWeChatSource = "com.tencent.xin";
 constexpr const char* kAlipaySource = "com.alipay.iphoneclient";
 
 const char* resultName(PayOutcome outcome) {
@@ -96,12 +96,12 @@ bool SandboxWeChatApp::sendReq(const PayReq& r) {
   const std::string back = (merchant_.appId.empty() ? std::string("wx") : merchant_.appId) + "://pay/?errCode=";
   if (const std::string problem = problemWith(r); !problem.empty()) {
     logLine("sandbox payment: the payment request has " + problem);
-    returnTo(setup_, back + "-1", kWeChatSource);
+    returnTo(setup_, back + "-1", WeChatApi::kSourceApplication);
     return true;
   }
   completeAtSandbox(setup_, r.prepayId, [setup = setup_, back](PayOutcome outcome, const std::string&) {
     const char* code = outcome == PayOutcome::Success ? "0" : outcome == PayOutcome::Cancel ? "-2" : "-1";
-    returnTo(setup, back + code, kWeChatSource);
+    returnTo(setup, back + code, WeChatApi::kSourceApplication);
   });
   return true;
 }
@@ -113,10 +113,10 @@ void SandboxAlipayApp::payOrder(const std::string& orderString, const std::strin
     std::string memo;
     if (outcome == PayOutcome::Cancel) {
       status = "6001";
-      memo = unicodeEscaped(u"用户中途取消");
+      memo = unicodeEscaped(payment_app_texts::kAlipayCancelled);
     } else if (outcome == PayOutcome::Fail) {
       status = "4000";
-      memo = message.empty() ? unicodeEscaped(u"订单支付失败") : message;
+      memo = message.empty() ? unicodeEscaped(payment_app_texts::kAlipayFailed) : message;
     }
     returnTo(setup, scheme + "://safepay/?resultStatus=" + status + "&memo=" + percentEncode(memo), kAlipaySource);
   });
