@@ -105,9 +105,10 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   int status = runFlow(cli, *entry);
   cli.endCommand();
   // A setting that did not reach the disk is gone at the next start, so the flow did not
-  // end as it should; the store has said why on stderr.
+  // end as it should; the store has said why on stderr. A command that needs no start has
+  // no store.
   const auto& settings = cli.env().settings;
-  if (status == kExitOk && !settings->lastError().empty()) status = kExitFailure;
+  if (status == kExitOk && settings && !settings->lastError().empty()) status = kExitFailure;
   return status;
 }
 
