@@ -30,15 +30,6 @@ void showContacts(Screen& screen, RowList<ContactCell>& rows, Gtk::Button& more)
   more.set_visible(shown);
 }
 
-Gtk::Button* loadMoreButton() {
-  auto* more = Gtk::make_managed<Gtk::Button>();
-  more->set_icon_name("view-more-horizontal-symbolic");
-  more->set_name("load-more");
-  more->add_css_class("flat");
-  more->set_action_name("page.load-more");
-  return more;
-}
-
 Gtk::Button* reloadButton() {
   auto* reload = Gtk::make_managed<Gtk::Button>();
   reload->set_icon_name("view-refresh-symbolic");
@@ -82,7 +73,7 @@ ContactsPage::ContactsPage(PageContext& context)
   }
   body().append(*counts);
   setList(*contactList(rows_, true));
-  more_ = loadMoreButton();
+  more_ = ui::loadMoreButton();
   footer().append(*more_);
   screen_.refresh();
   refresh();
@@ -104,7 +95,7 @@ SecondContactsPage::SecondContactsPage(PageContext& context, const Json& payload
   addAction("load-more", [this] { screen_.loadMore(); });
   addHeaderButton(*reloadButton());
   setList(*contactList(rows_, false));
-  more_ = loadMoreButton();
+  more_ = ui::loadMoreButton();
   footer().append(*more_);
   screen_.refresh();
   refresh();

@@ -53,11 +53,8 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   popularHeading_ = ui::label(discovery_texts::kPopularSection, "heading");
   body().append(*popularHeading_);
   body().append(popular_.widget());
-  more_.set_icon_name("view-more-horizontal-symbolic");
-  more_.set_name("load-more");
-  more_.add_css_class("flat");
-  more_.set_action_name("page.load-more");
-  body().append(more_);
+  more_ = ui::loadMoreButton();
+  body().append(*more_);
 
   // The content loads once the tab is first drawn, as viewDidLoad runs on the phone.
   signal_map().connect([this] {
@@ -79,7 +76,7 @@ void HomePage::refresh() {
   const bool anyPopular = popular_.size() > 0;
   popularHeading_->set_visible(anyPopular);
   popular_.widget().set_visible(anyPopular);
-  more_.set_visible(anyPopular &&
+  more_->set_visible(anyPopular &&
                     screen_.popularTotal() > static_cast<long>(screen_.popularStores().size()));
 }
 

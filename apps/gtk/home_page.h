@@ -40,7 +40,7 @@ class HomePage : public ScreenPage {
   BoxedRows recommend_;
   Gtk::Label* popularHeading_ = nullptr;
   BoxedRows popular_{"popular"};
-  Gtk::Button more_;
+  Gtk::Button* more_ = nullptr;
 };
 
 }  // namespace qmv::gtk

@@ -117,11 +117,7 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
   body().append(faces_);
   setList(*listView(rows_.model(), actionRowFactory<NearbyRow>([](const NearbyRow& row) { return row.texts; }),
                     "stores"));
-  more_ = Gtk::make_managed<Gtk::Button>();
-  more_->set_icon_name("view-more-horizontal-symbolic");
-  more_->set_name("load-more");
-  more_->add_css_class("flat");
-  more_->set_action_name("page.load-more");
+  more_ = ui::loadMoreButton();
   footer().append(*more_);
 
   // The first list loads when the tab is first drawn.

@@ -134,11 +134,7 @@ OrderListPage::OrderListPage(PageContext& context, long type)
   body().append(*tabs);
   auto* list = listView(rows_.model(), rowFactory<QXMyOrderTableViewCell>(&newOrderRow, &bindOrderRow), "orders");
   setList(*list);
-  more_ = Gtk::make_managed<Gtk::Button>();
-  more_->set_icon_name("view-more-horizontal-symbolic");
-  more_->set_name("load-more");
-  more_->add_css_class("flat");
-  more_->set_action_name("page.load-more");
+  more_ = ui::loadMoreButton();
   footer().append(*more_);
 
   screen_.viewDidLoad();

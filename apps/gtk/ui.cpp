@@ -22,6 +22,15 @@ Gtk::Button* button(const std::string& text, std::function<void()> clicked, cons
   return b;
 }
 
+Gtk::Button* loadMoreButton() {
+  auto* more = Gtk::make_managed<Gtk::Button>();
+  more->set_icon_name("view-more-horizontal-symbolic");
+  more->set_name("load-more");
+  more->add_css_class("flat");
+  more->set_action_name("page.load-more");
+  return more;
+}
+
 Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::function<void(const std::string&)> changed,
                   bool password) {
   auto* e = Gtk::make_managed<Gtk::Entry>();

@@ -15,6 +15,8 @@ namespace qmv::gtk::ui {
 
 Gtk::Label* label(const std::string& text, const std::string& cssClass = "", bool wrap = true);
 Gtk::Button* button(const std::string& text, std::function<void()> clicked, const std::string& cssClass = "");
+// The flat button under a list that asks for its next page (the page's "page.load-more").
+Gtk::Button* loadMoreButton();
 Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::function<void(const std::string&)> changed,
                   bool password = false);
 // A boxed list (libadwaita's look) to put rows in.
