@@ -107,8 +107,7 @@ void QXSubmitOderViewController::openPayNow() {
     if (onSubmitted) onSubmitted(std::nullopt);
     return;
   }
-  std::optional<ScreenId> pushed;
-  pushed = Env::current().navigator->push(texts::kPayNowScreen, payNowPayload());
+  const std::optional<ScreenId> pushed = Env::current().navigator->push(texts::kPayNowScreen, payNowPayload());
   if (onSubmitted) onSubmitted(pushed);
 }
 
