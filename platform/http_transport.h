@@ -22,6 +22,14 @@ struct BasicAuth {
   std::string password;
 };
 
+// One part of a multipart/form-data body. The transport writes the body around the parts.
+struct HttpFormPart {
+  std::string name;
+  std::string fileName;  // empty for a plain form field
+  std::string mimeType;  // empty for a plain form field
+  std::string data;
+};
+
 struct HttpRequest {
   using ProgressCallback = std::function<void(std::int64_t received, std::int64_t expected)>;
 
@@ -34,6 +42,8 @@ struct HttpRequest {
   HeaderFields headers;
   std::string body;         // bytes; sent when non-empty
   std::string contentType;  // Content-Type of `body`; empty sends none
+  // Non-empty: sent as a multipart/form-data body (with its own Content-Type) instead of `body`.
+  std::vector<HttpFormPart> form;
   std::optional<BasicAuth> basicAuth;
   // Idle limit: the transfer fails once no byte has moved (connecting, sending or
   // receiving) for this long; a slow transfer that keeps moving is never cut. Zero: none.

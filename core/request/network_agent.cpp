@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <random>
 
 #include "core/common/log.h"
 #include "core/common/loop_stall_probe.h"
@@ -68,13 +67,6 @@ std::string withQuery(std::string url, const Json& arguments) {
   return url;
 }
 
-std::string randomBoundary() {
-  static thread_local std::mt19937_64 rng{std::random_device{}()};
-  char text[40];
-  std::snprintf(text, sizeof text, "Boundary+%016llX", static_cast<unsigned long long>(rng()));
-  return text;
-}
-
 // Form fields of the arguments first, then the parts the block appends.
 void setMultipartBody(HttpRequest& http, const Json& arguments, const BaseRequest::ConstructingBodyBlock& block) {
   MultipartFormData form;
@@ -83,18 +75,7 @@ void setMultipartBody(HttpRequest& http, const Json& arguments, const BaseReques
       form.appendPartWithFormData(NetworkUtil::descriptionOf(value), key);
   }
   block(form);
-  const std::string boundary = randomBoundary();
-  std::string body;
-  for (const auto& part : form.parts()) {
-    body += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + part.name + "\"";
-    if (!part.fileName.empty()) body += "; filename=\"" + part.fileName + "\"";
-    body += "\r\n";
-    if (!part.mimeType.empty()) body += "Content-Type: " + part.mimeType + "\r\n";
-    body += "\r\n" + part.data + "\r\n";
-  }
-  body += "--" + boundary + "--\r\n";
-  http.body = std::move(body);
-  http.contentType = "multipart/form-data; boundary=" + boundary;
+  http.form = form.takeParts();
 }
 
 void setBody(HttpRequest& http, const Json& arguments, RequestSerializerType serializer) {

@@ -102,6 +102,7 @@ Transfer::~Transfer() {
     }
   }
   if (headerList_ != nullptr) curl_slist_free_all(headerList_);
+  if (form_ != nullptr) curl_mime_free(form_);
 }
 
 void Transfer::resetHandle() {
@@ -296,7 +297,21 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
     } else {
       curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, r.method.c_str());
     }
-    if (r.method == "POST" || !r.body.empty()) {
+    if (!r.form.empty()) {
+      // curl writes the parts, their boundary and the Content-Type that names it.
+      form_ = curl_mime_init(easy);
+      if (form_ == nullptr) return false;
+      for (const auto& part : r.form) {
+        curl_mimepart* field = curl_mime_addpart(form_);
+        if (field == nullptr || curl_mime_name(field, part.name.c_str()) != CURLE_OK ||
+            curl_mime_data(field, part.data.data(), part.data.size()) != CURLE_OK ||
+            (!part.fileName.empty() && curl_mime_filename(field, part.fileName.c_str()) != CURLE_OK) ||
+            (!part.mimeType.empty() && curl_mime_type(field, part.mimeType.c_str()) != CURLE_OK)) {
+          return false;
+        }
+      }
+      curl_easy_setopt(easy, CURLOPT_MIMEPOST, form_);
+    } else if (r.method == "POST" || !r.body.empty()) {
       curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(r.body.size()));
       curl_easy_setopt(easy, CURLOPT_POSTFIELDS, r.body.data());
     }
@@ -305,7 +320,8 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
   // Only a body can make curl add "Expect: 100-continue"; without one, a request with no
   // fields of its own needs no list at all, which curl would search for every field it
   // writes.
-  const bool sendsBody = r.method != "GET" && r.method != "HEAD" && (r.method == "POST" || !r.body.empty());
+  const bool sendsBody =
+      r.method != "GET" && r.method != "HEAD" && (r.method == "POST" || !r.body.empty() || !r.form.empty());
   if (r.contentType.empty() && r.headers.empty()) {
     if (!sendsBody) {
       if (!handle.noHeaderList) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);

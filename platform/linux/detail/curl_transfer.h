@@ -134,6 +134,7 @@ struct Transfer {
   bool plain_ = false;
   bool keptOptions_ = false;
   curl_slist* headerList_ = nullptr;  // the transfer's own list; null: none, or the shared one
+  curl_mime* form_ = nullptr;         // a multipart body, freed once the handle lets go of it
   HttpResponse response_;
   std::FILE* file_ = nullptr;
   bool fileDecided_ = false;
