@@ -4,17 +4,11 @@
 #include <cmath>
 #include <string>
 
+#include "core/common/string_util.h"
 #include "platform/main_loop.h"
 
 namespace qmv {
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-  const auto blank = [](char c) { return c == ' ' || c == '\t'; };
-  while (!text.empty() && blank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && blank(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 std::optional<double> number(std::string_view text) {
   text = trimmed(text);

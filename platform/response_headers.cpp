@@ -1,17 +1,8 @@
 #include "platform/response_headers.h"
 
+#include "core/common/string_util.h"
+
 namespace qmv {
-namespace {
-
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-}  // namespace
 
 ResponseHeaders::ResponseHeaders(HeaderFields fields) : fields_(std::move(fields)) {
   for (const auto& [name, value] : *fields_) {

@@ -3,18 +3,14 @@
 #include <charconv>
 #include <map>
 #include <sstream>
+#include <string_view>
+
+#include "core/common/string_util.h"
 
 namespace qmv {
 namespace {
 
 constexpr const char* kMaxResponseBytesKey = "max_response_bytes";
-
-std::string trim(const std::string& s) {
-  const auto begin = s.find_first_not_of(" \t\r");
-  if (begin == std::string::npos) return {};
-  const auto end = s.find_last_not_of(" \t\r");
-  return s.substr(begin, end - begin + 1);
-}
 
 }  // namespace
 
@@ -63,15 +59,15 @@ AppConfig AppConfig::parse(std::string_view text, const std::string& name, std::
   };
   std::string raw;
   for (int line = 1; std::getline(in, raw); ++line) {
-    const std::string text = trim(raw);
+    const std::string text(trimmed(raw));
     if (text.empty() || text.front() == '#') continue;
     const auto eq = text.find('=');
     if (eq == std::string::npos) {
       warn(line, "expected key = value");
       continue;
     }
-    const std::string key = trim(text.substr(0, eq));
-    if (!config.set(key, trim(text.substr(eq + 1)))) {
+    const std::string key(trimmed(std::string_view(text).substr(0, eq)));
+    if (!config.set(key, std::string(trimmed(std::string_view(text).substr(eq + 1))))) {
       warn(line, key == kMaxResponseBytesKey ? "expected a positive byte count" : "unknown key \"" + key + "\"");
     }
   }

@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "apps/sandbox/peer_address.h"
+#include "core/common/string_util.h"
 
 namespace qmv::sandbox {
 namespace {
@@ -41,12 +42,6 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
            return (x >= 'A' && x <= 'Z' ? x + 32 : x) == (y >= 'A' && y <= 'Z' ? y + 32 : y);
          });
-}
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r')) text.remove_suffix(1);
-  return text;
 }
 
 // The value of the header field `name` in the header block `head` (request line first).

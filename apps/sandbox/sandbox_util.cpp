@@ -8,6 +8,9 @@
 #include <cstdio>
 #include <ctime>
 #include <stdexcept>
+#include <string_view>
+
+#include "core/common/string_util.h"
 
 namespace qmv::sandbox {
 namespace {
@@ -129,12 +132,8 @@ std::map<std::string, std::string> parseCookies(const std::string& header) {
   size_t start = 0;
   while (start < header.size()) {
     const size_t end = std::min(header.find(';', start), header.size());
-    std::string item = header.substr(start, end - start);
+    const std::string item(trimmed(std::string_view(header).substr(start, end - start)));
     start = end + 1;
-    const size_t first = item.find_first_not_of(" \t");
-    const size_t last = item.find_last_not_of(" \t");
-    if (first == std::string::npos) continue;
-    item = item.substr(first, last - first + 1);
     const size_t eq = item.find('=');
     if (eq == 0 || eq == std::string::npos) continue;
     cookies.emplace(item.substr(0, eq), item.substr(eq + 1));

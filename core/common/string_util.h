@@ -60,4 +60,7 @@ class StringUtil {
   static std::string random32Letters();  // the system's ret32bitString
 };
 
+// `text` without the spaces, tabs, carriage returns and line feeds at either end.
+std::string_view trimmed(std::string_view text);
+
 }  // namespace qmv
