@@ -43,26 +43,26 @@ bool HistoryWebView::navigate(const std::string& url, WebNavigationType type, st
   if (delegate_) delegate_->webViewDidStartLoad();
   if (current() && delegate_) delegate_->updateProgress(0.1);
   if (!current()) return !alive.expired();
-  fetch(url, [this, alive, id](std::optional<WebPage> page, std::string error) {
-    if (!alive.expired()) finished(id, std::move(page), error);
+  fetch(url, [this, alive, id](Result<WebPage> fetched) {
+    if (!alive.expired()) finished(id, std::move(fetched));
   });
   return true;
 }
 
-void HistoryWebView::finished(std::uint64_t id, std::optional<WebPage> page, const std::string& error) {
+void HistoryWebView::finished(std::uint64_t id, Result<WebPage> page) {
   if (!pending_ || pending_->id != id) return;
   const Pending done = *pending_;
   pending_.reset();
-  if (page) {
+  if (page.ok()) {
     if (done.type == WebNavigationType::BackForward || done.type == WebNavigationType::Reload) {
       if (done.target < history_.size()) {
-        history_[done.target] = std::move(*page);
+        history_[done.target] = std::move(page).value();
         index_ = done.target;
       }
     } else {
       // A new page drops whatever lay ahead of the shown one.
       if (!history_.empty()) history_.resize(index_ + 1);
-      history_.push_back(std::move(*page));
+      history_.push_back(std::move(page).value());
       index_ = history_.size() - 1;
     }
   }
@@ -70,10 +70,10 @@ void HistoryWebView::finished(std::uint64_t id, std::optional<WebPage> page, con
   const std::weak_ptr<bool> alive = alive_;
   delegate_->updateProgress(1.0);
   if (alive.expired() || !delegate_) return;
-  if (page) {
+  if (page.ok()) {
     delegate_->webViewDidFinishLoad();
   } else {
-    delegate_->didFailLoadWithError(error);
+    delegate_->didFailLoadWithError(page.status().message());
   }
 }
 

@@ -10,14 +10,15 @@
 #include <string>
 #include <vector>
 
+#include "core/common/result.h"
 #include "platform/web_view.h"
 
 namespace qmv {
 
 class HistoryWebView : public WebView {
  public:
-  // Exactly one of `page` and `error` is set.
-  using FetchCompletion = std::function<void(std::optional<WebPage> page, std::string error)>;
+  // The page read, or why there is none (its message is what the screen shows).
+  using FetchCompletion = std::function<void(Result<WebPage> page)>;
 
   HistoryWebView() = default;
   HistoryWebView(const HistoryWebView&) = delete;
@@ -47,7 +48,7 @@ class HistoryWebView : public WebView {
   };
 
   bool navigate(const std::string& url, WebNavigationType type, std::size_t target);
-  void finished(std::uint64_t id, std::optional<WebPage> page, const std::string& error);
+  void finished(std::uint64_t id, Result<WebPage> page);
 
   WebViewDelegate* delegate_ = nullptr;
   std::vector<WebPage> history_;

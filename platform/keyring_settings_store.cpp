@@ -129,8 +129,8 @@ void KeyringSettingsStore::setObject(const Json& value, const std::string& key) 
 
 void KeyringSettingsStore::removeObjectForKey(const std::string& key) { setObjects(Json{{key, nullptr}}); }
 
-bool KeyringSettingsStore::setObjects(const Json& values) {
-  if (!values.is_object()) return false;
+Status KeyringSettingsStore::setObjects(const Json& values) {
+  if (!values.is_object()) return Status::invalidArgument("settings are written from an object");
   Json toFile = values;
   std::vector<std::string> replaced;
   bool referencesNew = false;
@@ -149,15 +149,15 @@ bool KeyringSettingsStore::setObjects(const Json& values) {
       toFile[key] = Json{{kSecretKey, *given}, {kForgetKey, obsolete}};
     }
   }
-  if (!file_->setObjects(toFile)) return false;
+  if (Status written = file_->setObjects(toFile); !written.ok()) return written;
   for (const auto& id : replaced) keyring_->remove(id);
   if (referencesNew) forgetStraySecrets();
-  return true;
+  return {};
 }
 
 bool KeyringSettingsStore::updateObject(const std::string& key, const Change& change) {
   if (!isSecret(key)) return file_->updateObject(key, change);
-  return setObjects(Json{{key, change(objectForKey(key))}});
+  return setObjects(Json{{key, change(objectForKey(key))}}).ok();
 }
 
 }  // namespace qmv

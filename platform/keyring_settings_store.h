@@ -51,12 +51,12 @@ class KeyringSettingsStore : public SettingsStore {
   // Once the file holds the new values, the keyring forgets the secrets they replaced,
   // and the strays of earlier runs.
   // When the file write fails, both stay: this run still reads what it wrote.
-  bool setObjects(const Json& values) override;
+  Status setObjects(const Json& values) override;
   // For a secret key, the change sees the secret and its result is written as by
   // setObjects; unlike other keys, another process's write may come in between.
   bool updateObject(const std::string& key, const Change& change) override;
   bool synchronize() override { return file_->synchronize(); }
-  std::string lastError() const override { return file_->lastError(); }
+  Status lastWriteStatus() const override { return file_->lastWriteStatus(); }
 
   // The ID a file value refers to, when it is a reference.
   static std::optional<std::string> referencedId(const Json& stored);

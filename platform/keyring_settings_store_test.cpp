@@ -18,7 +18,7 @@ class KeyringSettingsStoreTest : public ::testing::Test {
 
 TEST_F(KeyringSettingsStoreTest, PasswordMovesBetweenKeyringAndFileAsTheKeyringComesAndGoes) {
   auto store = open();
-  ASSERT_TRUE(store.setObjects(Json{{"user_phone", "13800000000"}, {"password", "first1"}}));
+  ASSERT_TRUE(store.setObjects(Json{{"user_phone", "13800000000"}, {"password", "first1"}}).ok());
   EXPECT_EQ(store.stringForKey("password"), "first1");
   EXPECT_EQ(file_->stringForKey("user_phone"), "13800000000");
   EXPECT_FALSE(file_->stringForKey("password")) << "the file holds a reference, not the password";
@@ -35,7 +35,7 @@ TEST_F(KeyringSettingsStoreTest, PasswordMovesBetweenKeyringAndFileAsTheKeyringC
   // the file, with the phone in the same write.
   keyring_->available = false;
   EXPECT_FALSE(store.stringForKey("password"));
-  ASSERT_TRUE(store.setObjects(Json{{"user_phone", "13900000000"}, {"password", "third3"}}));
+  ASSERT_TRUE(store.setObjects(Json{{"user_phone", "13900000000"}, {"password", "third3"}}).ok());
   EXPECT_EQ(file_->objectForKey("password")["secret"], "third3");
   EXPECT_EQ(store.stringForKey("password"), "third3");
   EXPECT_EQ(store.moveSecretsToKeyring(), 0);
@@ -70,10 +70,10 @@ TEST_F(KeyringSettingsStoreTest, PasswordMovesBetweenKeyringAndFileAsTheKeyringC
 
 TEST_F(KeyringSettingsStoreTest, FailedFileWriteKeepsThePreviousPairReadable) {
   auto store = open();
-  ASSERT_TRUE(store.setObjects(Json{{"user_phone", "13800000000"}, {"password", "first1"}}));
+  ASSERT_TRUE(store.setObjects(Json{{"user_phone", "13800000000"}, {"password", "first1"}}).ok());
   auto full = std::make_shared<testsupport::FullDiskSettingsStore>(file_);
   KeyringSettingsStore onFullDisk(full, keyring_, {"password"}, "qmv ");
-  EXPECT_FALSE(onFullDisk.setObjects(Json{{"user_phone", "13900000000"}, {"password", "second2"}}));
+  EXPECT_FALSE(onFullDisk.setObjects(Json{{"user_phone", "13900000000"}, {"password", "second2"}}).ok());
   EXPECT_EQ(onFullDisk.stringForKey("user_phone"), "13800000000");
   EXPECT_EQ(onFullDisk.stringForKey("password"), "first1");
   // The secret kept for the write that failed (as for a run killed there) is forgotten
@@ -85,7 +85,7 @@ TEST_F(KeyringSettingsStoreTest, FailedFileWriteKeepsThePreviousPairReadable) {
   EXPECT_EQ(store.stringForKey("password"), "first1");
   // Later strays go with the next write that lands a secret, not at every start.
   keyring_->now -= KeyringSettingsStore::kStrayAge;
-  EXPECT_FALSE(onFullDisk.setObjects(Json{{"password", "third3"}}));
+  EXPECT_FALSE(onFullDisk.setObjects(Json{{"password", "third3"}}).ok());
   keyring_->now += KeyringSettingsStore::kStrayAge;
   EXPECT_EQ(keyring_->secrets.size(), 2u);
 

@@ -47,8 +47,8 @@ void MemorySettingsStore::setObject(const Json& value, const std::string& key) {
 
 void MemorySettingsStore::removeObjectForKey(const std::string& key) { values_.erase(key); }
 
-bool MemorySettingsStore::setObjects(const Json& values) {
-  if (!values.is_object()) return false;
+Status MemorySettingsStore::setObjects(const Json& values) {
+  if (!values.is_object()) return Status::invalidArgument("settings are written from an object");
   for (const auto& [key, value] : values.items()) {
     if (value.is_null()) {
       values_.erase(key);
@@ -56,11 +56,11 @@ bool MemorySettingsStore::setObjects(const Json& values) {
       values_[key] = value;
     }
   }
-  return true;
+  return {};
 }
 
 bool MemorySettingsStore::updateObject(const std::string& key, const Change& change) {
-  return setObjects(Json{{key, change(objectForKey(key))}});
+  return setObjects(Json{{key, change(objectForKey(key))}}).ok();
 }
 
 bool MemorySettingsStore::synchronize() {

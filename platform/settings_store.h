@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "core/common/json.h"
+#include "core/common/status.h"
 
 namespace qmv {
 
@@ -29,9 +30,9 @@ class SettingsStore {
   virtual void setObject(const Json& value, const std::string& key) = 0;
   virtual void removeObjectForKey(const std::string& key) = 0;
   // Stores every member of the object `values` (key to value; a null value removes its
-  // key) as one write: after a crash either all of them are stored or none. Returns
-  // false when they could not be written.
-  virtual bool setObjects(const Json& values) = 0;
+  // key) as one write: after a crash either all of them are stored or none. Fails when
+  // they could not be written.
+  virtual Status setObjects(const Json& values) = 0;
   // Replaces the value under `key` by change(current), where `current` is the value as
   // stored at this moment (by any process sharing the store, not as it was at open); no
   // other write can come between the read and the write. Returns false when the new value
@@ -39,8 +40,8 @@ class SettingsStore {
   virtual bool updateObject(const std::string& key, const Change& change) = 0;
   // Makes every earlier write durable. Returns false when the store could not be written.
   virtual bool synchronize() = 0;
-  // Why the last failed write of this run failed; "" while every write has landed.
-  virtual std::string lastError() const = 0;
+  // Why the last failed write of this run failed; OK while every write has landed.
+  virtual Status lastWriteStatus() const = 0;
 
   // Typed readers: a value of another kind reads as absent.
   std::optional<std::string> stringForKey(const std::string& key) const;
@@ -60,10 +61,10 @@ class MemorySettingsStore : public SettingsStore {
   Json objectForKey(const std::string& key) const override;
   void setObject(const Json& value, const std::string& key) override;
   void removeObjectForKey(const std::string& key) override;
-  bool setObjects(const Json& values) override;
+  Status setObjects(const Json& values) override;
   bool updateObject(const std::string& key, const Change& change) override;
   bool synchronize() override;
-  std::string lastError() const override { return {}; }
+  Status lastWriteStatus() const override { return {}; }
 
   int synchronizeCount() const { return synchronizeCount_; }
 

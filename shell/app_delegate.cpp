@@ -8,6 +8,7 @@
 #include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
 #include "core/request/network_config.h"
+#include "core/session/global_data.h"
 #include "features/discovery/main_view_controller.h"
 #include "features/discovery/nearby_view_controller.h"
 #include "features/orders/checkout_texts.h"
@@ -68,7 +69,7 @@ bool AppDelegate::didFinishLaunchingWithOptions(const Json& launchOptions) {
     showMainTabs();
   } else {
     env.navigator->setRoot("LaunchViewController");
-    env.settings->setObjects(Json{{kSelectCityKey, kDefaultCity}, {kSelectCityDisKey, kDefaultCity}});
+    GlobalData::setCurrentCityName(kDefaultCity);
   }
 
   env.settings->setBool(true, kIsLaunchedKey);

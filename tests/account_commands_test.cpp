@@ -19,7 +19,7 @@ class AccountCommandsTest : public ::testing::Test {
   // The settings the CLI wrote, read back as the next start would.
   Json setting(const std::string& key) {
     auto opened = SqliteSettingsStore::openInHome(home_.home());
-    return opened.store ? opened.store->objectForKey(key) : Json();
+    return opened.ok() ? opened->store->objectForKey(key) : Json();
   }
 
   TempHome home_;

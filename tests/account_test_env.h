@@ -64,8 +64,8 @@ class AccountE2ETest : public ::testing::Test {
     push_ = std::make_shared<RecordingPushService>();
     settings_.reset();  // the previous run has ended
     auto opened = SqliteSettingsStore::openInHome(home_ / "client");
-    ASSERT_TRUE(opened.store) << opened.error;
-    settings_ = std::shared_ptr<SqliteSettingsStore>(std::move(opened.store));
+    ASSERT_TRUE(opened.ok()) << opened.status().message();
+    settings_ = std::shared_ptr<SqliteSettingsStore>(std::move(opened->store));
     Env env;
     env.mainLoop = loop_;
     env.cookies = std::make_shared<CurlCookieStore>();

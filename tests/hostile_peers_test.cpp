@@ -32,7 +32,7 @@ class HostilePeersTest : public ::testing::Test {
   }
   Json setting(const std::string& key) {
     auto opened = SqliteSettingsStore::openInHome(home_.home());
-    return opened.store ? opened.store->objectForKey(key) : Json();
+    return opened.ok() ? opened->store->objectForKey(key) : Json();
   }
 
   static FaultServer server_;
@@ -222,7 +222,7 @@ TEST_F(HostilePeersTest, DamagedStoredValueIsIgnoredAndFilesArePrivate) {
   const std::filesystem::path fresh = home_.home() / "fresh";
   {
     auto opened = SqliteSettingsStore::openInHome(fresh);
-    ASSERT_TRUE(opened.store) << opened.error;
+    ASSERT_TRUE(opened.ok()) << opened.status().message();
   }
   ::chmod((fresh / "settings.db").c_str(), 0644);  // as an earlier version left it
   sqlite3* db = nullptr;

@@ -50,7 +50,7 @@ class MemberHomeTest : public ::testing::Test {
   }
   Json setting(const fs::path& home, const std::string& key) {
     auto opened = SqliteSettingsStore::openInHome(home);
-    return opened.store ? opened.store->objectForKey(key) : Json();
+    return opened.ok() ? opened->store->objectForKey(key) : Json();
   }
   // The settings file with its journal, as bytes on disk.
   static std::string settingsBytes(const fs::path& home) {

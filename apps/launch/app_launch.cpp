@@ -113,9 +113,9 @@ Status AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
   env.cookies = std::make_shared<CurlCookieStore>();  // the web views take theirs from it too
   env.http = std::make_shared<CurlTransport>(loop, env.cookies);
   auto opened = SqliteSettingsStore::openInHome(home_);
-  if (!opened.store) return Status::ioError("cannot open the settings store: " + opened.error);
-  if (!opened.keptAside.empty()) {
-    std::cerr << "qmv: an unreadable settings file was kept aside as " << opened.keptAside << '\n';
+  if (!opened.ok()) return Status::ioError("cannot open the settings store: " + opened.status().message());
+  if (!opened->keptAside.empty()) {
+    std::cerr << "qmv: an unreadable settings file was kept aside as " << opened->keptAside << '\n';
   }
   // The keyring tells homes apart by their full path.
   std::error_code ec;
@@ -124,7 +124,7 @@ Status AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
   std::shared_ptr<SecretStore> keyring = keyringForTesting();
   if (!keyring) keyring = std::make_shared<LibsecretStore>(homeName);
   auto settings = std::make_shared<KeyringSettingsStore>(
-      std::move(opened.store), std::move(keyring), std::vector<std::string>{kPasswordKey}, "qmv (" + homeName + ") ");
+      std::move(opened->store), std::move(keyring), std::vector<std::string>{kPasswordKey}, "qmv (" + homeName + ") ");
   // A password kept in the file while no keyring answered moves in once one does.
   settings->moveSecretsToKeyring();
   env.settings = std::move(settings);

@@ -108,7 +108,7 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   // end as it should; the store has said why on stderr. A command that needs no start has
   // no store.
   const auto& settings = cli.env().settings;
-  if (status == kExitOk && settings && !settings->lastError().empty()) status = kExitFailure;
+  if (status == kExitOk && settings && !settings->lastWriteStatus().ok()) status = kExitFailure;
   return status;
 }
 

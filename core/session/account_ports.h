@@ -11,15 +11,10 @@
 #include "core/session/base_view_controller.h"
 #include "core/session/mobile_code_net_api.h"
 #include "platform/env.h"
-#include "platform/push_service.h"
 #include "platform/settings_store.h"
 #include "platform/status_overlay.h"
 
 namespace qmv::account_detail {
-
-inline void setPushAlias(const std::string& alias, const std::string& type) {
-  Env::current().push->setAlias(alias, type);
-}
 
 // Stores the account's phone (null removes it) and typed password as one write and
 // flushes, as every successful account change does. When they cannot be stored the
@@ -27,7 +22,7 @@ inline void setPushAlias(const std::string& alias, const std::string& type) {
 // whether they were stored.
 inline bool storeCredentials(const Json& phone, const std::string& password) {
   const auto& settings = Env::current().settings;
-  if (settings->setObjects(Json{{kUserPhoneKey, phone}, {kPasswordKey, password}}) && settings->synchronize()) {
+  if (settings->setObjects(Json{{kUserPhoneKey, phone}, {kPasswordKey, password}}).ok() && settings->synchronize()) {
     return true;
   }
   Env::current().overlay->showImage("", account_texts::kAccountNotSaved);

@@ -5,6 +5,8 @@
 #include "core/session/account_ports.h"
 #include "core/session/base_view_controller.h"
 #include "core/session/global_data.h"
+#include "platform/env.h"
+#include "platform/push_service.h"
 
 namespace qmv {
 
@@ -33,7 +35,7 @@ void AutoLogin::finished(bool correct) {
   }
   const bool signedIn = info != nullptr;
   failureReason_ = signedIn ? std::string() : correct ? "the answer carried no member" : loginApi_->failureReason();
-  account_detail::setPushAlias(signedIn ? info->userName : std::string(BaseViewController::kInvalidAlias),
+  Env::current().push->setAlias(signedIn ? info->userName : std::string(BaseViewController::kInvalidAlias),
                                BaseViewController::kAliasType);
   if (onFinished) onFinished(signedIn);
 }

@@ -109,7 +109,7 @@ std::string GlobalData::getCurrentCityName() const {
 
 bool GlobalData::setCurrentCityName(const std::string& city) {
   const auto& settings = Env::current().settings;
-  return settings->setObjects(Json{{kSelectCityKey, city}, {kSelectCityDisKey, city}}) && settings->synchronize();
+  return settings->setObjects(Json{{kSelectCityKey, city}, {kSelectCityDisKey, city}}).ok() && settings->synchronize();
 }
 
 std::optional<std::string> GlobalData::getCurrentCityId() const {

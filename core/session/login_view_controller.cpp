@@ -7,6 +7,7 @@
 #include "core/session/global_data.h"
 #include "platform/navigator.h"
 #include "platform/object_storage.h"
+#include "platform/push_service.h"
 
 namespace qmv {
 namespace {
@@ -36,7 +37,7 @@ void LoginViewController::loginNet() {
 
 void LoginViewController::loginFinished(bool correct) {
   if (!correct) {
-    account_detail::setPushAlias(kInvalidAlias, kAliasType);
+    Env::current().push->setAlias(kInvalidAlias, kAliasType);
     if (onFinished) onFinished(false);
     return;
   }
@@ -46,7 +47,7 @@ void LoginViewController::loginFinished(bool correct) {
   // between them would pair the new phone with the old password. The answer's "phone"
   // is not kept: a server could name another member there.
   const bool stored = account_detail::storeCredentials(loginApi_->userName, view_.passwordText);
-  account_detail::setPushAlias(info ? info->userName : std::string(kInvalidAlias), kAliasType);
+  Env::current().push->setAlias(info ? info->userName : std::string(kInvalidAlias), kAliasType);
   downloadHeaderImage();
   cancel();
   if (onFinished) onFinished(info != nullptr && stored);

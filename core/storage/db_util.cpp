@@ -6,6 +6,7 @@
 #include <mutex>
 #include <thread>
 
+#include "core/common/area_texts.h"
 #include "core/common/control_util.h"
 #include "core/common/dictionary.h"
 #include "core/common/log.h"
@@ -13,7 +14,6 @@
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "platform/settings_store.h"
-#include "core/common/area_texts.h"
 
 namespace qmv {
 namespace {
@@ -64,7 +64,6 @@ Managers& managers() {
 
 std::shared_ptr<SQLiteDatabase> makeManager(bool cache, const char* name) {
   const auto& files = Env::current().files;
-  if (!files) return std::make_shared<SQLiteDatabase>(SQLiteDatabase::atPath({}, SQLiteDatabase::Mode::kReadOnly));
   if (cache) return std::make_shared<SQLiteDatabase>(SQLiteDatabase::atPath(files->cachesDirectory() / name));
   // Shipped databases never change under a running client: no locking or change checks.
   return std::make_shared<SQLiteDatabase>(
@@ -79,8 +78,7 @@ std::shared_ptr<SQLiteDatabase> manager(std::shared_ptr<SQLiteDatabase> Managers
 }
 
 std::string lastAreaId() {
-  const auto& settings = Env::current().settings;
-  return settings ? textOf(settings->objectForKey(kLastAreaIdKey)) : std::string();
+  return textOf(Env::current().settings->objectForKey(kLastAreaIdKey));
 }
 
 // A server number (or numeric text) as the client has always stored it: its integer
@@ -238,15 +236,15 @@ std::shared_future<Status> DBUtil::applyAreaList(const Json& list, const std::st
     promise.set_value(Status::invalidArgument("the area list is empty"));
     return done;
   }
-  if (const auto& settings = Env::current().settings) {
-    // One write: a version stored without its marker would make the server's list look
-    // current while the cache it describes is never used.
-    Json marks = Json::object();
-    if (!ver.empty()) marks[kAreaVersionKey] = ver;
-    marks[kLastAreaIdKey] = strForKey(list.back(), "id");
-    settings->setObjects(marks);
-    settings->synchronize();
-  }
+  // One write: a version stored without its marker would make the server's list look
+  // current while the cache it describes is never used.
+  Json marks = Json::object();
+  if (!ver.empty()) marks[kAreaVersionKey] = ver;
+  marks[kLastAreaIdKey] = strForKey(list.back(), "id");
+  // A failed write is the store's to log and report (lastWriteStatus); the cache is rebuilt
+  // either way, and the next start asks for the list again.
+  const auto& settings = Env::current().settings;
+  if (settings->setObjects(marks).ok()) settings->synchronize();
   // The thread owns what it needs; Env is not touched off the interface thread.
   std::thread([cache = sharedCacheManager(), areas = list, promise = std::move(promise)]() mutable {
     promise.set_value(rebuildCache(*cache, areas));

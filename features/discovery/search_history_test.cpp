@@ -44,14 +44,14 @@ TEST(SearchHistory, RunsSharingAHomeKeepEachOthersWords) {
   TempHome home;
   auto first = SqliteSettingsStore::openInHome(home.home());
   auto second = SqliteSettingsStore::openInHome(home.home());
-  ASSERT_TRUE(first.store && second.store);
-  for (auto* store : {first.store.get(), second.store.get(), first.store.get()}) {
+  ASSERT_TRUE(first.ok() && second.ok());
+  for (auto* store : {first->store.get(), second->store.get(), first->store.get()}) {
     Env env = Env::current();
     env.settings = std::shared_ptr<SettingsStore>(store, [](SettingsStore*) {});
     ScopedEnv scoped(completedForTesting(env));
-    SearchHistory::save(store == second.store.get() ? "火锅" : "KTV");
+    SearchHistory::save(store == second->store.get() ? "火锅" : "KTV");
   }
-  EXPECT_EQ(SqliteSettingsStore::openInHome(home.home()).store->stringArrayForKey(kSearchKeyWordsKey),
+  EXPECT_EQ(SqliteSettingsStore::openInHome(home.home())->store->stringArrayForKey(kSearchKeyWordsKey),
             (std::vector<std::string>{"KTV", "火锅"}));
 
   // Words that are no words to tap are searched for but not kept.

@@ -51,14 +51,14 @@ TEST(LibsecretStoreTest, PasswordInTheSettingsFileMovesIntoTheKeyringAndLeavesNo
   TempHome home;
   {
     auto opened = SqliteSettingsStore::openInHome(home.home());
-    ASSERT_TRUE(opened.store) << opened.error;
-    opened.store->setObjects(Json{{"user_phone", "13800000000"}, {"password", "plain-pass-1"}});
+    ASSERT_TRUE(opened.ok()) << opened.status().message();
+    opened->store->setObjects(Json{{"user_phone", "13800000000"}, {"password", "plain-pass-1"}});
   }
   ASSERT_NE(fileBytes(home.home() / "settings.db").find("plain-pass-1"), std::string::npos);
   {
     auto opened = SqliteSettingsStore::openInHome(home.home());
-    ASSERT_TRUE(opened.store) << opened.error;
-    KeyringSettingsStore store(std::move(opened.store), std::make_shared<LibsecretStore>(home.home().string()),
+    ASSERT_TRUE(opened.ok()) << opened.status().message();
+    KeyringSettingsStore store(std::move(opened->store), std::make_shared<LibsecretStore>(home.home().string()),
                                {"password"}, "qmv test ");
     EXPECT_EQ(store.moveSecretsToKeyring(), 1);
     EXPECT_EQ(store.stringForKey("password"), "plain-pass-1");
@@ -66,8 +66,8 @@ TEST(LibsecretStoreTest, PasswordInTheSettingsFileMovesIntoTheKeyringAndLeavesNo
   // Closed: the journal is folded into the file, and the old row's bytes are gone.
   EXPECT_EQ(fileBytes(home.home() / "settings.db").find("plain-pass-1"), std::string::npos);
   auto reopened = SqliteSettingsStore::openInHome(home.home());
-  ASSERT_TRUE(reopened.store);
-  KeyringSettingsStore again(std::move(reopened.store), std::make_shared<LibsecretStore>(home.home().string()),
+  ASSERT_TRUE(reopened.ok());
+  KeyringSettingsStore again(std::move(reopened->store), std::make_shared<LibsecretStore>(home.home().string()),
                              {"password"}, "qmv test ");
   EXPECT_EQ(again.stringForKey("password"), "plain-pass-1") << "another run finds it";
   EXPECT_EQ(again.stringForKey("user_phone"), "13800000000");

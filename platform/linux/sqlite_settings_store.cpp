@@ -140,7 +140,7 @@ std::string openFailure(const Status& status) {
 }
 
 // Moves the damaged file and its journals to a name no earlier run has used.
-std::filesystem::path keepAside(const std::filesystem::path& file, std::string& error) {
+Result<std::filesystem::path> keepAside(const std::filesystem::path& file) {
   const auto stamp =
       std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
   std::filesystem::path target;
@@ -151,10 +151,7 @@ std::filesystem::path keepAside(const std::filesystem::path& file, std::string& 
   }
   std::error_code ec;
   std::filesystem::rename(file, target, ec);
-  if (ec) {
-    error = "cannot move damaged settings file aside: " + ec.message();
-    return {};
-  }
+  if (ec) return Status::ioError("cannot move damaged settings file aside: " + ec.message());
   for (const char* suffix : {"-wal", "-shm", "-journal"}) {
     std::filesystem::path journal = file;
     journal += suffix;
@@ -168,25 +165,27 @@ std::filesystem::path keepAside(const std::filesystem::path& file, std::string& 
 
 }  // namespace
 
-SqliteSettingsStore::OpenResult SqliteSettingsStore::open(const std::filesystem::path& file) {
-  OpenResult result;
+Result<SqliteSettingsStore::Opened> SqliteSettingsStore::open(const std::filesystem::path& file) {
   std::error_code ec;
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path(), ec);
   Attempt attempt = tryOpen(file);
+  std::filesystem::path keptAside;
   if (!attempt.db && attempt.status.isCorruption()) {
     logLine("settings file " + file.string() + " is damaged (" + attempt.status.message() + "); keeping it aside");
-    result.keptAside = keepAside(file, result.error);
-    if (result.keptAside.empty()) return result;
+    Result<std::filesystem::path> moved = keepAside(file);
+    if (!moved.ok()) return moved.status();
+    keptAside = std::move(moved).value();
     attempt = tryOpen(file);
   }
   if (!attempt.db) {
-    result.error =
-        attempt.refused ? attempt.status.message()
-                        : "cannot open settings file " + file.string() + ": " + openFailure(attempt.status);
-    return result;
+    std::string why = attempt.refused ? attempt.status.message()
+                                      : "cannot open settings file " + file.string() + ": " + openFailure(attempt.status);
+    if (!keptAside.empty()) why += " (the damaged file was kept as " + keptAside.string() + ")";
+    return Status::ioError(std::move(why));
   }
-  result.store.reset(new SqliteSettingsStore(std::move(attempt.db), file, std::move(attempt.values)));
-  return result;
+  return Opened{std::unique_ptr<SqliteSettingsStore>(
+                    new SqliteSettingsStore(std::move(attempt.db), file, std::move(attempt.values))),
+                std::move(keptAside)};
 }
 
 SqliteSettingsStore::SqliteSettingsStore(std::unique_ptr<SQLiteDatabase> db, std::filesystem::path path, Json values)
@@ -206,8 +205,8 @@ void SqliteSettingsStore::setObject(const Json& value, const std::string& key) {
 
 void SqliteSettingsStore::removeObjectForKey(const std::string& key) { setObjects(Json{{key, nullptr}}); }
 
-bool SqliteSettingsStore::setObjects(const Json& values) {
-  if (!values.is_object()) return false;
+Status SqliteSettingsStore::setObjects(const Json& values) {
+  if (!values.is_object()) return Status::invalidArgument("settings are written from an object");
   std::lock_guard lock(mutex_);
   return inTransaction("write of " + (values.empty() ? std::string("nothing") : values.begin().key()),
                        [&] { return writeRows(values); });
@@ -222,7 +221,7 @@ bool SqliteSettingsStore::updateObject(const std::string& key, const Change& cha
     if (!rows->empty()) current = decodeRow(columnBytes(rows->front(), "kind"), columnBytes(rows->front(), "value"));
     Json next = change(std::move(current));
     return writeRows(Json{{key, next.is_discarded() ? Json() : std::move(next)}});
-  });
+  }).ok();
 }
 
 Status SqliteSettingsStore::writeRows(const Json& values) {
@@ -246,22 +245,21 @@ Status SqliteSettingsStore::writeRows(const Json& values) {
   return status;
 }
 
-bool SqliteSettingsStore::inTransaction(const std::string& what, const std::function<Status()>& body) {
+Status SqliteSettingsStore::inTransaction(const std::string& what, const std::function<Status()>& body) {
   const Status status = db_->transaction(SQLiteDatabase::TransactionKind::kImmediate, body);
-  if (status.ok()) return true;
-  recordFailure(what, status);
-  return false;
+  if (!status.ok()) recordFailure(what, status);
+  return status;
 }
 
 void SqliteSettingsStore::recordFailure(const std::string& what, const Status& status) {
   writeFailed_ = true;
-  lastError_ = status.message();
-  logWarning("settings " + what + " failed: " + lastError_);
+  lastWriteStatus_ = status;
+  logWarning("settings " + what + " failed: " + status.message());
 }
 
-std::string SqliteSettingsStore::lastError() const {
+Status SqliteSettingsStore::lastWriteStatus() const {
   std::lock_guard lock(mutex_);
-  return lastError_;
+  return lastWriteStatus_;
 }
 
 bool SqliteSettingsStore::synchronize() {

@@ -18,25 +18,24 @@
 #include <mutex>
 #include <string>
 
+#include "core/common/result.h"
 #include "platform/settings_store.h"
 
 namespace qmv {
 
 class SQLiteDatabase;
-class Status;
 
 class SqliteSettingsStore : public SettingsStore {
  public:
-  struct OpenResult {
-    std::unique_ptr<SqliteSettingsStore> store;  // null on failure
-    std::string error;                           // why opening failed
-    std::filesystem::path keptAside;             // set when a corrupt file was moved aside
+  struct Opened {
+    std::unique_ptr<SqliteSettingsStore> store;
+    std::filesystem::path keptAside;  // set when a damaged file was moved aside
   };
 
   // Opens or creates the store at `file` (its directory is created when missing).
-  static OpenResult open(const std::filesystem::path& file);
+  static Result<Opened> open(const std::filesystem::path& file);
   // <home>/settings.db.
-  static OpenResult openInHome(const std::filesystem::path& home) { return open(home / "settings.db"); }
+  static Result<Opened> openInHome(const std::filesystem::path& home) { return open(home / "settings.db"); }
 
   ~SqliteSettingsStore() override;
   SqliteSettingsStore(const SqliteSettingsStore&) = delete;
@@ -45,10 +44,10 @@ class SqliteSettingsStore : public SettingsStore {
   Json objectForKey(const std::string& key) const override;
   // Each commits at once. A null value removes the key. A failed write keeps the new
   // values in memory for this run, makes the next synchronize() report false and is
-  // remembered in lastError().
+  // remembered in lastWriteStatus().
   void setObject(const Json& value, const std::string& key) override;
   void removeObjectForKey(const std::string& key) override;
-  bool setObjects(const Json& values) override;
+  Status setObjects(const Json& values) override;
   // Runs in one immediate (write-locked) transaction, waiting up to five seconds for
   // another process's write to end. `change` must not call the store.
   bool updateObject(const std::string& key, const Change& change) override;
@@ -56,7 +55,7 @@ class SqliteSettingsStore : public SettingsStore {
   // reports whether every write since the last call reached the file.
   bool synchronize() override;
 
-  std::string lastError() const override;
+  Status lastWriteStatus() const override;
 
   const std::filesystem::path& path() const { return path_; }
 
@@ -69,8 +68,8 @@ class SqliteSettingsStore : public SettingsStore {
   // REQUIRES: mutex_ held. Writes `values` inside the open transaction.
   Status writeRows(const Json& values);
   // REQUIRES: mutex_ held. Runs `body` in one immediate transaction, rolled back when it
-  // fails; the failure is recorded.
-  bool inTransaction(const std::string& what, const std::function<Status()>& body);
+  // fails; the failure is recorded and returned.
+  Status inTransaction(const std::string& what, const std::function<Status()>& body);
   void recordFailure(const std::string& what, const Status& status);
 
   mutable std::mutex mutex_;
@@ -78,7 +77,7 @@ class SqliteSettingsStore : public SettingsStore {
   std::filesystem::path path_;
   Json values_;
   bool writeFailed_ = false;
-  std::string lastError_;
+  Status lastWriteStatus_;
 };
 
 }  // namespace qmv

@@ -36,8 +36,8 @@ TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
   const std::vector<std::uint8_t> jpeg = {0xff, 0xd8, 0x00, 0x10, 0x00, 0xff, 0xd9};
   {
     auto opened = SqliteSettingsStore::openInHome(home.path());
-    ASSERT_TRUE(opened.store) << opened.error;
-    auto& store = *opened.store;
+    ASSERT_TRUE(opened.ok()) << opened.status().message();
+    auto& store = *opened->store;
     store.setString("13800000000", "user_phone");
     store.setString("", "empty");
     store.setBool(true, "isLaunched");
@@ -52,8 +52,8 @@ TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
     EXPECT_TRUE(store.synchronize());
   }
   auto reopened = SqliteSettingsStore::openInHome(home.path());
-  ASSERT_TRUE(reopened.store) << reopened.error;
-  auto& store = *reopened.store;
+  ASSERT_TRUE(reopened.ok()) << reopened.status().message();
+  auto& store = *reopened->store;
   EXPECT_EQ(store.stringForKey("user_phone"), "13800000000");
   EXPECT_EQ(store.stringForKey("empty"), "");
   EXPECT_TRUE(store.boolForKey("isLaunched"));
@@ -65,7 +65,7 @@ TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
   // A value of another kind reads as absent through the typed readers.
   EXPECT_FALSE(store.stringForKey("isLaunched").has_value());
   EXPECT_FALSE(store.dataForKey("user_phone").has_value());
-  EXPECT_TRUE(reopened.keptAside.empty());
+  EXPECT_TRUE(reopened->keptAside.empty());
 }
 
 TEST(SqliteSettingsStoreTest, DamagedFileIsKeptAsideNotWiped) {
@@ -75,27 +75,27 @@ TEST(SqliteSettingsStoreTest, DamagedFileIsKeptAsideNotWiped) {
   std::ofstream(file, std::ios::binary) << garbage;
 
   auto opened = SqliteSettingsStore::open(file);
-  ASSERT_TRUE(opened.store) << opened.error;
-  ASSERT_FALSE(opened.keptAside.empty());
-  std::ifstream kept(opened.keptAside, std::ios::binary);
+  ASSERT_TRUE(opened.ok()) << opened.status().message();
+  ASSERT_FALSE(opened->keptAside.empty());
+  std::ifstream kept(opened->keptAside, std::ios::binary);
   std::stringstream content;
   content << kept.rdbuf();
   EXPECT_EQ(content.str(), garbage);
-  EXPECT_TRUE(opened.store->objectForKey("user_phone").is_null());
-  opened.store->setString("x", "k");
-  opened.store.reset();
+  EXPECT_TRUE(opened->store->objectForKey("user_phone").is_null());
+  opened->store->setString("x", "k");
+  opened->store.reset();
 
   // The fresh store is a good database on the next start: nothing more is moved aside.
   auto again = SqliteSettingsStore::open(file);
-  ASSERT_TRUE(again.store);
-  EXPECT_TRUE(again.keptAside.empty());
-  EXPECT_EQ(again.store->stringForKey("k"), "x");
+  ASSERT_TRUE(again.ok());
+  EXPECT_TRUE(again->keptAside.empty());
+  EXPECT_EQ(again->store->stringForKey("k"), "x");
 }
 
 TEST(SqliteSettingsStoreTest, UnwritableLocationIsAnError) {
   auto opened = SqliteSettingsStore::open("/proc/qmv-no-such-dir/settings.db");
-  EXPECT_FALSE(opened.store);
-  EXPECT_FALSE(opened.error.empty());
+  EXPECT_FALSE(opened.ok());
+  EXPECT_FALSE(opened.status().message().empty());
 }
 
 // Runs `write(i)` for i = 0, 1, ... in a forked child that reports each finished i, and
@@ -109,9 +109,9 @@ std::uint32_t killWriterAfter(const fs::path& file, std::size_t reports, Write w
   if (child == 0) {
     close(fds[0]);
     auto opened = SqliteSettingsStore::open(file);
-    if (!opened.store) _exit(3);
+    if (!opened.ok()) _exit(3);
     for (std::uint32_t i = 0;; ++i) {
-      write(*opened.store, i);
+      write(*opened->store, i);
       if (::write(fds[1], &i, sizeof i) != sizeof i) _exit(4);
     }
   }
@@ -156,8 +156,8 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
   });
 
   auto opened = SqliteSettingsStore::open(file);
-  ASSERT_TRUE(opened.store) << opened.error;
-  EXPECT_TRUE(opened.keptAside.empty());
+  ASSERT_TRUE(opened.ok()) << opened.status().message();
+  EXPECT_TRUE(opened->keptAside.empty());
   // For every key, the newest finished write (at or before `last`) must be there; a
   // write the child had begun but not reported may or may not have landed.
   for (std::uint32_t slot = 0; slot < 500; ++slot) {
@@ -165,7 +165,7 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
     if (newest > last) continue;
     while (newest + 500 <= last) newest += 500;
     const std::string key = "k" + std::to_string(slot);
-    const Json got = opened.store->objectForKey(key);
+    const Json got = opened->store->objectForKey(key);
     auto matches = [&](std::uint32_t i) {
       switch (i % 3) {
         case 0:
@@ -192,14 +192,14 @@ TEST(SqliteSettingsStoreTest, GroupSurvivesKillWhole) {
   };
   const std::uint32_t last = killWriterAfter(
       file, 60, [&group](SqliteSettingsStore& store, std::uint32_t i) {
-        if (!store.setObjects(group(i))) _exit(5);
+        if (!store.setObjects(group(i)).ok()) _exit(5);
       });
 
   auto opened = SqliteSettingsStore::open(file);
-  ASSERT_TRUE(opened.store) << opened.error;
+  ASSERT_TRUE(opened.ok()) << opened.status().message();
   Json stored = Json::object();
   const Json keys = group(0);
-  for (const auto& [key, value] : keys.items()) stored[key] = opened.store->objectForKey(key);
+  for (const auto& [key, value] : keys.items()) stored[key] = opened->store->objectForKey(key);
   EXPECT_TRUE(stored == group(last) || stored == group(last + 1)) << stored.dump();
 }
 
@@ -207,7 +207,7 @@ TEST(SqliteSettingsStoreTest, GroupSurvivesKillWhole) {
 TEST(SqliteSettingsStoreTest, ConcurrentUpdatesFromProcessesAllLand) {
   TempHome home;
   const fs::path file = home.path() / "settings.db";
-  ASSERT_TRUE(SqliteSettingsStore::open(file).store);
+  ASSERT_TRUE(SqliteSettingsStore::open(file).ok());
   constexpr int kProcesses = 6;
   constexpr int kUpdates = 25;
   std::vector<pid_t> children;
@@ -216,9 +216,9 @@ TEST(SqliteSettingsStoreTest, ConcurrentUpdatesFromProcessesAllLand) {
     ASSERT_GE(child, 0);
     if (child == 0) {
       auto opened = SqliteSettingsStore::open(file);
-      if (!opened.store) _exit(3);
+      if (!opened.ok()) _exit(3);
       for (int u = 0; u < kUpdates; ++u) {
-        const bool ok = opened.store->updateObject("list", [p](Json list) {
+        const bool ok = opened->store->updateObject("list", [p](Json list) {
           if (!list.is_array()) list = Json::array();
           list.push_back(p);
           return list;
@@ -234,7 +234,7 @@ TEST(SqliteSettingsStoreTest, ConcurrentUpdatesFromProcessesAllLand) {
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
   }
-  const Json list = SqliteSettingsStore::open(file).store->objectForKey("list");
+  const Json list = SqliteSettingsStore::open(file)->store->objectForKey("list");
   ASSERT_TRUE(list.is_array());
   EXPECT_EQ(list.size(), static_cast<std::size_t>(kProcesses * kUpdates));
 }

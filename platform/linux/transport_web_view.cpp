@@ -62,7 +62,7 @@ void TransportWebView::fetch(const std::string& url, FetchCompletion done) {
   }
   if (!refusal.empty()) {
     // The failure still arrives from the loop, as every load's end does.
-    Env::current().mainLoop->post([done = std::move(done), refusal] { done(std::nullopt, refusal); });
+    Env::current().mainLoop->post([done = std::move(done), refusal] { done(Status::invalidArgument(refusal)); });
     return;
   }
   HttpRequest request;
@@ -75,12 +75,12 @@ void TransportWebView::fetch(const std::string& url, FetchCompletion done) {
     sending_.reset();
     transfer_ = 0;
     if (response.error == TransportError::cancelled) return;
-    if (response.error != TransportError::none) return done(std::nullopt, reasonOf(response.error));
+    if (response.error != TransportError::none) return done(Status::unavailable(reasonOf(response.error)));
     if (response.status < 200 || response.status > 299) {
-      return done(std::nullopt, "the page answered HTTP " + std::to_string(response.status));
+      return done(Status::unavailable("the page answered HTTP " + std::to_string(response.status)));
     }
-    if (response.body.size() > kMaxHtmlPageBytes) return done(std::nullopt, "the page is too large to show");
-    done(readHtmlPage(response.body, url, charsetOf(response.headers.fields())), {});
+    if (response.body.size() > kMaxHtmlPageBytes) return done(Status::invalidArgument("the page is too large to show"));
+    done(readHtmlPage(response.body, url, charsetOf(response.headers.fields())));
   });
 }
 

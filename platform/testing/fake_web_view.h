@@ -44,7 +44,9 @@ class FakeWebView : public HistoryWebView {
       page = found->second;
       page->url = url;
     }
-    env.mainLoop->post([page, done = std::move(done)] { done(page, page ? "" : "no such page"); });
+    env.mainLoop->post([page, done = std::move(done)] {
+      done(page ? Result<WebPage>(*page) : Result<WebPage>(Status::notFound("no such page")));
+    });
   }
   void cancelFetch() override {}
 

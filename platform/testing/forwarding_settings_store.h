@@ -16,12 +16,12 @@ class ForwardingSettingsStore : public SettingsStore {
   Json objectForKey(const std::string& key) const override { return target_->objectForKey(key); }
   void setObject(const Json& value, const std::string& key) override { target_->setObject(value, key); }
   void removeObjectForKey(const std::string& key) override { target_->removeObjectForKey(key); }
-  bool setObjects(const Json& values) override { return target_->setObjects(values); }
+  Status setObjects(const Json& values) override { return target_->setObjects(values); }
   bool updateObject(const std::string& key, const Change& change) override {
     return target_->updateObject(key, change);
   }
   bool synchronize() override { return target_->synchronize(); }
-  std::string lastError() const override { return target_->lastError(); }
+  Status lastWriteStatus() const override { return target_->lastWriteStatus(); }
 
  protected:
   SettingsStore& target() { return *target_; }
@@ -38,10 +38,13 @@ class FullDiskSettingsStore : public ForwardingSettingsStore {
 
   void setObject(const Json&, const std::string&) override { failed_ = true; }
   void removeObjectForKey(const std::string&) override { failed_ = true; }
-  bool setObjects(const Json&) override { return !(failed_ = true); }
+  Status setObjects(const Json&) override {
+    failed_ = true;
+    return Status::ioError(kError);
+  }
   bool updateObject(const std::string&, const Change&) override { return !(failed_ = true); }
   bool synchronize() override { return !failed_; }
-  std::string lastError() const override { return failed_ ? kError : ""; }
+  Status lastWriteStatus() const override { return failed_ ? Status::ioError(kError) : Status(); }
 
  private:
   bool failed_ = false;
