@@ -29,9 +29,10 @@ class PagedListController : public BaseViewController {
     loadMoreFooterHidden_ = false;
     sendPage();
   }
-  // The page after pageNum (pull-up). Does nothing once the list has ended.
+  // The page after pageNum (pull-up). Does nothing once the list has ended, nor while a
+  // page is still on its way (a second pull-up would skip that page).
   void loadMore() {
-    if (loadMoreFooterHidden_) return;
+    if (loadMoreFooterHidden_ || isLoading()) return;
     ++pageNum_;
     sendPage();
   }

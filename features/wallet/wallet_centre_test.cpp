@@ -53,8 +53,12 @@ TEST_F(WalletCentreTest, FundRecordsPageByKindAndAFailedPageStepsBackKeepingTheR
   EXPECT_EQ(screen.rows()[0].kindText(), "提现");
 
   answer("getTopUpListForUser", page({"-300"}));
-  EXPECT_EQ(load(screen, [&] { screen.loadMore(); }), true);
-  EXPECT_EQ(sent("page"), "2");
+  EXPECT_EQ(load(screen, [&] {
+              screen.loadMore();
+              screen.loadMore();
+            }),
+            true);
+  EXPECT_EQ(sent("page"), "2") << "a pull-up while a page is on its way is ignored";
   EXPECT_EQ(screen.rows().size(), 3u);
 
   answer("getTopUpListForUser", "", 500);
