@@ -8,7 +8,7 @@
 #include "features/orders/order_detail_net_api.h"
 #include "features/orders/prepare_pay_net_api.h"
 #include "features/orders/refund_net_api.h"
-#include "features/orders/top_up_record_net_api.h"
+#include "features/wallet/top_up_record_net_api.h"
 #include "tests/sandbox_fixture.h"
 
 namespace qmv::contract {

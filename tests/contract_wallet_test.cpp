@@ -7,7 +7,7 @@
 #include "features/discovery/built_in_search_types.h"
 #include "features/discovery/search_type_net_api.h"
 #include "features/discovery/templates_net_api.h"
-#include "features/orders/top_up_record_net_api.h"
+#include "features/wallet/top_up_record_net_api.h"
 #include "features/wallet/bind_bank_net_api.h"
 #include "features/wallet/with_draw_net_api.h"
 #include "features/wheel/wheel_net_api.h"
@@ -83,7 +83,7 @@ TEST_F(WalletContractTest, WithdrawalIsRefusedBeyondTheBalanceAndTakenWithinIt) 
   const long long amount = *before - 1234;
   ASSERT_TRUE(sendCorrect(std::make_shared<WithDrawNetApi>(std::to_string(amount))));
   EXPECT_EQ(balance(), 1234);
-  auto records = std::make_shared<TopUpRecordNetApi>("1", "2");
+  auto records = std::make_shared<TopUpRecordNetApi>("1", "3");
   ASSERT_TRUE(sendCorrect(records));
   const Json list = dataOf(*records).value("dataList", Json::array());
   ASSERT_FALSE(list.empty());
@@ -101,7 +101,7 @@ TEST_F(WalletContractTest, EachSpinUsesOneOfTheWheelsSpinsAndPrizesReachTheBalan
   const auto before = balance();
   ASSERT_TRUE(before.has_value());
   const auto moneyIn = [this] {
-    auto records = std::make_shared<TopUpRecordNetApi>("1", "1");
+    auto records = std::make_shared<TopUpRecordNetApi>("1", "5");
     return sendCorrect(records) ? dataOf(*records) : Json();
   };
   const Json inBefore = moneyIn();

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "core/common/json.h"
-#include "features/orders/top_up_record_net_api.h"
+#include "features/wallet/top_up_record_net_api.h"
 #include "features/wheel/wheel_view_controller.h"
 #include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
@@ -79,9 +79,9 @@ TEST_F(WheelPrizeTest, EverySpinsPrizeReachesTheBalanceAndTheLastSpinIsRefusedAt
   ASSERT_TRUE(login());
   const auto before = balance();
   ASSERT_TRUE(before);
-  // Money in as the sandbox books it: a cash prize is one more record, under its name.
+  // Prizes as the sandbox books them: a cash prize is one more record of that kind.
   const auto moneyIn = [this] {
-    auto records = std::make_shared<TopUpRecordNetApi>("1", "1");
+    auto records = std::make_shared<TopUpRecordNetApi>("1", "5");
     return sendCorrect(records) ? dataOf(*records) : Json();
   };
   long long records = std::stoll(strForKey(moneyIn(), "count"));

@@ -2,7 +2,9 @@
 // What the commands' flows share: the sign-in check, the failure line on stderr, and
 // waiting for a screen to call one of its `on…` slots.
 #include <chrono>
+#include <cstddef>
 #include <functional>
+#include <iostream>
 #include <optional>
 #include <string_view>
 #include <type_traits>
@@ -63,6 +65,30 @@ bool awaitSlot(CliApp& app, std::function<void()>& slot, Start&& start,
   if (!startRefused(start)) app.waitUntil([&called] { return called; }, timeout);
   slot = nullptr;
   return called;
+}
+
+// Loads pages 1..`pages` of a paged list screen (refresh, then loadMore), fewer when the
+// list ends first, which is said on stderr. Returns the index of the first row of page
+// `pages` (the row count when the list ended before it), or nullopt when a page failed or
+// did not come in time.
+template <class Screen>
+std::optional<std::size_t> loadListPages(CliApp& app, Screen& screen, long pages) {
+  auto answer = awaitSlot(app, screen.onLoaded, [&screen] { screen.refresh(); });
+  std::size_t lastPageStart = 0;
+  while (answer.value_or(false) && screen.pageNum() < pages && !screen.loadMoreFooterHidden()) {
+    lastPageStart = screen.rows().size();
+    answer = awaitSlot(app, screen.onLoaded, [&screen] { screen.loadMore(); });
+  }
+  if (!answer) {
+    timedOut("the list");
+    return std::nullopt;
+  }
+  if (!*answer) return std::nullopt;
+  if (screen.pageNum() < pages) {
+    std::cerr << "qmv: the list ends before page " << pages << '\n';
+    return screen.rows().size();
+  }
+  return lastPageStart;
 }
 
 }  // namespace qmv::cli

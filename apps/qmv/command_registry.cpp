@@ -40,6 +40,8 @@ void registerAllCommands(CommandRegistry& registry) {
   registerReferralCommands(registry);
   registerWheelCommands(registry);
   registerPageCommands(registry);
+  registerWalletCentreCommands(registry);
+  registerReviewCommands(registry);
   registerShellCommands(registry);
 }
 

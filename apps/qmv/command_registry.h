@@ -57,6 +57,8 @@ void registerCheckoutCommands(CommandRegistry& registry);
 void registerReferralCommands(CommandRegistry& registry);
 void registerWheelCommands(CommandRegistry& registry);
 void registerPageCommands(CommandRegistry& registry);
+void registerWalletCentreCommands(CommandRegistry& registry);
+void registerReviewCommands(CommandRegistry& registry);
 
 // Runs the pay-now screen that was pushed with `payload` (taps: the balance off with
 // `noBalance`, then `channel` when not empty), prints what it shows and waits for the

@@ -70,7 +70,8 @@ CREATE TABLE IF NOT EXISTS messages(id INTEGER PRIMARY KEY, member_id INTEGER NO
 CREATE TABLE IF NOT EXISTS feedback(id INTEGER PRIMARY KEY, member_id INTEGER NOT NULL, content TEXT NOT NULL,
   contact TEXT NOT NULL, type TEXT NOT NULL, created INTEGER NOT NULL);
 CREATE TABLE IF NOT EXISTS vouchers(id INTEGER PRIMARY KEY, member_id INTEGER NOT NULL, title TEXT NOT NULL,
-  amount_fen INTEGER NOT NULL, expires TEXT NOT NULL, status TEXT NOT NULL);
+  amount_fen INTEGER NOT NULL, expires TEXT NOT NULL, status TEXT NOT NULL, store_id INTEGER,
+  starts TEXT NOT NULL DEFAULT '');
 CREATE TABLE IF NOT EXISTS wheels(id INTEGER PRIMARY KEY, image TEXT NOT NULL, rule TEXT NOT NULL,
   starts INTEGER NOT NULL, ends INTEGER NOT NULL, spins INTEGER NOT NULL, items TEXT NOT NULL);
 CREATE TABLE IF NOT EXISTS wheel_spins(id INTEGER PRIMARY KEY, wheel_id INTEGER NOT NULL, member_id INTEGER NOT NULL,
@@ -382,12 +383,24 @@ Status prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDataba
     if (db.queryOne("SELECT 1 FROM pragma_table_info('sms_codes') WHERE name = 'attempts'").is_null()) {
       db.executeScript("ALTER TABLE sms_codes ADD COLUMN attempts INTEGER NOT NULL DEFAULT 0");
     }
-    if (!db.queryOne("SELECT value FROM meta WHERE key = 'seeded'").is_null()) return true;
+    // Homes made before vouchers named their store and first day.
+    if (db.queryOne("SELECT 1 FROM pragma_table_info('vouchers') WHERE name = 'store_id'").is_null()) {
+      db.executeScript(
+          "ALTER TABLE vouchers ADD COLUMN store_id INTEGER; "
+          "ALTER TABLE vouchers ADD COLUMN starts TEXT NOT NULL DEFAULT ''");
+    }
     const int64_t now = nowSeconds();
-    seedStores(db);
-    seedContent(db, now);
-    seedMembers(db, now);
-    db.execute("INSERT INTO meta(key, value) VALUES('seeded', ?)", {timeText(now)});
+    if (db.queryOne("SELECT value FROM meta WHERE key = 'seeded'").is_null()) {
+      seedStores(db);
+      seedContent(db, now);
+      seedMembers(db, now);
+      db.execute("INSERT INTO meta(key, value) VALUES('seeded', ?)", {timeText(now)});
+    }
+    // Homes seeded before the member centre gain its rows once.
+    if (db.queryOne("SELECT value FROM meta WHERE key = 'member_demo'").is_null()) {
+      seedMemberCentre(db, now);
+      db.execute("INSERT INTO meta(key, value) VALUES('member_demo', '1')");
+    }
     return true;
   });
   if (!areas.ok()) return areas;

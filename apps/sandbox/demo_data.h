@@ -27,4 +27,9 @@ inline constexpr int64_t kAreaVersion = 20250701;
 // versions gets them anew. Returns the failure, with nothing of the set-up kept.
 Status prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDatabase);
 
+// The demo member's fund records of every kind (adding up to the balance he has) and his
+// vouchers, and comments on every store. Called once per database, inside
+// prepareDatabase's transaction.
+void seedMemberCentre(SandboxStore& db, int64_t now);
+
 }  // namespace qmv::sandbox

@@ -221,7 +221,8 @@ Reply myRemarks(Call& call) {
                                      {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
     list.push_back(remarkRecord(r));
   }
-  return Reply::ok({{"dataList", list}});
+  const Json count = call.db.queryOne("SELECT COUNT(*) AS n FROM remarks WHERE member_id = ?", {call.memberId()});
+  return Reply::ok({{"dataList", list}, {"count", count["n"]}});
 }
 
 Reply grade(Call& call) {

@@ -183,6 +183,26 @@ TEST_F(SandboxTest, StoreAndOfferDetailsFollowTheMember) {
   EXPECT_EQ(code(api_->get("getCommodityDetailInfo", {{"commodityId", "0"}})), "1");
 }
 
+TEST_F(SandboxTest, EveryStoreHasCommentsThatItsRecordCountsAndTheStarFilterSplits) {
+  for (int id = 1; id <= 40; ++id) {
+    const Json store = api_->get("getStoreDetailInfo", {{"storeId", std::to_string(id)}})["data"];
+    const Json all = api_->get("getRemarkMeByUser", {{"storeId", std::to_string(id)}, {"page", "1"}})["data"];
+    ASSERT_TRUE(all["count"].is_number()) << id;
+    EXPECT_GE(all["count"].get<int>(), 3) << id;
+    EXPECT_EQ(store["starNum"], std::to_string(all["count"].get<int>())) << id;
+    int split = 0;
+    for (int star = 1; star <= 5; ++star) {
+      split += api_->get("getRemarkMeByUser", {{"storeId", std::to_string(id)}, {"star", std::to_string(star)}})["data"]
+                   ["count"]
+                       .get<int>();
+    }
+    EXPECT_EQ(split, all["count"].get<int>()) << id;
+  }
+  const std::string session = api_->login();
+  const Json mine = api_->get("getMyRemark", {{"sessionId", session}, {"page", "1"}})["data"];
+  EXPECT_EQ(mine["count"], mine["dataList"].size()) << "the demo member rated fewer than a page";
+}
+
 TEST_F(SandboxTest, BookmarksToggleAndAreListed) {
   const std::string session = api_->login();
   const size_t before = api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size();

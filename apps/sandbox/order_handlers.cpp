@@ -229,17 +229,26 @@ Reply refund(Call& call) {
   return Reply::ok({{"orderId", order["id"]}, {"status", "3"}});
 }
 
+// The member's vouchers, by id. An unused voucher past its last day reads as expired ("2").
 Reply vouchers(Call& call) {
   const auto page = parsePage(call.arg("page"));
   if (!page) return Reply::refuse(kMsgBadArgument);
+  const std::string today = dateText(nowSeconds());
   Json list = Json::array();
-  for (const Json& row : call.db.query("SELECT * FROM vouchers WHERE member_id = ? ORDER BY id LIMIT ? OFFSET ?",
-                                       {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
+  for (const Json& row : call.db.query(
+           "SELECT v.*, s.name AS store_name FROM vouchers v LEFT JOIN stores s ON s.id = v.store_id "
+           "WHERE v.member_id = ? ORDER BY v.id LIMIT ? OFFSET ?",
+           {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
+    const std::string expires = row["expires"].get<std::string>();
+    const bool expired = row["status"] == "0" && expires < today;
     list.push_back({{"voucherId", std::to_string(row["id"].get<int64_t>())},
                     {"title", row["title"]},
                     {"price", yuanText(row["amount_fen"].get<int64_t>())},
-                    {"date", row["expires"]},
-                    {"status", row["status"]}});
+                    {"storeId", row["store_id"].is_number() ? std::to_string(row["store_id"].get<int64_t>()) : ""},
+                    {"storeName", row["store_name"].is_string() ? row["store_name"] : Json("")},
+                    {"start", row["starts"]},
+                    {"date", expires},
+                    {"status", expired ? Json("2") : row["status"]}});
   }
   return Reply::ok({{"dataList", list}});
 }

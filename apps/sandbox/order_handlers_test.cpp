@@ -244,10 +244,33 @@ TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
   EXPECT_EQ(sum, balance);
 }
 
-TEST_F(SandboxTest, VouchersAreListed) {
-  const Json vouchers = api_->get("getMyVoucher", {{"sessionId", api_->login()}, {"page", "1"}})["data"]["dataList"];
-  ASSERT_EQ(vouchers.size(), 2u);
+TEST_F(SandboxTest, VouchersAreListedWithTheirStoreDaysAndEveryState) {
+  const std::string session = api_->login();
+  Json vouchers = Json::array();
+  for (int page = 1; page < 10; ++page) {
+    const Json list =
+        api_->get("getMyVoucher", {{"sessionId", session}, {"page", std::to_string(page)}})["data"]["dataList"];
+    if (list.empty()) break;
+    for (const Json& voucher : list) vouchers.push_back(voucher);
+  }
+  ASSERT_EQ(vouchers.size(), 14u) << "more than one page";
   EXPECT_EQ(vouchers[0]["price"], "5.00");
+  EXPECT_EQ(vouchers[0]["storeName"], "") << "the new member's voucher is for every store";
+  std::set<std::string> states;
+  const std::string today = dateText(nowSeconds());
+  for (const Json& voucher : vouchers) {
+    states.insert(voucher["status"].get<std::string>());
+    if (voucher["storeId"] != "") {
+      EXPECT_FALSE(voucher["storeName"].get<std::string>().empty());
+    }
+    // The server says which are expired: an unused voucher is never past its last day.
+    if (voucher["status"] == "0") {
+      EXPECT_GE(voucher["date"].get<std::string>(), today);
+    } else if (voucher["status"] == "2") {
+      EXPECT_LT(voucher["date"].get<std::string>(), today);
+    }
+  }
+  EXPECT_EQ(states, (std::set<std::string>{"0", "1", "2"}));
 }
 
 }  // namespace

@@ -90,16 +90,23 @@ Reply withdraw(Call& call) {
   return Reply::ok({{"balance", std::to_string(member["balance"].get<int64_t>())}});
 }
 
-// Fund records, newest first. "type": "0" or empty every record, "1" money in, "2" money out.
+// Fund records, newest first, of one kind: "type" "0" (or none) every record, "1" top-ups,
+// "2" payments, "3" withdrawals, "4" refunds, "5" prizes. "count" is the number of that kind.
 Reply fundRecords(Call& call) {
   const auto page = parsePage(call.arg("page"));
-  const auto type = call.hasArg("type") ? parseInteger(call.arg("type"), 0, 2) : std::optional<int64_t>(0);
+  const auto type = call.hasArg("type") ? parseInteger(call.arg("type"), 0, 5) : std::optional<int64_t>(0);
   if (!page || !type) return Reply::refuse(kMsgBadArgument);
-  static const char* const kFilters[] = {"1", "amount > 0", "amount < 0"};
+  static const char* const kKinds[] = {"", "topup", "pay", "withdraw", "refund", "prize"};
+  const std::string filter = *type == 0 ? "" : " AND kind = ?";
+  std::vector<Json> arguments{call.memberId()};
+  if (*type != 0) arguments.push_back(kKinds[*type]);
+  std::vector<Json> paged = arguments;
+  paged.push_back(kPageSize);
+  paged.push_back((*page - 1) * kPageSize);
   Json list = Json::array();
-  for (const Json& row : call.db.query(std::string("SELECT * FROM ledger WHERE member_id = ? AND ") + kFilters[*type] +
-                                           " ORDER BY id DESC LIMIT ? OFFSET ?",
-                                       {call.memberId(), kPageSize, (*page - 1) * kPageSize})) {
+  const std::string sql =
+      "SELECT * FROM ledger WHERE member_id = ?" + filter + " ORDER BY created DESC, id DESC LIMIT ? OFFSET ?";
+  for (const Json& row : call.db.query(sql, paged)) {
     list.push_back({{"id", std::to_string(row["id"].get<int64_t>())},
                     {"amount", std::to_string(row["amount"].get<int64_t>())},
                     {"type", row["kind"]},
@@ -107,8 +114,7 @@ Reply fundRecords(Call& call) {
                     {"orderId", row["ref"]},
                     {"time", timeText(row["created"].get<int64_t>())}});
   }
-  const Json count = call.db.queryOne(
-      std::string("SELECT COUNT(*) AS n FROM ledger WHERE member_id = ? AND ") + kFilters[*type], {call.memberId()});
+  const Json count = call.db.queryOne("SELECT COUNT(*) AS n FROM ledger WHERE member_id = ?" + filter, arguments);
   return Reply::ok({{"dataList", list}, {"count", count["n"]}});
 }
 

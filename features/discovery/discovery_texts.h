@@ -102,3 +102,18 @@ inline constexpr const char* kRecommendSection = "名店推荐";
 inline constexpr const char* kPopularSection = "热门活动";
 
 }  // namespace qmv::discovery_texts
+
+namespace qmv::discovery_texts {
+
+// A store's comments ("用户评论", the screen "查看更多评论" opens) and the member's own
+// ratings ("我的评价"). The star filter's labels are indexed by the "star" value sent.
+inline constexpr const char* kCommentsTitle = "用户评论";
+inline constexpr const char* kStarFilters[] = {"全部", "1星", "2星", "3星", "4星", "5星"};
+inline constexpr const char* kNoComments = "暂无评论";
+inline constexpr const char* kMyRatingsTitle = "我的评价";
+inline constexpr const char* kNoRatings = "暂无评价";
+inline constexpr const char* kStarFull = "★";
+inline constexpr const char* kStarEmpty = "☆";
+inline constexpr const char* kMyRatingsScreen = "MyGradeViewController";
+
+}  // namespace qmv::discovery_texts

@@ -14,4 +14,6 @@ Json MyGradeNetApi::requestArgument() const {
   return arguments;
 }
 
+std::vector<GradeModel> MyGradeNetApi::getGrades() const { return GradeModel::listWithArray(responseList()); }
+
 }  // namespace qmv

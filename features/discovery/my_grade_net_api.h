@@ -1,8 +1,10 @@
 #pragma once
 // Lists the reviews the member wrote, page by page.
 #include <string>
+#include <vector>
 
 #include "core/request/net_api.h"
+#include "features/discovery/grade_model.h"
 
 namespace qmv {
 
@@ -13,6 +15,9 @@ class MyGradeNetApi : public NetApi<MyGradeNetApi> {
   std::string requestUrl() const override { return "getMyRemark"; }
   RequestMethod requestMethod() const override { return RequestMethod::GET; }
   Json requestArgument() const override;
+
+  // One rating per element of "data"."dataList".
+  std::vector<GradeModel> getGrades() const;
 
   std::string page;
 };

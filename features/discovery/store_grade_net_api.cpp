@@ -1,5 +1,6 @@
 #include "features/discovery/store_grade_net_api.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/common/dictionary.h"
@@ -15,6 +16,15 @@ Json StoreGradeNetApi::requestArgument() const {
   setCustomString(arguments, page, "page");
   setCustomString(arguments, star, "star");
   return arguments;
+}
+
+std::vector<GradeModel> StoreGradeNetApi::getGrades() const { return GradeModel::listWithArray(responseList()); }
+
+std::string StoreGradeNetApi::getCount() const {
+  const std::string count = strForKey(responseData(), "count");
+  const bool digits = !count.empty() && count.size() <= 18 &&
+                      std::all_of(count.begin(), count.end(), [](char c) { return c >= '0' && c <= '9'; });
+  return digits ? count : std::string();
 }
 
 }  // namespace qmv

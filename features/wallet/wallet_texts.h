@@ -51,4 +51,37 @@ inline constexpr const char* kMyBankCardScreen = "MyBankCardViewController";
 inline constexpr const char* kBindScreen = "QXBindBankCardViewController";
 inline constexpr const char* kWithDrawScreen = "QXWithDrawViewController";
 
+// The wallet tab ("钱包").
+inline constexpr const char* kWealthTitle = "钱包";
+inline constexpr const char* kBalanceLabel = "账户余额(元)";
+inline constexpr const char* kNoBoundCard = "未绑定银行卡";
+// Between the bank and the card's last four digits: "中国银行 尾号3446".
+inline constexpr const char* kCardTailPrefix = " 尾号";
+inline constexpr const char* kWithDrawEntry = "提现";
+inline constexpr const char* kBankCardEntry = "我的银行卡";
+inline constexpr const char* kFundRecordEntry = "资金明细";
+inline constexpr const char* kVoucherEntry = "我的代金券";
+
+// Fund records ("资金明细"): the kinds of the filter, in the order of their "type" values.
+inline constexpr const char* kFundRecordTitle = "资金明细";
+inline constexpr const char* kFundKinds[] = {"全部", "充值", "消费", "提现", "退款", "奖励"};
+inline constexpr const char* kNoFundRecords = "暂无资金记录";
+
+// Vouchers ("我的代金券").
+inline constexpr const char* kVoucherTitle = "我的代金券";
+inline constexpr const char* kVoucherValidUntil = "有效期至";
+// Between the first and the last day: "2026-01-01至2026-03-31".
+inline constexpr const char* kVoucherDateSeparator = "至";
+inline constexpr const char* kVoucherAllStores = "全部门店通用";
+inline constexpr const char* kVoucherUnused = "未使用";
+inline constexpr const char* kVoucherUsed = "已使用";
+inline constexpr const char* kVoucherExpired = "已过期";
+inline constexpr const char* kVoucherYuanSuffix = "元";
+inline constexpr const char* kNoVouchers = "暂无代金券";
+
+// Screens of the wallet tab, by name.
+inline constexpr const char* kWealthScreen = "WealthViewController";
+inline constexpr const char* kFundRecordScreen = "FundRecordViewController";
+inline constexpr const char* kVoucherScreen = "MyVoucherViewController";
+
 }  // namespace qmv::wallet_texts

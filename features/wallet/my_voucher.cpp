@@ -1,4 +1,4 @@
-#include "features/orders/my_voucher.h"
+#include "features/wallet/my_voucher.h"
 
 #include <utility>
 
@@ -13,5 +13,7 @@ Json MyVoucher::requestArgument() const {
   setCustomString(arguments, page, "page");
   return arguments;
 }
+
+std::vector<VoucherModel> MyVoucher::getVouchers() const { return VoucherModel::listWithArray(responseList()); }
 
 }  // namespace qmv
