@@ -97,7 +97,6 @@ struct SandboxServer::Impl {
   std::unique_ptr<GuardedHttpServer> http;
   std::thread thread;
   int port = 0;
-  std::string rememberedImage;
   std::string paymentKey;
   Endpoint completion;
   std::unique_ptr<LoginThrottle> throttle;
@@ -332,15 +331,12 @@ Result<std::string> SandboxServer::answerRequest(std::string_view request) {
 
 Status SandboxServer::rememberState() {
   if (Status prepared = impl_->prepare(); !prepared.ok()) return prepared;
-  Result<std::string> image = impl_->db->image();
-  if (!image.ok()) return image.status();
-  impl_->rememberedImage = std::move(image).value();
-  return {};
+  return impl_->db->remember();
 }
 
 Status SandboxServer::returnToState() {
-  if (!impl_->db || impl_->rememberedImage.empty()) return Status::notFound("nothing remembered");
-  if (Status restored = impl_->db->restoreImage(impl_->rememberedImage); !restored.ok()) return restored;
+  if (!impl_->db) return Status::notFound("nothing remembered");
+  if (Status restored = impl_->db->returnToRemembered(); !restored.ok()) return restored;
   impl_->throttle->clear();
   return {};
 }

@@ -108,14 +108,25 @@ Status SandboxStore::executeScript(const std::string& sql) {
   return note(db_.executeScript(sql));
 }
 
-Result<std::string> SandboxStore::image() {
+Status SandboxStore::remember() {
   std::lock_guard lock(mutex_);
-  return db_.serialize();
+  Result<std::string> image = db_.serialize();
+  if (!image.ok()) return image.status();
+  remembered_ = std::move(image).value();
+  returnedAt_.reset();
+  return {};
 }
 
-Status SandboxStore::restoreImage(const std::string& image) {
+Status SandboxStore::returnToRemembered() {
   std::lock_guard lock(mutex_);
-  return db_.deserialize(image);
+  if (remembered_.empty()) return Status::notFound("nothing remembered");
+  // Most requests only read; putting the image back copies it, reloads its schema and drops
+  // every kept statement, which costs more than such a request itself.
+  if (returnedAt_ && *returnedAt_ == db_.dataVersion()) return {};
+  returnedAt_.reset();
+  if (Status restored = db_.deserialize(remembered_); !restored.ok()) return restored;
+  returnedAt_ = db_.dataVersion();
+  return {};
 }
 
 }  // namespace qmv::sandbox

@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,11 +52,12 @@ class SandboxStore {
   // sticky rule.
   Status executeScript(const std::string& sql);
 
-  // The whole database as bytes, and the database put back to such bytes, so that many
-  // requests can each start from one world. Afterwards the database lives in memory only.
+  // Remembers the whole database as it is now, and puts it back as remembered, so that many
+  // requests can each start from one world; from the first return on the database lives in
+  // memory only. A return is skipped while nothing has been written since the last one.
   // REQUIRES: outside `transact`.
-  Result<std::string> image();
-  Status restoreImage(const std::string& image);
+  Status remember();
+  Status returnToRemembered();
 
  private:
   explicit SandboxStore(SQLiteDatabase db);
@@ -68,6 +70,10 @@ class SandboxStore {
   std::mutex mutex_;
   bool inTransaction_ = false;
   Status failure_;  // the first failure of the running transaction
+  std::string remembered_;
+  // The database's data version right after the last return, while nothing has been
+  // remembered since.
+  std::optional<std::uint32_t> returnedAt_;
 };
 
 }  // namespace qmv::sandbox

@@ -92,32 +92,32 @@ TEST_F(SandboxStoreTest, OpenReportsAnUnusablePath) {
   EXPECT_FALSE(std::filesystem::exists(home_ / "missing-dir"));
 }
 
-// The image of a WAL file comes back in memory, as often as asked; from the first return
-// on nothing reaches the file.
-TEST_F(SandboxStoreTest, RestoredImageUndoesLaterWritesEveryTime) {
-  auto insert = [&](const char* name) {
+// The remembered world of a WAL file comes back in memory after every write, also after a
+// return that had nothing to undo; from the first return on nothing reaches the file.
+TEST_F(SandboxStoreTest, ReturnsToTheRememberedWorldAfterEveryWrite) {
+  auto insert = [&](const char* name, bool commit = true) {
     db_->transact(true, [&] {
       db_->execute("INSERT INTO t(name, amount) VALUES(?, 1)", {name});
-      return true;
+      return commit;
     });
   };
+  EXPECT_TRUE(db_->returnToRemembered().isNotFound());
   insert("kept");
-  const Result<std::string> image = db_->image();
-  ASSERT_TRUE(image.ok()) << image.status().toString();
+  ASSERT_TRUE(db_->remember().ok());
   for (int round = 0; round < 3; ++round) {
     insert("dropped");
     insert("dropped");
     EXPECT_EQ(rows(), 3);
-    ASSERT_TRUE(db_->restoreImage(*image).ok());
+    ASSERT_TRUE(db_->returnToRemembered().ok());
+    EXPECT_EQ(rows(), 1);
+    insert("rolled back", false);
+    ASSERT_TRUE(db_->returnToRemembered().ok());
     EXPECT_EQ(rows(), 1);
   }
   insert("in memory");
   db_.reset();
   reopen();
   EXPECT_EQ(rows(), 3);  // "kept" and the first round's two
-
-  const Status restored = db_->restoreImage("not a database");
-  EXPECT_TRUE(!restored.ok() || rows() == -1);
 }
 
 // A statement failing in the middle of a request: the writes before it are rolled back and

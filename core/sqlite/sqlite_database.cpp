@@ -366,6 +366,8 @@ Result<std::string> SQLiteDatabase::serialize() {
 Status SQLiteDatabase::deserialize(std::string_view image) {
   std::lock_guard lock(impl_->mutex);
   if (Status opened = impl_->open(); !opened.ok()) return opened;
+  // Kept statements must go: one prepared before may run on against the old table layout
+  // when the image's schema differs but carries the same schema cookie.
   impl_->kept.clear();
   // SQLite owns (and frees) what it is handed, and may grow it as statements write.
   auto* bytes = static_cast<unsigned char*>(sqlite3_malloc64(image.empty() ? 1 : image.size()));
@@ -379,6 +381,14 @@ Status SQLiteDatabase::deserialize(std::string_view image) {
     return impl_->lastError();
   }
   return {};
+}
+
+std::uint32_t SQLiteDatabase::dataVersion() {
+  std::lock_guard lock(impl_->mutex);
+  if (impl_->db == nullptr) return 0;
+  unsigned version = 0;
+  if (sqlite3_file_control(impl_->db, "main", SQLITE_FCNTL_DATA_VERSION, &version) != SQLITE_OK) return 0;
+  return version;
 }
 
 Status SQLiteDatabase::checkpoint() {

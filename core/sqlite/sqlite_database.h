@@ -129,6 +129,11 @@ class SQLiteDatabase {
   // one, since memory has no write-ahead log. Fails on bytes that are no database
   // (perhaps only at the first statement that reads them). REQUIRES: outside transaction().
   Status deserialize(std::string_view image);
+  // A number that changes whenever a transaction that wrote commits, on this connection or
+  // (noticed at its next read) on another: two equal readings on one open connection mean
+  // nothing was written in between. It starts again when the connection is reopened or
+  // deserialize() runs; 0 while the database is closed.
+  std::uint32_t dataVersion();
 
   // A passive checkpoint of the write-ahead log: copies what no reader still needs into
   // the database file without waiting for anyone. Does nothing on a closed database.

@@ -245,17 +245,20 @@ TEST(SQLiteDatabaseTest, WriterAndReadersShareOneObjectSafely) {
 }
 
 // An image of a WAL file comes back in another connection's memory, whatever its
-// statements had kept; later writes never reach either file.
+// statements had kept (there t sits on the page of the image's u, under the same schema
+// cookie); later writes never reach either file, and only writes move the data version.
 TEST(SQLiteDatabaseTest, ImagesRoundTripIntoMemory) {
   TempHome home;
   auto file = SQLiteDatabase::atPath(home.caches() / "image.db");
-  ASSERT_TRUE(file.executeScript("PRAGMA journal_mode=WAL; CREATE TABLE t(v TEXT); INSERT INTO t VALUES('kept')").ok());
+  ASSERT_TRUE(file.executeScript("PRAGMA journal_mode=WAL; CREATE TABLE t(v TEXT); CREATE TABLE u(v TEXT);"
+                                 "INSERT INTO t VALUES('kept')")
+                  .ok());
   const Result<std::string> image = file.serialize();
   ASSERT_TRUE(image.ok()) << image.status().toString();
 
   auto memory = SQLiteDatabase::inMemory();
   EXPECT_EQ(memory.getDatabasePath(), ":memory:");
-  ASSERT_TRUE(memory.executeScript("CREATE TABLE t(v TEXT)").ok());
+  ASSERT_TRUE(memory.executeScript("CREATE TABLE u(v TEXT); CREATE TABLE t(v TEXT)").ok());
   const auto count = [&memory] {
     return memory.getRowsForQuery("SELECT count(*) AS n FROM t", {}).value()[0]["n"].get<int>();
   };
@@ -263,8 +266,15 @@ TEST(SQLiteDatabaseTest, ImagesRoundTripIntoMemory) {
   for (int round = 0; round < 2; ++round) {
     ASSERT_TRUE(memory.deserialize(*image).ok());
     EXPECT_EQ(count(), 1);
+    const std::uint32_t before = memory.dataVersion();
+    ASSERT_TRUE(memory.transaction(SQLiteDatabase::TransactionKind::kImmediate, [&] {
+      memory.doUpdateQuery("INSERT INTO t VALUES('rolled back')", {});
+      return Status::notFound("undone");
+    }).isNotFound());
+    EXPECT_EQ(memory.dataVersion(), before);
     ASSERT_TRUE(memory.doUpdateQuery("INSERT INTO t VALUES(?)", {std::string("dropped")}).ok());
     EXPECT_EQ(count(), 2);
+    EXPECT_NE(memory.dataVersion(), before);
   }
   ASSERT_TRUE(file.deserialize(*image).ok());
   ASSERT_TRUE(file.doUpdateQuery("INSERT INTO t VALUES('memory only')", {}).ok());
