@@ -1,9 +1,9 @@
 #include "features/discovery/store_grade_net_api.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "core/common/dictionary.h"
+#include "core/common/paged_list.h"
 
 namespace qmv {
 
@@ -21,10 +21,7 @@ Json StoreGradeNetApi::requestArgument() const {
 std::vector<GradeModel> StoreGradeNetApi::getGrades() const { return GradeModel::listWithArray(responseList()); }
 
 std::string StoreGradeNetApi::getCount() const {
-  const std::string count = strForKey(responseData(), "count");
-  const bool digits = !count.empty() && count.size() <= 18 &&
-                      std::all_of(count.begin(), count.end(), [](char c) { return c >= '0' && c <= '9'; });
-  return digits ? count : std::string();
+  return listCount(responseData());
 }
 
 }  // namespace qmv

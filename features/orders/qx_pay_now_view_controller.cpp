@@ -100,12 +100,7 @@ void QXPayNowViewController::userInfoNet() {
   userInfoNet_ = request;
   refreshingMember_ = true;
   const auto ended = [this](UserInfoNetApi& api) {
-    // An expired session has cleared the record by now.
-    const auto& member = GlobalData::sharedInstance().selfInfo();
-    if (api.isCorrectResult() && member) {
-      const Json envelope = parseJson(api.responseString());
-      if (envelope.is_object()) member->setWithDict(envelope.value("data", Json()));
-    }
+    api.updateSelfInfo();
     refreshingMember_ = false;
     loadEnded();
   };

@@ -81,11 +81,7 @@ void QXSubmitOderViewController::submitAction() {
   // Whatever the refresh brings, the purchase goes on with the record there is then; an
   // expired session has cleared it by now.
   const auto finished = [this](UserInfoNetApi& api) {
-    if (api.isCorrectResult()) {
-      const Json envelope = parseJson(api.responseString());
-      const auto& self = GlobalData::sharedInstance().selfInfo();
-      if (self && envelope.is_object()) self->setWithDict(envelope.value("data", Json()));
-    }
+    api.updateSelfInfo();
     openPayNow();
   };
   request->startWithCompletionBlockWithSuccess(finished, finished);

@@ -164,16 +164,11 @@ void QXWithDrawViewController::viewWillAppear() {
   userInfoNet_ = std::make_shared<UserInfoNetApi>();
   attachRequest(*userInfoNet_);
   userInfoNet_->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest&) {
-        const auto& self = GlobalData::sharedInstance().selfInfo();
-        if (userInfoNet_->isCorrectResult() && self) {
-          const Json envelope = parseJson(userInfoNet_->responseString());
-          if (envelope.is_object() && envelope.contains("data")) self->setWithDict(envelope["data"]);
-          if (onChange) onChange();
-        }
+      [this](UserInfoNetApi& api) {
+        if (api.updateSelfInfo() && onChange) onChange();
         refreshEnded();
       },
-      [this](BaseRequest&) { refreshEnded(); });
+      [this](UserInfoNetApi&) { refreshEnded(); });
 
   myBankNet_ = std::make_shared<MyBankNetApi>();
   attachRequest(*myBankNet_);

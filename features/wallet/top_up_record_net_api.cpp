@@ -1,9 +1,9 @@
 #include "features/wallet/top_up_record_net_api.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "core/common/dictionary.h"
+#include "core/common/paged_list.h"
 
 namespace qmv {
 
@@ -22,10 +22,7 @@ std::vector<FundRecordModel> TopUpRecordNetApi::getRecords() const {
 }
 
 std::string TopUpRecordNetApi::getCount() const {
-  const std::string count = strForKey(responseData(), "count");
-  const bool digits = !count.empty() && count.size() <= 18 &&
-                      std::all_of(count.begin(), count.end(), [](char c) { return c >= '0' && c <= '9'; });
-  return digits ? count : std::string();
+  return listCount(responseData());
 }
 
 }  // namespace qmv

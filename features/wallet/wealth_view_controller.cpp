@@ -27,12 +27,7 @@ void WealthViewController::viewWillAppear() {
   attachRequest(*userInfoNet_);
   userInfoNet_->startWithCompletionBlockWithSuccess(
       [this](UserInfoNetApi& api) {
-        const auto& self = GlobalData::sharedInstance().selfInfo();
-        const Json envelope = api.isCorrectResult() ? parseJson(api.responseString()) : Json();
-        if (self && envelope.is_object() && envelope.contains("data") && envelope["data"].is_object()) {
-          self->setWithDict(envelope["data"]);
-          if (onChange) onChange();
-        }
+        if (api.updateSelfInfo() && onChange) onChange();
         refreshEnded();
       },
       [this](UserInfoNetApi&) { refreshEnded(); });
