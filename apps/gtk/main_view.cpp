@@ -13,10 +13,12 @@
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/review_pages.h"
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/store_map_page.h"
 #include "apps/gtk/store_page.h"
 #include "apps/gtk/tab_bar_page.h"
+#include "apps/gtk/wallet_centre_pages.h"
 #include "apps/gtk/wallet_pages.h"
 #include "apps/gtk/web_page_view.h"
 #include "apps/gtk/wheel_page.h"
@@ -114,6 +116,10 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   if (name == wallet_texts::kMyBankCardScreen) return Gtk::make_managed<BankCardPage>(context_);
   if (name == wallet_texts::kBindScreen) return Gtk::make_managed<BindCardPage>(context_);
   if (name == wallet_texts::kWithDrawScreen) return Gtk::make_managed<WithdrawPage>(context_);
+  if (name == wallet_texts::kFundRecordScreen) return Gtk::make_managed<FundRecordsPage>(context_, number("type"));
+  if (name == wallet_texts::kVoucherScreen) return Gtk::make_managed<VouchersPage>(context_);
+  if (name == discovery_texts::kCommentsScreen) return Gtk::make_managed<CommentsPage>(context_, text("storeId"));
+  if (name == discovery_texts::kMyRatingsScreen) return Gtk::make_managed<MyRatingsPage>(context_);
   if (name == order_texts::kMyOrdersScreen) return Gtk::make_managed<OrderListPage>(context_, number("type"));
   if (name == order_texts::kStoreOrderDetailScreen) return Gtk::make_managed<StoreOrderPage>(context_, text("orderId"));
   if (name == order_texts::kActivityOrderDetailScreen) {

@@ -1,5 +1,7 @@
 #include "apps/gtk/member_pages.h"
 
+#include <iterator>
+
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
@@ -7,6 +9,7 @@
 #include "core/session/account_texts.h"
 #include "core/session/global_data.h"
 #include "core/session/member_texts.h"
+#include "features/discovery/discovery_texts.h"
 #include "features/orders/order_texts.h"
 #include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
@@ -17,24 +20,41 @@
 namespace qmv::gtk {
 
 WealthPage::WealthPage(PageContext& context) : ScreenPage(context, "", false) {
-  signal_map().connect([this] { refreshSoon(); });
-  balance_ = ui::label("", "title-1");
-  balance_->set_name("balance");
-  balance_->set_xalign(0.5);
+  follow(screen_);
+  screen_.onRefreshed = [this] { refreshSoon(); };
+  // Shown again (the tab chosen, a wallet screen closed): the screen's appearance.
+  signal_map().connect([this] {
+    screen_.viewWillAppear();
+    refreshSoon();
+  });
+  balance_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 4);
+  auto* label = ui::label(WealthViewController::kBalanceLabel, "dim-label");
+  label->set_xalign(0.5);
+  balance_->append(*label);
+  amount_ = ui::label("", "title-1");
+  amount_->set_name("balance");
+  amount_->set_xalign(0.5);
+  balance_->append(*amount_);
+  card_ = ui::label("", "dim-label");
+  card_->set_name("card-line");
+  card_->set_xalign(0.5);
+  balance_->append(*card_);
   body().append(*balance_);
   auto* list = ui::boxedList();
-  PageNavigator& navigator = context_.navigator();
-  ui::addRow(*list, wallet_texts::kMyBankCardTitle, "", "",
-             [&navigator] { navigator.push(wallet_texts::kMyBankCardScreen); });
-  ui::addRow(*list, wallet_texts::kWithDrawTitle, "", "", [&navigator] { navigator.push(wallet_texts::kWithDrawScreen); });
+  list->set_name("wallet-entries");
+  for (std::size_t i = 0; i < std::size(WealthViewController::kEntries); ++i) {
+    ui::addRow(*list, WealthViewController::kEntries[i].title, "", "", [this, i] { screen_.openEntry(i); });
+  }
   body().append(*list);
   refresh();
 }
 
 void WealthPage::refresh() {
-  const auto& me = GlobalData::sharedInstance().selfInfo();
-  balance_->set_text(me ? gtk_texts::kYuanPrefix + member_texts::balanceYuan(*me) : "");
-  balance_->set_visible(me != nullptr);
+  const bool member = GlobalData::sharedInstance().selfInfo() != nullptr;
+  amount_->set_text(gtk_texts::kYuanPrefix + screen_.balanceText());
+  card_->set_text(screen_.cardLine());
+  card_->set_visible(!screen_.cardLine().empty());
+  balance_->set_visible(member);
 }
 
 MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
@@ -64,6 +84,11 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   ui::addRow(*screens, referral_texts::kMyContactTitle, "", "",
              [&navigator] { navigator.push(referral_texts::kMyContactScreen); });
   ui::addRow(*screens, wheel_texts::kTitle, "", "", [&navigator] { navigator.push(wheel_texts::kWheelScreen); });
+  ui::addRow(*screens, wallet_texts::kFundRecordEntry, "", "",
+             [&navigator] { navigator.push(wallet_texts::kFundRecordScreen); });
+  ui::addRow(*screens, wallet_texts::kVoucherEntry, "", "", [&navigator] { navigator.push(wallet_texts::kVoucherScreen); });
+  ui::addRow(*screens, discovery_texts::kMyRatingsTitle, "", "",
+             [&navigator] { navigator.push(discovery_texts::kMyRatingsScreen); });
   for (const long type : {h5_texts::kCoinType, h5_texts::kAddressType, h5_texts::kLevelType, h5_texts::kMyTopicType}) {
     ui::addRow(*screens, h5_texts::kPages[type].title, "", "",
                [&navigator, type] { navigator.push(h5_texts::kH5Screen, {{"h5Type", type}}); });

@@ -1,22 +1,28 @@
 #pragma once
-// The wealth and member tabs. Neither has a screen of its own in the core: the wealth
-// tab shows the balance with the ways into the wallet screens, and the member tab shows
-// the member record (or the way to sign in) and signs out through LogoutFlow.
+// The wealth and member tabs. The wealth tab draws WealthViewController: the balance, the
+// bound card's line and the ways into the wallet screens. The member tab has no screen of
+// its own in the core: it shows the member record (or the way to sign in), the member's
+// own screens, and signs out through LogoutFlow.
 #include <array>
 
 #include "apps/gtk/screen_page.h"
 #include "core/session/logout_flow.h"
+#include "features/wallet/wealth_view_controller.h"
 
 namespace qmv::gtk {
 
 // Both built once; a redraw sets the member's texts and what shows signed in or out.
+// Each time the wealth tab is shown, its screen refreshes the balance and the card.
 class WealthPage : public ScreenPage {
  public:
   explicit WealthPage(PageContext& context);
   void refresh() override;
 
  private:
-  Gtk::Label* balance_ = nullptr;
+  WealthViewController screen_;
+  Gtk::Box* balance_ = nullptr;
+  Gtk::Label* amount_ = nullptr;
+  Gtk::Label* card_ = nullptr;
 };
 
 class MinePage : public ScreenPage {

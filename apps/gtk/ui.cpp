@@ -44,6 +44,28 @@ Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::
   return e;
 }
 
+Gtk::Box* filterBar(const std::vector<std::string>& labels, const std::string& action, const std::string& namePrefix,
+                    std::vector<Gtk::ToggleButton*>& buttons) {
+  auto* bar = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 0);
+  bar->add_css_class("linked");
+  bar->set_halign(Gtk::Align::CENTER);
+  buttons.clear();
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    auto* button = Gtk::make_managed<Gtk::ToggleButton>(labels[i]);
+    button->set_name(namePrefix + std::to_string(i));
+    // The target first: the button must never name the action without its parameter.
+    button->set_action_target_value(Glib::Variant<gint32>::create(static_cast<gint32>(i)));
+    button->set_action_name(action);
+    bar->append(*button);
+    buttons.push_back(button);
+  }
+  return bar;
+}
+
+void setActiveFilter(const std::vector<Gtk::ToggleButton*>& buttons, long active) {
+  for (std::size_t i = 0; i < buttons.size(); ++i) buttons[i]->set_active(static_cast<long>(i) == active);
+}
+
 Gtk::ListBox* boxedList() {
   auto* list = Gtk::make_managed<Gtk::ListBox>();
   list->set_selection_mode(Gtk::SelectionMode::NONE);

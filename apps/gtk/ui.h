@@ -19,6 +19,13 @@ Gtk::Button* button(const std::string& text, std::function<void()> clicked, cons
 Gtk::Button* loadMoreButton();
 Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::function<void(const std::string&)> changed,
                   bool password = false);
+// A linked row of toggle buttons, one per label, named `namePrefix` and the index; a tap
+// runs the page action `action` with the index (an "i" parameter). The buttons go into
+// `buttons`, for the redraw to set which one is active.
+Gtk::Box* filterBar(const std::vector<std::string>& labels, const std::string& action, const std::string& namePrefix,
+                    std::vector<Gtk::ToggleButton*>& buttons);
+// Makes the button at `active` the only one pressed.
+void setActiveFilter(const std::vector<Gtk::ToggleButton*>& buttons, long active);
 // A boxed list (libadwaita's look) to put rows in.
 Gtk::ListBox* boxedList();
 // Appends a row with a title, a subtitle and an optional trailing text; `activated`

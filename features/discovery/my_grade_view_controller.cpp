@@ -6,7 +6,7 @@
 namespace qmv {
 
 bool MyGradeViewController::openRow(std::size_t row) {
-  if (row >= rows().size() || rows()[row].storeId.empty()) return false;
+  if (row >= rows().size() || !leadsToStore(rows()[row])) return false;
   const GradeModel& grade = rows()[row];
   openStoreDetail(StoreInfoModel(Json{{"storeId", grade.storeId}, {"storeName", grade.storeName}}));
   return true;

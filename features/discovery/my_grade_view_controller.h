@@ -24,7 +24,9 @@ class MyGradeViewController : public PagedListController<GradeModel, MyGradeNetA
   ~MyGradeViewController() override = default;
 
   const char* title() const { return kTitle; }
-  // Pushes the store screen of the row's store; false when there is no such row or store.
+  // Whether a rating leads to its store: it names one.
+  static bool leadsToStore(const GradeModel& grade) { return !grade.storeId.empty(); }
+  // Pushes the store screen of the row's store; false when the row does not lead to one.
   bool openRow(std::size_t row);
 
  protected:

@@ -58,6 +58,9 @@ TEST_F(ReviewScreensTest, MyRatingsAreTheMembersAndARowOpensItsStore) {
       {"star":"4","content":"不错","storeId":"12","storeName":"老街烧烤"},{"star":"5","storeId":""}]}})");
   EXPECT_EQ(load(screen, [&] { screen.refresh(); }), true);
   EXPECT_EQ(last().arguments, (testsupport::Arguments{{"sessionId", "S1"}, {"page", "1"}}));
+  ASSERT_EQ(screen.rows().size(), 2u);
+  EXPECT_TRUE(MyGradeViewController::leadsToStore(screen.rows()[0]));
+  EXPECT_FALSE(MyGradeViewController::leadsToStore(screen.rows()[1])) << "a rating without a store leads nowhere";
   EXPECT_FALSE(screen.openRow(1));
   EXPECT_FALSE(screen.openRow(2));
   EXPECT_EQ(navigator_->topScreen().value_or(Screen{}).name, discovery_texts::kMyRatingsScreen);

@@ -141,6 +141,13 @@ TEST_F(WalletCentreTest, WealthShowsTheRefreshedBalanceAndTheCardLineAndOpensIts
   ASSERT_TRUE(appear());
   EXPECT_EQ(screen.cardLine(), "某银行");
 
+  // Signed out, the tab sends nothing and forgets the card shown.
+  GlobalData::sharedInstance().setSelfInfo(nullptr);
+  screen.viewWillAppear();
+  EXPECT_FALSE(screen.isRefreshing());
+  EXPECT_EQ(screen.cardLine(), "");
+  EXPECT_EQ(screen.balanceText(), "0.00");
+
   screen.openEntry(2);
   EXPECT_EQ(navigator_->topScreen().value_or(Screen{}).name, "FundRecordViewController");
   screen.openEntry(3);

@@ -5,6 +5,7 @@
 
 #include "core/common/json.h"
 #include "core/session/global_data.h"
+#include "core/session/login_screen.h"
 #include "core/session/member_texts.h"
 #include "core/session/user_info_net_api.h"
 #include "features/wallet/my_bank_net_api.h"
@@ -21,6 +22,13 @@ WealthViewController::~WealthViewController() {
 void WealthViewController::viewWillAppear() {
   detachRequest(userInfoNet_);
   detachRequest(myBankNet_);
+  refreshing_ = 0;
+  if (!hasSession()) {
+    bank_.reset();
+    cardLine_.clear();
+    if (onChange) onChange();
+    return;
+  }
   refreshing_ = 2;
 
   userInfoNet_ = std::make_shared<UserInfoNetApi>();

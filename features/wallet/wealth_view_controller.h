@@ -8,7 +8,9 @@
 // and the card's last four digits ("中国银行 尾号3446"), or "未绑定银行卡" once the answer
 // said there is none; it stays "" until a card answer arrived, and a failed answer keeps
 // what was shown. Every entry opens its screen whatever the card: the withdrawal and card
-// screens say themselves what is missing.
+// screens say themselves what is missing. Signed out, an appearance sends nothing (the
+// tab only looks; an unsent session must not force the login screen on the member) and
+// forgets the card of the member before.
 #include <functional>
 #include <memory>
 #include <optional>
@@ -45,7 +47,8 @@ class WealthViewController : public BaseViewController {
   WealthViewController& operator=(const WealthViewController&) = delete;
 
   const char* title() const { return kTitle; }
-  // Refreshes the member record and the bound card.
+  // Refreshes the member record and the bound card; signed out, clears the card line and
+  // sends nothing (onRefreshed does not follow).
   void viewWillAppear();
 
   std::string balanceText() const;

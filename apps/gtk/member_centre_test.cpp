@@ -1,0 +1,184 @@
+// The member centre's lists in the graphical client, driven in-process against the
+// embedded sandbox's demo member: the wallet tab and its fund records and vouchers, a
+// store's comments and the member's own ratings. Each page is reached the way a member
+// reaches it, and the assertions are on what the page draws.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "apps/gtk/gtk_driver.h"
+#include "apps/gtk/main_view.h"
+#include "apps/gtk/page_navigator.h"
+#include "apps/gtk/review_pages.h"
+#include "apps/gtk/screen_names.h"
+#include "apps/gtk/tab_bar_page.h"
+#include "apps/gtk/wallet_centre_pages.h"
+#include "apps/gtk/widget_finders.h"
+
+namespace qmv::gtk {
+namespace {
+
+constexpr const char* kAt = "35.0606,118.3425";  // in 临沂市, where the demo stores are
+
+class MemberCentreTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!GtkDriver::initToolkit()) GTEST_SKIP() << "no display";
+    std::string pattern = (std::filesystem::temp_directory_path() / "qmv-gtk-centre-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    home_ = pattern;
+    driver_ = std::make_unique<GtkDriver>(home_.string(), kAt);
+    ASSERT_TRUE(driver_->status().ok()) << driver_->status().message();
+    ASSERT_TRUE(driver_->waitUntil([this] { return driver_->topName() == kGuideScreen; }));
+    auto* go = dynamic_cast<Gtk::Button*>(finders::findNamed(driver_->top(), "guide-done"));
+    ASSERT_NE(go, nullptr);
+    go->activate();
+    ASSERT_TRUE(driver_->waitUntil([this] { return (tabs_ = driver_->app().view().tabBar()) != nullptr; }));
+    // The demo member signs in from the member tab.
+    tabs_->select(4);
+    ASSERT_TRUE(tap("登录"));
+    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "LoginViewController"; }));
+    dynamic_cast<Gtk::Entry&>(*finders::findNamed(top(), "phone")).set_text("13800000000");
+    dynamic_cast<Gtk::Entry&>(*finders::findNamed(top(), "password")).set_text("qmv123");
+    ASSERT_TRUE(tap("登录"));
+    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  }
+  void TearDown() override {
+    driver_.reset();
+    std::error_code ec;
+    std::filesystem::remove_all(home_, ec);
+  }
+
+  Gtk::Widget& top() { return driver_->top(); }
+  bool waitFor(const std::string& text) {
+    return driver_->waitUntil([&] { return finders::shows(top(), text); });
+  }
+  // Taps the button named or labelled `name` once it is drawn.
+  bool tap(const std::string& name) {
+    Gtk::Button* button = nullptr;
+    driver_->waitUntil([&] {
+      button = dynamic_cast<Gtk::Button*>(finders::findNamed(top(), name));
+      if (button == nullptr) button = finders::findButton(top(), name);
+      return button != nullptr && button->get_mapped() && button->is_sensitive();
+    }, std::chrono::seconds(5));
+    if (button == nullptr) return false;
+    g_signal_emit_by_name(button->gobj(), "clicked");
+    return true;
+  }
+  // Taps the row titled `title` on the page on top and waits for the screen `name`.
+  bool openRow(const std::string& title, const std::string& name) {
+    return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
+           driver_->waitUntil([&] { return driver_->topName() == name; });
+  }
+  // The page on top as a `Page` once its list has answered with `rows` rows.
+  template <class Page>
+  Page* listed(std::size_t rows) {
+    Page* page = nullptr;
+    driver_->waitUntil([&] {
+      page = dynamic_cast<Page*>(&top());
+      return page != nullptr && !page->screen().isLoading() && page->rows().size() == rows;
+    });
+    return page != nullptr && page->rows().size() == rows ? page : nullptr;
+  }
+  // Whether the label named `name` on the page on top is drawn with `text`.
+  bool labelShows(const std::string& name, const std::string& text) {
+    auto* label = dynamic_cast<Gtk::Label*>(finders::findNamed(top(), name));
+    return label != nullptr && label->get_visible() && label->get_text() == text;
+  }
+  bool pressed(const std::string& name) {
+    auto* button = dynamic_cast<Gtk::ToggleButton*>(finders::findNamed(top(), name));
+    return button != nullptr && button->get_active();
+  }
+
+  std::filesystem::path home_;
+  std::unique_ptr<GtkDriver> driver_;
+  TabBarPage* tabs_ = nullptr;
+};
+
+TEST_F(MemberCentreTest, WalletShowsFundRecordsByKindPagedAndTheVouchers) {
+  // The wallet tab: the refreshed balance, no bound card, and its four entries.
+  tabs_->select(2);
+  ASSERT_TRUE(driver_->waitUntil([&] { return labelShows("card-line", "未绑定银行卡"); }));
+  EXPECT_TRUE(labelShows("balance", "￥500.00"));
+  for (const char* entry : {"提现", "我的银行卡", "资金明细", "我的代金券"}) EXPECT_TRUE(finders::shows(top(), entry));
+
+  // Twelve ledger lines: a page of ten, newest first (an order paid from the balance),
+  // then the last two, the oldest a top-up; a third pull finds the end.
+  ASSERT_TRUE(openRow("资金明细", "FundRecordViewController"));
+  auto* records = listed<FundRecordsPage>(10);
+  ASSERT_NE(records, nullptr);
+  EXPECT_TRUE(pressed("kind0"));
+  const auto texts = finders::texts(*finders::findNamed(top(), "fund-records"));
+  EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const std::string& t) { return t.starts_with("订单支付:"); }));
+  EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const std::string& t) { return t.ends_with("  消费"); }));
+  ASSERT_TRUE(tap("load-more"));
+  ASSERT_NE(listed<FundRecordsPage>(12), nullptr);
+  EXPECT_EQ(records->rows().at(11).title, "充值");
+  EXPECT_EQ(records->rows().at(11).amountText(), "+500.00");
+  ASSERT_TRUE(tap("load-more"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return !finders::findNamed(top(), "load-more")->get_visible(); }));
+  EXPECT_EQ(records->rows().size(), 12u) << "the empty page ends the list and keeps the rows";
+
+  // The prize kind: the wheel's two cash prizes alone, with their amounts.
+  ASSERT_TRUE(tap("奖励"));
+  ASSERT_NE(listed<FundRecordsPage>(2), nullptr);
+  EXPECT_TRUE(pressed("kind5"));
+  EXPECT_FALSE(pressed("kind0"));
+  for (const char* text : {"转盘奖励:5元红包", "转盘奖励:1元红包", "+5.00", "+1.00"}) EXPECT_TRUE(waitFor(text)) << text;
+
+  // Fourteen vouchers: the first page starts with the ones of no store.
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(openRow("我的代金券", "MyVoucherViewController"));
+  auto* vouchers = listed<VouchersPage>(10);
+  ASSERT_NE(vouchers, nullptr);
+  EXPECT_TRUE(waitFor("新人5元券"));
+  EXPECT_TRUE(finders::shows(top(), "5.00元"));
+  EXPECT_TRUE(finders::shows(top(), "全部门店通用  " + vouchers->rows().at(0).stateText() + "\n有效期至2027-12-31"));
+  ASSERT_TRUE(tap("load-more"));
+  EXPECT_NE(listed<VouchersPage>(14), nullptr);
+}
+
+TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
+  // The store's "more comments" row opens its comments with their count.
+  driver_->app().navigator().push("QXRStoreDetailViewController", {{"storeId", "1"}});
+  ASSERT_TRUE(openRow("查看更多评论", "UserCommitViewController"));
+  auto* comments = listed<CommentsPage>(10);
+  ASSERT_NE(comments, nullptr);
+  const std::string count = comments->screen().count();
+  ASSERT_FALSE(count.empty());
+  EXPECT_GE(std::stol(count), 10);
+  EXPECT_TRUE(labelShows("count", count + "条评论"));
+  const GradeModel first = comments->rows().at(0);
+  EXPECT_TRUE(waitFor(first.content + "\n" + first.time));
+
+  // One star count: only its comments, counted again.
+  ASSERT_TRUE(tap("star" + first.star));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return comments->screen().star() == std::stol(first.star) && !comments->screen().isLoading() &&
+           comments->rows().size() > 0;
+  }));
+  EXPECT_TRUE(pressed("star" + first.star));
+  const std::string stars = UserCommitViewController::starsText(first.star);
+  for (guint i = 0; i < comments->rows().size(); ++i) EXPECT_EQ(comments->rows().at(i).star, first.star) << i;
+  EXPECT_TRUE(waitFor((first.nickName.empty() ? first.userName : first.nickName) + "  " + stars));
+  if (comments->rows().size() < 10) {
+    EXPECT_TRUE(labelShows("count", std::to_string(comments->rows().size()) + "条评论"));
+  }
+
+  // My ratings: the four rated demo orders; a row opens its store.
+  driver_->app().navigator().popToRoot();
+  tabs_->select(4);
+  ASSERT_TRUE(openRow("我的评价", "MyGradeViewController"));
+  auto* ratings = listed<MyRatingsPage>(4);
+  ASSERT_NE(ratings, nullptr);
+  const GradeModel rated = ratings->rows().at(0);
+  EXPECT_TRUE(waitFor(rated.storeName + "  ★★★★★"));
+  EXPECT_TRUE(finders::shows(top(), "味道不错，服务热情！\n" + rated.time));
+  ASSERT_TRUE(openRow(rated.storeName + "  ★★★★★", "QXRStoreDetailViewController"));
+  EXPECT_TRUE(waitFor(rated.storeName));
+}
+
+}  // namespace
+}  // namespace qmv::gtk
