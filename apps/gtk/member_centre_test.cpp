@@ -85,7 +85,7 @@ class MemberCentreTest : public ::testing::Test {
   // Whether the label named `name` on the page on top is drawn with `text`.
   bool labelShows(const std::string& name, const std::string& text) {
     auto* label = dynamic_cast<Gtk::Label*>(finders::findNamed(top(), name));
-    return label != nullptr && label->get_visible() && label->get_text() == text;
+    return label != nullptr && label->get_visible() && label->get_text().raw() == text;
   }
   bool pressed(const std::string& name) {
     auto* button = dynamic_cast<Gtk::ToggleButton*>(finders::findNamed(top(), name));
