@@ -20,15 +20,14 @@ WealthViewController::~WealthViewController() {
 }
 
 void WealthViewController::viewWillAppear() {
-  detachRequest(userInfoNet_);
-  detachRequest(myBankNet_);
-  refreshing_ = 0;
   if (!hasSession()) {
     bank_.reset();
     cardLine_.clear();
     if (onChange) onChange();
     return;
   }
+  detachRequest(userInfoNet_);
+  detachRequest(myBankNet_);
   refreshing_ = 2;
 
   userInfoNet_ = std::make_shared<UserInfoNetApi>();
