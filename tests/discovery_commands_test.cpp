@@ -2,6 +2,9 @@
 // its embedded sandbox, in a fresh home.
 #include <gtest/gtest.h>
 
+#include <utility>
+
+#include "platform/env.h"
 #include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
@@ -57,6 +60,12 @@ TEST_F(DiscoveryCommandsTest, RouteNeedsAPositionAndConvertNeedsNoStart) {
   ASSERT_TRUE(doc.is_object()) << converted.out;
   EXPECT_NEAR(doc["data"]["latitude"].get<double>(), 35.0 - 0.006, 0.001);
   EXPECT_EQ(run({"convert", "wgs-bd", "1", "2"}).status, 2);
+
+  // As in a new process: nothing installed yet, because the command needs no start.
+  Env installed = std::exchange(Env::current(), Env{});
+  const auto bare = run({"convert", "bd-gcj", "35.0", "118.0"});
+  Env::current() = std::move(installed);
+  EXPECT_EQ(bare.status, 0) << bare.err;
 }
 
 TEST_F(DiscoveryCommandsTest, HomePagingEndsAtTheFirstEmptyPage) {

@@ -74,7 +74,11 @@ TEST_F(OrderScreensTest, TabsPageAndATabSwitchDropsTheRunningLoad) {
   EXPECT_EQ(selectedTab(list), 0);
   EXPECT_EQ(list.tabButtons[0].selectedImage, "order_all_s");
   ASSERT_EQ(list.orderList.size(), 10u);
-  ASSERT_TRUE(load(list, [&] { list.footerRefresh(); }));
+  ASSERT_TRUE(load(list, [&] {
+    list.footerRefresh();
+    list.footerRefresh();  // pulled up twice before page 2 arrived
+  }));
+  EXPECT_EQ(list.pageNum, 2);
   EXPECT_EQ(list.orderList.size(), 15u);
   EXPECT_EQ(statuses(list), (std::set<std::string>{"1", "2", "3", "4"}));
   // The empty page after the last hides the footer and keeps every row.

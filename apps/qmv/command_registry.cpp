@@ -48,6 +48,9 @@ void registerAllCommands(CommandRegistry& registry) {
 int runFlow(CliApp& app, const CommandRegistry::Entry& entry) {
   // The shell runs each of its lines through here; its own end has nothing to add.
   if (entry.command->get_name() == "shell") return entry.run(app);
+  // A command that needs no start (convert, sandbox) has no session, nor a settings store
+  // to read one from.
+  if (!entry.needsStart) return entry.run(app);
   const std::size_t warnings = warningCount();
   const bool signedIn = GlobalData::sharedInstance().selfInfo() != nullptr;
   int status = entry.run(app);

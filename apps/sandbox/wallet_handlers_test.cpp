@@ -58,7 +58,9 @@ TEST_F(SandboxTest, WithdrawalRespectsTheMinimumTheBalanceAndTheCard) {
                                              {"identifying", kDemoSmsCode}})),
             "0");
   EXPECT_EQ(api_->post("withDraw", {{"sessionId", session}, {"amount", "999"}})["message"], "提现最小金额为10元");
-  EXPECT_EQ(code(api_->post("withDraw", {{"sessionId", session}, {"amount", "10.5"}})), "1");
+  for (const char* bad : {"10.5", "abc", "-1000"}) {
+    EXPECT_EQ(code(api_->post("withDraw", {{"sessionId", session}, {"amount", bad}})), "1") << bad;
+  }
   EXPECT_EQ(
       api_->post("withDraw", {{"sessionId", session}, {"amount", std::to_string(kDemoBalanceFen + 1)}})["message"],
       "余额不足");

@@ -76,6 +76,7 @@ void NearbyView::startSearchNet() {
 }
 
 void NearbyView::loadMore() {
+  if (isSearching()) return;  // a second pull-up would skip the page on its way
   ++pageNum;
   startSearchNet();
 }

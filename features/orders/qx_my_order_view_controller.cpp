@@ -52,6 +52,7 @@ void QXMyOrderViewController::headerRefresh() {
 }
 
 void QXMyOrderViewController::footerRefresh() {
+  if (isLoading()) return;  // a second pull-up would skip the page on its way
   footerRefreshing = true;
   ++pageNum;
   myOrderNet();

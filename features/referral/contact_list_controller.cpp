@@ -13,6 +13,7 @@ void ContactListController::refresh() {
 }
 
 void ContactListController::loadMore() {
+  if (isLoading()) return;  // a second pull-up would skip the page on its way
   ++pageNum;
   sendPage();
 }

@@ -27,7 +27,7 @@ class ContactListController : public BaseViewController {
 
   // Page 1 again (pull to refresh, and the first appearance).
   void refresh();
-  // The page after pageNum.
+  // The page after pageNum; nothing while a page is still on its way.
   void loadMore();
   bool isLoading() const;
   bool hasData() const override { return !contactList.empty(); }

@@ -42,7 +42,9 @@ TEST_F(ContactListTest, PagesAppendRetryAFailedPageAndEndOnAnEmptyOne) {
   EXPECT_EQ(cell.arrowImage, "yaoqinganniu");
 
   first.loadMore();
+  first.loadMore();  // pulled up twice before page 2 arrived
   ASSERT_EQ(await(first), true);
+  EXPECT_EQ(first.pageNum, 2);
   EXPECT_EQ(first.contactList.size(), 4u) << "page 2 appends";
   answer("getMyContacts", R"({"success":"1","message":"服务器忙"})");
   first.loadMore();

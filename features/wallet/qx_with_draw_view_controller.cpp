@@ -7,8 +7,6 @@
 #include "core/common/dictionary.h"
 #include "core/common/string_util.h"
 #include "core/session/global_data.h"
-#include "core/session/user_info_net_api.h"
-#include "features/wallet/my_bank_net_api.h"
 #include "features/wallet/wallet_texts.h"
 #include "features/wallet/with_draw_net_api.h"
 #include "platform/env.h"
@@ -113,8 +111,6 @@ bool exceedsBalance(const std::string& fen) {
 }  // namespace
 
 QXWithDrawViewController::~QXWithDrawViewController() {
-  detachRequest(userInfoNet_);
-  detachRequest(myBankNet_);
   detachRequest(withDrawNet_);
 }
 
@@ -157,34 +153,16 @@ std::string QXWithDrawViewController::balanceText() const {
 }
 
 void QXWithDrawViewController::viewWillAppear() {
-  detachRequest(userInfoNet_);
-  detachRequest(myBankNet_);
-  refreshing_ = 2;
-
-  userInfoNet_ = std::make_shared<UserInfoNetApi>();
-  attachRequest(*userInfoNet_);
-  userInfoNet_->startWithCompletionBlockWithSuccess(
-      [this](UserInfoNetApi& api) {
-        if (api.updateSelfInfo() && onChange) onChange();
-        refreshEnded();
-      },
-      [this](UserInfoNetApi&) { refreshEnded(); });
-
-  myBankNet_ = std::make_shared<MyBankNetApi>();
-  attachRequest(*myBankNet_);
-  myBankNet_->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest&) {
-        if (myBankNet_->isCorrectResult()) {
-          bank_ = myBankNet_->getBank();
-          if (onChange) onChange();
-        }
-        refreshEnded();
-      },
-      [this](BaseRequest&) { refreshEnded(); });
-}
-
-void QXWithDrawViewController::refreshEnded() {
-  if (refreshing_ > 0 && --refreshing_ == 0 && onRefreshed) onRefreshed();
+  refresh_.start({[this] {
+                    if (onChange) onChange();
+                  },
+                  [this](std::optional<BankModel> bank) {
+                    bank_ = std::move(bank);
+                    if (onChange) onChange();
+                  },
+                  [this] {
+                    if (onRefreshed) onRefreshed();
+                  }});
 }
 
 bool QXWithDrawViewController::withDrawAction() {

@@ -15,12 +15,11 @@
 
 #include "core/session/base_view_controller.h"
 #include "features/wallet/bank_model.h"
+#include "features/wallet/wallet_refresh.h"
 #include "features/wallet/wallet_texts.h"
 
 namespace qmv {
 
-class MyBankNetApi;
-class UserInfoNetApi;
 class WithDrawNetApi;
 
 class QXWithDrawViewController : public BaseViewController {
@@ -60,7 +59,7 @@ class QXWithDrawViewController : public BaseViewController {
   std::string balanceText() const;
   // The bound card, once its answer arrived with one.
   const std::optional<BankModel>& bank() const { return bank_; }
-  bool isRefreshing() const { return refreshing_ > 0; }
+  bool isRefreshing() const { return refresh_.isRunning(); }
 
   // `text` unless its value is kFieldLimit or more, then kFieldClamp.
   static std::string clampedAmount(std::string_view text);
@@ -76,12 +75,8 @@ class QXWithDrawViewController : public BaseViewController {
   std::function<void(bool correct)> onFinished;
 
  private:
-  void refreshEnded();
-
   std::optional<BankModel> bank_;
-  int refreshing_ = 0;
-  std::shared_ptr<UserInfoNetApi> userInfoNet_;
-  std::shared_ptr<MyBankNetApi> myBankNet_;
+  WalletRefresh refresh_{*this};
   std::shared_ptr<WithDrawNetApi> withDrawNet_;
 };
 

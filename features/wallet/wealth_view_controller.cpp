@@ -7,17 +7,10 @@
 #include "core/session/global_data.h"
 #include "core/session/login_screen.h"
 #include "core/session/member_texts.h"
-#include "core/session/user_info_net_api.h"
-#include "features/wallet/my_bank_net_api.h"
 #include "platform/env.h"
 #include "platform/navigator.h"
 
 namespace qmv {
-
-WealthViewController::~WealthViewController() {
-  detachRequest(userInfoNet_);
-  detachRequest(myBankNet_);
-}
 
 void WealthViewController::viewWillAppear() {
   if (!hasSession()) {
@@ -26,27 +19,13 @@ void WealthViewController::viewWillAppear() {
     if (onChange) onChange();
     return;
   }
-  detachRequest(userInfoNet_);
-  detachRequest(myBankNet_);
-  refreshing_ = 2;
-
-  userInfoNet_ = std::make_shared<UserInfoNetApi>();
-  attachRequest(*userInfoNet_);
-  userInfoNet_->startWithCompletionBlockWithSuccess(
-      [this](UserInfoNetApi& api) {
-        if (api.updateSelfInfo() && onChange) onChange();
-        refreshEnded();
-      },
-      [this](UserInfoNetApi&) { refreshEnded(); });
-
-  myBankNet_ = std::make_shared<MyBankNetApi>();
-  attachRequest(*myBankNet_);
-  myBankNet_->startWithCompletionBlockWithSuccess(
-      [this](MyBankNetApi& api) {
-        if (api.isCorrectResult()) cardAnswered(api.getBank());
-        refreshEnded();
-      },
-      [this](MyBankNetApi&) { refreshEnded(); });
+  refresh_.start({[this] {
+                    if (onChange) onChange();
+                  },
+                  [this](std::optional<BankModel> bank) { cardAnswered(std::move(bank)); },
+                  [this] {
+                    if (onRefreshed) onRefreshed();
+                  }});
 }
 
 void WealthViewController::cardAnswered(std::optional<BankModel> bank) {
@@ -59,10 +38,6 @@ void WealthViewController::cardAnswered(std::optional<BankModel> bank) {
     cardLine_ = tail ? bank_->cardBank + wallet_texts::kCardTailPrefix + id.substr(id.size() - 4) : bank_->cardBank;
   }
   if (onChange) onChange();
-}
-
-void WealthViewController::refreshEnded() {
-  if (refreshing_ > 0 && --refreshing_ == 0 && onRefreshed) onRefreshed();
 }
 
 std::string WealthViewController::balanceText() const {

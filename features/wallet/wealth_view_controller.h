@@ -19,12 +19,10 @@
 
 #include "core/session/base_view_controller.h"
 #include "features/wallet/bank_model.h"
+#include "features/wallet/wallet_refresh.h"
 #include "features/wallet/wallet_texts.h"
 
 namespace qmv {
-
-class MyBankNetApi;
-class UserInfoNetApi;
 
 class WealthViewController : public BaseViewController {
  public:
@@ -41,8 +39,6 @@ class WealthViewController : public BaseViewController {
                                        {wallet_texts::kVoucherEntry, wallet_texts::kVoucherScreen}};
 
   WealthViewController() = default;
-  // Stops both requests; their callbacks never arrive.
-  ~WealthViewController() override;
   WealthViewController(const WealthViewController&) = delete;
   WealthViewController& operator=(const WealthViewController&) = delete;
 
@@ -54,7 +50,7 @@ class WealthViewController : public BaseViewController {
   std::string balanceText() const;
   const std::string& cardLine() const { return cardLine_; }
   const std::optional<BankModel>& bank() const { return bank_; }
-  bool isRefreshing() const { return refreshing_ > 0; }
+  bool isRefreshing() const { return refresh_.isRunning(); }
   // Pushes the screen of kEntries[index]; nothing for an index out of range.
   void openEntry(std::size_t index);
 
@@ -64,13 +60,10 @@ class WealthViewController : public BaseViewController {
 
  private:
   void cardAnswered(std::optional<BankModel> bank);
-  void refreshEnded();
 
   std::optional<BankModel> bank_;
   std::string cardLine_;
-  int refreshing_ = 0;
-  std::shared_ptr<UserInfoNetApi> userInfoNet_;
-  std::shared_ptr<MyBankNetApi> myBankNet_;
+  WalletRefresh refresh_{*this};
 };
 
 }  // namespace qmv

@@ -1,5 +1,6 @@
-// The wallet tab's commands as separate starts of the application against the embedded
-// sandbox: the overview with each kind of fund records page by page, and the vouchers.
+// The member centre's commands as separate starts of the application against the embedded
+// sandbox: the wallet overview with each kind of fund records page by page, the vouchers,
+// the store comments split by stars and the member's own ratings.
 #include <gtest/gtest.h>
 
 #include "core/common/json.h"
@@ -9,10 +10,10 @@
 namespace qmv {
 namespace {
 
-class WalletCentreCommandsTest : public ::testing::Test {
+class MemberCentreCommandsTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
   testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
+  void login() { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
   Json data(std::vector<std::string> args) {
     args.insert(args.begin(), "--json");
     const auto ran = run(std::move(args));
@@ -22,7 +23,8 @@ class WalletCentreCommandsTest : public ::testing::Test {
   TempHome home_;
 };
 
-TEST_F(WalletCentreCommandsTest, WalletShowsTheBalanceAndEveryKindOfRecordsPageByPage) {
+TEST_F(MemberCentreCommandsTest, WalletShowsTheBalanceAndEveryKindOfRecordsPageByPage) {
+  login();
   const auto wallet = run({"wallet"});
   ASSERT_EQ(wallet.status, 0) << wallet.out << wallet.err;
   EXPECT_TRUE(wallet.has("钱包\n账户余额(元) 500.00\n未绑定银行卡\n提现 | 我的银行卡 | 资金明细 | 我的代金券\n"))
@@ -60,7 +62,8 @@ TEST_F(WalletCentreCommandsTest, WalletShowsTheBalanceAndEveryKindOfRecordsPageB
   EXPECT_EQ(run({"wallet", "--type", "bonus"}).status, 2);
 }
 
-TEST_F(WalletCentreCommandsTest, VouchersShowEveryStateOverTwoPages) {
+TEST_F(MemberCentreCommandsTest, VouchersShowEveryStateOverTwoPages) {
+  login();
   const auto first = run({"vouchers"});
   ASSERT_EQ(first.status, 0) << first.out << first.err;
   EXPECT_TRUE(first.has("我的代金券\n  5.00元  新人5元券  全部门店通用  有效期至2027-12-31  未使用\n")) << first.out;
@@ -71,6 +74,33 @@ TEST_F(WalletCentreCommandsTest, VouchersShowEveryStateOverTwoPages) {
   EXPECT_EQ(second["page"], 2);
   EXPECT_EQ(second["vouchers"].size(), 4u);
   EXPECT_EQ(run({"vouchers", "--page", "0"}).status, 2);
+}
+
+TEST_F(MemberCentreCommandsTest, CommentsOfEveryStarAddUpAndRatingsAreTheMembersOwn) {
+  const auto all = run({"comments", "1"});
+  ASSERT_EQ(all.status, 0) << all.out << all.err;
+  EXPECT_TRUE(all.has("用户评论 - 全部 (")) << all.out;
+  const Json first = data({"comments", "1"});
+  const long total = std::stol(first["count"].get<std::string>());
+  EXPECT_GT(total, 10) << "the store's comments fill more than one page";
+  EXPECT_FALSE(data({"comments", "1", "--page", "2"})["comments"].empty());
+  long ofEachStar = 0;
+  for (int star = 1; star <= 5; ++star) {
+    const Json some = data({"comments", "1", "--star", std::to_string(star), "--page", "1"});
+    for (const Json& comment : some["comments"]) EXPECT_EQ(comment["star"], std::to_string(star));
+    ofEachStar += std::stol(some["count"].get<std::string>());
+  }
+  EXPECT_EQ(ofEachStar, total);
+  for (const char* store : {"2", "40"}) EXPECT_FALSE(data({"comments", store})["comments"].empty()) << store;
+  EXPECT_EQ(run({"comments", "999"}).status, 1);
+  EXPECT_EQ(run({"comments", "1", "--star", "6"}).status, 2);
+
+  login();
+  const auto ratings = run({"ratings"});
+  ASSERT_EQ(ratings.status, 0) << ratings.out << ratings.err;
+  EXPECT_TRUE(ratings.has("我的评价\n")) << ratings.out;
+  EXPECT_TRUE(ratings.has("★★★★★")) << ratings.out;
+  EXPECT_EQ(data({"ratings"})["ratings"].size(), 4u) << "one per rated order";
 }
 
 }  // namespace
