@@ -171,6 +171,15 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
     EXPECT_TRUE(labelShows("count", std::to_string(comments->rows().size()) + "条评论"));
   }
 
+  // The first store rates four stars and has no one-star comment: the empty text.
+  ASSERT_TRUE(tap("star1"));
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    return !comments->screen().isLoading() && pressed("star1") && comments->rows().size() == 0 &&
+           labelShows("empty", "暂无评论");
+  }));
+  EXPECT_TRUE(labelShows("count", "0条评论"));
+  EXPECT_FALSE(finders::findNamed(top(), "load-more")->get_visible());
+
   // My ratings: the four rated demo orders; a row opens its store.
   driver_->app().navigator().popToRoot();
   tabs_->select(4);
