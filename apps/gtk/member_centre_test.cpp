@@ -3,70 +3,27 @@
 // store's comments and the member's own ratings. Each page is reached the way a member
 // reaches it, and the assertions are on what the page draws.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
-#include <filesystem>
 
-#include "apps/gtk/gtk_driver.h"
-#include "apps/gtk/main_view.h"
+#include "apps/gtk/gtk_client_test_support.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/review_pages.h"
-#include "apps/gtk/screen_names.h"
-#include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/wallet_centre_pages.h"
 #include "apps/gtk/widget_finders.h"
 
 namespace qmv::gtk {
 namespace {
 
-constexpr const char* kAt = "35.0606,118.3425";  // in 临沂市, where the demo stores are
-
-class MemberCentreTest : public ::testing::Test {
+// Every test starts signed in as the demo member.
+class MemberCentreTest : public testsupport::GtkClientTest {
  protected:
   void SetUp() override {
-    if (!GtkDriver::initToolkit()) GTEST_SKIP() << "no display";
-    std::string pattern = (std::filesystem::temp_directory_path() / "qmv-gtk-centre-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    home_ = pattern;
-    driver_ = std::make_unique<GtkDriver>(home_.string(), kAt);
-    ASSERT_TRUE(driver_->status().ok()) << driver_->status().message();
-    ASSERT_TRUE(driver_->waitUntil([this] { return driver_->topName() == kGuideScreen; }));
-    auto* go = dynamic_cast<Gtk::Button*>(finders::findNamed(driver_->top(), "guide-done"));
-    ASSERT_NE(go, nullptr);
-    go->activate();
-    ASSERT_TRUE(driver_->waitUntil([this] { return (tabs_ = driver_->app().view().tabBar()) != nullptr; }));
-    // The demo member signs in from the member tab.
-    tabs_->select(4);
-    ASSERT_TRUE(tap("登录"));
-    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "LoginViewController"; }));
-    dynamic_cast<Gtk::Entry&>(*finders::findNamed(top(), "phone")).set_text("13800000000");
-    dynamic_cast<Gtk::Entry&>(*finders::findNamed(top(), "password")).set_text("qmv123");
-    ASSERT_TRUE(tap("登录"));
-    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
-  }
-  void TearDown() override {
-    driver_.reset();
-    std::error_code ec;
-    std::filesystem::remove_all(home_, ec);
+    GtkClientTest::SetUp();
+    if (IsSkipped() || HasFatalFailure()) return;
+    signIn("13800000000", "qmv123");
   }
 
-  Gtk::Widget& top() { return driver_->top(); }
-  bool waitFor(const std::string& text) {
-    return driver_->waitUntil([&] { return finders::shows(top(), text); });
-  }
-  // Taps the button named or labelled `name` once it is drawn.
-  bool tap(const std::string& name) {
-    Gtk::Button* button = nullptr;
-    driver_->waitUntil([&] {
-      button = dynamic_cast<Gtk::Button*>(finders::findNamed(top(), name));
-      if (button == nullptr) button = finders::findButton(top(), name);
-      return button != nullptr && button->get_mapped() && button->is_sensitive();
-    }, std::chrono::seconds(5));
-    if (button == nullptr) return false;
-    g_signal_emit_by_name(button->gobj(), "clicked");
-    return true;
-  }
   // Taps the row titled `title` on the page on top and waits for the screen `name`.
   bool openRow(const std::string& title, const std::string& name) {
     return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
@@ -91,10 +48,6 @@ class MemberCentreTest : public ::testing::Test {
     auto* button = dynamic_cast<Gtk::ToggleButton*>(finders::findNamed(top(), name));
     return button != nullptr && button->get_active();
   }
-
-  std::filesystem::path home_;
-  std::unique_ptr<GtkDriver> driver_;
-  TabBarPage* tabs_ = nullptr;
 };
 
 TEST_F(MemberCentreTest, WalletShowsFundRecordsByKindPagedAndTheVouchers) {
@@ -113,30 +66,30 @@ TEST_F(MemberCentreTest, WalletShowsFundRecordsByKindPagedAndTheVouchers) {
   const auto texts = finders::texts(*finders::findNamed(top(), "fund-records"));
   EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const std::string& t) { return t.starts_with("订单支付:"); }));
   EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const std::string& t) { return t.ends_with("  消费"); }));
-  ASSERT_TRUE(tap("load-more"));
+  ASSERT_TRUE(tap("load-more", true));
   ASSERT_NE(listed<FundRecordsPage>(12), nullptr);
   EXPECT_EQ(records->rows().at(11).title, "充值");
   EXPECT_EQ(records->rows().at(11).amountText(), "+500.00");
-  ASSERT_TRUE(tap("load-more"));
+  ASSERT_TRUE(tap("load-more", true));
   ASSERT_TRUE(driver_->waitUntil([&] { return !finders::findNamed(top(), "load-more")->get_visible(); }));
   EXPECT_EQ(records->rows().size(), 12u) << "the empty page ends the list and keeps the rows";
 
   // The prize kind: the wheel's two cash prizes alone, with their amounts.
-  ASSERT_TRUE(tap("奖励"));
+  ASSERT_TRUE(tap("奖励", true));
   ASSERT_NE(listed<FundRecordsPage>(2), nullptr);
   EXPECT_TRUE(pressed("kind5"));
   EXPECT_FALSE(pressed("kind0"));
   for (const char* text : {"转盘奖励:5元红包", "转盘奖励:1元红包", "+5.00", "+1.00"}) EXPECT_TRUE(waitFor(text)) << text;
 
   // Fourteen vouchers: the first page starts with the ones of no store.
-  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(tap("back", true));
   ASSERT_TRUE(openRow("我的代金券", "MyVoucherViewController"));
   auto* vouchers = listed<VouchersPage>(10);
   ASSERT_NE(vouchers, nullptr);
   EXPECT_TRUE(waitFor("新人5元券"));
   EXPECT_TRUE(finders::shows(top(), "5.00元"));
   EXPECT_TRUE(finders::shows(top(), "全部门店通用  " + vouchers->rows().at(0).stateText() + "\n有效期至2027-12-31"));
-  ASSERT_TRUE(tap("load-more"));
+  ASSERT_TRUE(tap("load-more", true));
   EXPECT_NE(listed<VouchersPage>(14), nullptr);
 }
 
@@ -154,7 +107,7 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
   EXPECT_TRUE(waitFor(first.content + "\n" + first.time));
 
   // One star count: only its comments, counted again.
-  ASSERT_TRUE(tap("star" + first.star));
+  ASSERT_TRUE(tap("star" + first.star, true));
   const auto onlyThatStar = [&] {
     for (guint i = 0; i < comments->rows().size(); ++i) {
       if (comments->rows().at(i).star != first.star) return false;
@@ -172,7 +125,7 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
   }
 
   // The first store rates four stars and has no one-star comment: the empty text.
-  ASSERT_TRUE(tap("star1"));
+  ASSERT_TRUE(tap("star1", true));
   EXPECT_TRUE(driver_->waitUntil([&] {
     return !comments->screen().isLoading() && pressed("star1") && comments->rows().size() == 0 &&
            labelShows("empty", "暂无评论");
