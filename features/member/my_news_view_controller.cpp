@@ -23,8 +23,10 @@ std::size_t MyNewsViewController::unreadCount() const {
 bool MyNewsViewController::isMarkingRead() const { return readRequest_ && readRequest_->isExecuting(); }
 
 void MyNewsViewController::answered(const MyNewsNetApi& answered) {
+  // Later pages add rows that the reading already covered; page 1 starts over.
+  if (answered.page != "1") return;
   readTaken_ = false;
-  if (answered.page == "1" && !readSent_) markRead();
+  if (!readSent_) markRead();
 }
 
 void MyNewsViewController::markRead() {
