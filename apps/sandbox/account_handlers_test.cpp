@@ -250,7 +250,7 @@ TEST_F(SandboxTest, FeedbackIsBoundedInCharacters) {
   EXPECT_EQ(send(most + "x", "")["message"], "反馈内容过长");
   EXPECT_EQ(send("好用", std::string(51, '1'))["message"], "联系方式过长");
   EXPECT_EQ(send("好用", "qq", "1")["message"], "参数错误");
-  EXPECT_EQ(send("好用", "a\x1bb")["message"], "联系方式格式不正确");
+  EXPECT_EQ(send("好用", "a\x1b" "b")["message"], "联系方式格式不正确");
 }
 
 }  // namespace
