@@ -1,7 +1,7 @@
 // The demo member's messages and bookmarks. Every message tells of something the demo
 // world holds: one per line of his ledger (top-ups, payments, the refund, the withdrawal,
 // prizes), read long ago, and an unread reminder of his voucher that ends first; with the
-// welcome and the two unread notes he already has, fifteen messages over two pages, three
+// welcome and the two unread notes he already has, sixteen messages over two pages, three
 // unread. Bookmarks: five stores and four offers, the newest first.
 #include <cstdint>
 #include <string>
