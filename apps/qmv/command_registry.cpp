@@ -42,6 +42,7 @@ void registerAllCommands(CommandRegistry& registry) {
   registerPageCommands(registry);
   registerWalletCentreCommands(registry);
   registerReviewCommands(registry);
+  registerMemberCentreCommands(registry);
   registerShellCommands(registry);
 }
 

@@ -1,5 +1,7 @@
 // Account endpoints: login, SMS codes, registration, password recovery and change, profile,
 // portrait, messages and feedback.
+#include <glib.h>
+
 #include <cstdio>
 
 #include "apps/sandbox/endpoint_table.h"
@@ -8,11 +10,14 @@
 #include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 #include "apps/sandbox/user_names.h"
+#include "core/common/string_util.h"
 
 namespace qmv::sandbox {
 namespace {
 
 constexpr size_t kMaxPortraitBytes = 2 * 1024 * 1024;
+constexpr glong kMaxFeedbackCharacters = 500;
+constexpr glong kMaxContactCharacters = 50;
 // Wrong guesses a code survives; six digits would otherwise fall to a loop of requests
 // well within a code's ten minutes.
 constexpr int64_t kMaxCodeAttempts = 5;
@@ -255,9 +260,18 @@ Reply readMessages(Call& call) {
 
 Reply feedback(Call& call) {
   const std::string content = call.arg("concent");
-  if (content.empty()) return Reply::refuse(kMsgEmptyFeedback);
+  const std::string contact = call.arg("contact");
+  if (trimmed(content).empty()) return Reply::refuse(kMsgEmptyFeedback);
+  // The argument rules bound the bytes; the client counts characters. Both are UTF-8 here.
+  if (g_utf8_strlen(content.data(), static_cast<gssize>(content.size())) > kMaxFeedbackCharacters) {
+    return Reply::refuse(kMsgFeedbackTooLong);
+  }
+  if (g_utf8_strlen(contact.data(), static_cast<gssize>(contact.size())) > kMaxContactCharacters) {
+    return Reply::refuse(kMsgContactTooLong);
+  }
+  if (call.hasArg("type") && call.arg("type") != "0") return Reply::refuse(kMsgBadArgument);
   call.db.execute("INSERT INTO feedback(member_id, content, contact, type, created) VALUES(?,?,?,?,?)",
-                  {call.memberId(), content, call.arg("contact"), call.arg("type"), nowSeconds()});
+                  {call.memberId(), content, contact, "0", nowSeconds()});
   return Reply::ok();
 }
 

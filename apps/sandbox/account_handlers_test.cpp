@@ -212,20 +212,45 @@ TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
   EXPECT_EQ(code(parseJson(api_->raw().Post("/qmv/app/v3/postPortrait", empty)->body)), "1");
 }
 
-TEST_F(SandboxTest, MessagesAndFeedback) {
+TEST_F(SandboxTest, MessagesPageNewestFirstAndAreReadAllAtOnce) {
   const std::string session = api_->login();
-  const Json messages = api_->get("getMyMessage", {{"sessionId", session}, {"page", "1"}})["data"];
-  ASSERT_EQ(messages["dataList"].size(), 3u);
-  EXPECT_TRUE(messages["dataList"][0].contains("contact"));
-  EXPECT_EQ(api_->get("getMyReadMessage", {{"sessionId", session}})["data"]["count"], "2");
-  const Json read = api_->get("getMyMessage", {{"sessionId", session}})["data"]["dataList"];
-  for (const Json& message : read) {
-    EXPECT_EQ(message["isRead"], "1");
+  const auto page = [&](const char* n) {
+    return api_->get("getMyMessage", {{"sessionId", session}, {"page", n}})["data"];
+  };
+  const Json first = page("1");
+  EXPECT_EQ(first["count"], 16);
+  ASSERT_EQ(first["dataList"].size(), 10u);
+  EXPECT_EQ(page("2")["dataList"].size(), 6u);
+  EXPECT_TRUE(page("3")["dataList"].empty());
+  int unread = 0;
+  std::string newer = "9999";
+  for (const Json& message : first["dataList"]) {
+    EXPECT_LE(message["time"].get<std::string>(), newer);
+    newer = message["time"].get<std::string>();
+    EXPECT_FALSE(message["contact"].get<std::string>().empty());
+    unread += message["isRead"] == "0";
   }
-  EXPECT_EQ(api_->post("postFeedback", {{"sessionId", session}, {"type", "0"}})["message"], "请输入反馈内容");
-  EXPECT_EQ(code(api_->post("postFeedback",
-                            {{"sessionId", session}, {"concent", "很好用"}, {"contact", "qq"}, {"type", "0"}})),
-            "0");
+  EXPECT_EQ(unread, 3);
+  EXPECT_EQ(api_->get("getMyReadMessage", {{"sessionId", session}})["data"]["count"], "3");
+  EXPECT_EQ(api_->get("getMyReadMessage", {{"sessionId", session}})["data"]["count"], "0");
+  for (const Json& message : page("1")["dataList"]) EXPECT_EQ(message["isRead"], "1");
+}
+
+TEST_F(SandboxTest, FeedbackIsBoundedInCharacters) {
+  const std::string session = api_->login();
+  const auto send = [&](std::string content, std::string contact, std::string type = "0") {
+    return api_->post("postFeedback",
+                      {{"sessionId", session}, {"concent", content}, {"contact", contact}, {"type", type}});
+  };
+  EXPECT_EQ(send("", "")["message"], "请输入反馈内容");
+  EXPECT_EQ(send(" \n ", "")["message"], "请输入反馈内容");
+  std::string most;
+  for (int i = 0; i < 500; ++i) most += "好";
+  EXPECT_EQ(code(send(most, std::string(50, '1'))), "0") << "500 Chinese characters are 1500 bytes";
+  EXPECT_EQ(send(most + "x", "")["message"], "反馈内容过长");
+  EXPECT_EQ(send("好用", std::string(51, '1'))["message"], "联系方式过长");
+  EXPECT_EQ(send("好用", "qq", "1")["message"], "参数错误");
+  EXPECT_EQ(send("好用", "a\x1b" "b")["message"], "联系方式格式不正确");
 }
 
 }  // namespace

@@ -401,6 +401,11 @@ Status prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDataba
       seedMemberCentre(db, now);
       db.execute("INSERT INTO meta(key, value) VALUES('member_demo', '1')");
     }
+    // And its messages and bookmarks, once.
+    if (db.queryOne("SELECT value FROM meta WHERE key = 'member_pages_demo'").is_null()) {
+      seedMemberPages(db, now);
+      db.execute("INSERT INTO meta(key, value) VALUES('member_pages_demo', '1')");
+    }
     return true;
   });
   if (!areas.ok()) return areas;

@@ -32,4 +32,8 @@ Status prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDataba
 // prepareDatabase's transaction.
 void seedMemberCentre(SandboxStore& db, int64_t now);
 
+// The demo member's messages (one per ledger line, and a voucher reminder) and his
+// bookmarked stores and offers. Called once per database, after seedMemberCentre.
+void seedMemberPages(SandboxStore& db, int64_t now);
+
 }  // namespace qmv::sandbox

@@ -205,17 +205,26 @@ TEST_F(SandboxTest, EveryStoreHasCommentsThatItsRecordCountsAndTheStarFilterSpli
 
 TEST_F(SandboxTest, BookmarksToggleAndAreListed) {
   const std::string session = api_->login();
-  const size_t before = api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size();
-  EXPECT_EQ(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "5"}})["data"]["favorite"], "1");
-  EXPECT_EQ(api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size(), before + 1);
-  EXPECT_EQ(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "5"}})["data"]["favorite"], "0");
-  EXPECT_EQ(api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size(), before);
+  // The demo member keeps five stores and four offers, the newest bookmark first.
+  const Json stores = api_->get("getMyFavorite", {{"sessionId", session}, {"page", "1"}})["data"];
+  EXPECT_EQ(stores["count"], 5);
+  ASSERT_EQ(stores["dataList"].size(), 5u);
+  EXPECT_EQ(stores["dataList"][0]["storeId"], "14");
+  for (const Json& store : stores["dataList"]) EXPECT_EQ(store["favorite"], "1");
+  const Json kept = api_->get("getMyCommodityFavorite", {{"sessionId", session}, {"page", "1"}})["data"]["dataList"];
+  ASSERT_EQ(kept.size(), 4u);
+  EXPECT_EQ(kept[0]["commodityId"], "3");
+
+  EXPECT_EQ(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "6"}})["data"]["favorite"], "1");
+  EXPECT_EQ(api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size(), 6u);
+  EXPECT_EQ(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "6"}})["data"]["favorite"], "0");
+  EXPECT_EQ(api_->get("getMyFavorite", {{"sessionId", session}})["data"]["dataList"].size(), 5u);
   EXPECT_EQ(code(api_->post("postBookmark", {{"sessionId", session}, {"storeId", "777"}})), "1");
-  EXPECT_EQ(api_->post("postCollectCommodity", {{"sessionId", session}, {"commodityId", "3"}})["data"]["favorite"],
+  EXPECT_EQ(api_->post("postCollectCommodity", {{"sessionId", session}, {"commodityId", "5"}})["data"]["favorite"],
             "1");
   const Json offers = api_->get("getMyCommodityFavorite", {{"sessionId", session}})["data"]["dataList"];
-  ASSERT_EQ(offers.size(), 1u);
-  EXPECT_EQ(offers[0]["commodityId"], "3");
+  ASSERT_EQ(offers.size(), 5u);
+  EXPECT_EQ(offers[0]["commodityId"], "5");
   EXPECT_EQ(offers[0]["favorite"], "1");
 }
 

@@ -76,7 +76,7 @@ const std::map<std::string, EndpointParameters>& table() {
       {"getMyMessage", {{kSession, kPage}}},
       {"getMyReadMessage", {{kSession}}},
       {"postFeedback",
-       {{kSession, {"concent", kText, 1000, "反馈内容"}, {"contact", kLine, 64, "联系方式"}, kListType}}},
+       {{kSession, {"concent", kText, 2000, "反馈内容"}, {"contact", kLine, 200, "联系方式"}, kListType}}},
       // Discovery
       {"getCategoryList", {}},
       {"getCategorTemplates1", {}},

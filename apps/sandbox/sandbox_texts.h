@@ -24,6 +24,8 @@ inline constexpr const char* kMsgNothingToChange = "没有可修改的资料";
 inline constexpr const char* kMsgNoImage = "请选择图片";
 inline constexpr const char* kMsgImageTooLarge = "图片过大";
 inline constexpr const char* kMsgEmptyFeedback = "请输入反馈内容";
+inline constexpr const char* kMsgFeedbackTooLong = "反馈内容过长";
+inline constexpr const char* kMsgContactTooLong = "联系方式过长";
 inline constexpr const char* kMsgTooManyCodes = "验证码发送过于频繁，请稍后再试";
 inline constexpr const char* kMsgTooManyLogins = "密码错误次数过多，请稍后再试";
 

@@ -117,3 +117,19 @@ inline constexpr const char* kStarEmpty = "☆";
 inline constexpr const char* kMyRatingsScreen = "MyGradeViewController";
 
 }  // namespace qmv::discovery_texts
+
+namespace qmv::discovery_texts {
+
+// Bookmarks ("我的收藏"): a tab of stores and a tab of offers, and the state a store or
+// offer screen's bookmark button reports.
+inline constexpr const char* kFavoritesTitle = "我的收藏";
+inline constexpr const char* kFavoriteTabs[] = {"商家", "活动"};
+inline constexpr const char* kNoFavoriteStores = "暂无收藏的商家";
+inline constexpr const char* kNoFavoriteOffers = "暂无收藏的活动";
+inline constexpr const char* kBookmarked = "已收藏";
+inline constexpr const char* kNotBookmarked = "未收藏";
+// The bookmark state as sent ("favorite").
+inline constexpr const char* kFavoriteOn = "1";
+inline constexpr const char* kFavoritesScreen = "MyFavoriteViewController";
+
+}  // namespace qmv::discovery_texts

@@ -18,4 +18,10 @@ Json MyBookmarkNetApi::requestArgument() const {
   return arguments;
 }
 
+std::vector<StoreInfoModel> MyBookmarkNetApi::getStores() const { return modelsWithArray<StoreInfoModel>(responseList()); }
+
+std::vector<ActivityModel> MyBookmarkNetApi::getActivities() const {
+  return modelsWithArray<ActivityModel>(responseList());
+}
+
 }  // namespace qmv

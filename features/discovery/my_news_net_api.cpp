@@ -14,4 +14,6 @@ Json MyNewsNetApi::requestArgument() const {
   return arguments;
 }
 
+std::vector<NewsInfoModel> MyNewsNetApi::getNews() const { return modelsWithArray<NewsInfoModel>(responseList()); }
+
 }  // namespace qmv

@@ -4,6 +4,7 @@
 #include "core/session/global_data.h"
 #include "features/discovery/activity_detail_net_api.h"
 #include "features/discovery/activity_screens.h"
+#include "features/discovery/bookmark_activity_net_api.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
 #include "platform/env.h"
@@ -21,7 +22,10 @@ const Json& arrayOf(const std::optional<Json>& value) {
 
 QXActivitiesViewController::QXActivitiesViewController(std::string activityId) : activityId_(std::move(activityId)) {}
 
-QXActivitiesViewController::~QXActivitiesViewController() { detachRequest(request_); }
+QXActivitiesViewController::~QXActivitiesViewController() {
+  detachRequest(request_);
+  detachRequest(bookmarkRequest_);
+}
 
 void QXActivitiesViewController::loadDetail() {
   detachRequest(request_);
@@ -100,6 +104,33 @@ std::optional<ScreenId> QXActivitiesViewController::openSubmitOrder() {
   const auto from = navigator->topScreen();
   GlobalData::sharedInstance().setPopToAfterPayVC(from ? std::optional(from->id) : std::nullopt);
   return navigator->push(discovery_texts::kSubmitScreen, submitOrderPayload(*activity_, activity_->isFirst));
+}
+
+void QXActivitiesViewController::bookmark() {
+  detachRequest(bookmarkRequest_);
+  auto request = std::make_shared<BookmarkActivityNetApi>(activityId_);
+  attachRequest(*request, /*showLoading=*/false);
+  bookmarkRequest_ = request;
+  request->startWithCompletionBlockWithSuccess(
+      [this](BookmarkActivityNetApi& api) {
+        const bool correct = api.isCorrectResult();
+        if (correct && activity_) {
+          const Json envelope = parseJson(api.responseString());
+          const Json data = envelope.is_object() ? envelope.value("data", Json()) : Json();
+          const std::string favorite = strForKey(data, "favorite");
+          if (!favorite.empty()) activity_->favorite = favorite;
+        }
+        if (onChange) onChange();
+        if (onBookmarked) onBookmarked(correct);
+      },
+      [this](BaseRequest&) {
+        if (onBookmarked) onBookmarked(false);
+      });
+}
+
+const char* QXActivitiesViewController::bookmarkStateText() const {
+  return activity_ && activity_->favorite == discovery_texts::kFavoriteOn ? discovery_texts::kBookmarked
+                                                                          : discovery_texts::kNotBookmarked;
 }
 
 }  // namespace qmv

@@ -14,6 +14,7 @@
 namespace qmv {
 
 class ActivityDetailNetApi;
+class BookmarkActivityNetApi;
 
 class QXActivitiesViewController : public BaseViewController {
  public:
@@ -59,13 +60,20 @@ class QXActivitiesViewController : public BaseViewController {
   // to. nullopt (nothing opens) before the offer has loaded.
   std::optional<ScreenId> openSubmitOrder();
 
+  // Toggles the offer's bookmark ("postCollectCommodity"); `favorite` follows the answer.
+  void bookmark();
+  // "已收藏" when the loaded offer is bookmarked ("favorite" "1"), else "未收藏".
+  const char* bookmarkStateText() const;
+
   bool hasData() const override { return activity_.has_value(); }
   std::function<void(bool loaded)> onLoaded;
+  std::function<void(bool correct)> onBookmarked;
 
  private:
   std::string activityId_;
   std::optional<ActivityModel> activity_;
   std::shared_ptr<ActivityDetailNetApi> request_;
+  std::shared_ptr<BookmarkActivityNetApi> bookmarkRequest_;
   bool loadedOnce_ = false;
 };
 

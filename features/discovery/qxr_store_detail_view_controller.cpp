@@ -108,4 +108,9 @@ void QXRStoreDetailViewController::bookmark() {
       });
 }
 
+const char* QXRStoreDetailViewController::bookmarkStateText() const {
+  return store_ && store_->favorite == discovery_texts::kFavoriteOn ? discovery_texts::kBookmarked
+                                                                    : discovery_texts::kNotBookmarked;
+}
+
 }  // namespace qmv

@@ -52,6 +52,8 @@ class QXRStoreDetailViewController : public BaseViewController {
   void showMoreComments();
   // Toggles the bookmark; `favorite` follows the answer.
   void bookmark();
+  // "已收藏" when the loaded store is bookmarked ("favorite" "1"), else "未收藏".
+  const char* bookmarkStateText() const;
 
   bool hasData() const override { return store_.has_value(); }
   std::function<void(bool loaded)> onLoaded;
