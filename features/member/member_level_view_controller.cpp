@@ -8,9 +8,7 @@
 
 namespace qmv {
 
-const UserInfoModel* MemberLevelViewController::member() const {
-  return GlobalData::sharedInstance().selfInfo().get();
-}
+const UserInfoModel* MemberLevelViewController::member() const { return GlobalData::sharedInstance().selfInfo().get(); }
 
 bool MemberLevelViewController::hasMember() const { return member() != nullptr; }
 
