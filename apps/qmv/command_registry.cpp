@@ -43,6 +43,7 @@ void registerAllCommands(CommandRegistry& registry) {
   registerWalletCentreCommands(registry);
   registerReviewCommands(registry);
   registerMemberCentreCommands(registry);
+  registerAccountCentreCommands(registry);
   registerShellCommands(registry);
 }
 

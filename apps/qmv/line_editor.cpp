@@ -104,9 +104,9 @@ std::optional<std::string> historyEntry(const std::string& line) {
       continue;
     }
     if (afterCommand && !word.starts_with("-")) ++positionals;
-    // login PHONE PASSWORD; answer TEXT, unless TEXT is a button's number
+    // login PHONE PASSWORD; password OLD NEW CONFIRM; answer TEXT, unless TEXT is a button's number
     const bool secretPositional =
-        (*command == "login" && positionals >= 2) ||
+        (*command == "login" && positionals >= 2) || (*command == "password" && positionals >= 1) ||
         (*command == "answer" && positionals >= 1 && word.find_first_not_of("0123456789") != std::string::npos);
     if (afterCommand && !word.starts_with("-") && secretPositional) {
       dropped = true;

@@ -26,6 +26,7 @@ TEST(LineEditorTest, HistoryKeepsLinesWithoutTheirPasswords) {
             "recover --phone 13800000001");
   EXPECT_EQ(historyEntry("page 0 --follow 2 --phone 13800000000 --password \"a b\""),
             "page 0 --follow 2 --phone 13800000000");
+  EXPECT_EQ(historyEntry("--json password old123 New456 New456"), "--json password");
   EXPECT_EQ(historyEntry("answer 旧密码1"), "answer") << "the text typed into an alert's field";
   EXPECT_EQ(historyEntry("answer 2"), "answer 2") << "a button's number is no secret";
   // A line without a secret is kept as typed; one rebuilt keeps its words apart.
