@@ -100,7 +100,7 @@ int runFavorites(CliApp& app, bool offers, long pages) {
 
 int runMessages(CliApp& app, long pages) {
   if (!memberSignedIn(app)) return kExitFailure;
-  Env::current().navigator->push(member_texts::kMessagesScreen);
+  Env::current().navigator->push(member_centre_texts::kMessagesScreen);
   MyNewsViewController screen;
   const auto from = loadListPages(app, screen, pages);
   if (!from) return kExitFailure;
@@ -131,7 +131,7 @@ int runMessages(CliApp& app, long pages) {
 
 int runFeedback(CliApp& app, const std::string& text, const std::string& contact) {
   if (!memberSignedIn(app)) return kExitFailure;
-  Env::current().navigator->push(member_texts::kFeedbackScreen);
+  Env::current().navigator->push(member_centre_texts::kFeedbackScreen);
   FeedbackViewController screen;
   screen.contentText = text;
   screen.contactText = contact;

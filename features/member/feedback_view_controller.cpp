@@ -35,18 +35,18 @@ FeedbackViewController::~FeedbackViewController() { detachRequest(request_); }
 
 std::string FeedbackViewController::countText() const {
   const auto count = characters(trimmed(contentText), true);
-  return std::to_string(count.value_or(0)) + member_texts::kCountSeparator + std::to_string(kMaxContent);
+  return std::to_string(count.value_or(0)) + member_centre_texts::kCountSeparator + std::to_string(kMaxContent);
 }
 
 const char* FeedbackViewController::refusal() const {
   const std::string_view content = trimmed(contentText);
-  if (content.empty()) return member_texts::kNoFeedback;
+  if (content.empty()) return member_centre_texts::kNoFeedback;
   const auto contentLength = characters(content, true);
-  if (!contentLength) return member_texts::kBadFeedback;
-  if (*contentLength > kMaxContent) return member_texts::kFeedbackTooLong;
+  if (!contentLength) return member_centre_texts::kBadFeedback;
+  if (*contentLength > kMaxContent) return member_centre_texts::kFeedbackTooLong;
   const auto contactLength = characters(trimmed(contactText), false);
-  if (!contactLength) return member_texts::kBadContact;
-  if (*contactLength > kMaxContact) return member_texts::kContactTooLong;
+  if (!contactLength) return member_centre_texts::kBadContact;
+  if (*contactLength > kMaxContact) return member_centre_texts::kContactTooLong;
   return nullptr;
 }
 
@@ -65,7 +65,7 @@ bool FeedbackViewController::submitAction() {
       [this](FeedbackNetApi& api) {
         const bool correct = api.isCorrectResult();
         if (correct) {
-          Env::current().overlay->showImage("", member_texts::kFeedbackSent);
+          Env::current().overlay->showImage("", member_centre_texts::kFeedbackSent);
           Env::current().navigator->pop();
         }
         if (onFinished) onFinished(correct);

@@ -17,7 +17,7 @@
 #include <string_view>
 
 #include "core/session/base_view_controller.h"
-#include "features/member/member_texts.h"
+#include "features/member/member_centre_texts.h"
 
 namespace qmv {
 
@@ -25,7 +25,7 @@ class FeedbackNetApi;
 
 class FeedbackViewController : public BaseViewController {
  public:
-  static constexpr const char* kTitle = member_texts::kFeedbackTitle;
+  static constexpr const char* kTitle = member_centre_texts::kFeedbackTitle;
   static constexpr std::size_t kMaxContent = 500;
   static constexpr std::size_t kMaxContact = 50;
 

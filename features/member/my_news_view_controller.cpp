@@ -13,7 +13,7 @@ void MyNewsViewController::viewWillAppear() {
   refresh();
 }
 
-bool MyNewsViewController::isUnread(const NewsInfoModel& news) { return news.isRead == member_texts::kUnread; }
+bool MyNewsViewController::isUnread(const NewsInfoModel& news) { return news.isRead == member_centre_texts::kUnread; }
 
 std::size_t MyNewsViewController::unreadCount() const {
   if (readTaken_) return 0;

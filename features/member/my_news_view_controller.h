@@ -18,7 +18,7 @@
 #include "core/session/paged_list_controller.h"
 #include "features/discovery/my_news_net_api.h"
 #include "features/discovery/news_info_model.h"
-#include "features/member/member_texts.h"
+#include "features/member/member_centre_texts.h"
 
 namespace qmv {
 
@@ -26,9 +26,9 @@ class NewsReadNetApi;
 
 class MyNewsViewController : public PagedListController<NewsInfoModel, MyNewsNetApi> {
  public:
-  static constexpr const char* kTitle = member_texts::kMessagesTitle;
-  static constexpr const char* kEmptyText = member_texts::kNoMessages;
-  static constexpr const char* kUnreadMark = member_texts::kUnreadMark;
+  static constexpr const char* kTitle = member_centre_texts::kMessagesTitle;
+  static constexpr const char* kEmptyText = member_centre_texts::kNoMessages;
+  static constexpr const char* kUnreadMark = member_centre_texts::kUnreadMark;
 
   MyNewsViewController() = default;
   ~MyNewsViewController() override;

@@ -1,7 +1,7 @@
 #pragma once
 // Every text the member centre's screens show: titles, labels, marks and the messages of
 // their checks and results.
-namespace qmv::member_texts {
+namespace qmv::member_centre_texts {
 
 // Messages ("我的消息").
 inline constexpr const char* kMessagesTitle = "我的消息";
@@ -28,4 +28,4 @@ inline constexpr const char* kCountSeparator = "/";
 inline constexpr const char* kMessagesScreen = "MyNewsViewController";
 inline constexpr const char* kFeedbackScreen = "FeedbackViewController";
 
-}  // namespace qmv::member_texts
+}  // namespace qmv::member_centre_texts
