@@ -5,6 +5,7 @@
 #include "features/discovery/activity_detail_net_api.h"
 #include "features/discovery/activity_screens.h"
 #include "features/discovery/bookmark_activity_net_api.h"
+#include "features/discovery/bookmark_answer.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
 #include "platform/env.h"
@@ -115,9 +116,7 @@ void QXActivitiesViewController::bookmark() {
       [this](BookmarkActivityNetApi& api) {
         const bool correct = api.isCorrectResult();
         if (correct && activity_) {
-          const Json envelope = parseJson(api.responseString());
-          const Json data = envelope.is_object() ? envelope.value("data", Json()) : Json();
-          const std::string favorite = strForKey(data, "favorite");
+          const std::string favorite = favoriteInAnswer(api.responseString());
           if (!favorite.empty()) activity_->favorite = favorite;
         }
         if (onChange) onChange();

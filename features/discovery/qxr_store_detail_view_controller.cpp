@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "core/common/dictionary.h"
+#include "features/discovery/bookmark_answer.h"
 #include "features/discovery/bookmark_store_net_api.h"
 #include "features/discovery/detail_actions.h"
 #include "features/discovery/discovery_texts.h"
@@ -95,9 +96,7 @@ void QXRStoreDetailViewController::bookmark() {
       [this](BookmarkStoreNetApi& api) {
         const bool correct = api.isCorrectResult();
         if (correct && store_) {
-          const Json envelope = parseJson(api.responseString());
-          const Json data = envelope.is_object() ? envelope.value("data", Json()) : Json();
-          const std::string favorite = strForKey(data, "favorite");
+          const std::string favorite = favoriteInAnswer(api.responseString());
           if (!favorite.empty()) store_->favorite = favorite;
         }
         if (onChange) onChange();
