@@ -5,8 +5,8 @@
 #include "core/common/string_util.h"
 #include "core/session/account_texts.h"
 #include "core/session/change_password_net_api.h"
+#include "core/session/form_submission.h"
 #include "platform/env.h"
-#include "platform/navigator.h"
 #include "platform/settings_store.h"
 #include "platform/status_overlay.h"
 
@@ -31,35 +31,24 @@ bool ChangePasswordViewController::submitAction() {
     Env::current().overlay->showImage("", refused);
     return false;
   }
-  detachRequest(request_);
   // The field as sent: the member may edit it while the request runs.
   sentPassword_ = newPasswordText;
-  request_ = std::make_shared<ChangePasswordNetApi>(StringUtil::getmd5WithString(newPasswordText),
-                                                    StringUtil::getmd5WithString(oldPasswordText));
-  attachRequest(*request_);
-  request_->startWithCompletionBlockWithSuccess(
-      [this](ChangePasswordNetApi& api) {
-        if (!api.isCorrectResult()) {
-          if (onFinished) onFinished(false);
-          return;
-        }
-        storeNewPassword();
-      },
-      [this](BaseRequest&) {
-        if (onFinished) onFinished(false);
-      });
+  submitForm(
+      *this, request_,
+      std::make_shared<ChangePasswordNetApi>(StringUtil::getmd5WithString(newPasswordText),
+                                             StringUtil::getmd5WithString(oldPasswordText)),
+      [this] { return storeNewPassword(); }, onFinished);
   return true;
 }
 
-void ChangePasswordViewController::storeNewPassword() {
+bool ChangePasswordViewController::storeNewPassword() {
   const auto& settings = Env::current().settings;
   const bool stored = settings->setObjects(Json{{kPasswordKey, sentPassword_}}).ok() && settings->synchronize();
   Env::current().overlay->showImage("", account_texts::kPasswordChanged);
   // Shown last, so that it is what stays: the server has the new password, the next start
   // would sign in with the old one.
   if (!stored) Env::current().overlay->showImage("", account_texts::kAccountNotSaved);
-  Env::current().navigator->pop();
-  if (onFinished) onFinished(stored);
+  return stored;
 }
 
 }  // namespace qmv

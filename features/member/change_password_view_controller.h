@@ -50,7 +50,7 @@ class ChangePasswordViewController : public BaseViewController {
   std::function<void(bool changed)> onFinished;
 
  private:
-  void storeNewPassword();
+  bool storeNewPassword();
 
   std::string sentPassword_;
   std::shared_ptr<ChangePasswordNetApi> request_;

@@ -4,9 +4,9 @@
 
 #include "core/common/string_util.h"
 #include "core/common/utf8.h"
+#include "core/session/form_submission.h"
 #include "features/discovery/feedback_net_api.h"
 #include "platform/env.h"
-#include "platform/navigator.h"
 #include "platform/status_overlay.h"
 
 namespace qmv {
@@ -58,21 +58,14 @@ bool FeedbackViewController::submitAction() {
     Env::current().overlay->showImage("", refused);
     return false;
   }
-  detachRequest(request_);
-  request_ = std::make_shared<FeedbackNetApi>(std::string(trimmed(contentText)), std::string(trimmed(contactText)));
-  attachRequest(*request_);
-  request_->startWithCompletionBlockWithSuccess(
-      [this](FeedbackNetApi& api) {
-        const bool correct = api.isCorrectResult();
-        if (correct) {
-          Env::current().overlay->showImage("", member_centre_texts::kFeedbackSent);
-          Env::current().navigator->pop();
-        }
-        if (onFinished) onFinished(correct);
+  submitForm(
+      *this, request_,
+      std::make_shared<FeedbackNetApi>(std::string(trimmed(contentText)), std::string(trimmed(contactText))),
+      [] {
+        Env::current().overlay->showImage("", member_centre_texts::kFeedbackSent);
+        return true;
       },
-      [this](BaseRequest&) {
-        if (onFinished) onFinished(false);
-      });
+      onFinished);
   return true;
 }
 

@@ -165,21 +165,24 @@ TEST_F(MemberPagesTest, FeedbackChecksInOrderThenSendsTheTrimmedFieldsAndPops) {
   screen.contentText = "第一行\n第二行";
   screen.contactText = "";
   EXPECT_EQ(await(screen.onFinished, [&] { ASSERT_TRUE(screen.submitAction()); }), false);
-  EXPECT_EQ(last().arguments, (testsupport::Arguments{{"sessionId", "S1"}, {"concent", "第一行\n第二行"}, {"type", "0"}}));
+  EXPECT_EQ(last().arguments,
+            (testsupport::Arguments{{"sessionId", "S1"}, {"concent", "第一行\n第二行"}, {"type", "0"}}));
   EXPECT_EQ(topName(), "FeedbackViewController") << "a refusal keeps the screen";
 
   answer("postFeedback", R"({"success":"0"})");
   screen.contentText = " \t好用\n";
   screen.contactText = std::string(" ") + std::string(50, '1') + " ";
-  EXPECT_EQ(await(screen.onFinished, [&] {
-              ASSERT_TRUE(screen.submitAction());
-              EXPECT_FALSE(screen.submitAction()) << "a second tap while sending does nothing";
-            }),
+  EXPECT_EQ(await(screen.onFinished,
+                  [&] {
+                    ASSERT_TRUE(screen.submitAction());
+                    EXPECT_FALSE(screen.submitAction()) << "a second tap while sending does nothing";
+                  }),
             true);
   EXPECT_EQ(last().method, "POST");
   EXPECT_EQ(last().endpoint, "postFeedback");
-  EXPECT_EQ(last().arguments, (testsupport::Arguments{
-                                  {"sessionId", "S1"}, {"concent", "好用"}, {"contact", std::string(50, '1')}, {"type", "0"}}));
+  EXPECT_EQ(last().arguments,
+            (testsupport::Arguments{
+                {"sessionId", "S1"}, {"concent", "好用"}, {"contact", std::string(50, '1')}, {"type", "0"}}));
   EXPECT_EQ(sentTo("postFeedback"), 2u);
   EXPECT_EQ(overlay_->statuses().back(), "提交成功,感谢您的反馈");
   EXPECT_EQ(topName(), "MineViewController");

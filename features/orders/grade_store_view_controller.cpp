@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "core/common/utf8.h"
+#include "core/session/form_submission.h"
 #include "features/discovery/grade_store_net_api.h"
 #include "features/orders/order_texts.h"
 #include "platform/env.h"
-#include "platform/navigator.h"
 #include "platform/status_overlay.h"
 
 namespace qmv {
@@ -48,22 +48,14 @@ bool GradeStoreViewController::submitAction() {
     Env::current().overlay->showImage(order_texts::kErrorImage, order_texts::kRateTooLong);
     return false;
   }
-  detachRequest(request_);
-  request_ = std::make_shared<GradeStoreNetApi>(orderId_, std::to_string(star_), contentText);
-  attachRequest(*request_);
-  request_->startWithCompletionBlockWithSuccess(
-      [this](BaseRequest&) {
-        const bool correct = request_->isCorrectResult();
-        if (correct) {
-          if (successOrderID_ != nullptr) *successOrderID_ = orderId_;
-          Env::current().overlay->showImage("", order_texts::kRateDone);
-          Env::current().navigator->pop();
-        }
-        if (onFinished) onFinished(correct);
+  submitForm(
+      *this, request_, std::make_shared<GradeStoreNetApi>(orderId_, std::to_string(star_), contentText),
+      [this] {
+        if (successOrderID_ != nullptr) *successOrderID_ = orderId_;
+        Env::current().overlay->showImage("", order_texts::kRateDone);
+        return true;
       },
-      [this](BaseRequest&) {
-        if (onFinished) onFinished(false);
-      });
+      onFinished);
   return true;
 }
 
