@@ -47,7 +47,9 @@ TEST(LoopStallProbeTest, TimesEachLoopTaskAndNamesTheLongest) {
     {
       LoopStallProbe::Stretch inner("timer");
       LoopStallProbe::note("completion of Slow");
-      spin(milliseconds(6));
+      // Far longer than the first task, so that a loaded machine stretching that one
+      // cannot make it the longest.
+      spin(milliseconds(30));
     }
     ++ran;
   });
@@ -56,10 +58,10 @@ TEST(LoopStallProbeTest, TimesEachLoopTaskAndNamesTheLongest) {
   const LoopStallProbe::Summary s = LoopStallProbe::summary();
   LoopStallProbe::setEnabled(false);
   EXPECT_EQ(s.callbacks, 3u);
-  EXPECT_GE(s.longest, milliseconds(6));
-  EXPECT_GE(s.total, milliseconds(7));
+  EXPECT_GE(s.longest, milliseconds(30));
+  EXPECT_GE(s.total, milliseconds(31));
   EXPECT_EQ(s.where, "task: completion of Slow");
-  EXPECT_GT(s.longestCpu, milliseconds(3));  // spinning is the thread's own work
+  EXPECT_GT(s.longestCpu, milliseconds(15));  // spinning is the thread's own work
   EXPECT_NE(LoopStallProbe::describe().find("(task: completion of Slow)"), std::string::npos);
   LoopStallProbe::reset();
 }
