@@ -90,6 +90,12 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   screens->set_name("member-screens");
   ui::addRow(*screens, order_texts::kMyOrdersTitle, "", "",
              [&navigator] { navigator.push(order_texts::kMyOrdersScreen, {{"type", 0}}); });
+  Gtk::Widget* messages = ui::addRow(*screens, member_centre_texts::kMessagesTitle, "", "",
+                                     [&navigator] { navigator.push(member_centre_texts::kMessagesScreen); });
+  unread_ = ui::addBadge(*messages);
+  unread_->set_name("unread-badge");
+  ui::addRow(*screens, discovery_texts::kFavoritesTitle, "", "",
+             [&navigator] { navigator.push(discovery_texts::kFavoritesScreen); });
   ui::addRow(*screens, referral_texts::kMyContactTitle, "", "",
              [&navigator] { navigator.push(referral_texts::kMyContactScreen); });
   ui::addRow(*screens, wheel_texts::kTitle, "", "", [&navigator] { navigator.push(wheel_texts::kWheelScreen); });
@@ -98,12 +104,6 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   ui::addRow(*screens, wallet_texts::kVoucherEntry, "", "", [&navigator] { navigator.push(wallet_texts::kVoucherScreen); });
   ui::addRow(*screens, discovery_texts::kMyRatingsTitle, "", "",
              [&navigator] { navigator.push(discovery_texts::kMyRatingsScreen); });
-  ui::addRow(*screens, discovery_texts::kFavoritesTitle, "", "",
-             [&navigator] { navigator.push(discovery_texts::kFavoritesScreen); });
-  Gtk::Widget* messages = ui::addRow(*screens, member_centre_texts::kMessagesTitle, "", "",
-                                     [&navigator] { navigator.push(member_centre_texts::kMessagesScreen); });
-  unread_ = ui::addBadge(*messages);
-  unread_->set_name("unread-badge");
   ui::addRow(*screens, account_centre_texts::kMemberLevelTitle, "", "",
              [&navigator] { navigator.push(account_centre_texts::kMemberLevelScreen); });
   ui::addRow(*screens, account_centre_texts::kChangePasswordTitle, "", "",

@@ -124,6 +124,9 @@ Gtk::Label* addBadge(Gtk::Widget& row) {
   badge->set_valign(Gtk::Align::CENTER);
   badge->set_visible(false);
   adw_action_row_add_suffix(ADW_ACTION_ROW(row.gobj()), GTK_WIDGET(badge->gobj()));
+  // Before the chevron, where a count reads as the row's.
+  GtkWidget* suffixes = gtk_widget_get_parent(GTK_WIDGET(badge->gobj()));
+  if (GTK_IS_BOX(suffixes)) gtk_box_reorder_child_after(GTK_BOX(suffixes), GTK_WIDGET(badge->gobj()), nullptr);
   return badge;
 }
 
