@@ -22,15 +22,19 @@ ChangePasswordPage::ChangePasswordPage(PageContext& context)
                 {"confirm", account_texts::kConfirmPlaceholder, &screen_.confirmText}};
   for (const auto& field : fields) {
     std::string* text = field.text;
-    auto* entry = ui::entry(field.placeholder, *text, [text](const std::string& t) { *text = t; }, true);
+    auto* entry = ui::entry(
+        field.placeholder, *text, [text](const std::string& t) { *text = t; }, true);
     entry->set_name(field.name);
     ui::setAccessibleLabel(*entry, field.placeholder);
     form->append(*entry);
   }
-  submit_ = ui::button(account_texts::kSubmitButton, [this] {
-    screen_.submitAction();
-    refreshSoon();
-  }, "suggested-action");
+  submit_ = ui::button(
+      account_texts::kSubmitButton,
+      [this] {
+        screen_.submitAction();
+        refreshSoon();
+      },
+      "suggested-action");
   submit_->set_name("submit");
   form->append(*submit_);
   body().append(*form);

@@ -11,7 +11,7 @@ using Tab = MyFavoriteViewController::Tab;
 
 RowTexts offerTexts(const ActivityModel& offer) {
   return {offer.name, offer.storeName + "\n" + offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(),
-          true};
+          !offer.commodityID.empty()};
 }
 
 bool drawnAlike(const FavoriteRow& a, const FavoriteRow& b) {
@@ -81,9 +81,15 @@ bool FavoritesPage::isLoading() const {
 std::vector<FavoriteRow> FavoritesPage::shownRows() const {
   std::vector<FavoriteRow> rows;
   if (screen_.tab() == Tab::Stores) {
-    for (const StoreInfoModel& store : screen_.stores().rows()) rows.push_back({"s" + store.storeId, storeRowTexts(store)});
+    for (const StoreInfoModel& store : screen_.stores().rows()) {
+      RowTexts texts = storeRowTexts(store);
+      texts.activatable = !store.storeId.empty();  // a row without an id opens nothing
+      rows.push_back({"s" + store.storeId, std::move(texts)});
+    }
   } else {
-    for (const ActivityModel& offer : screen_.offers().rows()) rows.push_back({"o" + offer.commodityID, offerTexts(offer)});
+    for (const ActivityModel& offer : screen_.offers().rows()) {
+      rows.push_back({"o" + offer.commodityID, offerTexts(offer)});
+    }
   }
   return rows;
 }
@@ -101,8 +107,8 @@ void FavoritesPage::refresh() {
   std::vector<FavoriteRow> shown = shownRows();
   const bool empty = shown.empty();
   rows_.assign(std::move(shown));
-  const bool ended = screen_.tab() == Tab::Stores ? screen_.stores().loadMoreFooterHidden()
-                                                  : screen_.offers().loadMoreFooterHidden();
+  const bool ended =
+      screen_.tab() == Tab::Stores ? screen_.stores().loadMoreFooterHidden() : screen_.offers().loadMoreFooterHidden();
   ui::setActiveFilter(tabs_, screen_.tab() == Tab::Stores ? 0 : 1);
   empty_->set_text(screen_.emptyText());
   empty_->set_visible(ended && empty);

@@ -16,6 +16,11 @@ RowTexts newsTexts(const NewsInfoModel& news) {
 
 MessagesPage::MessagesPage(PageContext& context) : PagedListPage(context, &newsKey, &newsTexts) { start("messages"); }
 
+void MessagesPage::appeared() {
+  if (appearedBefore_) screen().viewWillAppear();
+  appearedBefore_ = true;
+}
+
 FeedbackPage::FeedbackPage(PageContext& context) : ScreenPage(context, FeedbackViewController::kTitle, true) {
   follow(screen_);
   screen_.onFinished = [this](bool) { refreshSoon(); };
@@ -54,10 +59,13 @@ FeedbackPage::FeedbackPage(PageContext& context) : ScreenPage(context, FeedbackV
   contact->set_name("contact");
   ui::setAccessibleLabel(*contact, member_centre_texts::kContactPlaceholder);
   form->append(*contact);
-  submit_ = ui::button(member_centre_texts::kSubmit, [this] {
-    screen_.submitAction();
-    refreshSoon();
-  }, "suggested-action");
+  submit_ = ui::button(
+      member_centre_texts::kSubmit,
+      [this] {
+        screen_.submitAction();
+        refreshSoon();
+      },
+      "suggested-action");
   submit_->set_name("submit");
   form->append(*submit_);
   body().append(*form);

@@ -9,9 +9,15 @@
 
 namespace qmv::gtk {
 
+// Building it asks page 1; each later appearance (back from the login screen) is the
+// screen's own, which reads the messages again.
 class MessagesPage : public PagedListPage<MyNewsViewController, NewsInfoModel> {
  public:
   explicit MessagesPage(PageContext& context);
+  void appeared() override;
+
+ private:
+  bool appearedBefore_ = false;
 };
 
 class FeedbackPage : public ScreenPage {

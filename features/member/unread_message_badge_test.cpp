@@ -1,10 +1,11 @@
 // The member tab's unread badge against a scripted server: page 1 counted silently, a
 // failure keeping the count, nothing sent signed out.
+#include "features/member/unread_message_badge.h"
+
 #include <gtest/gtest.h>
 
 #include "core/request/net_api_test_support.h"
 #include "core/session/global_data.h"
-#include "features/member/unread_message_badge.h"
 
 namespace qmv {
 namespace {
