@@ -4,11 +4,14 @@
 
 #include <set>
 
+#include "apps/gtk/account_centre_pages.h"
 #include "apps/gtk/account_pages.h"
 #include "apps/gtk/activity_page.h"
 #include "apps/gtk/checkout_pages.h"
 #include "apps/gtk/city_page.h"
 #include "apps/gtk/contact_pages.h"
+#include "apps/gtk/favorites_page.h"
+#include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/member_pages.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_context.h"
@@ -24,6 +27,8 @@
 #include "apps/gtk/wheel_page.h"
 #include "core/session/account_texts.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/member/account_centre_texts.h"
+#include "features/member/member_centre_texts.h"
 #include "features/orders/checkout_texts.h"
 #include "features/orders/order_texts.h"
 #include "features/referral/referral_texts.h"
@@ -120,6 +125,11 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   if (name == wallet_texts::kVoucherScreen) return Gtk::make_managed<VouchersPage>(context_);
   if (name == discovery_texts::kCommentsScreen) return Gtk::make_managed<CommentsPage>(context_, text("storeId"));
   if (name == discovery_texts::kMyRatingsScreen) return Gtk::make_managed<MyRatingsPage>(context_);
+  if (name == discovery_texts::kFavoritesScreen) return Gtk::make_managed<FavoritesPage>(context_);
+  if (name == member_centre_texts::kMessagesScreen) return Gtk::make_managed<MessagesPage>(context_);
+  if (name == member_centre_texts::kFeedbackScreen) return Gtk::make_managed<FeedbackPage>(context_);
+  if (name == account_centre_texts::kChangePasswordScreen) return Gtk::make_managed<ChangePasswordPage>(context_);
+  if (name == account_centre_texts::kMemberLevelScreen) return Gtk::make_managed<MemberLevelPage>(context_);
   if (name == order_texts::kMyOrdersScreen) return Gtk::make_managed<OrderListPage>(context_, number("type"));
   if (name == order_texts::kStoreOrderDetailScreen) return Gtk::make_managed<StoreOrderPage>(context_, text("orderId"));
   if (name == order_texts::kActivityOrderDetailScreen) {

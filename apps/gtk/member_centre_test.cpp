@@ -1,12 +1,15 @@
-// The member centre's lists in the graphical client, driven in-process against the
-// embedded sandbox's demo member: the wallet tab and its fund records and vouchers, a
-// store's comments and the member's own ratings. Each page is reached the way a member
-// reaches it, and the assertions are on what the page draws.
+// The member centre in the graphical client, driven in-process against the embedded
+// sandbox's demo member: the wallet tab and its fund records and vouchers, a store's
+// comments and the member's own ratings, his bookmarks, his messages with the member
+// tab's badge, and the feedback, password and level pages. Each page is reached the way a
+// member reaches it, and the assertions are on what the page draws.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
+#include "apps/gtk/favorites_page.h"
 #include "apps/gtk/gtk_client_test_support.h"
+#include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/review_pages.h"
 #include "apps/gtk/wallet_centre_pages.h"
@@ -144,6 +147,95 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
   EXPECT_TRUE(finders::shows(top(), "味道不错，服务热情！\n" + rated.time));
   ASSERT_TRUE(openRow(rated.storeName + "  ★★★★★", "QXRStoreDetailViewController"));
   EXPECT_TRUE(waitFor(rated.storeName));
+}
+
+TEST_F(MemberCentreTest, BookmarksShowBothTabsAndTheirRowsOpenTheStoreOrOffer) {
+  // Five bookmarked stores, the newest first; a row opens its store.
+  ASSERT_TRUE(openFromMemberTab("我的收藏", "MyFavoriteViewController"));
+  FavoritesPage* page = nullptr;
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    page = dynamic_cast<FavoritesPage*>(&top());
+    return page != nullptr && !page->isLoading() && page->rows().size() == 5;
+  }));
+  EXPECT_TRUE(pressed("tab0"));
+  const std::string store = page->rows().at(0).texts.title;
+  EXPECT_EQ(store, page->screen().stores().rows().at(0).storeName);
+  ASSERT_TRUE(openRow(store, "QXRStoreDetailViewController"));
+  EXPECT_TRUE(waitFor(store));
+
+  // Back on the bookmarks, the offers tab: four offers, a row opens its offer.
+  ASSERT_TRUE(tap("back", true));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "MyFavoriteViewController"; }));
+  ASSERT_TRUE(tap("tab1", true));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return pressed("tab1") && !page->isLoading() && page->rows().size() == 4 && page->rows().at(0).key[0] == 'o';
+  }));
+  EXPECT_FALSE(pressed("tab0"));
+  const std::string offer = page->rows().at(0).texts.title;
+  ASSERT_TRUE(openRow(offer, "QXActivitiesViewController"));
+  EXPECT_TRUE(waitFor(offer));
+}
+
+TEST_F(MemberCentreTest, MessagesMarkTheUnreadAndTheBadgeDropsOnceTheyAreSeen) {
+  // Three unread messages among the newest: the member tab's badge says so.
+  ASSERT_TRUE(driver_->waitUntil([&] { return labelShows("unread-badge", "3"); }));
+
+  // The list, newest first, the unread ones marked.
+  ASSERT_TRUE(openFromMemberTab("我的消息", "MyNewsViewController"));
+  auto* messages = listed<MessagesPage>(10);
+  ASSERT_NE(messages, nullptr);
+  EXPECT_EQ(messages->rows().at(0).title, "活动通知");
+  EXPECT_TRUE(waitFor("幸运大转盘上线啦，快来试试手气！\n" + messages->rows().at(0).time));
+  const auto texts = finders::texts(*finders::findNamed(top(), "messages"));
+  EXPECT_EQ(std::count(texts.begin(), texts.end(), "未读"), 3);
+
+  // Seen: the list tells the server, and back on the tab the badge is gone.
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return !messages->screen().isMarkingRead() && messages->screen().unreadCount() == 0;
+  }));
+  ASSERT_TRUE(tap("back", true));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    Gtk::Widget* badge = finders::findNamed(top(), "unread-badge");
+    return badge != nullptr && !badge->get_visible();
+  }));
+}
+
+TEST_F(MemberCentreTest, FeedbackPasswordAndLevelPagesDrawTheirScreens) {
+  // Feedback: nothing typed is refused; a text is sent, thanked for and the page pops.
+  ASSERT_TRUE(openFromMemberTab("意见反馈", "FeedbackViewController"));
+  ASSERT_TRUE(tap("submit"));
+  EXPECT_TRUE(toasted("请输入反馈内容"));
+  EXPECT_EQ(driver_->topName(), "FeedbackViewController");
+  auto* text = dynamic_cast<Gtk::TextView*>(finders::findNamed(top(), "feedback"));
+  ASSERT_NE(text, nullptr);
+  text->get_buffer()->set_text("第一行\n第二行");
+  EXPECT_TRUE(labelShows("count", "7/500"));
+  type("contact", "13800000000");
+  ASSERT_TRUE(tap("submit", true));
+  EXPECT_TRUE(toasted("提交成功,感谢您的反馈"));
+  EXPECT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+
+  // Password: a wrong old password is the server's refusal, and the page stays.
+  ASSERT_TRUE(openFromMemberTab("修改密码", "ChangePasswordViewController"));
+  type("old-password", "wrong123");
+  type("new-password", "abc12345");
+  type("confirm", "abc12345");
+  ASSERT_TRUE(tap("submit", true));
+  EXPECT_TRUE(toasted("原密码错误"));
+  EXPECT_EQ(driver_->topName(), "ChangePasswordViewController");
+
+  // Level: the demo member's 1250 points are level 4 (800 to 1600), the bar 450/800
+  // filled; its entry opens the server's level page.
+  ASSERT_TRUE(openFromMemberTab("会员等级", "MemberLevelViewController"));
+  ASSERT_TRUE(waitFor("等级说明"));
+  EXPECT_TRUE(labelShows("level", "LV4"));
+  EXPECT_TRUE(labelShows("experience", "1250/1600"));
+  EXPECT_TRUE(labelShows("remaining", "距离下一等级还需要350经验"));
+  auto* bar = dynamic_cast<Gtk::ProgressBar*>(finders::findNamed(top(), "progress"));
+  ASSERT_NE(bar, nullptr);
+  EXPECT_DOUBLE_EQ(bar->get_fraction(), 0.5625);
+  ASSERT_TRUE(openRow("等级说明", "QXH5ViewController"));
 }
 
 }  // namespace

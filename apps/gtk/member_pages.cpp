@@ -10,6 +10,8 @@
 #include "core/session/global_data.h"
 #include "core/session/member_texts.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/member/account_centre_texts.h"
+#include "features/member/member_centre_texts.h"
 #include "features/orders/order_texts.h"
 #include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
@@ -59,8 +61,15 @@ void WealthPage::refresh() {
 
 MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   follow(logout_);
-  logout_.onFinished = [this](bool) { refreshSoon(); };
-  signal_map().connect([this] { refreshSoon(); });
+  logout_.onFinished = [this](bool) {
+    badge_.viewWillAppear();
+    refreshSoon();
+  };
+  badge_.onChange = [this] { refreshSoon(); };
+  signal_map().connect([this] {
+    badge_.viewWillAppear();
+    refreshSoon();
+  });
   addAction("login", [this] { logout_.presentLoginCtrl(); });
   addAction("logout", [this] { logout_.logout(); });
   login_ = Gtk::make_managed<Gtk::Button>(account_texts::kLoginButton);
@@ -81,6 +90,12 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   screens->set_name("member-screens");
   ui::addRow(*screens, order_texts::kMyOrdersTitle, "", "",
              [&navigator] { navigator.push(order_texts::kMyOrdersScreen, {{"type", 0}}); });
+  Gtk::Widget* messages = ui::addRow(*screens, member_centre_texts::kMessagesTitle, "", "",
+                                     [&navigator] { navigator.push(member_centre_texts::kMessagesScreen); });
+  unread_ = ui::addBadge(*messages);
+  unread_->set_name("unread-badge");
+  ui::addRow(*screens, discovery_texts::kFavoritesTitle, "", "",
+             [&navigator] { navigator.push(discovery_texts::kFavoritesScreen); });
   ui::addRow(*screens, referral_texts::kMyContactTitle, "", "",
              [&navigator] { navigator.push(referral_texts::kMyContactScreen); });
   ui::addRow(*screens, wheel_texts::kTitle, "", "", [&navigator] { navigator.push(wheel_texts::kWheelScreen); });
@@ -89,6 +104,12 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   ui::addRow(*screens, wallet_texts::kVoucherEntry, "", "", [&navigator] { navigator.push(wallet_texts::kVoucherScreen); });
   ui::addRow(*screens, discovery_texts::kMyRatingsTitle, "", "",
              [&navigator] { navigator.push(discovery_texts::kMyRatingsScreen); });
+  ui::addRow(*screens, account_centre_texts::kMemberLevelTitle, "", "",
+             [&navigator] { navigator.push(account_centre_texts::kMemberLevelScreen); });
+  ui::addRow(*screens, account_centre_texts::kChangePasswordTitle, "", "",
+             [&navigator] { navigator.push(account_centre_texts::kChangePasswordScreen); });
+  ui::addRow(*screens, member_centre_texts::kFeedbackTitle, "", "",
+             [&navigator] { navigator.push(member_centre_texts::kFeedbackScreen); });
   for (const long type : {h5_texts::kCoinType, h5_texts::kAddressType, h5_texts::kLevelType, h5_texts::kMyTopicType}) {
     ui::addRow(*screens, h5_texts::kPages[type].title, "", "",
                [&navigator, type] { navigator.push(h5_texts::kH5Screen, {{"h5Type", type}}); });
@@ -109,6 +130,9 @@ void MinePage::refresh() {
   login_->set_visible(!me);
   member_->set_visible(me != nullptr);
   if (!me) return;
+  unread_->set_text(badge_.badgeText());
+  unread_->set_visible(!badge_.badgeText().empty());
+  ui::setAccessibleLabel(*unread_, std::string(member_centre_texts::kUnreadMark) + " " + badge_.badgeText());
   name_->set_text(me->nickName.empty() ? me->userName : me->nickName);
   ui::setRowTexts(*facts_[0], me->userName, me->phone);
   ui::setRowTexts(*facts_[1], gtk_texts::kYuanPrefix + member_texts::balanceYuan(*me), "");

@@ -12,7 +12,9 @@
 
 #include "apps/gtk/gtk_driver.h"
 #include "apps/gtk/home_page.h"
+#include "apps/gtk/favorites_page.h"
 #include "apps/gtk/main_view.h"
+#include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/nearby_page.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_navigator.h"
@@ -21,8 +23,11 @@
 #include "apps/gtk/web_page_view.h"
 #include "apps/gtk/widget_finders.h"
 #include "core/session/global_data.h"
+#include "features/discovery/discovery_texts.h"
 #include "features/discovery/nearby_view_controller.h"
 #include "features/discovery/store_screens.h"
+#include "features/member/account_centre_texts.h"
+#include "features/member/member_centre_texts.h"
 #include "features/orders/order_texts.h"
 #include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
@@ -138,6 +143,10 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] { return GlobalData::sharedInstance().selfInfo() != nullptr && driver.topName() == kTabBarScreen; });
     shot("13-mine");
     tabs->select(2);
+    driver.waitUntil([&] {
+      auto* card = dynamic_cast<Gtk::Label*>(finders::findNamed(driver.top(), "card-line"));
+      return card != nullptr && !card->get_text().empty();
+    });
     shot("14-wealth");
     app.navigator().push(wallet_texts::kMyBankCardScreen);
     driver.settle();
@@ -222,6 +231,40 @@ int run(const std::filesystem::path& out) {
       }, std::chrono::seconds(30));
       shot("27-web-page");
     }
+    app.navigator().popToRoot();
+
+    // Before the messages are opened (which reads them): the member tab with its badge.
+    tabs->select(4);
+    driver.waitUntil([&] {
+      Gtk::Widget* badge = finders::findNamed(driver.top(), "unread-badge");
+      return badge != nullptr && badge->get_visible();
+    });
+    shot("28-mine-badge");
+    app.navigator().push(discovery_texts::kFavoritesScreen);
+    driver.waitUntil([&] {
+      auto* page = dynamic_cast<FavoritesPage*>(&driver.top());
+      return page != nullptr && page->rows().size() > 0 && !page->isLoading();
+    });
+    driver.settle();
+    shot("29-favorites");
+    app.navigator().popToRoot();
+    app.navigator().push(member_centre_texts::kMessagesScreen);
+    driver.waitUntil([&] {
+      auto* page = dynamic_cast<MessagesPage*>(&driver.top());
+      return page != nullptr && page->rows().size() > 0 && !page->screen().isLoading();
+    });
+    driver.settle();
+    shot("30-messages");
+    app.navigator().popToRoot();
+    app.navigator().push(member_centre_texts::kFeedbackScreen);
+    shot("31-feedback");
+    app.navigator().popToRoot();
+    app.navigator().push(account_centre_texts::kChangePasswordScreen);
+    shot("32-password");
+    app.navigator().popToRoot();
+    app.navigator().push(account_centre_texts::kMemberLevelScreen);
+    shot("33-level");
+    app.navigator().popToRoot();
   }
   std::filesystem::remove_all(home);
   return failures == 0 ? 0 : 1;

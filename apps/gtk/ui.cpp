@@ -115,6 +115,21 @@ void setRowTexts(Gtk::Widget& row, const std::string& title, const std::string& 
   adw_action_row_set_subtitle(ADW_ACTION_ROW(row.gobj()), subtitle.c_str());
 }
 
+Gtk::Label* addBadge(Gtk::Widget& row) {
+  auto* badge = Gtk::make_managed<Gtk::Label>();
+  // The theme's accent colour: readable in light and dark alike.
+  badge->add_css_class("accent");
+  badge->add_css_class("numeric");
+  badge->add_css_class("heading");
+  badge->set_valign(Gtk::Align::CENTER);
+  badge->set_visible(false);
+  adw_action_row_add_suffix(ADW_ACTION_ROW(row.gobj()), GTK_WIDGET(badge->gobj()));
+  // Before the chevron, where a count reads as the row's.
+  GtkWidget* suffixes = gtk_widget_get_parent(GTK_WIDGET(badge->gobj()));
+  if (GTK_IS_BOX(suffixes)) gtk_box_reorder_child_after(GTK_BOX(suffixes), GTK_WIDGET(badge->gobj()), nullptr);
+  return badge;
+}
+
 void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped) {
   GtkWidget* row = newRow(title, "", "", std::move(tapped), false);
   GtkWidget* check = gtk_check_button_new();
@@ -147,6 +162,10 @@ Gtk::Picture* qrPicture(const QrMatrix& code) {
   picture->set_can_shrink(false);
   picture->set_halign(Gtk::Align::CENTER);
   return picture;
+}
+
+void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(), -1);
 }
 
 Gtk::Image* icon(const std::string& name) {

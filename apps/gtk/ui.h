@@ -34,12 +34,17 @@ Gtk::Widget* addRow(Gtk::ListBox& list, const std::string& title, const std::str
             std::function<void()> activated = nullptr);
 // Sets the title and subtitle of a row addRow made.
 void setRowTexts(Gtk::Widget& row, const std::string& title, const std::string& subtitle);
+// A count on a row addRow made, before its chevron (the unread messages); hidden until
+// given a text.
+Gtk::Label* addBadge(Gtk::Widget& row);
 // Appends a tappable row with a check mark in front, ticked when `checked` (a choice
 // among rows, like the pay-now screen's channels).
 void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std::function<void()> tapped);
 // A QR code drawn module by module, black on white with its quiet zone, at a size a
 // phone's camera reads from the screen.
 Gtk::Picture* qrPicture(const QrMatrix& code);
+// What a screen reader says for `widget` (a field without a visible label, a bar).
+void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
 // An icon of the theme by its name.
 Gtk::Image* icon(const std::string& name);
 
