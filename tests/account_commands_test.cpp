@@ -4,26 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/qr_png.h"
-#include "platform/linux/sqlite_settings_store.h"
-#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {
 namespace {
 
-class AccountCommandsTest : public ::testing::Test {
- protected:
-  testsupport::CliRun run(std::vector<std::string> args, const std::string& input = "") {
-    return testsupport::runQmv(home_.home(), std::move(args), input);
-  }
-  // The settings the CLI wrote, read back as the next start would.
-  Json setting(const std::string& key) {
-    auto opened = SqliteSettingsStore::openInHome(home_.home());
-    return opened.ok() ? opened->store->objectForKey(key) : Json();
-  }
-
-  TempHome home_;
-};
+using AccountCommandsTest = testsupport::CliHomeTest;
 
 TEST_F(AccountCommandsTest, FirstRunThenLoginKeepsTheSessionForLaterRuns) {
   // Not signed in: the first start shows the guide and stores the default city.
@@ -72,11 +58,6 @@ TEST_F(AccountCommandsTest, RegistrationAndRecoveryAskForTheCodeOnStandardInput)
   EXPECT_TRUE(refused.has("两次输入密码不一致")) << refused.out;
   EXPECT_FALSE(refused.has("验证码发送成功")) << "no SMS for a form that cannot be submitted: " << refused.out;
 
-  auto badPhone =
-      run({"register", "--phone", "12912345678", "--name", "newbie01", "--password", "abc123", "--confirm", "abc123"});
-  EXPECT_EQ(badPhone.status, 1);
-  EXPECT_TRUE(badPhone.has("请输入正确的手机号")) << badPhone.out;
-
   const auto qr = home_.home() / "invite.png";
   ASSERT_TRUE(writeQrPng("https://qmv.example/static/register.html?INVITEID=100001", qr));
   auto registered = run({"register", "--phone", "13912345678", "--name", "newbie01", "--password", "abc123",
@@ -107,13 +88,9 @@ TEST_F(AccountCommandsTest, InboundUrlsAndUsageErrors) {
   auto wallet = run({"open", "qqqmmmvvv://safepay/?resultStatus=6001&memo=%5Cu652f%5Cu4ed8%5Cu53d6%5Cu6d88"});
   EXPECT_TRUE(wallet.has("支付取消")) << wallet.out;
 
-  auto unknown = run({"--json", "open", "qqqmmmvvv://elsewhere/x"});
+  // Which links are refused is the delegate's own test; here how a refusal is reported.
+  auto unknown = run({"--json", "open", "qqqmmmvvv://evil.test@uppayresult?code=success"});
   EXPECT_EQ(parseJson(unknown.out)["data"]["handled"], false) << unknown.out;
-
-  for (const char* forged : {"http://uppayresult?code=success", "qqqmmmvvv://evil.test@uppayresult?code=success"}) {
-    auto refused = run({"--json", "open", forged});
-    EXPECT_EQ(parseJson(refused.out)["data"]["handled"], false) << forged << ": " << refused.out;
-  }
 
   EXPECT_EQ(run({"login", "13800000000"}).status, 2);
   EXPECT_EQ(run({"--at", "north", "me"}).status, 2);

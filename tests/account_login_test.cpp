@@ -62,7 +62,6 @@ TEST_F(AccountLoginTest, CorrectLoginSignsInKeepsPasswordNamesAliasFetchesPortra
   settings_->setString(kDemoPassword, kPasswordKey);
 
   LoginViewController login;
-  EXPECT_STREQ(login.title(), "账号登录");
   Outcome finished, portrait;
   login.onFinished = finished.callback();
   login.onHeaderImageFinished = portrait.callback();

@@ -6,7 +6,6 @@
 
 #include <set>
 
-#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 #include "tests/fault_server.h"
 // Last: httplib brings a DELETE macro.
@@ -20,18 +19,8 @@ constexpr const char* kFirstPriceOffer = "5";
 // The demo voucher offer: 88.00.
 constexpr const char* kVoucherOffer = "2";
 
-class CheckoutCommandsTest : public ::testing::Test {
+class CheckoutCommandsTest : public testsupport::CliHomeTest {
  protected:
-  testsupport::CliRun run(std::vector<std::string> args, const std::string& input = "") {
-    return testsupport::runQmv(home_.home(), std::move(args), input);
-  }
-
-  // The member's balance in fen, as the next start sees it.
-  long long balance() {
-    const Json doc = parseJson(run({"--json", "me"}).out);
-    return doc.is_object() ? std::stoll(doc["data"]["member"].value("balance", "-1")) : -1;
-  }
-
   // The member's orders of the "to be used" tab, read from the sandbox the runs used.
   Json ordersToUse(const std::string& phone) {
     sandbox::SandboxServer server(sandbox::SandboxOptions{home_.home() / "sandbox", 0});
@@ -41,8 +30,6 @@ class CheckoutCommandsTest : public ::testing::Test {
     server.stop();
     return reply["data"]["dataList"];
   }
-
-  TempHome home_;
 };
 
 TEST_F(CheckoutCommandsTest, EveryChannelPaysAndCancelOrFailPaysNothing) {

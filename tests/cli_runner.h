@@ -1,6 +1,8 @@
 #pragma once
 // Runs the CLI in-process as one start of the application, in a given home, with the
 // shared singletons reset before and after so that runs are as separate as processes.
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <iostream>
 #include <sstream>
@@ -11,7 +13,9 @@
 #include "apps/qmv/command_registry.h"
 #include "core/session/global_data.h"
 #include "core/storage/db_util.h"
+#include "platform/linux/sqlite_settings_store.h"
 #include "platform/testing/fake_secret_store.h"
+#include "platform/testing/temp_home.h"
 
 namespace qmv::testsupport {
 
@@ -50,5 +54,25 @@ inline CliRun runQmv(const std::filesystem::path& home, std::vector<std::string>
   DBUtil::resetManagersForTesting();
   return {status, out.str(), err.str()};
 }
+
+// Each test in a fresh home of its own, where the CLI runs.
+class CliHomeTest : public ::testing::Test {
+ protected:
+  CliRun run(std::vector<std::string> args, const std::string& input = "") {
+    return runQmv(home_.home(), std::move(args), input);
+  }
+  // A setting the CLI wrote, read back as the next start would (null when absent).
+  Json setting(const std::string& key) {
+    auto opened = SqliteSettingsStore::openInHome(home_.home());
+    return opened.ok() ? opened->store->objectForKey(key) : Json();
+  }
+  // The signed-in member's balance in fen as the next start reads it (-1: none).
+  long long balance() {
+    const Json doc = parseJson(run({"--json", "me"}).out);
+    return doc.is_object() ? std::stoll(doc["data"]["member"].value("balance", "-1")) : -1;
+  }
+
+  TempHome home_;
+};
 
 }  // namespace qmv::testsupport

@@ -1,5 +1,5 @@
-// Wallet, prize wheel and catalogue contract, read through the client's own classes:
-// withdrawals against the balance, wheel spins, and the category catalogue and templates.
+// Wallet and catalogue contract, read through the client's own classes:
+// a withdrawal to a bound card, and the category catalogue and templates.
 #include <algorithm>
 
 #include "core/session/mobile_code_net_api.h"
@@ -10,8 +10,6 @@
 #include "features/wallet/top_up_record_net_api.h"
 #include "features/wallet/bind_bank_net_api.h"
 #include "features/wallet/with_draw_net_api.h"
-#include "features/wheel/wheel_net_api.h"
-#include "features/wheel/wheel_result_net_api.h"
 #include "tests/sandbox_fixture.h"
 
 namespace qmv::contract {
@@ -57,22 +55,12 @@ class WalletContractTest : public SandboxContractTest {
   }
 };
 
-TEST_F(WalletContractTest, WithdrawalIsRefusedBeyondTheBalanceAndTakenWithinIt) {
+TEST_F(WalletContractTest, WithdrawalToABoundCardIsTakenFromTheBalance) {
   const auto before = balance();
   ASSERT_TRUE(before.has_value());
-  auto noCard = std::make_shared<WithDrawNetApi>("1000");
-  ASSERT_EQ(send(noCard), "success");
-  EXPECT_FALSE(noCard->isCorrectResult());
-
   ASSERT_TRUE(askCode());
   ASSERT_TRUE(sendCorrect(
       bindRequest("张三", luhnCard("622588", 16), kCertificate, sandbox::kDemoSmsCode)));
-  auto over = std::make_shared<WithDrawNetApi>(std::to_string(*before + 1));
-  ASSERT_EQ(send(over), "success");
-  EXPECT_FALSE(over->isCorrectResult());
-  ASSERT_FALSE(shown().empty());
-  EXPECT_EQ(shown().back(), "余额不足");
-  EXPECT_EQ(balance(), *before);
   const long long amount = *before - 1234;
   ASSERT_TRUE(sendCorrect(std::make_shared<WithDrawNetApi>(std::to_string(amount))));
   EXPECT_EQ(balance(), 1234);
@@ -81,30 +69,6 @@ TEST_F(WalletContractTest, WithdrawalIsRefusedBeyondTheBalanceAndTakenWithinIt) 
   const Json list = dataOf(*records).value("dataList", Json::array());
   ASSERT_FALSE(list.empty());
   EXPECT_EQ(strForKey(list[0], "amount"), std::to_string(-amount));
-}
-
-// The handlers' own tests hold the wheel's rules; here the client's classes read each spin.
-TEST_F(WalletContractTest, EachSpinUsesOneOfTheWheelsSpins) {
-  auto wheel = std::make_shared<WheelNetApi>();
-  ASSERT_TRUE(sendCorrect(wheel));
-  const Json current = dataOf(*wheel);
-  const std::string id = strForKey(current, "id");
-  ASSERT_FALSE(id.empty());
-  int left = std::stoi(strForKey(current, "leftCount"));
-  ASSERT_GT(left, 0);
-  while (left > 0) {
-    auto spin = std::make_shared<WheelResultNetApi>(id);
-    ASSERT_TRUE(sendCorrect(spin));
-    EXPECT_EQ(strForKey(dataOf(*spin), "leftCount"), std::to_string(--left));
-    EXPECT_FALSE(strForKey(dataOf(*spin), "result").empty());
-    const int sector = std::stoi(strForKey(dataOf(*spin), "index"));
-    EXPECT_TRUE(sector >= 0 && sector < std::stoi(strForKey(current, "itemCount"))) << sector;
-  }
-  auto extra = std::make_shared<WheelResultNetApi>(id);
-  ASSERT_EQ(send(extra), "success");
-  EXPECT_FALSE(extra->isCorrectResult());
-  ASSERT_FALSE(shown().empty());
-  EXPECT_EQ(shown().back(), "您的抽奖次数已用完");
 }
 
 TEST_F(WalletContractTest, CatalogueAndTemplatesReadAsTheClientsOwnRecords) {

@@ -5,18 +5,14 @@
 #include <utility>
 
 #include "platform/env.h"
-#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {
 namespace {
 
-class DiscoveryCommandsTest : public ::testing::Test {
+class DiscoveryCommandsTest : public testsupport::CliHomeTest {
  protected:
-  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
   static bool has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
-  TempHome home_;
 };
 
 TEST_F(DiscoveryCommandsTest, SearchHistoryAndCitySurviveBetweenRuns) {

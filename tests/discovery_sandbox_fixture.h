@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "apps/sandbox/sandbox_server.h"
 #include "core/request/network_agent.h"
@@ -71,6 +72,17 @@ class DiscoverySandboxTest : public ::testing::Test {
   bool runUntil(const std::function<bool()>& done) { return loop_->runUntil(done, std::chrono::milliseconds(10000)); }
   // Runs what is already queued on the loop, such as answers that arrived together.
   void drain() { loop_->runPending(); }
+  // Runs `start`, then the loop until the screen's next onLoaded: whether the answer was
+  // correct (false, and a failure, when none came).
+  template <class Screen, class Start>
+  bool load(Screen& screen, Start start) {
+    std::optional<bool> outcome;
+    screen.onLoaded = [&outcome](bool correct) { outcome = correct; };
+    start();
+    EXPECT_TRUE(runUntil([&outcome] { return outcome.has_value(); }));
+    screen.onLoaded = nullptr;
+    return outcome.value_or(false);
+  }
 
   // The member's position in the demo city (WGS-84, near the People's Square of Linyi).
   static constexpr Coordinate kLinyi{35.0610, 118.3430};

@@ -34,7 +34,6 @@ class FaultServer {
         {"deep-message", [](const auto& req, auto& res) { deepMessage(req, res); }},
         {"garbage", [](const auto& req, auto& res) { garbage(req, res); }},
         {"truncated", [](const auto& req, auto& res) { truncated(req, res); }},
-        {"not-utf8", [](const auto& req, auto& res) { notUtf8(req, res); }},
         {"wrong-data", [](const auto& req, auto& res) { wrongData(req, res); }},
         {"huge", [](const auto& req, auto& res) { huge(req, res); }},
         {"endless", [this](const auto& req, auto& res) { endless(req, res); }},
@@ -144,9 +143,6 @@ class FaultServer {
   }
   static void truncated(const httplib::Request&, httplib::Response& res) {
     json(res, R"({"success":"0","message":"","data":{"sessionId":"s-1","phone":"138)");
-  }
-  static void notUtf8(const httplib::Request&, httplib::Response& res) {
-    json(res, "{\"success\":\"1\",\"message\":\"\xff\xfe\xe5\xaf\x86\xe7\xa0\x81\xe9\x94\x99\xe8\xaf\xaf\"}");
   }
   // "success" "0" with a "data" of the wrong type for every endpoint.
   static void wrongData(const httplib::Request&, httplib::Response& res) {

@@ -12,7 +12,6 @@
 #include "core/common/settings_keys.h"
 #include "platform/linux/sqlite_settings_store.h"
 #include "platform/testing/forwarding_settings_store.h"
-#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 #include "tests/fault_server.h"
 
@@ -24,19 +23,14 @@ using testsupport::FaultServer;
 constexpr const char* kPassword = "qmv123";
 constexpr const char* kConnectionFailed = "连接服务器失败,请稍后再试";
 
-class HostilePeersTest : public ::testing::Test {
+class HostilePeersTest : public testsupport::CliHomeTest {
  protected:
   testsupport::CliRun run(const std::string& fault, std::vector<std::string> args) {
     args.insert(args.begin(), {"--server", server_.url(fault)});
     return testsupport::runQmv(home_.home(), std::move(args));
   }
-  Json setting(const std::string& key) {
-    auto opened = SqliteSettingsStore::openInHome(home_.home());
-    return opened.ok() ? opened->store->objectForKey(key) : Json();
-  }
 
   static FaultServer server_;
-  TempHome home_;
 };
 
 FaultServer HostilePeersTest::server_;
@@ -136,12 +130,6 @@ TEST_F(HostilePeersTest, FailuresSayWhatHappenedInsteadOfShowingNothing) {
   const auto refund = run("refund-noop", {"refund", "O1", "--answer", "确定"});
   EXPECT_EQ(refund.status, 1);
   EXPECT_TRUE(refund.said("the server accepted the refund, but order O1 still reads 待使用")) << refund.err;
-}
-
-TEST_F(HostilePeersTest, MessageInAStrayEncodingIsStillShown) {
-  const auto login = run("not-utf8", {"login", FaultServer::kPhone, kPassword});
-  EXPECT_EQ(login.status, 1);
-  EXPECT_EQ(login.out, "\uFFFD\uFFFD密码错误\n");
 }
 
 TEST_F(HostilePeersTest, OversizedAnswersFailAsConnectionFailuresAtOnce) {

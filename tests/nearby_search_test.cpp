@@ -17,15 +17,6 @@ using testsupport::DiscoverySandboxTest;
 
 class NearbySearchTest : public DiscoverySandboxTest {
  protected:
-  // Runs `action` and waits for the list's next answer; returns whether it was correct.
-  bool search(NearbyView& view, const std::function<void()>& action) {
-    std::optional<bool> outcome;
-    view.onLoaded = [&](bool correct) { outcome = correct; };
-    action();
-    EXPECT_TRUE(runUntil([&] { return outcome.has_value(); }));
-    view.onLoaded = nullptr;
-    return outcome.value_or(false);
-  }
   static std::set<std::string> ids(const std::vector<StoreInfoModel>& stores) {
     std::set<std::string> out;
     for (const auto& s : stores) out.insert(s.storeId);
@@ -35,15 +26,12 @@ class NearbySearchTest : public DiscoverySandboxTest {
 
 TEST_F(NearbySearchTest, FilterPathPagesAppendAndAFailedPageIsAskedForAgain) {
   NearbyView view;
-  EXPECT_EQ(view.areaButton.title, "全部地区");
-  EXPECT_EQ(view.categoryButton.title, "全部分类");
-  EXPECT_EQ(view.sortButton.title, "智能排序");
-  ASSERT_TRUE(search(view, [&] { view.startSearchNet(); }));
+  ASSERT_TRUE(load(view, [&] { view.startSearchNet(); }));
   ASSERT_EQ(view.storeList.size(), 10u);  // the sandbox pages by ten; the demo city has more
   EXPECT_FALSE(view.loadMoreFooterHidden);
   const auto firstPage = ids(view.storeList);
 
-  ASSERT_TRUE(search(view, [&] {
+  ASSERT_TRUE(load(view, [&] {
     view.loadMore();
     view.loadMore();  // pulled up twice before page 2 arrived
   }));
@@ -55,22 +43,22 @@ TEST_F(NearbySearchTest, FilterPathPagesAppendAndAFailedPageIsAskedForAgain) {
 
   // The server cannot be reached: page 3 fails and stays the page to ask for.
   NetworkConfig::sharedInstance().setBaseUrl("http://127.0.0.1:1/qmv/app/v3/");
-  EXPECT_FALSE(search(view, [&] { view.loadMore(); }));
+  EXPECT_FALSE(load(view, [&] { view.loadMore(); }));
   EXPECT_EQ(view.pageNum, 2);
   EXPECT_EQ(view.storeList.size(), 20u) << "a failed page keeps what is shown";
   EXPECT_EQ(overlay_->statuses().back(), "连接服务器失败,请稍后再试");
   NetworkConfig::sharedInstance().setBaseUrl(server_->baseUrl());
-  ASSERT_TRUE(search(view, [&] { view.loadMore(); }));
+  ASSERT_TRUE(load(view, [&] { view.loadMore(); }));
   EXPECT_EQ(view.pageNum, 3);
   EXPECT_GT(view.storeList.size(), 20u);
 
   // Up to and past the last page: the footer hides, and no page was appended twice.
-  for (int i = 0; i < 10 && !view.loadMoreFooterHidden; ++i) ASSERT_TRUE(search(view, [&] { view.loadMore(); }));
+  for (int i = 0; i < 10 && !view.loadMoreFooterHidden; ++i) ASSERT_TRUE(load(view, [&] { view.loadMore(); }));
   EXPECT_TRUE(view.loadMoreFooterHidden);
   EXPECT_EQ(ids(view.storeList).size(), view.storeList.size());
 
   // Pull-down: back to page 1, which replaces the list.
-  ASSERT_TRUE(search(view, [&] { view.headerRefresh(); }));
+  ASSERT_TRUE(load(view, [&] { view.headerRefresh(); }));
   EXPECT_EQ(view.pageNum, 1);
   EXPECT_EQ(ids(view.storeList), firstPage);
 }
@@ -86,7 +74,7 @@ TEST_F(NearbySearchTest, DistrictCategoryAndSortFiltersNarrowTheList) {
   view.isKeySearchModel = true;
   view.tapFilter(NearbyView::Filter::Area);
   EXPECT_TRUE(view.areaButton.arrowUp);
-  ASSERT_TRUE(search(view, [&] { view.chooseArea(hedong - view.areaList.begin()); }));
+  ASSERT_TRUE(load(view, [&] { view.chooseArea(hedong - view.areaList.begin()); }));
   EXPECT_FALSE(view.areaButton.arrowUp);
   EXPECT_EQ(view.areaButton.title, "河东区");
   EXPECT_EQ(view.pageNum, 1);
@@ -101,13 +89,13 @@ TEST_F(NearbySearchTest, DistrictCategoryAndSortFiltersNarrowTheList) {
     if (view.categoryScreen.categoryList[i].name == "美食") food = static_cast<long>(i);
   }
   ASSERT_GE(food, 0);
-  ASSERT_TRUE(search(view, [&] { view.chooseCategory(food, 0); }));
+  ASSERT_TRUE(load(view, [&] { view.chooseCategory(food, 0); }));
   EXPECT_EQ(view.categoryButton.title, "美食");
   EXPECT_LT(view.storeList.size(), hedongCount);
   EXPECT_FALSE(view.storeList.empty());
 
   // Lowest spend first.
-  ASSERT_TRUE(search(view, [&] { view.chooseSort(2); }));
+  ASSERT_TRUE(load(view, [&] { view.chooseSort(2); }));
   EXPECT_EQ(view.sortButton.title, "人均最低");
   EXPECT_EQ(view.sortCode(), "2");
   for (std::size_t i = 1; i < view.storeList.size(); ++i) {
@@ -121,7 +109,7 @@ TEST_F(NearbySearchTest, DistrictCategoryAndSortFiltersNarrowTheList) {
   EXPECT_FALSE(view.isSearching());
 
   // Back to every district of the city: more stores than in one district.
-  ASSERT_TRUE(search(view, [&] { view.chooseArea(0); }));
+  ASSERT_TRUE(load(view, [&] { view.chooseArea(0); }));
   EXPECT_EQ(view.areaButton.title, "全部");
 }
 
@@ -132,7 +120,7 @@ TEST_F(NearbySearchTest, KeywordSearchSavesHistoryAndAStaleAnswerIsIgnored) {
   NearbyView& view = controller.nearbyView();
   EXPECT_EQ(controller.searchView().emptyText(), "暂无历史记录");
 
-  ASSERT_TRUE(search(view, [&] { controller.selectedKeyFromMain("火锅"); }));
+  ASSERT_TRUE(load(view, [&] { controller.selectedKeyFromMain("火锅"); }));
   EXPECT_TRUE(view.isKeySearchModel);
   EXPECT_EQ(view.searchFieldText, "火锅");
   ASSERT_FALSE(view.storeList.empty());
@@ -156,7 +144,7 @@ TEST_F(NearbySearchTest, KeywordSearchSavesHistoryAndAStaleAnswerIsIgnored) {
   view.onLoaded = nullptr;
 
   // A home-page category leaves the keyword path and searches the category.
-  ASSERT_TRUE(search(view, [&] { controller.selectedCategoryFromMain("30"); }));
+  ASSERT_TRUE(load(view, [&] { controller.selectedCategoryFromMain("30"); }));
   EXPECT_FALSE(view.isKeySearchModel);
   EXPECT_EQ(view.categoryButton.title, "休闲娱乐");
   EXPECT_EQ(view.categoryScreen.getSelectedTypeId(), "30");
@@ -177,21 +165,21 @@ TEST_F(NearbySearchTest, AHomeKeywordReachesTheNearbyTabOfTheMainTabsOnceItLoads
   ASSERT_TRUE(nearby->isViewLoaded());
   NearbyView& view = nearby->nearbyView();
   EXPECT_EQ(view.searchFieldText, "火锅");
-  ASSERT_TRUE(search(view, [] {}));
+  ASSERT_TRUE(load(view, [] {}));
   ASSERT_FALSE(view.storeList.empty());
   EXPECT_EQ(home_.settings().stringArrayForKey(kSearchKeyWordsKey), std::vector<std::string>{"火锅"});
 
   // Loaded now: a category goes over at once.
-  ASSERT_TRUE(search(view, [&] { app.changeToNearWithType("40"); }));
+  ASSERT_TRUE(load(view, [&] { app.changeToNearWithType("40"); }));
   EXPECT_EQ(view.categoryButton.title, "丽人");
 }
 
 TEST_F(NearbySearchTest, CityChangeRebuildsDistrictsAndRowsOpenTheirScreens) {
   NearbyView view;
-  ASSERT_TRUE(search(view, [&] { view.startSearchNet(); }));
+  ASSERT_TRUE(load(view, [&] { view.startSearchNet(); }));
   const auto lanshan = std::find(view.areaList.begin(), view.areaList.end(), "兰山区");
   ASSERT_NE(lanshan, view.areaList.end());
-  ASSERT_TRUE(search(view, [&] { view.chooseArea(lanshan - view.areaList.begin()); }));
+  ASSERT_TRUE(load(view, [&] { view.chooseArea(lanshan - view.areaList.begin()); }));
   EXPECT_EQ(view.areaButton.title, "兰山区");
 
   home_.settings().setString("济南市", kSelectCityKey);

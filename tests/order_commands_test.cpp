@@ -4,18 +4,12 @@
 
 #include "apps/sandbox/demo_data.h"
 #include "platform/linux/qr_png.h"
-#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {
 namespace {
 
-class OrderCommandsTest : public ::testing::Test {
- protected:
-  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
-
-  TempHome home_;
-};
+using OrderCommandsTest = testsupport::CliHomeTest;
 
 TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
   EXPECT_EQ(run({"orders"}).status, 1) << "not logged in";

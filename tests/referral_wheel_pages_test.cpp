@@ -15,9 +15,9 @@ namespace {
 
 using testsupport::runQmv;
 
-TEST(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesThem) {
-  TempHome home;
-  const auto run = [&home](std::vector<std::string> args) { return runQmv(home.home(), std::move(args)); };
+using ReferralWheelPagesCommandsTest = testsupport::CliHomeTest;
+
+TEST_F(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesThem) {
   ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0);
 
   const auto first = run({"contacts"});
@@ -40,10 +40,6 @@ TEST(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesThe
   // The page received the session: the sandbox names the member of its cookie. Its draw
   // link opens the pay-now screen, where the balance pays the five shares as the server
   // prices them (1.00 each).
-  const auto balance = [&run] {
-    const Json doc = parseJson(run({"--json", "me"}).out);
-    return doc.is_object() ? std::stoll(doc["data"]["member"].value("balance", "-1")) : -1LL;
-  };
   const long long before = balance();
   const auto coin = run({"page", "0", "--follow", "2"});
   ASSERT_EQ(coin.status, 0) << coin.out;

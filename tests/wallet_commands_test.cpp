@@ -3,33 +3,26 @@
 // unbinding it, with the screen's checks and the server's refusals on the way.
 #include <gtest/gtest.h>
 
-#include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
 
 namespace qmv {
 namespace {
 
-// Luhn-valid 19-digit card, the same with its check digit changed, and an identity number.
+// Luhn-valid 19-digit card and an identity number.
 constexpr const char* kCard = "6222020200112233446";
-constexpr const char* kFailingCard = "6222020200112233445";
 constexpr const char* kIdNumber = "37130219900101123X";
 constexpr const char* kSubmitted = "您的提现申请已提交,申请将在1-3个工作日内处理完成";
 
-class WalletCommandsTest : public ::testing::Test {
+class WalletCommandsTest : public testsupport::CliHomeTest {
  protected:
   void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
 
-  testsupport::CliRun run(std::vector<std::string> args) {
-    return testsupport::runQmv(home_.home(), std::move(args));
-  }
   testsupport::CliRun bind(const std::string& name, const std::string& card, const std::string& code) {
     std::vector<std::string> args = {"card", "bind", "--name", name, "--id", kIdNumber, "--card", card};
     if (!code.empty()) args.insert(args.end(), {"--code", code});
     return run(args);
   }
   testsupport::CliRun withdraw(const std::string& amount) { return run({"withdraw", amount}); }
-
-  TempHome home_;
 };
 
 TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
@@ -46,17 +39,7 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
   EXPECT_EQ(noCode.status, 1);
   EXPECT_TRUE(noCode.has("请输入验证码\n")) << noCode.out;
   EXPECT_FALSE(noCode.has("验证码发送成功")) << noCode.out;
-  auto blank = run({"card", "bind"});
-  EXPECT_EQ(blank.status, 1);
-  EXPECT_TRUE(blank.has("请输入持卡人姓名\n")) << blank.out;
-
-  // The name is checked before the card number; a checksum failure reads as unsupported.
-  auto badName = bind("Zhang", kFailingCard, "123456");
-  EXPECT_EQ(badName.status, 1);
-  EXPECT_TRUE(badName.has("持卡人姓名格式不正确")) << badName.out;
-  auto unsupported = bind("张三", kFailingCard, "123456");
-  EXPECT_EQ(unsupported.status, 1);
-  EXPECT_TRUE(unsupported.has("暂时不支持此类银行卡")) << unsupported.out;
+  // The screen's other checks are its own test's; the server's refusal fails the run too.
   auto wrongCode = bind("张三", kCard, "111111");
   EXPECT_EQ(wrongCode.status, 1);
   EXPECT_TRUE(wrongCode.has("验证码错误或已过期")) << wrongCode.out;
@@ -74,24 +57,15 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
   auto text = run({"card"});
   EXPECT_TRUE(text.has("张三   " + cardBank + "\n" + kCard + "\n")) << text.out;
 
-  // The demo balance is 500.00 yuan. Texts that are no numbers are refused for their form;
-  // a number too long for any field is clamped like any other.
+  // The demo balance is 500.00 yuan. The amount's checks are the screen's own test's; the
+  // run shows the field as the screen left it (clamped) and fails.
   for (const auto& [amount, message] : std::vector<std::pair<std::string, std::string>>{
-           {"9.99", "提现最小金额为10元"},
-           {"10.005", "金额为整数或者最多两位小数"},
-           {"12a50", "金额为整数或者最多两位小数"},
-           {"NaN", "金额为整数或者最多两位小数"},
-           {"0x10", "金额为整数或者最多两位小数"},
-           {"１００", "金额为整数或者最多两位小数"},
-           {"500.01", "余额不足"},
-           {"12345678", "余额不足"},
-           {"1" + std::string(1199, '0'), "余额不足"}}) {
+           {"9.99", "提现最小金额为10元"}, {"500.01", "余额不足"}}) {
     auto refused = withdraw(amount);
     EXPECT_EQ(refused.status, 1) << amount;
     EXPECT_TRUE(refused.has(message + "\n")) << amount << ": " << refused.out;
   }
   EXPECT_TRUE(withdraw("12345678").has("  金额 (元) : 9999999\n"));
-  EXPECT_TRUE(withdraw("9" + std::string(1199, '9')).has("  金额 (元) : 9999999\n"));
   // 10.01 x 100 in binary floating point truncates to 1000; the withdrawal takes 1001 fen.
   auto first = withdraw("10.01");
   ASSERT_EQ(first.status, 0) << first.out;

@@ -128,6 +128,13 @@ class ApiServerTest : public ::testing::Test {
     std::lock_guard lock(mutex_);
     return received_.empty() ? Received{} : received_.back();
   }
+  // The value `key` had in the last request ("<none>" when it was not sent).
+  std::string sent(const std::string& key) {
+    for (const auto& [name, value] : last().arguments) {
+      if (name == key) return value;
+    }
+    return "<none>";
+  }
 
   // Starts `request` with blocks and runs the loop until one of them ran.
   std::string run(const std::shared_ptr<BaseRequest>& request) {
@@ -136,6 +143,20 @@ class ApiServerTest : public ::testing::Test {
                                                  [&](BaseRequest&) { outcome = "failure"; });
     loop_->runUntil([&] { return outcome != "none"; }, std::chrono::milliseconds(15000));
     return outcome;
+  }
+
+  // Runs `start`, then the loop until the screen's next onLoaded: whether it was correct.
+  template <class Screen, class Start>
+  std::optional<bool> load(Screen& screen, Start start) {
+    std::optional<bool> correct;
+    screen.onLoaded = [&correct](bool c) { correct = c; };
+    start();
+    loop_->runUntil([&correct] { return correct.has_value(); }, std::chrono::milliseconds(15000));
+    return correct;
+  }
+  template <class Screen>
+  std::optional<bool> await(Screen& screen) {
+    return load(screen, [] {});
   }
 
   void logIn(const std::string& sessionId) {

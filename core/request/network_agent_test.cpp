@@ -179,17 +179,6 @@ TEST_F(NetworkAgentTest, CancelAndTimeout) {
   EXPECT_EQ(hasty->responseStatusCode(), 0);
 }
 
-TEST_F(NetworkAgentTest, AtMostFourTransfersReachTheServerAtOnce) {
-  int done = 0;
-  std::vector<std::shared_ptr<TestRequest>> requests;
-  for (int i = 0; i < 5; ++i) {
-    requests.push_back(makeRequest("concurrent"));
-    requests.back()->startWithCompletionBlockWithSuccess([&](BaseRequest&) { ++done; }, nullptr);
-  }
-  ASSERT_TRUE(loop_->runUntil([&] { return done == 5; }, 10s));
-  EXPECT_EQ(maxActive_.load(), 4);
-}
-
 TEST_F(NetworkAgentTest, SendsArgumentsAsQueryFormJsonAndMultipart) {
   auto get = makeRequest("echo?id=1");
   get->argument = {{"b", "x y"}, {"a", "&=?/"}, {"n", 3}};

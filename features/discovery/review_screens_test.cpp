@@ -10,17 +10,7 @@
 namespace qmv {
 namespace {
 
-class ReviewScreensTest : public testsupport::ApiServerTest {
- protected:
-  template <class Screen, class Start>
-  std::optional<bool> load(Screen& screen, Start start) {
-    std::optional<bool> correct;
-    screen.onLoaded = [&](bool c) { correct = c; };
-    start();
-    loop_->runUntil([&] { return correct.has_value(); }, std::chrono::seconds(10));
-    return correct;
-  }
-};
+using ReviewScreensTest = testsupport::ApiServerTest;
 
 TEST_F(ReviewScreensTest, CommentsFilterByStarWithTheirCountAndNeedAStore) {
   logIn("S1");

@@ -35,12 +35,6 @@ class PayNowScreenTest : public testsupport::ApiServerTest {
     runner.confirm();
     ASSERT_TRUE(loop_->runUntil([&] { return !runner.screen().isPreparing(); }, 15s));
   }
-  std::string sent(const std::string& key) {
-    for (const auto& [name, value] : last().arguments) {
-      if (name == key) return value;
-    }
-    return "<none>";
-  }
 
   std::shared_ptr<RecordingWeChatApi> wechat_ = std::make_shared<RecordingWeChatApi>();
   std::shared_ptr<RecordingAlipayService> alipay_ = std::make_shared<RecordingAlipayService>();

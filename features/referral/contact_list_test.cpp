@@ -11,16 +11,7 @@ namespace {
 
 using testsupport::Arguments;
 
-class ContactListTest : public testsupport::ApiServerTest {
- protected:
-  // Runs the loop until the screen's next answer; returns whether it was correct.
-  std::optional<bool> await(ContactListController& screen) {
-    std::optional<bool> answer;
-    screen.onLoaded = [&answer](bool correct) { answer = correct; };
-    loop_->runUntil([&answer] { return answer.has_value(); }, std::chrono::milliseconds(15000));
-    return answer;
-  }
-};
+using ContactListTest = testsupport::ApiServerTest;
 
 TEST_F(ContactListTest, PagesAppendRetryAFailedPageAndEndOnAnEmptyOne) {
   logIn("S1");

@@ -18,21 +18,6 @@ class WalletCentreTest : public testsupport::ApiServerTest {
     ApiServerTest::SetUp();
     logIn("S1");
   }
-  // Runs `start` and waits for the list's answer: whether it was correct.
-  template <class Start>
-  std::optional<bool> load(FundRecordViewController& screen, Start start) {
-    std::optional<bool> correct;
-    screen.onLoaded = [&](bool c) { correct = c; };
-    start();
-    loop_->runUntil([&] { return correct.has_value(); }, std::chrono::seconds(10));
-    return correct;
-  }
-  std::string sent(const std::string& key) {
-    for (const auto& [k, v] : last().arguments) {
-      if (k == key) return v;
-    }
-    return "<none>";
-  }
   static std::string page(std::initializer_list<const char*> amounts) {
     Json list = Json::array();
     for (const char* amount : amounts) list.push_back({{"amount", amount}, {"type", "withdraw"}});
