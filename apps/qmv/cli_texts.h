@@ -7,6 +7,9 @@ inline constexpr const char* kAccountLabel = "账号: ";
 inline constexpr const char* kNicknameLabel = "昵称: ";
 inline constexpr const char* kPhoneLabel = "手机: ";
 inline constexpr const char* kBalanceLabel = "余额: ￥";
+inline constexpr const char* kInviteCodeLabel = "邀请码: ";
+inline constexpr const char* kInviteLinkLabel = "链接: ";
+inline constexpr const char* kQrFileLabel = "二维码: ";
 inline constexpr const char* kFirstContactsLabel = "一级人脉: ";
 inline constexpr const char* kSecondContactsLabel = "  二级人脉: ";
 

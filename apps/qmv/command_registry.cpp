@@ -44,6 +44,7 @@ void registerAllCommands(CommandRegistry& registry) {
   registerReviewCommands(registry);
   registerMemberCentreCommands(registry);
   registerAccountCentreCommands(registry);
+  registerProfileCommands(registry);
   registerShellCommands(registry);
 }
 

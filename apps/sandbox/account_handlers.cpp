@@ -23,25 +23,64 @@ constexpr glong kMaxContactCharacters = 50;
 constexpr int64_t kMaxCodeAttempts = 5;
 // Codes one phone may be sent within a code's lifetime.
 constexpr int64_t kMaxCodesPerPhone = 5;
-// Carries the code session that getCheckCode verified back to postFindPassword, whose
-// arguments name only the phone: the reset belongs to whoever verified the code.
+// Carries the code session that getCheckCode verified back to postFindPassword and to a
+// phone change, whose arguments name only the phone: the change belongs to whoever
+// verified the code.
 constexpr const char* kCodeCookie = "codeSessionId";
 
 std::string cookie(const std::string& name, const std::string& value, const char* path, int64_t maxAge) {
   return name + "=" + value + "; Path=" + path + "; Max-Age=" + std::to_string(maxAge) + "; HttpOnly; SameSite=Strict";
 }
 
-// Profile fields a member may change with "postChangeSelf": request key -> column.
-constexpr std::pair<const char*, const char*> kEditableFields[] = {
-    {"nickName", "nick_name"},
-    {"sex", "sex"},
-    {"birthday", "birthday"},
-    {"email", "email"},
-    {"address", "address"},
-    {"address_name", "address_name"},
-    {"address_phone", "address_phone"},
-    {"postcode", "postcode"},
-    {"name", "name"},
+glong characters(const std::string& text) { return g_utf8_strlen(text.data(), static_cast<gssize>(text.size())); }
+
+bool isSexValue(const std::string& text) { return text == "1" || text == "2"; }
+
+// yyyy-MM-dd, a real date from 1900 to today.
+bool isBirthday(const std::string& text) {
+  if (text.size() != 10 || text[4] != '-' || text[7] != '-') return false;
+  const std::string year = text.substr(0, 4), month = text.substr(5, 2), day = text.substr(8, 2);
+  if (!isDigits(year, 4, 4) || !isDigits(month, 2, 2) || !isDigits(day, 2, 2)) return false;
+  const int y = std::stoi(year), m = std::stoi(month), d = std::stoi(day);
+  if (y < 1900 || !g_date_valid_dmy(static_cast<GDateDay>(d), static_cast<GDateMonth>(m), static_cast<GDateYear>(y))) {
+    return false;
+  }
+  GDate date, today;
+  g_date_clear(&date, 1);
+  g_date_clear(&today, 1);
+  g_date_set_dmy(&date, static_cast<GDateDay>(d), static_cast<GDateMonth>(m), static_cast<GDateYear>(y));
+  g_date_set_time_t(&today, static_cast<time_t>(nowSeconds()));
+  return g_date_compare(&date, &today) <= 0;
+}
+
+bool isEmail(const std::string& text) {
+  return characters(text) <= 50 &&
+         g_regex_match_simple("^[A-Za-z0-9._%+-]+@[A-Za-z0-9-]+(\\.[A-Za-z0-9-]+)*\\.[A-Za-z]{2,}$", text.c_str(),
+                              G_REGEX_DEFAULT, G_REGEX_MATCH_DEFAULT);
+}
+
+bool isPostcode(const std::string& text) { return isDigits(text, 6, 6); }
+
+// Profile fields a member may change with "postChangeSelf": request key, column, the most
+// characters (0: the check bounds it) and the check its value must pass. A value is
+// required; the argument rules have already refused control characters and bad UTF-8.
+struct EditableField {
+  const char* key;
+  const char* column;
+  glong maxCharacters;
+  bool (*valid)(const std::string&);
+  const char* refusal;
+};
+constexpr EditableField kEditableFields[] = {
+    {"nickName", "nick_name", 20, nullptr, kMsgBadNickName},
+    {"sex", "sex", 0, isSexValue, kMsgBadSex},
+    {"birthday", "birthday", 0, isBirthday, kMsgBadBirthday},
+    {"email", "email", 0, isEmail, kMsgBadEmail},
+    {"address", "address", 100, nullptr, kMsgBadAddress},
+    {"address_name", "address_name", 20, nullptr, kMsgBadAddressName},
+    {"address_phone", "address_phone", 0, isPhone, kMsgBadPhone},
+    {"postcode", "postcode", 0, isPostcode, kMsgBadPostcode},
+    {"name", "name", 20, nullptr, kMsgBadName},
 };
 
 // Opens a session for the member (dropping expired ones) and sets its cookie.
@@ -210,15 +249,51 @@ Reply changePassword(Call& call) {
 
 Reply userInfo(Call& call) { return Reply::ok(memberRecord(call, call.member, call.sessionId)); }
 
+// The code session verified for `phone` that came back in the cookie getCheckCode set, or
+// "" when there is none (unverified, used, expired or for another phone).
+std::string verifiedCodeSession(const Call& call, const std::string& phone) {
+  const auto fromCookie = call.cookies.find(kCodeCookie);
+  if (fromCookie == call.cookies.end() || fromCookie->second.empty()) return {};
+  const Json verified = call.db.queryOne(
+      "SELECT id FROM sms_codes WHERE id = ? AND phone = ? AND verified = 1 AND used = 0 AND created > ?",
+      {fromCookie->second, phone, nowSeconds() - kSmsCodeLifetimeSeconds});
+  return verified.is_object() ? fromCookie->second : std::string();
+}
+
+// Every value is checked before any is stored, so a refused change stores nothing. The
+// phone is taken only from whoever verified a code for it, as the password reset is.
 Reply changeSelf(Call& call) {
   int changed = 0;
-  for (const auto& [key, column] : kEditableFields) {
-    if (!call.args.contains(key)) continue;
-    call.db.execute(std::string("UPDATE members SET ") + column + " = ? WHERE id = ?",
-                    {call.arg(key), call.memberId()});
+  for (const auto& field : kEditableFields) {
+    if (!call.args.contains(field.key)) continue;
+    const std::string value = call.arg(field.key);
+    const glong length = characters(value);
+    if (length == 0 || (field.maxCharacters > 0 && length > field.maxCharacters)) return Reply::refuse(field.refusal);
+    if (field.valid != nullptr && !field.valid(value)) return Reply::refuse(field.refusal);
+    ++changed;
+  }
+  std::string codeSession;
+  if (call.args.contains("phone")) {
+    const std::string phone = call.arg("phone");
+    if (!isPhone(phone)) return Reply::refuse(kMsgBadPhone);
+    codeSession = verifiedCodeSession(call, phone);
+    if (codeSession.empty()) return Reply::refuse(kMsgNotVerified);
+    if (!call.db.queryOne("SELECT 1 FROM members WHERE phone = ?", {phone}).is_null()) {
+      return Reply::refuse(kMsgPhoneTaken);
+    }
     ++changed;
   }
   if (changed == 0) return Reply::refuse(kMsgNothingToChange);
+  for (const auto& field : kEditableFields) {
+    if (!call.args.contains(field.key)) continue;
+    call.db.execute(std::string("UPDATE members SET ") + field.column + " = ? WHERE id = ?",
+                    {call.arg(field.key), call.memberId()});
+  }
+  if (!codeSession.empty()) {
+    call.db.execute("UPDATE sms_codes SET used = 1 WHERE id = ?", {codeSession});
+    call.db.execute("UPDATE members SET phone = ? WHERE id = ?", {call.arg("phone"), call.memberId()});
+    call.setCookies.push_back(cookie(kCodeCookie, "", "/qmv/app/v3/", 0));
+  }
   return Reply::ok(memberRecord(call, memberById(call.db, call.memberId()), call.sessionId));
 }
 

@@ -212,6 +212,61 @@ TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
   EXPECT_EQ(code(parseJson(api_->raw().Post("/qmv/app/v3/postPortrait", empty)->body)), "1");
 }
 
+TEST_F(SandboxTest, AProfileChangeWithOneBadValueStoresNothing) {
+  const std::string session = api_->login();
+  const auto change = [&](const std::string& key, const std::string& value) {
+    return api_->post("postChangeSelf", {{"sessionId", session}, {"address", "新地址"}, {key, value}});
+  };
+  const std::pair<const char*, const char*> hostile[] = {
+      {"nickName", ""}, {"sex", "3"}, {"birthday", "2016-02-30"}, {"birthday", "2999-01-01"},
+      {"email", "a b@c.cn"}, {"address_phone", "1234"}, {"postcode", "12345"},
+      {"name", "\xe2\x80\xaename"},
+  };
+  for (const auto& [key, value] : hostile) {
+    const Json refused = change(key, value);
+    EXPECT_EQ(code(refused), "1") << key << " " << value;
+  }
+  EXPECT_EQ(api_->post("postChangeSelf", {{"sessionId", session}, {"address", std::string(101, 'x')}})["message"],
+            "收货地址须为1-100个字");
+  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["address"], "临沂市兰山区沂蒙路100号");
+  const Json taken = change("birthday", "1990-02-28");
+  ASSERT_EQ(code(taken), "0") << taken.dump();
+  EXPECT_EQ(taken["data"]["birthday"], "1990-02-28");
+}
+
+TEST_F(SandboxTest, APhoneChangeNeedsItsVerifiedCodeAndAFreeNumber) {
+  const std::string session = api_->login();
+  const auto verify = [&](const std::string& phone) {
+    const std::string codeSession =
+        api_->get("getCheckCode4ChgMobile", {{"sessionId", session}, {"mobile", phone}})["data"]["sessionId"];
+    const auto checked = api_->raw().Get("/qmv/app/v3/getCheckCode?mobile=" + phone + "&code=" + kDemoSmsCode +
+                                         "&sessionId=" + codeSession);
+    EXPECT_EQ(code(parseJson(checked->body)), "0");
+    return codeSession;
+  };
+  const auto changePhone = [&](const std::string& phone, const std::string& codeSession) {
+    const auto res = api_->raw().Post("/qmv/app/v3/postChangeSelf", {{"Cookie", "codeSessionId=" + codeSession}},
+                                      httplib::Params{{"sessionId", session}, {"phone", phone}});
+    return parseJson(res->body);
+  };
+  const std::string fresh = "13912345678";
+  EXPECT_EQ(api_->post("postChangeSelf", {{"sessionId", session}, {"phone", fresh}})["message"], "请先验证手机号");
+  const std::string forOther = verify("13912345679");
+  EXPECT_EQ(code(changePhone(fresh, forOther)), "1") << "a code verified for another number";
+  const std::string unverified =
+      api_->get("getCheckCode4ChgMobile", {{"sessionId", session}, {"mobile", fresh}})["data"]["sessionId"];
+  EXPECT_EQ(code(changePhone(fresh, unverified)), "1");
+  EXPECT_EQ(changePhone("13800000001", verify("13800000001"))["message"], "该手机号已注册");
+  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["phone"], kDemoPhone);
+
+  const std::string codeSession = verify(fresh);
+  const Json changed = changePhone(fresh, codeSession);
+  ASSERT_EQ(code(changed), "0") << changed.dump();
+  EXPECT_EQ(changed["data"]["phone"], fresh);
+  EXPECT_FALSE(api_->login(fresh).empty());
+  EXPECT_EQ(code(changePhone("13912345670", codeSession)), "1") << "the code is used";
+}
+
 TEST_F(SandboxTest, MessagesPageNewestFirstAndAreReadAllAtOnce) {
   const std::string session = api_->login();
   const auto page = [&](const char* n) {

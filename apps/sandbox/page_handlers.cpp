@@ -58,9 +58,34 @@ std::string memberLine(const Json& member) {
          escaped(member.value("phone", std::string())) + "</p>\n";
 }
 
+constexpr const char* kRegisterPath = "/static/register/index.html";
+
+// A code as the registration takes it: letters and digits, at most 32 of them.
+bool plausibleInvite(const std::string& code) {
+  if (code.empty() || code.size() > 32) return false;
+  for (const char c : code) {
+    if (!((c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'))) return false;
+  }
+  return true;
+}
+
+// The page an invitation link opens: the code, and a link the client's page host ignores.
+std::string registerBody(const std::string& inviteId) {
+  if (!plausibleInvite(inviteId)) return "<p>邀请码无效</p>\n";
+  return "<p>邀请码: <strong>" + inviteId + "</strong></p>\n<p>下载客户端，注册时填写邀请码或扫描二维码。</p>\n" +
+         "<p><a href=\"qmv://register?inviteID=" + inviteId + "\">注册账号</a></p>\n";
+}
+
 }  // namespace
 
-std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl, const Json& member) {
+std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl, const Json& member,
+                                    const std::string& inviteId) {
+  if (path == kRegisterPath) {
+    std::string html = "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n";
+    html += "<title>注册账号</title>\n</head>\n<body>\n<h1>注册账号</h1>\n" + registerBody(inviteId);
+    html += "</body>\n</html>\n";
+    return html;
+  }
   for (const Page& page : kPages) {
     if (path != page.path) continue;
     std::string html = "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n";

@@ -251,7 +251,7 @@ struct SandboxServer::Impl {
         return true;
       });
       if (!looked.ok()) member = Json();
-      const auto html = pageHtml(req.path, root(), member);
+      const auto html = pageHtml(req.path, root(), member, req.get_param_value("inviteID"));
       if (!html) {
         res.status = 404;
         return;

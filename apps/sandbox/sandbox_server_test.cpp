@@ -161,6 +161,14 @@ TEST_F(SandboxTest, ServesTheSixPagesWithTheirTitlesAndAppLinks) {
   EXPECT_NE(member->body.find("会员: 演示会员 13800000000"), std::string::npos) << member->body;
   auto stranger = api_->raw().Get("/static/dial/index.html", {{"Cookie", "sessionID=" + session + "; sessionId=x"}});
   EXPECT_NE(stranger->body.find("未登录"), std::string::npos) << stranger->body;
+
+  // The invitation link's page shows its code, and nothing of a code that is no code.
+  auto invited = api_->raw().Get("/static/register/index.html?inviteID=100001");
+  EXPECT_NE(invited->body.find("qmv://register?inviteID=100001"), std::string::npos) << invited->body;
+  auto hostile = api_->raw().Get("/static/register/index.html?inviteID=%3Cscript%3E");
+  EXPECT_EQ(hostile->status, 200);
+  EXPECT_EQ(hostile->body.find("<script>"), std::string::npos) << hostile->body;
+  EXPECT_NE(hostile->body.find("邀请码无效"), std::string::npos);
 }
 
 TEST(SandboxServerLifecycle, ReportsABusyPortAndAnUnusableHome) {

@@ -28,6 +28,15 @@ inline constexpr const char* kMsgFeedbackTooLong = "反馈内容过长";
 inline constexpr const char* kMsgContactTooLong = "联系方式过长";
 inline constexpr const char* kMsgTooManyCodes = "验证码发送过于频繁，请稍后再试";
 inline constexpr const char* kMsgTooManyLogins = "密码错误次数过多，请稍后再试";
+// A profile field's value that its rule refuses.
+inline constexpr const char* kMsgBadNickName = "昵称须为1-20个字";
+inline constexpr const char* kMsgBadSex = "请选择性别";
+inline constexpr const char* kMsgBadBirthday = "生日格式不正确";
+inline constexpr const char* kMsgBadEmail = "邮箱格式不正确";
+inline constexpr const char* kMsgBadAddress = "收货地址须为1-100个字";
+inline constexpr const char* kMsgBadAddressName = "收货人须为1-20个字";
+inline constexpr const char* kMsgBadPostcode = "邮编格式不正确";
+inline constexpr const char* kMsgBadName = "真实姓名须为1-20个字";
 
 // Stores, offers and ratings.
 inline constexpr const char* kMsgNoStore = "商家不存在";

@@ -16,5 +16,6 @@ inline constexpr const char* kAreaVersionKey = "area_version";        // text: a
 inline constexpr const char* kLastAreaIdKey = "last_area_id";         // text: area cache marker
 inline constexpr const char* kHeaderImageNowKey = "headerImage_now";  // binary: portrait JPEG
 inline constexpr const char* kDeviceIdKey = "device_id";              // text: device identity (UUID)
+inline constexpr const char* kChangePhoneCodeKey = "change_phone_code";  // object: phone change's code
 
 }  // namespace qmv

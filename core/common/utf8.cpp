@@ -62,4 +62,19 @@ std::string replacingInvalid(std::string_view text) {
   return out;
 }
 
+std::optional<std::size_t> typedLength(std::string_view text, bool lineBreaks) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < text.size(); ++count) {
+    const std::size_t length = sequenceLength(text, at);
+    if (length == 0) return std::nullopt;
+    const auto first = static_cast<unsigned char>(text[at]);
+    const bool c0 = length == 1 && (first < 0x20 || first == 0x7f);
+    const bool c1 = length == 2 && first == 0xc2 && static_cast<unsigned char>(text[at + 1]) < 0xa0;
+    const bool allowed = lineBreaks && (first == '\n' || first == '\r' || first == '\t');
+    if ((c0 && !allowed) || c1) return std::nullopt;
+    at += length;
+  }
+  return count;
+}
+
 }  // namespace qmv::utf8

@@ -3,6 +3,7 @@
 // arguments, files): JSON can only carry well-formed UTF-8, and a terminal must not be
 // handed stray bytes.
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,5 +18,10 @@ bool isValid(std::string_view text);
 
 // `text` with every byte that is not part of a well-formed sequence replaced by U+FFFD.
 std::string replacingInvalid(std::string_view text);
+
+// Code points of `text` for a field a member typed; nullopt when it is not UTF-8 or holds
+// a control character (C0, DEL or C1) other than, with `lineBreaks`, a line feed, carriage
+// return or tab.
+std::optional<std::size_t> typedLength(std::string_view text, bool lineBreaks);
 
 }  // namespace qmv::utf8

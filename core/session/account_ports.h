@@ -1,6 +1,7 @@
 #pragma once
 // Internal to the account screens (and the card binding, which asks for SMS codes the same
 // way): the steps they share over the installed Env.
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -29,15 +30,15 @@ inline bool storeCredentials(const Json& phone, const std::string& password) {
   return false;
 }
 
-// Asks for a type-0 SMS code for `phone` on behalf of `screen`, stopping the code
-// request still held in `slot`. A correct answer keeps its session identifier in
+// Asks for an SMS code of `type` (0; 1 for the phone change) for `phone` on behalf of
+// `screen`, stopping the code request still held in `slot`. A correct answer keeps its session identifier in
 // `sessionId`, shows "验证码发送成功" and runs `onSent` (the countdown); `onFinished`
 // follows either way with the verdict.
 inline void sendCodeRequest(std::shared_ptr<MobileCodeNetApi>& slot, BaseViewController& screen,
                             const std::string& phone, std::string& sessionId, std::function<void()> onSent,
-                            std::function<void(bool correct)> onFinished) {
+                            std::function<void(bool correct)> onFinished, std::int64_t type = 0) {
   detachRequest(slot);
-  slot = std::make_shared<MobileCodeNetApi>(phone, 0);
+  slot = std::make_shared<MobileCodeNetApi>(phone, type);
   screen.attachRequest(*slot);
   slot->startWithCompletionBlockWithSuccess(
       [&sessionId, onSent, onFinished](MobileCodeNetApi& api) {

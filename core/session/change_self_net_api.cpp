@@ -15,4 +15,9 @@ Json ChangeSelfNetApi::requestArgument() const {
   return arguments;
 }
 
+Json ChangeSelfNetApi::changedFields() const {
+  const Json& data = responseData();
+  return data.is_object() ? data : Json{{key, value}};
+}
+
 }  // namespace qmv

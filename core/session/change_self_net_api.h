@@ -15,6 +15,10 @@ class ChangeSelfNetApi : public NetApi<ChangeSelfNetApi> {
   RequestMethod requestMethod() const override { return RequestMethod::POST; }
   Json requestArgument() const override;
 
+  // What a correct answer changed, to merge into the member's record: the answer's "data"
+  // when it is an object (the whole record), else {key: value}.
+  Json changedFields() const;
+
   std::string url;
   std::string key;
   std::string value;
