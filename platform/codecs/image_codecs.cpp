@@ -1,0 +1,146 @@
+#include "platform/codecs/image_codecs.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "platform/codecs/detail/format_codecs.h"
+
+namespace qmv {
+namespace {
+
+Status checkSize(ImageSize size, const ImageLimits& limits, const char* what) {
+  if (size.empty()) return imageFailure(ImageError::kCorrupt, std::string(what) + " has no pixels");
+  if (size.width > limits.maxSide || size.height > limits.maxSide ||
+      static_cast<std::int64_t>(size.width) * size.height > limits.maxPixels) {
+    return imageFailure(ImageError::kTooLarge, std::string(what) + " of " + std::to_string(size.width) + "x" +
+                                                   std::to_string(size.height) + " is beyond the limits");
+  }
+  return Status::OK();
+}
+
+Result<ImageFormat> checkedFormat(std::string_view bytes, const ImageLimits& limits) {
+  if (bytes.size() > limits.maxBytes) return imageFailure(ImageError::kTooLarge, "picture file too large");
+  const ImageFormat format = sniffImageFormat(bytes);
+  if (format == ImageFormat::kUnknown) return imageFailure(ImageError::kUnsupported, "not a PNG, JPEG or WebP picture");
+  return format;
+}
+
+// Source pixels and weights making up one output pixel along one axis.
+struct Taps {
+  int first = 0;
+  std::vector<float> weights;
+};
+
+std::vector<Taps> tapsFor(int from, int to) {
+  std::vector<Taps> all(static_cast<std::size_t>(to));
+  const double scale = static_cast<double>(from) / to;
+  for (int o = 0; o < to; ++o) {
+    Taps& taps = all[static_cast<std::size_t>(o)];
+    if (scale > 1.0) {
+      // Box: the share of each source pixel in [o, o + 1) scaled back.
+      const double begin = o * scale, end = std::min<double>(from, (o + 1) * scale);
+      taps.first = static_cast<int>(begin);
+      for (int i = taps.first; i < end; ++i) {
+        const double covered = std::min<double>(i + 1, end) - std::max<double>(i, begin);
+        taps.weights.push_back(static_cast<float>(covered / scale));
+      }
+    } else {
+      const double centre = std::clamp((o + 0.5) * scale - 0.5, 0.0, from - 1.0);
+      taps.first = static_cast<int>(centre);
+      const double fraction = centre - taps.first;
+      taps.weights.push_back(static_cast<float>(1.0 - fraction));
+      if (taps.first + 1 < from) taps.weights.push_back(static_cast<float>(fraction));
+    }
+  }
+  return all;
+}
+
+}  // namespace
+
+namespace codecs {
+
+DecodedImage allocateImage(ImageSize size) {
+  DecodedImage image;
+  image.width = size.width;
+  image.height = size.height;
+  image.stride = static_cast<std::size_t>(size.width) * 4;
+  image.pixels.assign(image.stride * static_cast<std::size_t>(size.height), '\0');
+  return image;
+}
+
+DecodedImage resample(const DecodedImage& image, ImageSize target) {
+  const std::vector<Taps> across = tapsFor(image.width, target.width);
+  const std::vector<Taps> down = tapsFor(image.height, target.height);
+  // Across first into floats, one row of the source at a time, then down.
+  std::vector<float> middle(static_cast<std::size_t>(target.width) * 4 * static_cast<std::size_t>(image.height));
+  for (int y = 0; y < image.height; ++y) {
+    const auto* row = reinterpret_cast<const unsigned char*>(image.pixels.data()) + y * image.stride;
+    float* out = middle.data() + static_cast<std::size_t>(y) * target.width * 4;
+    for (int x = 0; x < target.width; ++x) {
+      const Taps& taps = across[static_cast<std::size_t>(x)];
+      for (std::size_t k = 0; k < taps.weights.size(); ++k) {
+        const unsigned char* p = row + 4 * (taps.first + static_cast<int>(k));
+        for (int c = 0; c < 4; ++c) out[4 * x + c] += taps.weights[k] * p[c];
+      }
+    }
+  }
+  DecodedImage result = allocateImage(target);
+  for (int y = 0; y < target.height; ++y) {
+    const Taps& taps = down[static_cast<std::size_t>(y)];
+    auto* out = reinterpret_cast<unsigned char*>(result.pixels.data()) + y * result.stride;
+    for (int i = 0; i < target.width * 4; ++i) {
+      float sum = 0;
+      for (std::size_t k = 0; k < taps.weights.size(); ++k) {
+        sum += taps.weights[k] * middle[(static_cast<std::size_t>(taps.first) + k) * target.width * 4 + i];
+      }
+      out[i] = static_cast<unsigned char>(std::clamp(std::lround(sum), 0L, 255L));
+    }
+  }
+  return result;
+}
+
+}  // namespace codecs
+
+ImageFormat sniffImageFormat(std::string_view bytes) {
+  if (bytes.starts_with("\x89PNG\r\n\x1a\n")) return ImageFormat::kPng;
+  if (bytes.starts_with("\xff\xd8\xff")) return ImageFormat::kJpeg;
+  if (bytes.size() >= 12 && bytes.starts_with("RIFF") && bytes.substr(8, 4) == "WEBP") return ImageFormat::kWebp;
+  return ImageFormat::kUnknown;
+}
+
+Result<ImageSize> readImageSize(std::string_view bytes, const ImageLimits& limits) {
+  auto format = checkedFormat(bytes, limits);
+  if (!format.ok()) return format.status();
+  Result<ImageSize> size = *format == ImageFormat::kPng    ? codecs::pngSize(bytes)
+                           : *format == ImageFormat::kJpeg ? codecs::jpegSize(bytes)
+                                                           : codecs::webpSize(bytes);
+  if (!size.ok()) return size;
+  if (Status fits = checkSize(*size, limits, "picture"); !fits.ok()) return fits;
+  return size;
+}
+
+Result<DecodedImage> decodeImage(std::string_view bytes, const ImageLimits& limits, ImageSize target) {
+  if (!target.empty()) {
+    if (Status fits = checkSize(target, limits, "requested size"); !fits.ok()) return fits;
+  }
+  auto size = readImageSize(bytes, limits);
+  if (!size.ok()) return size.status();
+  const ImageFormat format = sniffImageFormat(bytes);
+  Result<DecodedImage> decoded = format == ImageFormat::kPng    ? codecs::decodePng(bytes)
+                                 : format == ImageFormat::kJpeg ? codecs::decodeJpeg(bytes, target)
+                                                                : codecs::decodeWebp(bytes, target);
+  if (!decoded.ok() || target.empty() || decoded->size() == target) return decoded;
+  return codecs::resample(*decoded, target);
+}
+
+ImageSize fitWithin(ImageSize size, int longestSide) {
+  const int longest = std::max(size.width, size.height);
+  if (size.empty() || longest <= longestSide) return size;
+  const double scale = static_cast<double>(longestSide) / longest;
+  return {std::max(1, static_cast<int>(std::lround(size.width * scale))),
+          std::max(1, static_cast<int>(std::lround(size.height * scale)))};
+}
+
+}  // namespace qmv
