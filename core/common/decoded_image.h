@@ -3,8 +3,11 @@
 // exists, decoded pixels, and why a picture was refused. Plain values, so that the ports,
 // the codecs and the sandbox all speak of the same picture.
 #include <cstddef>
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "core/common/status.h"
 
@@ -16,6 +19,16 @@ struct ImageSize {
   bool empty() const { return width <= 0 || height <= 0; }
   friend bool operator==(const ImageSize&, const ImageSize&) = default;
 };
+
+// `size` shrunk to fit in a square of `longestSide` keeping its proportions (never enlarged,
+// never below 1 px a side).
+inline ImageSize fitWithin(ImageSize size, int longestSide) {
+  const int longest = std::max(size.width, size.height);
+  if (size.empty() || longest <= longestSide) return size;
+  const double scale = static_cast<double>(longestSide) / longest;
+  return {std::max(1, static_cast<int>(std::lround(size.width * scale))),
+          std::max(1, static_cast<int>(std::lround(size.height * scale)))};
+}
 
 // Checked against the compressed bytes and the size the header declares, and against a
 // requested output size, before anything is allocated for pixels.

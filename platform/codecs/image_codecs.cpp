@@ -135,12 +135,4 @@ Result<DecodedImage> decodeImage(std::string_view bytes, const ImageLimits& limi
   return codecs::resample(*decoded, target);
 }
 
-ImageSize fitWithin(ImageSize size, int longestSide) {
-  const int longest = std::max(size.width, size.height);
-  if (size.empty() || longest <= longestSide) return size;
-  const double scale = static_cast<double>(longestSide) / longest;
-  return {std::max(1, static_cast<int>(std::lround(size.width * scale))),
-          std::max(1, static_cast<int>(std::lround(size.height * scale)))};
-}
-
 }  // namespace qmv

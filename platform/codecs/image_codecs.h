@@ -25,8 +25,4 @@ Result<DecodedImage> decodeImage(std::string_view bytes, const ImageLimits& limi
 // Baseline JPEG of `image`, composited over white; quality 1-100.
 Result<std::string> encodeJpeg(const DecodedImage& image, int quality);
 
-// `size` shrunk to fit in a square of `longestSide` keeping its proportions (never enlarged,
-// never below 1 px a side).
-ImageSize fitWithin(ImageSize size, int longestSide);
-
 }  // namespace qmv
