@@ -44,6 +44,7 @@ void registerAllCommands(CommandRegistry& registry) {
   registerReviewCommands(registry);
   registerMemberCentreCommands(registry);
   registerAccountCentreCommands(registry);
+  registerPortraitCommands(registry);
   registerShellCommands(registry);
 }
 
