@@ -28,8 +28,9 @@ std::optional<std::string> readPicture(const std::string& path) {
   return bytes;
 }
 
+// Saving needs no member: what is stored is what the last login left (logout removes it).
 int runPortrait(CliApp& app, const std::string& file) {
-  if (!memberSignedIn(app)) return kExitFailure;
+  if (!file.empty() && !memberSignedIn(app)) return kExitFailure;
   Env::current().navigator->push(portrait_texts::kScreen);
   PortraitViewController screen;
   CliOutput& out = app.output();

@@ -73,29 +73,28 @@ DecodedImage allocateImage(ImageSize size) {
 DecodedImage resample(const DecodedImage& image, ImageSize target) {
   const std::vector<Taps> across = tapsFor(image.width, target.width);
   const std::vector<Taps> down = tapsFor(image.height, target.height);
-  // Across first into floats, one row of the source at a time, then down.
-  std::vector<float> middle(static_cast<std::size_t>(target.width) * 4 * static_cast<std::size_t>(image.height));
-  for (int y = 0; y < image.height; ++y) {
-    const auto* row = reinterpret_cast<const unsigned char*>(image.pixels.data()) + y * image.stride;
-    float* out = middle.data() + static_cast<std::size_t>(y) * target.width * 4;
-    for (int x = 0; x < target.width; ++x) {
-      const Taps& taps = across[static_cast<std::size_t>(x)];
-      for (std::size_t k = 0; k < taps.weights.size(); ++k) {
-        const unsigned char* p = row + 4 * (taps.first + static_cast<int>(k));
-        for (int c = 0; c < 4; ++c) out[4 * x + c] += taps.weights[k] * p[c];
-      }
-    }
-  }
+  // One output row at a time: its source rows blended down into one row of floats, which is
+  // then blended across, so that nothing larger than a source row is held besides the result.
+  std::vector<float> row(static_cast<std::size_t>(image.width) * 4);
   DecodedImage result = allocateImage(target);
   for (int y = 0; y < target.height; ++y) {
-    const Taps& taps = down[static_cast<std::size_t>(y)];
+    const Taps& rows = down[static_cast<std::size_t>(y)];
+    std::fill(row.begin(), row.end(), 0.0f);
+    for (std::size_t k = 0; k < rows.weights.size(); ++k) {
+      const auto* source =
+          reinterpret_cast<const unsigned char*>(image.pixels.data()) + (rows.first + k) * image.stride;
+      for (std::size_t i = 0; i < row.size(); ++i) row[i] += rows.weights[k] * source[i];
+    }
     auto* out = reinterpret_cast<unsigned char*>(result.pixels.data()) + y * result.stride;
-    for (int i = 0; i < target.width * 4; ++i) {
-      float sum = 0;
-      for (std::size_t k = 0; k < taps.weights.size(); ++k) {
-        sum += taps.weights[k] * middle[(static_cast<std::size_t>(taps.first) + k) * target.width * 4 + i];
+    for (int x = 0; x < target.width; ++x) {
+      const Taps& columns = across[static_cast<std::size_t>(x)];
+      for (int c = 0; c < 4; ++c) {
+        float sum = 0;
+        for (std::size_t k = 0; k < columns.weights.size(); ++k) {
+          sum += columns.weights[k] * row[4 * (columns.first + k) + c];
+        }
+        out[4 * x + c] = static_cast<unsigned char>(std::clamp(std::lround(sum), 0L, 255L));
       }
-      out[i] = static_cast<unsigned char>(std::clamp(std::lround(sum), 0L, 255L));
     }
   }
   return result;
