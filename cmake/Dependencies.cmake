@@ -24,6 +24,9 @@ pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
 pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
 pkg_check_modules(QRENCODE REQUIRED IMPORTED_TARGET libqrencode)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
+# Pictures from outside (qmv_codecs): JPEG through libjpeg-turbo, WebP through libwebp.
+pkg_check_modules(LIBJPEG REQUIRED IMPORTED_TARGET libjpeg)
+pkg_check_modules(LIBWEBP REQUIRED IMPORTED_TARGET libwebp)
 
 # Secrets and cookies: the desktop's keyring through libsecret (the stored password),
 # and the public-suffix list through libpsl (no cookie for "com").

@@ -32,6 +32,7 @@ class SocialSharing;
 class ObjectStorage;
 class Camera;
 class AppWindow;
+class ImageDecoder;
 
 struct Env {
   std::shared_ptr<MainLoop> mainLoop;
@@ -59,6 +60,7 @@ struct Env {
   std::shared_ptr<ObjectStorage> objectStorage;
   std::shared_ptr<Camera> camera;
   std::shared_ptr<AppWindow> window;
+  std::shared_ptr<ImageDecoder> imageDecoder;
 
   // The installed environment. REQUIRES: called on the interface thread, or after
   // installation has finished when called from a worker.

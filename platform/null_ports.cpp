@@ -3,6 +3,7 @@
 #include "platform/app_window.h"
 #include "platform/camera.h"
 #include "platform/env.h"
+#include "platform/image_decoder.h"
 #include "platform/location_source.h"
 #include "platform/object_storage.h"
 #include "platform/payment_channels.h"
@@ -109,6 +110,19 @@ class NullAppWindow : public AppWindow {
   void clearBadge() override {}
 };
 
+// No decoder: every picture is one this platform cannot read.
+class NullImageDecoder : public ImageDecoder {
+ public:
+  Result<ImageSize> readSize(std::string_view, const ImageLimits&) const override { return refusal(); }
+  Result<DecodedImage> decode(std::string_view, const ImageLimits&, ImageSize) const override { return refusal(); }
+  Result<std::string> encodeJpeg(const DecodedImage&, int) const override {
+    return Status::unavailable("no picture encoder on this platform");
+  }
+
+ private:
+  static Status refusal() { return imageFailure(ImageError::kUnsupported, "no picture decoder on this platform"); }
+};
+
 template <typename Null, typename Port>
 void fill(std::shared_ptr<Port>& port) {
   if (!port) port = std::make_shared<Null>();
@@ -132,6 +146,7 @@ void fillOptionalPorts(Env& env) {
   fill<NullObjectStorage>(env.objectStorage);
   fill<NullCamera>(env.camera);
   fill<NullAppWindow>(env.window);
+  fill<NullImageDecoder>(env.imageDecoder);
 }
 
 const char* missingEssentialPort(const Env& env) {

@@ -12,6 +12,7 @@
 #include "platform/file_locations.h"
 #include "platform/fixed_location_source.h"
 #include "platform/keyring_settings_store.h"
+#include "platform/linux/codec_image_decoder.h"
 #include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/linux/home_files.h"
@@ -141,6 +142,7 @@ Status AppLaunch::buildEnv(const std::shared_ptr<MainLoop>& loop, Env& env) {
   env.geocoder = std::make_shared<NearestCityGeocoder>(env.files->resourceDirectory() / "area.db");
   env.textMeasurer = std::make_shared<PangoTextMeasurer>();
   env.qrGenerator = std::make_shared<QrencodeGenerator>();
+  env.imageDecoder = std::make_shared<CodecImageDecoder>();
   if (!config_.objectStorageHost.empty()) {
     env.objectStorage = std::make_shared<HttpObjectStorage>(config_.objectStorageHost, env.http);
   }

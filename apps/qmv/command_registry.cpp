@@ -45,6 +45,7 @@ void registerAllCommands(CommandRegistry& registry) {
   registerMemberCentreCommands(registry);
   registerAccountCentreCommands(registry);
   registerProfileCommands(registry);
+  registerPortraitCommands(registry);
   registerShellCommands(registry);
 }
 

@@ -62,6 +62,7 @@ void registerReviewCommands(CommandRegistry& registry);
 void registerMemberCentreCommands(CommandRegistry& registry);
 void registerAccountCentreCommands(CommandRegistry& registry);
 void registerProfileCommands(CommandRegistry& registry);
+void registerPortraitCommands(CommandRegistry& registry);
 
 // Runs the pay-now screen that was pushed with `payload` (taps: the balance off with
 // `noBalance`, then `channel` when not empty), prints what it shows and waits for the

@@ -11,11 +11,13 @@
 #include "apps/sandbox/sandbox_util.h"
 #include "apps/sandbox/user_names.h"
 #include "core/common/string_util.h"
+#include "platform/codecs/image_codecs.h"
 
 namespace qmv::sandbox {
 namespace {
 
 constexpr size_t kMaxPortraitBytes = 2 * 1024 * 1024;
+constexpr int kMaxPortraitSide = 4096;
 constexpr glong kMaxFeedbackCharacters = 500;
 constexpr glong kMaxContactCharacters = 50;
 // Wrong guesses a code survives; six digits would otherwise fall to a loop of requests
@@ -304,6 +306,16 @@ Reply portrait(Call& call) {
   }
   if (image == nullptr) return Reply::refuse(kMsgNoImage);
   if (image->content.size() > kMaxPortraitBytes) return Reply::refuse(kMsgImageTooLarge);
+  // A picture that does not decode, or declares a size past the caps, is not stored.
+  ImageLimits limits;
+  limits.maxBytes = kMaxPortraitBytes;
+  limits.maxSide = kMaxPortraitSide;
+  limits.maxPixels = static_cast<std::int64_t>(kMaxPortraitSide) * kMaxPortraitSide;
+  const auto size = readImageSize(image->content, limits);
+  const Status readable = size.ok() ? decodeImage(image->content, limits, fitWithin(*size, 64)).status() : size.status();
+  if (!readable.ok()) {
+    return Reply::refuse(imageErrorOf(readable) == ImageError::kTooLarge ? kMsgImageTooLarge : kMsgNoImage);
+  }
   call.db.execute("UPDATE members SET portrait = ? WHERE id = ?", {image->content, call.memberId()});
   const Json member = memberById(call.db, call.memberId());
   return Reply::ok({{"imgUrl", memberRecord(call, member, "")["imgUrl"]}});

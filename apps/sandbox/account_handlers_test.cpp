@@ -2,6 +2,7 @@
 
 #include "apps/sandbox/sandbox_store.h"
 #include "apps/sandbox/sandbox_test_support.h"
+#include "platform/codecs/image_codecs.h"
 
 namespace qmv::sandbox::testing {
 namespace {
@@ -197,16 +198,36 @@ TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
   EXPECT_EQ(changed["data"]["nickName"], "小明");
   EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["sex"], "2");
 
-  httplib::MultipartFormDataItems items = {{"sessionId", session, "", ""},
-                                           {"file", std::string("\x89PNG\r\n\x1a\n\0rest", 13), "me.png", "image/png"}};
-  auto res = api_->raw().Post("/qmv/app/v3/postPortrait", items);
-  ASSERT_TRUE(res);
-  const Json uploaded = parseJson(res->body);
+  DecodedImage picture;
+  picture.width = picture.height = 8;
+  picture.stride = 32;
+  picture.pixels.assign(256, '\x7f');
+  const std::string jpeg = encodeJpeg(picture, 85).value();
+  const auto postPortrait = [&](const std::string& content) {
+    httplib::MultipartFormDataItems items = {{"sessionId", session, "", ""}, {"file", content, "me.jpg", "image/jpeg"}};
+    auto res = api_->raw().Post("/qmv/app/v3/postPortrait", items);
+    return res ? parseJson(res->body) : Json();
+  };
+  // Not a picture, a damaged one, and one declaring 20000x20000: refused, nothing stored.
+  std::string huge = jpeg;
+  const std::size_t frame = huge.find("\xff\xc0");
+  huge.replace(frame + 5, 4, "\x4e\x20\x4e\x20");
+  const std::pair<std::string, const char*> refused[] = {{std::string("\x89PNG\r\n\x1a\n\0rest", 13), "请选择图片"},
+                                                         {jpeg.substr(0, jpeg.size() / 2), "请选择图片"},
+                                                         {huge, "图片过大"}};
+  for (const auto& [content, message] : refused) {
+    const Json answer = postPortrait(content);
+    EXPECT_EQ(code(answer), "1");
+    EXPECT_EQ(answer["message"], message);
+  }
+  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["imgUrl"], "");
+
+  const Json uploaded = postPortrait(jpeg);
   ASSERT_EQ(code(uploaded), "0");
   const std::string url = uploaded["data"]["imgUrl"];
   auto image = api_->raw().Get(url.substr(server_->rootUrl().size()).c_str());
   ASSERT_TRUE(image);
-  EXPECT_EQ(image->body, std::string("\x89PNG\r\n\x1a\n\0rest", 13));
+  EXPECT_EQ(image->body, jpeg);
   EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["imgUrl"], url);
   httplib::MultipartFormDataItems empty = {{"sessionId", session, "", ""}};
   EXPECT_EQ(code(parseJson(api_->raw().Post("/qmv/app/v3/postPortrait", empty)->body)), "1");
