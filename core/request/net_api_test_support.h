@@ -130,7 +130,8 @@ class ApiServerTest : public ::testing::Test {
   }
   // The value `key` had in the last request ("<none>" when it was not sent).
   std::string sent(const std::string& key) {
-    for (const auto& [name, value] : last().arguments) {
+    const Received request = last();
+    for (const auto& [name, value] : request.arguments) {
       if (name == key) return value;
     }
     return "<none>";
