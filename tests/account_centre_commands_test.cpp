@@ -10,12 +10,7 @@
 namespace qmv {
 namespace {
 
-class AccountCentreCommandsTest : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
-  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
-  TempHome home_;
-};
+class AccountCentreCommandsTest : public testsupport::DemoMemberCliTest {};
 
 TEST_F(AccountCentreCommandsTest, AChangedPasswordIsTheOneTheNextStartSignsInWith) {
   const auto wrongOld = run({"password", "wrong12", "New456", "New456"});

@@ -61,6 +61,14 @@ class CliHomeTest : public ::testing::Test {
   CliRun run(std::vector<std::string> args, const std::string& input = "") {
     return runQmv(home_.home(), std::move(args), input);
   }
+  // The "data" of the command run with --json (an empty object when there is none); a
+  // command that fails fails the test.
+  Json data(std::vector<std::string> args) {
+    args.insert(args.begin(), "--json");
+    const auto ran = run(std::move(args));
+    EXPECT_EQ(ran.status, 0) << ran.out << ran.err;
+    return parseJson(ran.out).value("data", Json::object());
+  }
   // A setting the CLI wrote, read back as the next start would (null when absent).
   Json setting(const std::string& key) {
     auto opened = SqliteSettingsStore::openInHome(home_.home());
@@ -73,6 +81,12 @@ class CliHomeTest : public ::testing::Test {
   }
 
   TempHome home_;
+};
+
+// The same, signed in as the sandbox's demo member.
+class DemoMemberCliTest : public CliHomeTest {
+ protected:
+  void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
 };
 
 }  // namespace qmv::testsupport

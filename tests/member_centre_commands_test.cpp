@@ -10,17 +10,9 @@
 namespace qmv {
 namespace {
 
-class MemberCentreCommandsTest : public ::testing::Test {
+class MemberCentreCommandsTest : public testsupport::CliHomeTest {
  protected:
-  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
   void login() { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
-  Json data(std::vector<std::string> args) {
-    args.insert(args.begin(), "--json");
-    const auto ran = run(std::move(args));
-    EXPECT_EQ(ran.status, 0) << ran.out << ran.err;
-    return parseJson(ran.out).value("data", Json::object());
-  }
-  TempHome home_;
 };
 
 TEST_F(MemberCentreCommandsTest, WalletShowsTheBalanceAndEveryKindOfRecordsPageByPage) {

@@ -11,22 +11,13 @@
 namespace qmv {
 namespace {
 
-class MemberPagesCommandsTest : public ::testing::Test {
+class MemberPagesCommandsTest : public testsupport::DemoMemberCliTest {
  protected:
-  void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
-  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
-  Json data(std::vector<std::string> args) {
-    args.insert(args.begin(), "--json");
-    const auto ran = run(std::move(args));
-    EXPECT_EQ(ran.status, 0) << ran.out << ran.err;
-    return parseJson(ran.out).value("data", Json::object());
-  }
   static std::size_t count(const std::string& text, const std::string& part) {
     std::size_t n = 0;
     for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++n;
     return n;
   }
-  TempHome home_;
 };
 
 TEST_F(MemberPagesCommandsTest, BookmarksToggleOnTheirScreensPersistAndShowOnTheirTab) {

@@ -13,12 +13,7 @@
 namespace qmv {
 namespace {
 
-class ProfileCommandsTest : public ::testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
-  testsupport::CliRun run(std::vector<std::string> args) { return testsupport::runQmv(home_.home(), std::move(args)); }
-  TempHome home_;
-};
+class ProfileCommandsTest : public testsupport::DemoMemberCliTest {};
 
 TEST_F(ProfileCommandsTest, ProfilePrintsTheFieldsAndSetChangesOne) {
   const auto shown = run({"profile"});

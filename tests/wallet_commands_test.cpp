@@ -13,10 +13,8 @@ constexpr const char* kCard = "6222020200112233446";
 constexpr const char* kIdNumber = "37130219900101123X";
 constexpr const char* kSubmitted = "您的提现申请已提交,申请将在1-3个工作日内处理完成";
 
-class WalletCommandsTest : public testsupport::CliHomeTest {
+class WalletCommandsTest : public testsupport::DemoMemberCliTest {
  protected:
-  void SetUp() override { ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0); }
-
   testsupport::CliRun bind(const std::string& name, const std::string& card, const std::string& code) {
     std::vector<std::string> args = {"card", "bind", "--name", name, "--id", kIdNumber, "--card", card};
     if (!code.empty()) args.insert(args.end(), {"--code", code});

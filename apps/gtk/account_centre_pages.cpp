@@ -28,14 +28,7 @@ ChangePasswordPage::ChangePasswordPage(PageContext& context)
     ui::setAccessibleLabel(*entry, field.placeholder);
     form->append(*entry);
   }
-  submit_ = ui::button(
-      account_texts::kSubmitButton,
-      [this] {
-        screen_.submitAction();
-        refreshSoon();
-      },
-      "suggested-action");
-  submit_->set_name("submit");
+  submit_ = submitButton(account_texts::kSubmitButton, [this] { screen_.submitAction(); });
   form->append(*submit_);
   body().append(*form);
   refresh();

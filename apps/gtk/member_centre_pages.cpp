@@ -59,14 +59,7 @@ FeedbackPage::FeedbackPage(PageContext& context) : ScreenPage(context, FeedbackV
   contact->set_name("contact");
   ui::setAccessibleLabel(*contact, member_centre_texts::kContactPlaceholder);
   form->append(*contact);
-  submit_ = ui::button(
-      member_centre_texts::kSubmit,
-      [this] {
-        screen_.submitAction();
-        refreshSoon();
-      },
-      "suggested-action");
-  submit_->set_name("submit");
+  submit_ = submitButton(member_centre_texts::kSubmit, [this] { screen_.submitAction(); });
   form->append(*submit_);
   body().append(*form);
   refresh();

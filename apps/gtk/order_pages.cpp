@@ -279,11 +279,7 @@ GradeStorePage::GradeStorePage(PageContext& context, const std::string& orderId,
   count_->set_name("count");
   count_->set_halign(Gtk::Align::END);
   body().append(*count_);
-  submit_ = ui::button(texts::kRateSubmit, [this] {
-    screen_.submitAction();
-    refresh();
-  }, "suggested-action");
-  submit_->set_name("submit");
+  submit_ = submitButton(texts::kRateSubmit, [this] { screen_.submitAction(); });
   body().append(*submit_);
   refresh();
 }

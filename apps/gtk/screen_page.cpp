@@ -90,6 +90,17 @@ void ScreenPage::refreshSoon() {
   });
 }
 
+Gtk::Button* ScreenPage::submitButton(const std::string& label, std::function<void()> submit) {
+  auto* button = Gtk::make_managed<Gtk::Button>(label);
+  button->set_name("submit");
+  button->add_css_class("suggested-action");
+  button->signal_clicked().connect([this, submit = std::move(submit)] {
+    submit();
+    refreshSoon();
+  });
+  return button;
+}
+
 void ScreenPage::addHeaderButton(Gtk::Widget& widget) {
   adw_header_bar_pack_end(ADW_HEADER_BAR(header_->gobj()), GTK_WIDGET(widget.gobj()));
 }

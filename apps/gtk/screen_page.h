@@ -54,6 +54,9 @@ class ScreenPage : public Gtk::Box {
   void addAction(const std::string& name, const Glib::VariantType& type,
                  std::function<void(const Glib::VariantBase&)> activated);
   void setActionEnabled(const std::string& name, bool enabled);
+  // A form's send button ("submit"): a tap runs `submit`, then redraws, so that refresh()
+  // can make it insensitive while the screen sends.
+  Gtk::Button* submitButton(const std::string& label, std::function<void()> submit);
   // `list` becomes the scroller's own child, so that its rows are recycled; the body then
   // sits above it and footer() below it, neither scrolling.
   void setList(Gtk::ListView& list);
