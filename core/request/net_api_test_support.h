@@ -137,6 +137,15 @@ class ApiServerTest : public ::testing::Test {
     return "<none>";
   }
 
+  // How many requests went to `endpoint`.
+  std::size_t sentTo(const std::string& endpoint) {
+    std::size_t n = 0;
+    for (const auto& r : received()) n += r.endpoint == endpoint;
+    return n;
+  }
+  // The name of the screen on top ("" when none).
+  std::string topName() const { return navigator_->topScreen().value_or(Screen{}).name; }
+
   // Starts `request` with blocks and runs the loop until one of them ran.
   std::string run(const std::shared_ptr<BaseRequest>& request) {
     std::string outcome = "none";

@@ -53,7 +53,7 @@ TEST_F(ReviewScreensTest, MyRatingsAreTheMembersAndARowOpensItsStore) {
   EXPECT_FALSE(MyGradeViewController::leadsToStore(screen.rows()[1])) << "a rating without a store leads nowhere";
   EXPECT_FALSE(screen.openRow(1));
   EXPECT_FALSE(screen.openRow(2));
-  EXPECT_EQ(navigator_->topScreen().value_or(Screen{}).name, discovery_texts::kMyRatingsScreen);
+  EXPECT_EQ(topName(), discovery_texts::kMyRatingsScreen);
   ASSERT_TRUE(screen.openRow(0));
   const Screen store = navigator_->topScreen().value_or(Screen{});
   EXPECT_EQ(store.name, discovery_texts::kStoreDetailScreen);

@@ -34,7 +34,6 @@ class AccountScreensTest : public testsupport::ApiServerTest {
     loop_->runUntil([&] { return changed.has_value(); }, std::chrono::seconds(10));
     return changed;
   }
-  std::string topName() { return navigator_->topScreen().value_or(Screen{}).name; }
 };
 
 TEST_F(AccountScreensTest, PasswordChecksRunInOrderAndSendNothing) {

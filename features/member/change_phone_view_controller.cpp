@@ -5,11 +5,11 @@
 #include "core/common/settings_keys.h"
 #include "core/session/account_ports.h"
 #include "core/session/change_self_net_api.h"
+#include "core/session/form_submission.h"
 #include "core/session/global_data.h"
 #include "core/session/mobile_check_net_api.h"
 #include "core/session/user_info_model.h"
 #include "platform/main_loop.h"
-#include "platform/navigator.h"
 
 namespace qmv {
 namespace {
@@ -98,17 +98,11 @@ bool ChangePhoneViewController::submitAction() {
 }
 
 void ChangePhoneViewController::sendChange() {
-  changeApi_ = std::make_shared<ChangeSelfNetApi>("postChangeSelf", "phone", sentPhone_);
-  attachRequest(*changeApi_);
-  changeApi_->startWithCompletionBlockWithSuccess(
-      [this](ChangeSelfNetApi& api) {
-        if (!api.isCorrectResult()) return finish(false);
-        storeNewPhone();
-      },
-      [this](BaseRequest&) { finish(false); });
+  submitForm(*this, changeApi_, std::make_shared<ChangeSelfNetApi>("postChangeSelf", "phone", sentPhone_),
+             [this] { return storeNewPhone(); }, onFinished);
 }
 
-void ChangePhoneViewController::storeNewPhone() {
+bool ChangePhoneViewController::storeNewPhone() {
   const auto& settings = Env::current().settings;
   settings->removeObjectForKey(kChangePhoneCodeKey);
   const bool stored = settings->setObjects(Json{{kUserPhoneKey, sentPhone_}}).ok() && settings->synchronize();
@@ -116,8 +110,7 @@ void ChangePhoneViewController::storeNewPhone() {
   Env::current().overlay->showImage("", account_centre_texts::kPhoneChanged);
   // Shown last, so that it is what stays: the next start would sign in with the old number.
   if (!stored) Env::current().overlay->showImage("", account_texts::kAccountNotSaved);
-  Env::current().navigator->pop();
-  finish(stored);
+  return stored;
 }
 
 void ChangePhoneViewController::finish(bool changed) {

@@ -66,7 +66,7 @@ class ChangePhoneViewController : public BaseViewController {
  private:
   std::string pendingSession(const std::string& phone) const;
   void sendChange();
-  void storeNewPhone();
+  bool storeNewPhone();  // says whether the new number was kept for the next start
   void finish(bool changed);
 
   CodeCountdown countdown_;

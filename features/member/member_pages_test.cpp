@@ -30,12 +30,6 @@ class MemberPagesTest : public testsupport::ApiServerTest {
     slot = nullptr;
     return value;
   }
-  std::size_t sentTo(const std::string& endpoint) {
-    std::size_t n = 0;
-    for (const auto& r : received()) n += r.endpoint == endpoint;
-    return n;
-  }
-  std::string topName() { return navigator_->topScreen().value_or(Screen{}).name; }
   static std::string list(const Json& rows) { return Json{{"success", "0"}, {"data", {{"dataList", rows}}}}.dump(); }
 };
 

@@ -134,11 +134,11 @@ TEST_F(WalletCentreTest, WealthShowsTheRefreshedBalanceAndTheCardLineAndOpensIts
   EXPECT_EQ(screen.balanceText(), "0.00");
 
   screen.openEntry(2);
-  EXPECT_EQ(navigator_->topScreen().value_or(Screen{}).name, "FundRecordViewController");
+  EXPECT_EQ(topName(), "FundRecordViewController");
   screen.openEntry(3);
-  EXPECT_EQ(navigator_->topScreen().value_or(Screen{}).name, "MyVoucherViewController");
+  EXPECT_EQ(topName(), "MyVoucherViewController");
   screen.openEntry(4);
-  EXPECT_EQ(navigator_->topScreen().value_or(Screen{}).name, "MyVoucherViewController");
+  EXPECT_EQ(topName(), "MyVoucherViewController");
 }
 
 TEST_F(WalletCentreTest, VouchersShowTheirValueStoreDaysAndStateAsSent) {

@@ -19,7 +19,6 @@ class WalletScreensTest : public testsupport::ApiServerTest {
         std::make_shared<UserInfoModel>(Json{{"sessionId", "S1"}, {"phone", "13800001234"}, {"bankCardNum", "0"}}));
     navigator_->push("QXWalletViewController");
   }
-  std::string topScreen() const { return navigator_->topScreen().value_or(Screen{}).name; }
   bool waitFor(const std::optional<bool>& value) {
     return loop_->runUntil([&] { return value.has_value(); }, std::chrono::seconds(10));
   }
@@ -44,7 +43,7 @@ TEST_F(WalletScreensTest, MyBankCardShowsOnlyACardWithANumberAndLeavesOnAFailedL
   EXPECT_TRUE(load(R"({"success":"0","data":{"cardId":"6222020200112233446","name":"张三","cardBank":"中国银行"}})"));
   EXPECT_EQ(screen.view().nameText(), "张三   中国银行");
   EXPECT_EQ(screen.view().cardNumberText(), "6222020200112233446");
-  EXPECT_EQ(topScreen(), wallet_texts::kMyBankCardScreen);
+  EXPECT_EQ(topName(), wallet_texts::kMyBankCardScreen);
 
   // A correct unbinding: the member has no card any more, and the screen loads again.
   GlobalData::sharedInstance().selfInfo()->bankCardNum = "1";
@@ -62,10 +61,10 @@ TEST_F(WalletScreensTest, MyBankCardShowsOnlyACardWithANumberAndLeavesOnAFailedL
 
   EXPECT_FALSE(load(R"({"success":"1","message":"系统繁忙"})"));
   EXPECT_TRUE(screen.view().addPanelShown()) << "every appearance hides the card first";
-  EXPECT_EQ(topScreen(), "QXWalletViewController");
+  EXPECT_EQ(topName(), "QXWalletViewController");
   navigator_->push(wallet_texts::kMyBankCardScreen);
   EXPECT_FALSE(load("", 500));
-  EXPECT_EQ(topScreen(), "QXWalletViewController");
+  EXPECT_EQ(topName(), "QXWalletViewController");
 }
 
 TEST_F(WalletScreensTest, BindScreenSendsTheCodeChecksInOrderAndBindsTheFieldsAsTyped) {
@@ -132,7 +131,7 @@ TEST_F(WalletScreensTest, BindScreenSendsTheCodeChecksInOrderAndBindsTheFieldsAs
                                                       {"identifying", "123456"}}));
   EXPECT_EQ(overlay_->statuses().back(), "绑定成功");
   EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->bankCardNum, "1");
-  EXPECT_EQ(topScreen(), wallet_texts::kMyBankCardScreen);
+  EXPECT_EQ(topName(), wallet_texts::kMyBankCardScreen);
 }
 
 TEST_F(WalletScreensTest, WithdrawalChecksInOrderAndSendsWholeFen) {
@@ -182,7 +181,7 @@ TEST_F(WalletScreensTest, WithdrawalChecksInOrderAndSendsWholeFen) {
   EXPECT_EQ(last().endpoint, "withDraw");
   EXPECT_EQ(last().arguments, (testsupport::Arguments{{"sessionId", "S1"}, {"amount", "1001"}}));
   EXPECT_EQ(overlay_->statuses().back(), "您的提现申请已提交,申请将在1-3个工作日内处理完成");
-  EXPECT_EQ(topScreen(), "QXWalletViewController");
+  EXPECT_EQ(topName(), "QXWalletViewController");
   done.reset();
   navigator_->push(wallet_texts::kWithDrawScreen);
   screen.amountText = "1000";
