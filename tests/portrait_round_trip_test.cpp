@@ -12,6 +12,19 @@
 namespace qmv {
 namespace {
 
+// ./portrait.jpg lands in the working directory; a failed assertion must not leave the
+// rest of the binary in a removed one.
+class ScopedWorkingDirectory {
+ public:
+  explicit ScopedWorkingDirectory(const std::filesystem::path& to) { std::filesystem::current_path(to); }
+  ~ScopedWorkingDirectory() { std::filesystem::current_path(previous_); }
+  ScopedWorkingDirectory(const ScopedWorkingDirectory&) = delete;
+  ScopedWorkingDirectory& operator=(const ScopedWorkingDirectory&) = delete;
+
+ private:
+  std::filesystem::path previous_ = std::filesystem::current_path();
+};
+
 std::string readFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
@@ -28,9 +41,7 @@ TEST(PortraitRoundTripTest, TheUploadedPortraitComesBackWithTheNextLoginAndGoesA
   image.pixels.assign(image.stride * image.height, '\x90');
   const auto picture = home.home() / "chosen.jpg";
   std::ofstream(picture, std::ios::binary) << codecs.encodeJpeg(image, 95).value();
-  // ./portrait.jpg lands in the working directory.
-  const auto previous = std::filesystem::current_path();
-  std::filesystem::current_path(home.home());
+  const ScopedWorkingDirectory inHome(home.home());
 
   ASSERT_EQ(run({"login", "13800000000", "qmv123"}).status, 0);
   const auto uploaded = run({"portrait", picture.string()});
@@ -49,7 +60,6 @@ TEST(PortraitRoundTripTest, TheUploadedPortraitComesBackWithTheNextLoginAndGoesA
   const auto again = run({"portrait"});
   EXPECT_EQ(again.status, 0) << again.out << again.err;
   EXPECT_EQ(readFile("portrait.jpg"), sent);
-  std::filesystem::current_path(previous);
 }
 
 }  // namespace
