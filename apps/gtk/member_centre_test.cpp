@@ -18,11 +18,14 @@
 #include "apps/gtk/profile_pages.h"
 #include "apps/gtk/review_pages.h"
 #include "apps/gtk/wallet_centre_pages.h"
+#include "apps/gtk/web_page_view.h"
 #include "apps/gtk/widget_finders.h"
 #include "platform/linux/codec_image_decoder.h"
 #include "platform/linux/qr_png.h"
 #include "platform/env.h"
 #include "platform/settings_store.h"
+#include "shell/qx_h5_view_controller.h"
+#include "shell/web_view_controller.h"
 
 namespace qmv::gtk {
 namespace {
@@ -245,6 +248,12 @@ TEST_F(MemberCentreTest, FeedbackPasswordAndLevelPagesDrawTheirScreens) {
   ASSERT_NE(bar, nullptr);
   EXPECT_DOUBLE_EQ(bar->get_fraction(), 0.5625);
   ASSERT_TRUE(openRow("等级说明", "QXH5ViewController"));
+  // Left while it still loads, the web page's teardown crashes the next test's start.
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    auto* page = dynamic_cast<H5Page*>(&top());
+    const WebView* web = page != nullptr ? page->screen().webView() : nullptr;
+    return web != nullptr && web->hasShownPage();
+  }, std::chrono::seconds(30)));
 }
 
 TEST_F(MemberCentreTest, ProfileEditsAFieldAndThePortraitReachesTheMemberTab) {
