@@ -9,7 +9,6 @@
 #include "apps/gtk/ui.h"
 #include "core/session/account_texts.h"
 #include "core/session/global_data.h"
-#include "core/session/member_texts.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/member/account_centre_texts.h"
 #include "features/member/member_centre_texts.h"
@@ -150,7 +149,7 @@ void MinePage::refresh() {
   ui::setPicture(*portrait_, portrait);
   portrait_->set_visible(portrait != nullptr);
   name_->set_text(screen_.nameText());
-  ui::setRowTexts(*account_, screen_.accountText(), screen_.phoneText());
+  ui::setRowTexts(*account_, screen_.phoneText(), "");
   ui::setRowTexts(*balance_, gtk_texts::kYuanPrefix + screen_.balanceText(), "");
   ui::setRowTexts(*level_, screen_.levelText(), screen_.remainingText());
 }

@@ -3,8 +3,6 @@
 #include <adwaita.h>
 
 #include <fstream>
-#include <iterator>
-#include <system_error>
 
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"

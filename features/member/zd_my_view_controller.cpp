@@ -62,10 +62,8 @@ bool ZDMyViewController::hasMember() const { return me() != nullptr; }
 
 std::string ZDMyViewController::nameText() const {
   if (!me()) return {};
-  return me()->nickName.empty() ? me()->userName : me()->nickName;
+  return me()->nickName.empty() ? StringUtil::formatPhone(me()->userName) : me()->nickName;
 }
-
-std::string ZDMyViewController::accountText() const { return me() ? me()->userName : std::string(); }
 
 std::string ZDMyViewController::phoneText() const { return me() ? StringUtil::formatPhone(me()->phone) : std::string(); }
 

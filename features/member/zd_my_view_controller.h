@@ -1,13 +1,13 @@
 #pragma once
-// The member tab ("我的"), headless: who is signed in (his name, account and masked phone,
-// balance and level), his portrait, the unread messages' badge and the ways into his own
+// The member tab ("我的"), headless: who is signed in (his name, masked phone, balance and
+// level), his portrait, the unread messages' badge and the ways into his own
 // screens.
 //
 // Choices: the record is shown as the session holds it; the tab sends no request of its
 // own for it (the wallet tab and the screens that change the record keep it current), only
 // the badge's page 1 of messages on each appearance. The name is the nick name, else the
-// account name. The phone is masked as everywhere else ("1381***5678"). The portrait is
-// the stored "headerImage_now" picture decoded within the decoder's caps and shrunk to fit
+// account name masked as a phone is (for most members it is their phone). The phone is
+// masked as everywhere else ("1381***5678"). The portrait is the stored "headerImage_now" picture decoded within the decoder's caps and shrunk to fit
 // kPortraitSide; none without a member, a stored picture or a decoder, or when the picture
 // cannot be read (the tab then shows no portrait rather than an error). Entries open their
 // screens whether or not the record holds what they need: each screen says what is missing.
@@ -48,7 +48,6 @@ class ZDMyViewController : public BaseViewController {
 
   // The record's lines; "" signed out.
   std::string nameText() const;
-  std::string accountText() const;  // the account name
   std::string phoneText() const;    // masked
   std::string balanceText() const;  // yuan, "%.2f"
   std::string levelText() const;    // "LV3  120/300"

@@ -45,8 +45,8 @@ TEST_F(ZDMyTest, ShowsTheRecordAndAPortraitShrunkToTheTabOnlyWhenOneCanBeRead) {
   EXPECT_EQ(screen.portrait(), nullptr) << "a portrait left from someone else is not shown signed out";
 
   GlobalData::sharedInstance().setSelfInfo(std::make_shared<UserInfoModel>(
-      Json{{"sessionId", "S1"}, {"userName", "demo"}, {"phone", "13812345678"}}));
-  EXPECT_EQ(screen.nameText(), "demo") << "no nick name: the account name";
+      Json{{"sessionId", "S1"}, {"userName", "13812345678"}, {"phone", "13812345678"}}));
+  EXPECT_EQ(screen.nameText(), "1381***5678") << "no nick name: the account name, which is a phone, masked";
   EXPECT_EQ(screen.phoneText(), "1381***5678");
   EXPECT_TRUE(screen.levelText().starts_with("LV"));
   const DecodedImage* portrait = screen.portrait();
