@@ -6,5 +6,15 @@ inline constexpr const char* kBack = "返回";  // the back button's tooltip
 inline constexpr const char* kYuanPrefix = "￥";
 inline constexpr const char* kUnreadablePicture = "无法读取图片";
 inline constexpr const char* kUnderstood = "知道了";
+inline constexpr const char* kLogout = "退出登录";  // the member tab's sign-out button
+// The profile's edit dialog and the portrait's and invitation's file choosers.
+inline constexpr const char* kCancel = "取消";
+inline constexpr const char* kSave = "保存";
+inline constexpr const char* kChoosePortrait = "选择头像";
+inline constexpr const char* kCopyLink = "复制链接";
+inline constexpr const char* kSaveQrCode = "保存二维码";
+inline constexpr const char* kQrSaved = "二维码已保存";
+inline constexpr const char* kQrNotSaved = "二维码保存失败";
+inline constexpr const char* kPictureFiles = "图片";
 
 }  // namespace qmv::gtk_texts

@@ -16,6 +16,7 @@
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/profile_pages.h"
 #include "apps/gtk/review_pages.h"
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/store_map_page.h"
@@ -130,6 +131,9 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   if (name == member_centre_texts::kFeedbackScreen) return Gtk::make_managed<FeedbackPage>(context_);
   if (name == account_centre_texts::kChangePasswordScreen) return Gtk::make_managed<ChangePasswordPage>(context_);
   if (name == account_centre_texts::kMemberLevelScreen) return Gtk::make_managed<MemberLevelPage>(context_);
+  if (name == account_centre_texts::kProfileScreen) return Gtk::make_managed<ProfilePage>(context_);
+  if (name == account_centre_texts::kChangePhoneScreen) return Gtk::make_managed<ChangePhonePage>(context_);
+  if (name == account_centre_texts::kInviteScreen) return Gtk::make_managed<InvitePage>(context_);
   if (name == order_texts::kMyOrdersScreen) return Gtk::make_managed<OrderListPage>(context_, number("type"));
   if (name == order_texts::kStoreOrderDetailScreen) return Gtk::make_managed<StoreOrderPage>(context_, text("orderId"));
   if (name == order_texts::kActivityOrderDetailScreen) {

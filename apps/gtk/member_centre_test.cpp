@@ -1,19 +1,31 @@
 // The member centre in the graphical client, driven in-process against the embedded
 // sandbox's demo member: the wallet tab and its fund records and vouchers, a store's
 // comments and the member's own ratings, his bookmarks, his messages with the member
-// tab's badge, and the feedback, password and level pages. Each page is reached the way a
+// tab's badge, the feedback, password and level pages, and the profile, portrait, phone and
+// invitation pages. Each page is reached the way a
 // member reaches it, and the assertions are on what the page draws.
 #include <gtest/gtest.h>
 
+#include <adwaita.h>
+
 #include <algorithm>
+#include <fstream>
 
 #include "apps/gtk/favorites_page.h"
 #include "apps/gtk/gtk_client_test_support.h"
 #include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/profile_pages.h"
 #include "apps/gtk/review_pages.h"
 #include "apps/gtk/wallet_centre_pages.h"
+#include "apps/gtk/web_page_view.h"
 #include "apps/gtk/widget_finders.h"
+#include "platform/linux/codec_image_decoder.h"
+#include "platform/linux/qr_png.h"
+#include "platform/env.h"
+#include "platform/settings_store.h"
+#include "shell/qx_h5_view_controller.h"
+#include "shell/web_view_controller.h"
 
 namespace qmv::gtk {
 namespace {
@@ -236,6 +248,98 @@ TEST_F(MemberCentreTest, FeedbackPasswordAndLevelPagesDrawTheirScreens) {
   ASSERT_NE(bar, nullptr);
   EXPECT_DOUBLE_EQ(bar->get_fraction(), 0.5625);
   ASSERT_TRUE(openRow("等级说明", "QXH5ViewController"));
+  // Left while it still loads, the web page's teardown crashes the next test's start.
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    auto* page = dynamic_cast<H5Page*>(&top());
+    const WebView* web = page != nullptr ? page->screen().webView() : nullptr;
+    return web != nullptr && web->hasShownPage();
+  }, std::chrono::seconds(30)));
+}
+
+TEST_F(MemberCentreTest, ProfileEditsAFieldAndThePortraitReachesTheMemberTab) {
+  // The tab: the nick name, the account with its phone masked, no portrait yet.
+  tabs_->select(4);
+  ASSERT_TRUE(waitFor("1380***0000"));
+  EXPECT_TRUE(labelShows("member-name", "演示会员"));
+  Gtk::Widget* none = finders::findNamed(top(), "portrait");
+  ASSERT_NE(none, nullptr);
+  EXPECT_FALSE(none->get_visible());
+
+  // A field is edited in a dialog; an empty nick name is refused, a new one replaces the row's.
+  ASSERT_TRUE(openFromMemberTab("个人资料", "ProfileViewController"));
+  auto* page = dynamic_cast<ProfilePage*>(&top());
+  ASSERT_NE(page, nullptr);
+  ASSERT_TRUE(waitFor("演示会员"));
+  const auto editTo = [&](const std::string& value) {
+    ASSERT_TRUE(finders::activateRow(top(), "昵称"));
+    ASSERT_NE(page->editor(), nullptr);
+    auto* entry = dynamic_cast<Gtk::Entry*>(finders::findNamed(*Glib::wrap(page->editor()), "profile-value"));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry->get_text().raw(), "演示会员");
+    entry->set_text(value);
+    adw_message_dialog_response(ADW_MESSAGE_DIALOG(page->editor()), "save");
+    EXPECT_EQ(page->editor(), nullptr);
+  };
+  editTo("");
+  EXPECT_TRUE(toasted("昵称须为1-20个字"));
+  editTo("小明");
+  EXPECT_TRUE(toasted("修改成功"));
+  EXPECT_TRUE(waitFor("小明"));
+
+  // The portrait: a missing file is not a picture; a 256 px JPEG is taken and shows on the
+  // tab at the tab's size.
+  page->uploadPortrait(home_ / "missing.jpg");
+  EXPECT_TRUE(toasted("请选择图片"));
+  DecodedImage grey;
+  grey.width = grey.height = 256;
+  grey.stride = 256 * 4;
+  grey.pixels.assign(grey.stride * 256, '\x70');
+  std::ofstream(home_ / "face.jpg", std::ios::binary) << CodecImageDecoder().encodeJpeg(grey, 90).value();
+  page->uploadPortrait(home_ / "face.jpg");
+  ASSERT_TRUE(driver_->waitUntil([] { return Env::current().settings->dataForKey("headerImage_now").has_value(); }));
+  ASSERT_TRUE(tap("back", true));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  EXPECT_TRUE(labelShows("member-name", "小明"));
+  Gtk::Picture* portrait = nullptr;
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    portrait = dynamic_cast<Gtk::Picture*>(finders::findNamed(top(), "portrait"));
+    return portrait != nullptr && portrait->get_visible() && portrait->get_paintable();
+  }));
+  EXPECT_EQ(portrait->get_paintable()->get_intrinsic_width(), 128);
+}
+
+TEST_F(MemberCentreTest, PhoneChangesWithItsCodeAndTheInvitationShowsItsCodeAndQr) {
+  // The same phone is refused before a code is asked; a new one gets a code, its button
+  // counts down, and the change reaches the member tab masked.
+  ASSERT_TRUE(openFromMemberTab("更换手机号", "ChangePhoneViewController"));
+  type("new-phone", "13800000000");
+  ASSERT_TRUE(tap("get-code", true));
+  EXPECT_TRUE(toasted("新手机号与原手机号相同"));
+  type("new-phone", "13900000009");
+  ASSERT_TRUE(tap("get-code", true));
+  auto* code = dynamic_cast<Gtk::Button*>(finders::findNamed(top(), "get-code"));
+  ASSERT_NE(code, nullptr);
+  ASSERT_TRUE(driver_->waitUntil([&] { return !code->is_sensitive() && code->get_label().raw() != "获取验证码"; }));
+  type("code", "123456");
+  ASSERT_TRUE(tap("submit", true));
+  EXPECT_TRUE(toasted("手机号修改成功"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  EXPECT_TRUE(waitFor("1390***0009"));
+
+  // The invitation: the member number, the link that carries it last, and its QR code.
+  ASSERT_TRUE(openFromMemberTab("邀请好友", "InviteViewController"));
+  EXPECT_TRUE(labelShows("invite-code", "100001"));
+  auto* link = dynamic_cast<Gtk::Label*>(finders::findNamed(top(), "invite-link"));
+  ASSERT_NE(link, nullptr);
+  EXPECT_TRUE(link->get_text().raw().ends_with("/static/register/index.html?inviteID=100001"));
+  auto* qr = dynamic_cast<Gtk::Picture*>(finders::findNamed(top(), "invite-qr"));
+  ASSERT_NE(qr, nullptr);
+  ASSERT_TRUE(qr->get_paintable());
+  EXPECT_GT(qr->get_paintable()->get_intrinsic_width(), 100);
+  auto* page = dynamic_cast<InvitePage*>(&top());
+  ASSERT_NE(page, nullptr);
+  ASSERT_TRUE(page->saveQrCode(home_ / "invite.png"));
+  EXPECT_EQ(decodeQrFromPng(home_ / "invite.png"), link->get_text().raw()) << "the saved picture reads back as the link";
 }
 
 }  // namespace

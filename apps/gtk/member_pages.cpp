@@ -1,6 +1,7 @@
 #include "apps/gtk/member_pages.h"
 
 #include <iterator>
+#include <string_view>
 
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
@@ -8,10 +9,10 @@
 #include "apps/gtk/ui.h"
 #include "core/session/account_texts.h"
 #include "core/session/global_data.h"
-#include "core/session/member_texts.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/member/account_centre_texts.h"
 #include "features/member/member_centre_texts.h"
+#include "features/member/portrait_texts.h"
 #include "features/orders/order_texts.h"
 #include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
@@ -20,6 +21,26 @@
 #include "shell/app_delegate.h"
 
 namespace qmv::gtk {
+
+namespace {
+
+namespace mct = member_centre_texts;
+constexpr bool same(std::string_view a, std::string_view b) { return a == b; }
+// The member tab names screens of layers it cannot include; they must stay the same.
+static_assert(same(mct::kMyOrdersScreen, order_texts::kMyOrdersScreen) && same(mct::kMyOrdersTitle, order_texts::kMyOrdersTitle));
+static_assert(same(mct::kMyContactScreen, referral_texts::kMyContactScreen) &&
+              same(mct::kMyContactTitle, referral_texts::kMyContactTitle));
+static_assert(same(mct::kWheelScreen, wheel_texts::kWheelScreen) && same(mct::kWheelTitle, wheel_texts::kTitle));
+static_assert(same(mct::kFundRecordScreen, wallet_texts::kFundRecordScreen) &&
+              same(mct::kFundRecordTitle, wallet_texts::kFundRecordEntry));
+static_assert(same(mct::kVoucherScreen, wallet_texts::kVoucherScreen) && same(mct::kVoucherTitle, wallet_texts::kVoucherEntry));
+static_assert(same(account_centre_texts::kH5Screen, h5_texts::kH5Screen) &&
+              same(mct::kCoinPageTitle, h5_texts::kPages[h5_texts::kCoinType].title) &&
+              same(mct::kAddressPageTitle, h5_texts::kPages[h5_texts::kAddressType].title) &&
+              same(mct::kLevelPageTitle, h5_texts::kPages[h5_texts::kLevelType].title) &&
+              same(mct::kMyTopicPageTitle, h5_texts::kPages[h5_texts::kMyTopicType].title));
+
+}  // namespace
 
 WealthPage::WealthPage(PageContext& context) : ScreenPage(context, "", false) {
   follow(screen_);
@@ -62,12 +83,12 @@ void WealthPage::refresh() {
 MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   follow(logout_);
   logout_.onFinished = [this](bool) {
-    badge_.viewWillAppear();
+    screen_.viewWillAppear();
     refreshSoon();
   };
-  badge_.onChange = [this] { refreshSoon(); };
+  screen_.onChanged = [this] { refreshSoon(); };
   signal_map().connect([this] {
-    badge_.viewWillAppear();
+    screen_.viewWillAppear();
     refreshSoon();
   });
   addAction("login", [this] { logout_.presentLoginCtrl(); });
@@ -78,41 +99,29 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   body().append(*login_);
 
   member_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
+  portrait_ = Gtk::make_managed<Gtk::Picture>();
+  portrait_->set_name("portrait");
+  portrait_->set_can_shrink(false);
+  portrait_->set_halign(Gtk::Align::CENTER);
+  ui::setAccessibleLabel(*portrait_, portrait_texts::kTitle);
+  member_->append(*portrait_);
   name_ = ui::label("", "title-1");
   name_->set_name("member-name");
+  name_->set_xalign(0.5);
   member_->append(*name_);
   auto* list = ui::boxedList();
-  for (Gtk::Widget*& row : facts_) row = ui::addRow(*list, "", "");
+  list->set_name("member-facts");
+  account_ = ui::addRow(*list, "", "");
+  balance_ = ui::addRow(*list, "", "");
+  level_ = ui::addRow(*list, "", "");
   member_->append(*list);
-  // The member's own screens, and the server pages about him.
-  PageNavigator& navigator = context_.navigator();
   auto* screens = ui::boxedList();
   screens->set_name("member-screens");
-  ui::addRow(*screens, order_texts::kMyOrdersTitle, "", "",
-             [&navigator] { navigator.push(order_texts::kMyOrdersScreen, {{"type", 0}}); });
-  Gtk::Widget* messages = ui::addRow(*screens, member_centre_texts::kMessagesTitle, "", "",
-                                     [&navigator] { navigator.push(member_centre_texts::kMessagesScreen); });
-  unread_ = ui::addBadge(*messages);
-  unread_->set_name("unread-badge");
-  ui::addRow(*screens, discovery_texts::kFavoritesTitle, "", "",
-             [&navigator] { navigator.push(discovery_texts::kFavoritesScreen); });
-  ui::addRow(*screens, referral_texts::kMyContactTitle, "", "",
-             [&navigator] { navigator.push(referral_texts::kMyContactScreen); });
-  ui::addRow(*screens, wheel_texts::kTitle, "", "", [&navigator] { navigator.push(wheel_texts::kWheelScreen); });
-  ui::addRow(*screens, wallet_texts::kFundRecordEntry, "", "",
-             [&navigator] { navigator.push(wallet_texts::kFundRecordScreen); });
-  ui::addRow(*screens, wallet_texts::kVoucherEntry, "", "", [&navigator] { navigator.push(wallet_texts::kVoucherScreen); });
-  ui::addRow(*screens, discovery_texts::kMyRatingsTitle, "", "",
-             [&navigator] { navigator.push(discovery_texts::kMyRatingsScreen); });
-  ui::addRow(*screens, account_centre_texts::kMemberLevelTitle, "", "",
-             [&navigator] { navigator.push(account_centre_texts::kMemberLevelScreen); });
-  ui::addRow(*screens, account_centre_texts::kChangePasswordTitle, "", "",
-             [&navigator] { navigator.push(account_centre_texts::kChangePasswordScreen); });
-  ui::addRow(*screens, member_centre_texts::kFeedbackTitle, "", "",
-             [&navigator] { navigator.push(member_centre_texts::kFeedbackScreen); });
-  for (const long type : {h5_texts::kCoinType, h5_texts::kAddressType, h5_texts::kLevelType, h5_texts::kMyTopicType}) {
-    ui::addRow(*screens, h5_texts::kPages[type].title, "", "",
-               [&navigator, type] { navigator.push(h5_texts::kH5Screen, {{"h5Type", type}}); });
+  const auto entries = ZDMyViewController::entries();
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    Gtk::Widget* row = ui::addRow(*screens, entries[i].title, "", "", [this, i] { screen_.openEntry(i); });
+    badges_.push_back(ui::addBadge(*row));
+    if (std::string_view(entries[i].screen) == member_centre_texts::kMessagesScreen) badges_.back()->set_name("unread-badge");
   }
   member_->append(*screens);
   auto* leave = Gtk::make_managed<Gtk::Button>();
@@ -120,24 +129,29 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
   leave->set_name("logout");
   leave->add_css_class("destructive-action");
   leave->set_action_name("page.logout");
+  ui::setAccessibleLabel(*leave, gtk_texts::kLogout);
   member_->append(*leave);
   body().append(*member_);
   refresh();
 }
 
 void MinePage::refresh() {
-  const auto& me = GlobalData::sharedInstance().selfInfo();
-  login_->set_visible(!me);
-  member_->set_visible(me != nullptr);
-  if (!me) return;
-  unread_->set_text(badge_.badgeText());
-  unread_->set_visible(!badge_.badgeText().empty());
-  ui::setAccessibleLabel(*unread_, std::string(member_centre_texts::kUnreadMark) + " " + badge_.badgeText());
-  name_->set_text(me->nickName.empty() ? me->userName : me->nickName);
-  ui::setRowTexts(*facts_[0], me->userName, me->phone);
-  ui::setRowTexts(*facts_[1], gtk_texts::kYuanPrefix + member_texts::balanceYuan(*me), "");
-  ui::setRowTexts(*facts_[2], member_texts::level(*me) + "  " + member_texts::progress(*me),
-                  member_texts::remainingExp(*me));
+  login_->set_visible(!screen_.hasMember());
+  member_->set_visible(screen_.hasMember());
+  if (!screen_.hasMember()) return;
+  for (std::size_t i = 0; i < badges_.size(); ++i) {
+    const std::string badge = screen_.badgeOf(i);
+    badges_[i]->set_text(badge);
+    badges_[i]->set_visible(!badge.empty());
+    if (!badge.empty()) ui::setAccessibleLabel(*badges_[i], std::string(member_centre_texts::kUnreadMark) + " " + badge);
+  }
+  const DecodedImage* portrait = screen_.portrait();
+  ui::setPicture(*portrait_, portrait);
+  portrait_->set_visible(portrait != nullptr);
+  name_->set_text(screen_.nameText());
+  ui::setRowTexts(*account_, screen_.phoneText(), "");
+  ui::setRowTexts(*balance_, gtk_texts::kYuanPrefix + screen_.balanceText(), "");
+  ui::setRowTexts(*level_, screen_.levelText(), screen_.remainingText());
 }
 
 GuidePage::GuidePage(PageContext& context) : ScreenPage(context, "qmv", false) {

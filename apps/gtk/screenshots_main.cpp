@@ -265,6 +265,14 @@ int run(const std::filesystem::path& out) {
     app.navigator().push(account_centre_texts::kMemberLevelScreen);
     shot("33-level");
     app.navigator().popToRoot();
+    app.navigator().push(account_centre_texts::kProfileScreen);
+    driver.waitUntil([&] { return finders::shows(driver.top(), "演示会员"); });
+    shot("34-profile");
+    app.navigator().popToRoot();
+    app.navigator().push(account_centre_texts::kInviteScreen);
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "invite-qr") != nullptr; });
+    shot("35-invite");
+    app.navigator().popToRoot();
   }
   std::filesystem::remove_all(home);
   return failures == 0 ? 0 : 1;

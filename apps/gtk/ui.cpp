@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include "core/common/decoded_image.h"
 #include "platform/qr_generator.h"
 
 namespace qmv::gtk::ui {
@@ -162,6 +163,20 @@ Gtk::Picture* qrPicture(const QrMatrix& code) {
   picture->set_can_shrink(false);
   picture->set_halign(Gtk::Align::CENTER);
   return picture;
+}
+
+void setPicture(Gtk::Picture& picture, const DecodedImage* image) {
+  if (image == nullptr || image->size().empty() ||
+      image->pixels.size() < image->stride * static_cast<std::size_t>(image->height)) {
+    gtk_picture_set_paintable(picture.gobj(), nullptr);
+    return;
+  }
+  GBytes* bytes = g_bytes_new(image->pixels.data(), image->pixels.size());
+  GdkTexture* texture = gdk_memory_texture_new(image->width, image->height, GDK_MEMORY_R8G8B8A8_PREMULTIPLIED, bytes,
+                                               image->stride);
+  g_bytes_unref(bytes);
+  gtk_picture_set_paintable(picture.gobj(), GDK_PAINTABLE(texture));
+  g_object_unref(texture);
 }
 
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {

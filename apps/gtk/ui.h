@@ -8,6 +8,7 @@
 #include <vector>
 
 namespace qmv {
+struct DecodedImage;
 struct QrMatrix;
 }
 
@@ -43,6 +44,9 @@ void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std
 // A QR code drawn module by module, black on white with its quiet zone, at a size a
 // phone's camera reads from the screen.
 Gtk::Picture* qrPicture(const QrMatrix& code);
+// Shows `image` (premultiplied RGBA as the decoder hands it over) in `picture`; null
+// clears it.
+void setPicture(Gtk::Picture& picture, const DecodedImage* image);
 // What a screen reader says for `widget` (a field without a visible label, a bar).
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
 // An icon of the theme by its name.

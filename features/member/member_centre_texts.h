@@ -24,6 +24,27 @@ inline constexpr const char* kFeedbackSent = "提交成功,感谢您的反馈";
 // Between the characters typed and the most allowed: "12/500".
 inline constexpr const char* kCountSeparator = "/";
 
+// The member tab ("我的").
+inline constexpr const char* kMemberTabTitle = "我的";
+// Screens of the layers this one does not reach that the tab opens (the orders list, the
+// contacts, the wheel, the wallet's records, the page host's known pages), named and
+// titled as those layers name them; the graphical client checks that they agree.
+inline constexpr const char* kMyOrdersTitle = "我的订单";
+inline constexpr const char* kMyOrdersScreen = "QXMyOrderViewController";
+inline constexpr const char* kOrdersTypeKey = "type";
+inline constexpr const char* kMyContactTitle = "我的人脉";
+inline constexpr const char* kMyContactScreen = "MyContactViewController";
+inline constexpr const char* kWheelTitle = "幸运大转盘";
+inline constexpr const char* kWheelScreen = "WheelViewController";
+inline constexpr const char* kFundRecordTitle = "资金明细";
+inline constexpr const char* kFundRecordScreen = "FundRecordViewController";
+inline constexpr const char* kVoucherTitle = "我的代金券";
+inline constexpr const char* kVoucherScreen = "MyVoucherViewController";
+inline constexpr const char* kCoinPageTitle = "一元夺宝";
+inline constexpr const char* kAddressPageTitle = "绑定地址";
+inline constexpr const char* kLevelPageTitle = "个人等级";
+inline constexpr const char* kMyTopicPageTitle = "我的帖子";
+
 // Screens, by name.
 inline constexpr const char* kMessagesScreen = "MyNewsViewController";
 inline constexpr const char* kFeedbackScreen = "FeedbackViewController";
