@@ -17,6 +17,8 @@ pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
 pkg_check_modules(LIBEDIT REQUIRED IMPORTED_TARGET libedit)
 # Text measurement: Pango over FreeType and fontconfig, no drawing surface needed.
 pkg_check_modules(PANGOFT2 REQUIRED IMPORTED_TARGET pangoft2)
+# The sandbox's generated pictures: cairo surfaces with text set by Pango.
+pkg_check_modules(PANGOCAIRO REQUIRED IMPORTED_TARGET pangocairo cairo)
 # GLib's main context: the interface thread of the graphical client.
 pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
 

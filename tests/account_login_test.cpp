@@ -196,7 +196,8 @@ TEST_F(AccountLoginTest, LogoutEndsTheServerSessionAndForgetsMemberAndPortraitBu
   login.view().passwordText = kDemoPassword;
   login.loginNet();
   ASSERT_EQ(await(finished), std::optional<bool>(true));
-  ASSERT_EQ(await(portrait), std::optional<bool>(false));  // none uploaded yet
+  ASSERT_EQ(await(portrait), std::optional<bool>(true));  // the one drawn for the demo member
+  EXPECT_NE(settings_->dataForKey(kHeaderImageNowKey), kJpegPortrait);
   // Signed in, the member's own portrait goes up (the login's session cookie goes along).
   ASSERT_EQ(uploadPortrait(kJpegPortrait), std::optional<bool>(true));
   login.onHeaderImageFinished = portrait.callback();

@@ -220,7 +220,9 @@ TEST_F(SandboxTest, ProfileChangesPasswordChangeAndPortrait) {
     EXPECT_EQ(code(answer), "1");
     EXPECT_EQ(answer["message"], message);
   }
-  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["imgUrl"], "");
+  // Still the portrait drawn for the demo member.
+  EXPECT_EQ(api_->get("getUserInfo", {{"sessionId", session}})["data"]["imgUrl"],
+            server_->rootUrl() + "/oss/" + kDemoPhone + ".png");
 
   const Json uploaded = postPortrait(jpeg);
   ASSERT_EQ(code(uploaded), "0");

@@ -12,7 +12,7 @@ Json category(int id, const char* name, std::initializer_list<std::pair<int, con
   for (const auto& [subId, subName] : subs) {
     list.push_back({{"id", std::to_string(subId)},
                     {"name", subName},
-                    {"imgURL", "/sandbox/img/category_" + std::to_string(subId) + ".png"}});
+                    {"imgURL", "/oss/art/category_" + std::to_string(subId) + ".png"}});
   }
   return {{"id", std::to_string(id)}, {"name", name}, {"list", list}};
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "apps/sandbox/demo_pictures.h"
 #include "apps/sandbox/sandbox_util.h"
 #include "core/common/string_util.h"
 #include "core/sqlite/sqlite_database.h"
@@ -79,6 +80,24 @@ CREATE TABLE IF NOT EXISTS wheel_spins(id INTEGER PRIMARY KEY, wheel_id INTEGER 
 CREATE INDEX IF NOT EXISTS orders_member ON orders(member_id, created);
 CREATE INDEX IF NOT EXISTS ledger_member ON ledger(member_id, id);
 CREATE INDEX IF NOT EXISTS members_inviter ON members(inviter_id);
+)sql";
+
+// Old picture addresses (/sandbox/img/...) to the art each record has now. Offers are named
+// by their own id, orders by the offer, product or store they show.
+constexpr const char* kArtAddresses = R"sql(
+UPDATE stores SET images = replace(replace(images, '/sandbox/img/', '/oss/art/'), '.png', '.jpg')
+  WHERE images LIKE '%/sandbox/img/%';
+UPDATE commodities SET image = '/oss/art/commodity_' || id || '.jpg' WHERE image LIKE '/sandbox/img/%';
+UPDATE commodities SET desc_image = '/oss/art/desc_' || id || '.jpg' WHERE desc_image LIKE '/sandbox/img/%';
+UPDATE banners SET image = '/oss/art/banner_' || id || '.jpg' WHERE image LIKE '/sandbox/img/%';
+UPDATE products SET image = '/oss/art/product_' || id || '.jpg' WHERE image LIKE '/sandbox/img/%';
+UPDATE wheels SET image = '/oss/art/wheel_' || id || '.jpg' WHERE image LIKE '/sandbox/img/%';
+UPDATE orders SET image = (SELECT image FROM commodities WHERE id = orders.commodity_id)
+  WHERE image LIKE '/sandbox/img/%' AND commodity_id IN (SELECT id FROM commodities);
+UPDATE orders SET image = (SELECT image FROM products WHERE id = orders.product_id)
+  WHERE image LIKE '/sandbox/img/%' AND product_id IN (SELECT id FROM products);
+UPDATE orders SET image = '/oss/art/store_' || store_id || '_1.jpg'
+  WHERE image LIKE '/sandbox/img/%' AND store_id IS NOT NULL;
 )sql";
 
 struct DemoStore {
@@ -206,7 +225,7 @@ void seedStores(SandboxStore& db) {
     ++index;
     const auto [lat, lng] = wgsToBd09(store.wgsLat, store.wgsLng);
     const std::string images =
-        "/sandbox/img/store_" + std::to_string(index) + "_1.png|/sandbox/img/store_" + std::to_string(index) + "_2.png";
+        "/oss/art/store_" + std::to_string(index) + "_1.jpg|/oss/art/store_" + std::to_string(index) + "_2.jpg";
     const int64_t star = 3 + index % 3;
     db.execute(
         "INSERT INTO stores(id, district_id, category, name, title, content, address, phone, hours, images, "
@@ -219,6 +238,7 @@ void seedStores(SandboxStore& db) {
          index % 3 != 2 ? 1 : 0});
     // Two offers per store: a package with a first-purchase price and a plain voucher.
     const int64_t nowFen = store.priceFen;
+    const int64_t package = 2 * index - 1, voucher = 2 * index;
     const Json rules = Json::array({{{"rule", "每人每次限用一张"}}, {{"rule", "不与店内其他优惠同享"}}});
     const Json remarks = Json::array({{{"remark", "请提前一天预约"}}, {{"remark", "节假日通用"}}});
     const Json taocan = Json::array(
@@ -226,16 +246,18 @@ void seedStores(SandboxStore& db) {
           {"contentList", Json::array({{{"commodity", store.title}, {"amount", "1份"}, {"price", yuanText(nowFen)}},
                                        {{"commodity", "饮品"}, {"amount", "2杯"}, {"price", "10.00"}}})}}});
     db.execute(
-        "INSERT INTO commodities(store_id, name, content, image, now_fen, price_fen, first_fen, sold, valid, hours, "
-        "desc_image, rules, taocan, remarks) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
-        {index, std::string(store.title), std::string("超值") + store.title + "，首单立减。",
-         "/sandbox/img/commodity_" + std::to_string(index) + ".png", nowFen, nowFen * 3 / 2,
+        "INSERT INTO commodities(id, store_id, name, content, image, now_fen, price_fen, first_fen, sold, valid, "
+        "hours, desc_image, rules, taocan, remarks) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
+        {package, index, std::string(store.title), std::string("超值") + store.title + "，首单立减。",
+         "/oss/art/commodity_" + std::to_string(package) + ".jpg", nowFen, nowFen * 3 / 2,
          std::max<int64_t>(100, nowFen / 2), 5 + index * 7, "2016-10-01至2027-12-31", "10:00-21:00",
-         index % 2 ? "/sandbox/img/desc.png" : "", rules.dump(), taocan.dump(), remarks.dump()});
+         index % 2 ? "/oss/art/desc_" + std::to_string(package) + ".jpg" : "", rules.dump(), taocan.dump(),
+         remarks.dump()});
     db.execute(
-        "INSERT INTO commodities(store_id, name, content, image, now_fen, price_fen, first_fen, sold, valid, hours, "
-        "desc_image, rules, taocan, remarks) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
-        {index, "100元代金券", "全场通用代金券", "/sandbox/img/voucher.png", 8800, 10000, 8800, 100 + index,
+        "INSERT INTO commodities(id, store_id, name, content, image, now_fen, price_fen, first_fen, sold, valid, "
+        "hours, desc_image, rules, taocan, remarks) VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
+        {voucher, index, "100元代金券", "全场通用代金券", "/oss/art/commodity_" + std::to_string(voucher) + ".jpg", 8800,
+         10000, 8800, 100 + index,
          "2016-10-01至2027-12-31", "全天", "", Json::array({{{"rule", "不找零"}}}).dump(), Json::array().dump(),
          Json::array({{{"remark", "无需预约"}}}).dump()});
   }
@@ -351,21 +373,21 @@ void seedMembers(SandboxStore& db, int64_t now) {
 void seedContent(SandboxStore& db, int64_t now) {
   db.execute(
       "INSERT INTO banners(title, url, image) VALUES('一元夺宝', '/static/coinone/index.html', "
-      "'/sandbox/img/banner_1.png'), "
-      "('幸运大转盘', '/static/dial/index.html', '/sandbox/img/banner_2.png'), "
-      "('圈子', '/static/lebbs/index.html', '/sandbox/img/banner_3.png')");
+      "'/oss/art/banner_1.jpg'), "
+      "('幸运大转盘', '/static/dial/index.html', '/oss/art/banner_2.jpg'), "
+      "('圈子', '/static/lebbs/index.html', '/oss/art/banner_3.jpg')");
   db.execute(
-      "INSERT INTO products(name, series, share_fen, image) VALUES('iPhone 7 128G', 12, 100, '/sandbox/img/p1.png'), "
-      "('沂蒙山旅游双人游', 3, 100, '/sandbox/img/p2.png')");
+      "INSERT INTO products(name, series, share_fen, image) VALUES('iPhone 7 128G', 12, 100, '/oss/art/product_1.jpg'), "
+      "('沂蒙山旅游双人游', 3, 100, '/oss/art/product_2.jpg')");
   const Json items = Json::array({{{"name", "谢谢参与"}, {"fen", 0}, {"weight", 50}},
                                   {{"name", "1元红包"}, {"fen", 100}, {"weight", 30}},
                                   {{"name", "5元红包"}, {"fen", 500}, {"weight", 15}},
                                   {{"name", "20元红包"}, {"fen", 2000}, {"weight", 4}},
                                   {{"name", "谢谢参与"}, {"fen", 0}, {"weight", 0}},
                                   {{"name", "100元红包"}, {"fen", 10000}, {"weight", 1}}});
-  db.execute("INSERT INTO wheels(image, rule, starts, ends, spins, items) VALUES(?,?,?,?,3,?)",
-             {"/sandbox/img/wheel.png", "活动期间每位会员可抽奖3次，红包直接存入余额。", now - 86400,
-              now + 3650LL * 86400, items.dump()});
+  db.execute("INSERT INTO wheels(image, rule, starts, ends, spins, items) VALUES('',?,?,?,3,?)",
+             {"活动期间每位会员可抽奖3次，红包直接存入余额。", now - 86400, now + 3650LL * 86400, items.dump()});
+  nameWheelPicture(db);
 }
 
 }  // namespace
@@ -406,10 +428,20 @@ Status prepareDatabase(SandboxStore& db, const std::filesystem::path& areaDataba
       seedMemberPages(db, now);
       db.execute("INSERT INTO meta(key, value) VALUES('member_pages_demo', '1')");
     }
+    // Homes seeded when every picture was one grey placeholder get their records' own art.
+    if (db.queryOne("SELECT value FROM meta WHERE key = 'art_addresses'").is_null()) {
+      db.executeScript(kArtAddresses);
+      db.execute("INSERT INTO meta(key, value) VALUES('art_addresses', '1')");
+    }
     return true;
   });
   if (!areas.ok()) return areas;
   return done.status();
+}
+
+void nameWheelPicture(SandboxStore& db) {
+  const int64_t id = db.lastInsertId();
+  db.execute("UPDATE wheels SET image = ? WHERE id = ?", {"/oss/art/wheel_" + std::to_string(id) + ".jpg", id});
 }
 
 }  // namespace qmv::sandbox

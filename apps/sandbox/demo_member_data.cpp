@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "apps/sandbox/demo_data.h"
+#include "apps/sandbox/demo_pictures.h"
 #include "apps/sandbox/sandbox_texts.h"
 #include "apps/sandbox/sandbox_util.h"
 
@@ -50,9 +51,9 @@ void seedLedger(SandboxStore& db, int64_t demo, int64_t now) {
   const Json items = Json::array({{{"name", "谢谢参与"}, {"fen", 0}, {"weight", 50}},
                                   {{"name", "1元红包"}, {"fen", 100}, {"weight", 30}},
                                   {{"name", "5元红包"}, {"fen", 500}, {"weight", 20}}});
-  db.execute("INSERT INTO wheels(image, rule, starts, ends, spins, items) VALUES(?,?,?,?,3,?)",
-             {"/sandbox/img/wheel.png", "活动期间每位会员可抽奖3次，红包直接存入余额。", now - 60 * kDay,
-              now - 30 * kDay, items.dump()});
+  db.execute("INSERT INTO wheels(image, rule, starts, ends, spins, items) VALUES('',?,?,?,3,?)",
+             {"活动期间每位会员可抽奖3次，红包直接存入余额。", now - 60 * kDay, now - 30 * kDay, items.dump()});
+  nameWheelPicture(db);
   const std::string wheel = std::to_string(db.lastInsertId());
   const struct {
     int64_t index;

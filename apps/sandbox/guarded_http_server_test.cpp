@@ -88,7 +88,7 @@ TEST_F(SandboxTest, KeptAliveConnectionsAnswerWithoutWaitingForAcknowledgements)
   std::vector<double> times;
   for (int i = 0; i < 31; ++i) {
     const auto start = Clock::now();
-    auto res = http.Get("/sandbox/img/banner_1.png");
+    auto res = http.Get("/oss/art/category_11.png");
     times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
     ASSERT_TRUE(res);
     ASSERT_EQ(res->status, 200);

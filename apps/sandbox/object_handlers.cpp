@@ -9,8 +9,10 @@
 #include <sstream>
 #include <string>
 
+#include "apps/sandbox/file_answer.h"
 #include "apps/sandbox/guarded_http_server.h"
 #include "apps/sandbox/sandbox_util.h"
+#include "platform/codecs/image_codecs.h"
 
 namespace qmv::sandbox {
 namespace {
@@ -63,39 +65,39 @@ void refuse(const httplib::Request& req, httplib::Response& res, const httplib::
   if (!drained) GuardedHttpServer::closeAfterAnswer(res);
 }
 
-// Writes `bytes` aside and renames, so that a reader never sees half an object.
-bool store(const std::filesystem::path& directory, const std::string& name, const std::string& bytes) {
-  std::error_code ec;
-  std::filesystem::create_directories(directory, ec);
-  const auto partial = directory / (".partial-" + std::to_string(::getpid()) + "-" + randomHex(8) + "-" + name);
-  {
-    std::ofstream out(partial, std::ios::binary | std::ios::trunc);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!out) ec = std::make_error_code(std::errc::io_error);
+// What a client may do with an object: keep it, but ask again each time, since a portrait
+// is replaced under the same name.
+constexpr const char* kObjectCacheControl = "public, no-cache";
+
+std::string contentTypeOf(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  char magic[16] = {};
+  in.read(magic, sizeof magic);
+  switch (sniffImageFormat(std::string_view(magic, static_cast<size_t>(in.gcount())))) {
+    case ImageFormat::kPng: return "image/png";
+    case ImageFormat::kJpeg: return "image/jpeg";
+    case ImageFormat::kWebp: return "image/webp";
+    case ImageFormat::kUnknown: break;
   }
-  if (!ec) std::filesystem::rename(partial, directory / name, ec);
-  if (ec) std::filesystem::remove(partial, ec);
-  return !ec;
+  return "application/octet-stream";
 }
 
 }  // namespace
 
 void registerObjectRoutes(httplib::Server& server, const std::filesystem::path& directory,
-                          SessionUserName userNameOf) {
-  server.Get(R"(/oss/([^/]+))", [directory](const httplib::Request& req, httplib::Response& res) {
+                          SessionUserName userNameOf, MissingObject drawMissing) {
+  server.Get(R"(/oss/([^/]+))", [directory, drawMissing](const httplib::Request& req, httplib::Response& res) {
     const std::string name = req.matches[1].str();
     if (!validName(name)) {
       res.status = 404;
       return;
     }
-    std::ifstream in(directory / name, std::ios::binary);
-    if (!in) {
-      res.status = 404;
-      return;
+    const auto file = directory / name;
+    if (!std::filesystem::exists(file)) {
+      const std::string drawn = drawMissing(name);
+      if (!drawn.empty()) writeFileAtomically(directory, name, drawn, false);
     }
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    res.set_content(bytes.str(), "application/octet-stream");
+    if (!answerWithFile(req, res, file, contentTypeOf(file), kObjectCacheControl)) res.status = 404;
   });
   server.Put(R"(/oss/([^/]+))", [directory, userNameOf](const httplib::Request& req, httplib::Response& res,
                                                          const httplib::ContentReader& readBody) {
@@ -118,7 +120,7 @@ void registerObjectRoutes(httplib::Server& server, const std::filesystem::path& 
       GuardedHttpServer::closeAfterAnswer(res);  // the rest of the body is still on its way
       return;
     }
-    res.status = store(directory, name, bytes) ? 200 : 500;
+    res.status = writeFileAtomically(directory, name, bytes) ? 200 : 500;
   });
 }
 

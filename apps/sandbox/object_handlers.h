@@ -26,7 +26,11 @@ inline constexpr size_t kMaxObjectBytes = 2 * 1024 * 1024;
 // The user name of the member signed in with a session id, or nothing.
 using SessionUserName = std::function<std::optional<std::string>(const std::string& sessionId)>;
 
+// The bytes of an object that is not stored yet but can be drawn (the launch picture, a
+// demo member's portrait), or "". What it draws is stored, unless an upload got there first.
+using MissingObject = std::function<std::string(const std::string& name)>;
+
 void registerObjectRoutes(httplib::Server& server, const std::filesystem::path& directory,
-                          SessionUserName userNameOf);
+                          SessionUserName userNameOf, MissingObject drawMissing);
 
 }  // namespace qmv::sandbox

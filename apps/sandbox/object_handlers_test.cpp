@@ -19,7 +19,10 @@ TEST_F(ObjectHandlersTest, MembersWriteOnlyTheirOwnPortraitsAndReadsStayOpen) {
   const std::string mine = "/oss/" + std::string(kDemoPhone) + ".png";
   EXPECT_EQ(http.Put(mine, bytes, kOctets)->status, 401);
   EXPECT_EQ(http.Put(mine + "?sessionId=0123456789abcdef0123456789abcdef", bytes, kOctets)->status, 401);
-  EXPECT_FALSE(std::filesystem::exists(home_ / "oss" / (std::string(kDemoPhone) + ".png")));
+  const auto demoPortrait = http.Get(mine);  // drawn for him at seeding, untouched by refusals
+  ASSERT_TRUE(demoPortrait);
+  EXPECT_EQ(demoPortrait->status, 200);
+  EXPECT_NE(demoPortrait->body, bytes);
 
   const std::string session = api_->login();
   const httplib::Headers signedIn = {{"Cookie", "theme=dark; sessionId=" + session}};

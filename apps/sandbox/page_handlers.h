@@ -14,7 +14,4 @@ namespace qmv::sandbox {
 std::optional<std::string> pageHtml(const std::string& path, const std::string& rootUrl, const Json& member,
                                     const std::string& inviteId = {});
 
-// A small valid PNG used for every demo picture.
-const std::string& placeholderPng();
-
 }  // namespace qmv::sandbox

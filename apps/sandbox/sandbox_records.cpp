@@ -1,5 +1,7 @@
 #include "apps/sandbox/sandbox_records.h"
 
+#include "apps/sandbox/demo_data.h"
+#include "apps/sandbox/demo_pictures.h"
 #include "apps/sandbox/sandbox_util.h"
 
 namespace qmv::sandbox {
@@ -18,11 +20,14 @@ int64_t integer(const Json& row, const char* key) {
   return (it != row.end() && it->is_number_integer()) ? it->get<int64_t>() : 0;
 }
 
-// The served portrait of a member, or "" when he has none.
+// The served portrait of a member: his upload, else the one drawn for a demo member, else "".
 std::string portraitUrl(const Call& call, const Json& m) {
   const bool hasPortrait =
       !call.db.queryOne("SELECT 1 FROM members WHERE id = ? AND portrait IS NOT NULL", {m["id"]}).is_null();
-  return hasPortrait ? call.rootUrl + "/sandbox/portrait/" + text(m, "num") + ".png" : "";
+  if (hasPortrait) return call.rootUrl + "/sandbox/portrait/" + text(m, "num") + ".png";
+  const std::string num = text(m, "num");
+  const bool demo = num.size() == 6 && num >= kDemoMemberNumber && num <= kLastDemoMemberNumber;
+  return demo ? call.rootUrl + "/oss/" + text(m, "user_name") + ".png" : "";
 }
 
 }  // namespace

@@ -12,7 +12,10 @@
 #include <thread>
 #include <vector>
 
+#include "apps/sandbox/art_routes.h"
+#include "apps/sandbox/artwork.h"
 #include "apps/sandbox/demo_data.h"
+#include "apps/sandbox/demo_pictures.h"
 #include "apps/sandbox/endpoint_table.h"
 #include "apps/sandbox/fair_lock.h"
 #include "apps/sandbox/guarded_http_server.h"
@@ -128,6 +131,25 @@ struct SandboxServer::Impl {
       name.reset();
     }
     return name;
+  }
+
+  // The launch picture, and the portrait of a demo member who has not uploaded one of his own,
+  // drawn the first time they are asked for.
+  std::string drawMissingObject(const std::string& name) {
+    if (name == "welcome.png") return drawWelcome();
+    Json member;
+    {
+      std::lock_guard turn(turns);
+      const Result<bool> read = db->transact(false, [&] {
+        member = db->queryOne(
+            "SELECT user_name, nick_name FROM members WHERE user_name || '.png' = ? AND num BETWEEN ? AND ? "
+            "AND portrait IS NULL",
+            {name, kDemoMemberNumber, kLastDemoMemberNumber});
+        return true;
+      });
+      if (!read.ok() || !member.is_object()) return {};
+    }
+    return drawPortrait(member["user_name"].get<std::string>(), member["nick_name"].get<std::string>());
   }
 
   // Runs a handler inside one transaction and answers with its envelope.
@@ -258,8 +280,15 @@ struct SandboxServer::Impl {
       }
       res.set_content(*html, "text/html; charset=utf-8");
     });
-    http->Get(R"(/sandbox/img/[A-Za-z0-9_.-]+)",
-              [](const httplib::Request&, httplib::Response& res) { res.set_content(placeholderPng(), "image/png"); });
+    registerArtRoutes(*http, options.home / "oss" / "art", [this](const std::string& sql, const std::vector<Json>& params) {
+      Json row;
+      std::lock_guard turn(turns);
+      const Result<bool> read = db->transact(false, [&] {
+        row = db->queryOne(sql, params);
+        return true;
+      });
+      return read.ok() ? row : Json();
+    });
     http->Get(R"(/sandbox/portrait/([0-9]+)\.png)", [this](const httplib::Request& req, httplib::Response& res) {
       Json row;
       const Result<bool> read = db->transact(false, [&] {
@@ -273,8 +302,9 @@ struct SandboxServer::Impl {
       }
       res.set_content(row["portrait"].get<std::string>(), "image/png");
     });
-    registerObjectRoutes(*http, options.home / "oss",
-                         [this](const std::string& sessionId) { return userNameOfSession(sessionId); });
+    registerObjectRoutes(
+        *http, options.home / "oss", [this](const std::string& sessionId) { return userNameOfSession(sessionId); },
+        [this](const std::string& name) { return drawMissingObject(name); });
     http->set_exception_handler([](const httplib::Request&, httplib::Response& res, std::exception_ptr) {
       res.status = 200;
       res.set_content(envelope(Reply::refuse(kMsgServerError)), "application/json; charset=utf-8");

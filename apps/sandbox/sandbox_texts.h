@@ -98,4 +98,12 @@ inline constexpr const char* kBankNames[][2] = {
 };
 inline constexpr const char* kGenericBankName = "银联卡";
 
+// Captions drawn into the generated pictures.
+inline constexpr const char* kArtStorePhoto = "门店环境";
+inline constexpr const char* kArtStoreDish = "招牌推荐";
+inline constexpr const char* kArtDescriptionNote = "图文详情 · 以门店实际为准";
+inline constexpr const char* kArtBannerAction = "立即参与";
+inline constexpr const char* kArtWheelButton = "抽奖";
+inline constexpr const char* kArtWelcomeLine = "吃喝玩乐 · 就在身边";
+
 }  // namespace qmv::sandbox
