@@ -46,6 +46,7 @@ void registerAllCommands(CommandRegistry& registry) {
   registerAccountCentreCommands(registry);
   registerProfileCommands(registry);
   registerPortraitCommands(registry);
+  registerPictureCommands(registry);
   registerShellCommands(registry);
 }
 

@@ -63,6 +63,7 @@ void registerMemberCentreCommands(CommandRegistry& registry);
 void registerAccountCentreCommands(CommandRegistry& registry);
 void registerProfileCommands(CommandRegistry& registry);
 void registerPortraitCommands(CommandRegistry& registry);
+void registerPictureCommands(CommandRegistry& registry);
 
 // Runs the pay-now screen that was pushed with `payload` (taps: the balance off with
 // `noBalance`, then `channel` when not empty), prints what it shows and waits for the
