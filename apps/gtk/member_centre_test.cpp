@@ -273,7 +273,9 @@ TEST_F(MemberCentreTest, ProfileEditsAFieldAndThePortraitReachesTheMemberTab) {
   const auto editTo = [&](const std::string& value) {
     ASSERT_TRUE(finders::activateRow(top(), "昵称"));
     ASSERT_NE(page->editor(), nullptr);
-    auto* entry = dynamic_cast<Gtk::Entry*>(finders::findNamed(*Glib::wrap(page->editor()), "profile-value"));
+    // The entry is the dialog's extra child; wrapping the dialog itself would leave a
+    // C++ wrapper behind that nothing deletes.
+    auto* entry = dynamic_cast<Gtk::Entry*>(Glib::wrap(adw_message_dialog_get_extra_child(ADW_MESSAGE_DIALOG(page->editor()))));
     ASSERT_NE(entry, nullptr);
     EXPECT_EQ(entry->get_text().raw(), "演示会员");
     entry->set_text(value);
