@@ -30,21 +30,6 @@ PangoFontMap* sharedFontMap() {
 
 }  // namespace
 
-// GCC names AddressSanitizer with a macro, clang with a feature test.
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define QMV_ADDRESS_SANITIZER 1
-#endif
-#endif
-#if defined(__SANITIZE_ADDRESS__) || defined(QMV_ADDRESS_SANITIZER)
-// fontconfig and Pango keep caches they never free (fontconfig even loses some while
-// parsing its configuration), which LeakSanitizer reports at exit. Whatever links this
-// adapter gets these suppressions with it.
-extern "C" const char* __lsan_default_suppressions() {
-  return "leak:libfontconfig.so\nleak:libpangoft2-1.0.so\nleak:libpango-1.0.so\nleak:libharfbuzz.so\n";
-}
-#endif
-
 struct PangoTextMeasurer::Impl {
   std::string family;
   PangoFontMap* fontMap = nullptr;  // not owned
