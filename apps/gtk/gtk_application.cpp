@@ -7,10 +7,12 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "apps/cli_docs/manual.h"
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/renderer_choice.h"
 #include "apps/gtk/tab_bar_page.h"
+#include "qmv/version.h"
 
 // The generated resource bundle (apps/gtk/qmv.gresource.xml).
 extern "C" void qmv_register_resource(void);
@@ -35,6 +37,52 @@ button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), 
 .pin { padding: 2px 6px; border-radius: 10px; }
 .pin-title { font-size: 0.8em; font-weight: bold; }
 )css";
+
+// The client's own options, read here and described in its manual page from this one list.
+struct ValueOption {
+  const char* name;
+  const char* value;
+  const char* description;
+  std::string LaunchOptions::*field;
+};
+constexpr ValueOption kValueOptions[] = {
+    {"--home", "DIR", "home directory (default $XDG_DATA_HOME/qmv), the same as qmv's", &LaunchOptions::home},
+    {"--server", "URL", "application server base URL (else the configured one, else the embedded sandbox)",
+     &LaunchOptions::server},
+    {"--at", "LAT,LON", "device position (WGS-84) instead of asking GeoClue", &LaunchOptions::at},
+    {"--pay-outcome", "{success,cancel,fail}",
+     "what the embedded sandbox's payment applications do with a payment (default success)",
+     &LaunchOptions::payOutcome},
+};
+
+docs::ManPage manPage() {
+  docs::ManPage page;
+  page.version = std::string("qmv ") + QMV_VERSION_STRING;
+  page.summary = "the graphical client of a local-life services platform, for the desktop and phones";
+  page.description = {
+      "qmv-gtk is the GTK and libadwaita front end of qmv: the same client, home and embedded sandbox as "
+      "qmv(1), drawn for a phone's screen or a desktop window.",
+      "Each URL given is opened in the running instance (one window per user); the desktop hands it "
+      "qqqmmmvvv:// URLs, with which payment applications return.",
+  };
+  page.program.name = "qmv-gtk";
+  for (const ValueOption& option : kValueOptions) {
+    page.program.options.push_back({{option.name}, option.value, option.description});
+  }
+  page.program.options.push_back({{"-h", "--help"}, "", "GApplication's help and its own options"});
+  page.program.options.push_back({{"URL"}, "", "an inbound URL to open", true, false, true});
+  page.exitStatus = {{"0", "The window was closed."},
+                     {"1", "The start-up failed (the home, the configuration or the server)."},
+                     {"2", "A malformed option."}};
+  page.files = {{"$XDG_DATA_HOME/qmv", "The home shared with qmv (else ~/.local/share/qmv)."},
+                {"/usr/share/qmv", "The shipped databases (share/qmv under the install prefix)."},
+                {"/usr/lib/qmv/libqmv_gtk_webkit.so", "The WebKit module that shows the server's pages."}};
+  page.environment = {{"XDG_DATA_HOME", "Where the default home is made."},
+                      {"QMV_RESOURCE_DIR", "Read the shipped databases from this directory instead."},
+                      {"GSK_RENDERER", "GTK's renderer; left to GTK when set."}};
+  page.seeAlso = {"qmv(1)", "qmv-sandbox(1)"};
+  return page;
+}
 
 struct App {
   FrontEndOptions options;
@@ -113,11 +161,10 @@ Status takeOptions(std::vector<std::string>& args, FrontEndOptions& options) {
   std::vector<std::string> rest;
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
-    std::string* target = arg == "--home" ? &options.launch.home
-                          : arg == "--server" ? &options.launch.server
-                          : arg == "--at"          ? &options.launch.at
-                          : arg == "--pay-outcome" ? &options.launch.payOutcome
-                                                   : nullptr;
+    std::string* target = nullptr;
+    for (const ValueOption& option : kValueOptions) {
+      if (arg == option.name) target = &(options.launch.*option.field);
+    }
     if (target == nullptr) {
       rest.push_back(arg);
       continue;
@@ -151,8 +198,20 @@ void loadStyle() {
 int runGtkApplication(int argc, char** argv) {
   App app;
   std::vector<std::string> args(argv, argv + argc);
+  // Hidden: the build writes the manual page and the bash completion with these.
+  if (args.size() == 2 && (args[1] == "--man" || args[1] == "--bash-completion")) {
+    const docs::ManPage page = manPage();
+    std::cout << (args[1] == "--man" ? docs::renderManPage(page) : docs::renderBashCompletion(page.program));
+    return 0;
+  }
+  if (args.size() == 2 && args[1] == "--version") {
+    std::cout << "qmv-gtk " << QMV_VERSION_STRING << '\n';
+    return 0;
+  }
   if (const Status taken = takeOptions(args, app.options); !taken.ok()) {
-    std::cerr << "qmv-gtk: " << taken.message() << "\nusage: qmv-gtk [--home DIR] [--server URL] [--at LAT,LON] [--pay-outcome success|cancel|fail] [URL...]\n";
+    std::cerr << "qmv-gtk: " << taken.message() << "\nusage: qmv-gtk";
+    for (const ValueOption& option : kValueOptions) std::cerr << " [" << option.name << ' ' << option.value << ']';
+    std::cerr << " [URL...]\n";
     return 2;
   }
   chooseRenderer();

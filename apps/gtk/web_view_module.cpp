@@ -11,7 +11,11 @@ namespace qmv::gtk {
 std::string ModuleWebViewFactory::besideExecutable(const std::string& name) {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? name : (executable.parent_path() / name).string();
+  if (error) return name;
+  // Installed, it is a private library: <prefix>/bin/qmv-gtk -> <prefix>/lib/qmv/<name>.
+  const auto installed = executable.parent_path().parent_path() / "lib" / "qmv" / name;
+  if (std::filesystem::exists(installed, error)) return installed.string();
+  return (executable.parent_path() / name).string();
 }
 
 std::unique_ptr<WebView> ModuleWebViewFactory::makeWebView() {

@@ -2,7 +2,9 @@
 
 #include <iostream>
 
+#include "apps/cli_docs/cli11_manual.h"
 #include "apps/qmv/cli_app.h"
+#include "apps/qmv/cli_manual.h"
 #include "apps/qmv/escaped_stderr.h"
 #include "core/common/log.h"
 #include "core/session/global_data.h"
@@ -75,8 +77,9 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
   app.set_version_flag("--version", std::string("qmv ") + QMV_VERSION_STRING);
   GlobalOptions options;
   app.add_option("--server", options.server,
-                 "application server base URL (else the configured one, else the embedded sandbox)");
-  app.add_option("--home", options.home, "home directory (default $XDG_DATA_HOME/qmv)");
+                 "application server base URL (else the configured one, else the embedded sandbox)")
+      ->type_name("URL");
+  app.add_option("--home", options.home, "home directory (default $XDG_DATA_HOME/qmv)")->type_name("DIR");
   app.add_option("--at", options.at, "device position LAT,LON (WGS-84)")
       ->check(CLI::Validator(
           [](std::string& text) {
@@ -85,10 +88,16 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
           },
           "LAT,LON"));
   app.add_flag("--json", options.json, "print one JSON document");
-  app.add_option("--answer", options.answers, "answers for alerts, in order (a button's title or number)");
+  app.add_option("--answer", options.answers, "answers for alerts, in order (a button's title or number)")
+      ->type_name("ANSWER");
   app.add_option("--pay-outcome", options.payOutcome,
                  "what the embedded sandbox's payment applications do with a payment (default success)")
       ->check(CLI::IsMember({"success", "cancel", "fail"}));
+  // Hidden: the build writes the manual page and the bash completion with these.
+  bool man = false;
+  bool completion = false;
+  app.add_flag("--man", man, "print the manual page (roff)")->group("");
+  app.add_flag("--bash-completion", completion, "print the bash completion script")->group("");
   app.require_subcommand(0, 1);
   // Global options may also follow the command: qmv sandbox --home DIR.
   app.fallthrough();
@@ -100,6 +109,7 @@ int runCli(int argc, char** argv, std::ostream& out, std::istream& in) {
     const int code = app.exit(e, out, std::cerr);
     return code == 0 ? kExitOk : kExitUsage;
   }
+  if (docs::printDocsIfAsked(qmvManPage(app), man, completion, out)) return kExitOk;
   const CommandRegistry::Entry* entry = registry.chosen();
   if (entry == nullptr) {
     out << app.help();

@@ -186,7 +186,9 @@ void registerShellCommands(CommandRegistry& registry) {
     auto port = std::make_shared<int>(0);
     CLI::App* sandbox = registry.addWithoutStart("sandbox", "run the local sandbox server until interrupted",
                                                  [port](CliApp& app) { return runSandbox(app, *port); });
-    sandbox->add_option("--port", *port, "port to listen on (0: a free port)")->check(CLI::Range(0, 65535));
+    sandbox->add_option("--port", *port, "port to listen on (0: a free port)")
+        ->check(CLI::Range(0, 65535))
+        ->type_name("PORT");
     registry.add("shell", "run commands one per line in one process", [](CliApp& app) { return runShell(app); });
   }
   {

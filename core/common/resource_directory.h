@@ -5,8 +5,8 @@
 
 namespace qmv {
 
-// $QMV_RESOURCE_DIR, else the resources folder of the build tree the executable runs
-// from, else /usr/share/qmv.
+// $QMV_RESOURCE_DIR, else <prefix>/share/qmv beside an installed <prefix>/bin executable,
+// else the resources folder of the build tree the executable runs from, else /usr/share/qmv.
 std::filesystem::path defaultResourceDirectory();
 
 }  // namespace qmv
