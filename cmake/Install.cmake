@@ -1,7 +1,7 @@
 # The installed layout (under any prefix; the programs find share/qmv and lib/qmv from
 # their own bin/) and the Debian packages built from it by scripts/package:
 #   qmv          the CLI, the shipped databases, its manual page and completion
-#   qmv-gtk      the graphical client, its WebKit module, desktop entry, metainfo and icon
+#   qmv-gtk      the graphical client, its WebKit module (lib/qmv/modules), desktop entry, metainfo and icon
 #   qmv-sandbox  the standalone sandbox server and its systemd user unit
 include(GNUInstallDirs)
 
@@ -78,8 +78,9 @@ qmv_package_docs(sandbox qmv-sandbox)
 if(TARGET qmv-gtk)
   install(TARGETS qmv-gtk RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT gtk)
   if(TARGET qmv_gtk_webkit)
-    # A private module, loaded by path: not executable.
-    install(TARGETS qmv_gtk_webkit LIBRARY DESTINATION lib/qmv COMPONENT gtk
+    # A private module, loaded by path: not executable, and in a folder of its own, where
+    # the package does not run ldconfig for it.
+    install(TARGETS qmv_gtk_webkit LIBRARY DESTINATION lib/qmv/modules COMPONENT gtk
             PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
   endif()
   install(FILES ${QMV_DOCS_OUT}/qmv-gtk.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT gtk)

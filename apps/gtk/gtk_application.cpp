@@ -76,7 +76,7 @@ docs::ManPage manPage() {
                      {"2", "A malformed option."}};
   page.files = {{"$XDG_DATA_HOME/qmv", "The home shared with qmv (else ~/.local/share/qmv)."},
                 {"/usr/share/qmv", "The shipped databases (share/qmv under the install prefix)."},
-                {"/usr/lib/qmv/libqmv_gtk_webkit.so", "The WebKit module that shows the server's pages."}};
+                {"/usr/lib/qmv/modules/libqmv_gtk_webkit.so", "The WebKit module that shows the server's pages."}};
   page.environment = {{"XDG_DATA_HOME", "Where the default home is made."},
                       {"QMV_RESOURCE_DIR", "Read the shipped databases from this directory instead."},
                       {"GSK_RENDERER", "GTK's renderer; left to GTK when set."}};

@@ -12,8 +12,8 @@ std::string ModuleWebViewFactory::besideExecutable(const std::string& name) {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
   if (error) return name;
-  // Installed, it is a private library: <prefix>/bin/qmv-gtk -> <prefix>/lib/qmv/<name>.
-  const auto installed = executable.parent_path().parent_path() / "lib" / "qmv" / name;
+  // Installed, it is a private library: <prefix>/bin/qmv-gtk -> <prefix>/lib/qmv/modules/<name>.
+  const auto installed = executable.parent_path().parent_path() / "lib" / "qmv" / "modules" / name;
   if (std::filesystem::exists(installed, error)) return installed.string();
   return (executable.parent_path() / name).string();
 }

@@ -25,7 +25,7 @@ class ModuleWebViewFactory : public WebViewFactory {
                        std::shared_ptr<WebViewFactory> fallback)
       : modulePath_(std::move(modulePath)), cookies_(std::move(cookies)), fallback_(std::move(fallback)) {}
 
-  // The module of this name installed under <prefix>/lib/qmv, else beside the running executable.
+  // The module of this name installed under <prefix>/lib/qmv/modules, else beside the running executable.
   static std::string besideExecutable(const std::string& name);
 
   std::unique_ptr<WebView> makeWebView() override;
