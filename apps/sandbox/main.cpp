@@ -69,7 +69,12 @@ int main(int argc, char** argv) {
   bool completion = false;
   app.add_flag("--man", man, "print the manual page (roff)")->group("");
   app.add_flag("--bash-completion", completion, "print the bash completion script")->group("");
-  CLI11_PARSE(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    // --help and --version end here too, successfully; CLI11's own codes are not ours.
+    return app.exit(e) == 0 ? 0 : 2;
+  }
   if (qmv::docs::printDocsIfAsked(manPage(app), man, completion, std::cout)) return 0;
 
   options.home = home.empty() ? defaultHome() : std::filesystem::path(home);
