@@ -16,6 +16,7 @@
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/nearby_page.h"
+#include "apps/gtk/picture_view.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/screen_names.h"
@@ -42,6 +43,17 @@ namespace {
 using namespace qmv;
 using namespace qmv::gtk;
 
+// Whether every picture on screen below `root` with an address has arrived.
+bool picturesDrawn(Gtk::Widget& root) {
+  for (Gtk::Widget* child = root.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
+    if (!child->get_mapped()) continue;
+    auto* view = dynamic_cast<PictureView*>(child);
+    if (view != nullptr && !view->url().empty() && !view->showsPicture()) return false;
+    if (!picturesDrawn(*child)) return false;
+  }
+  return true;
+}
+
 int run(const std::filesystem::path& out) {
   if (!GtkDriver::initToolkit()) {
     std::cerr << "qmv-gtk-screenshots: no display\n";
@@ -64,6 +76,7 @@ int run(const std::filesystem::path& out) {
     };
     const auto shot = [&](const std::string& name) {
       driver.settle(std::chrono::milliseconds(400));
+      driver.waitUntil([&] { return picturesDrawn(driver.top()); }, std::chrono::seconds(10));
       // A page full of widgets (the city picker's letters) may take longer to get a size.
       driver.waitUntil([&] { return driver.top().get_width() > 0 && driver.top().get_height() > 0; },
                        std::chrono::seconds(10));
