@@ -78,13 +78,12 @@ void BannerCarousel::setBanners(std::vector<Banner> banners) {
     auto* layers = Gtk::make_managed<Gtk::Overlay>();
     auto* picture = Gtk::make_managed<PictureView>(pictures_, kBannerBox, banners[i].title);
     picture->set_name("banner-picture");
-    picture->setUrl(banners[i].picture);
     layers->set_child(*picture);
+    // The title until the picture, which carries its own, is drawn.
     auto* title = ui::label(banners[i].title, "title-2");
-    title->set_valign(Gtk::Align::END);
-    title->set_halign(Gtk::Align::START);
-    title->add_css_class("osd");
     layers->add_overlay(*title);
+    picture->onShown = [title](bool shown) { title->set_visible(!shown); };
+    picture->setUrl(banners[i].picture);
     card->set_child(*layers);
     card->set_action_target_value(Glib::Variant<guint32>::create(static_cast<guint32>(i)));
     card->set_action_name("page.open-banner");

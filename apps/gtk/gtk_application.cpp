@@ -29,7 +29,6 @@ constexpr const char* kStyle = R"css(
 .launch { background: linear-gradient(rgb(241, 161, 72), rgb(230, 120, 40)); color: white; }
 button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), rgb(236, 110, 70)); color: white;
           border-radius: 12px; padding: 0; margin: 0 4px; }
-.banner label { margin: 8px; padding: 2px 8px; border-radius: 6px; }
 .thumbnail { border-radius: 6px; }
 .picture-strip button { padding: 0; border-radius: 8px; }
 .price { color: rgb(230, 80, 40); font-weight: bold; font-size: 1.4em; }

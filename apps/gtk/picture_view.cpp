@@ -1,12 +1,14 @@
 #include "apps/gtk/picture_view.h"
 
+#include <utility>
+
 #include "apps/gtk/ui.h"
 #include "core/images/image_loader.h"
 
 namespace qmv::gtk {
 
 PictureView::PictureView(ImageLoader* loader, ImageSize box, const std::string& label)
-    : Gtk::Box(Gtk::Orientation::VERTICAL), loader_(loader), box_(box) {
+    : loader_(loader), box_(box) {
   add_css_class("picture-view");
   set_overflow(Gtk::Overflow::HIDDEN);
   placeholder_.set_from_icon_name("image-x-generic-symbolic");
@@ -17,8 +19,10 @@ PictureView::PictureView(ImageLoader* loader, ImageSize box, const std::string& 
   picture_.set_can_shrink(true);
   picture_.set_vexpand(true);
   picture_.set_hexpand(true);
-  append(placeholder_);
-  append(picture_);
+  placeholder_.set_icon_size(Gtk::IconSize::LARGE);
+  // The picture is an overlay, which the view's size does not follow.
+  set_child(placeholder_);
+  add_overlay(picture_);
   showPlaceholder();
   if (!label.empty()) ui::setAccessibleLabel(*this, label);
 }
@@ -27,10 +31,11 @@ PictureView::PictureView(ImageLoader* loader, ImageSize box, const std::string& 
 PictureView::~PictureView() { ticket_.cancel(); }
 
 void PictureView::showPlaceholder() {
-  shown_ = false;
+  const bool was = std::exchange(shown_, false);
   ui::setPicture(picture_, nullptr);
   picture_.set_visible(false);
-  placeholder_.set_visible(true);
+  placeholder_.set_opacity(1);
+  if (was && onShown) onShown(false);
 }
 
 void PictureView::setUrl(const std::string& url) {
@@ -43,9 +48,10 @@ void PictureView::setUrl(const std::string& url) {
     // A failed picture keeps the placeholder; the reason is the loader's to log.
     if (!outcome.ok()) return;
     ui::setPicture(picture_, outcome.image.get());
-    placeholder_.set_visible(false);
+    placeholder_.set_opacity(0);  // still measured: it holds the view's size
     picture_.set_visible(true);
     shown_ = true;
+    if (onShown) onShown(true);
   });
 }
 

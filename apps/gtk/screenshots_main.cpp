@@ -102,6 +102,12 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] {
       return !home.screen().popularStores().empty() && finders::findNamed(driver.top(), "popular") != nullptr;
     });
+    // The first banner's picture is in, and the slide from the guide has ended.
+    driver.waitUntil([&] {
+      auto* banner = dynamic_cast<PictureView*>(finders::findNamed(home, "banner-picture"));
+      return banner != nullptr && banner->showsPicture();
+    });
+    driver.settle(std::chrono::milliseconds(1000));
     shot("01-home");
 
     tabs->select(1);
