@@ -16,6 +16,7 @@
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/nearby_page.h"
+#include "apps/gtk/picture_strip.h"
 #include "apps/gtk/picture_view.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_navigator.h"
@@ -136,6 +137,15 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] { return driver.topName() == "QXActivitiesViewController" &&
                                   finders::findNamed(driver.top(), "call") != nullptr; });
     shot("07-offer");
+    // The offer's pictures full screen, in the dark style.
+    if (auto* strip = dynamic_cast<PictureStrip*>(finders::findNamed(driver.top(), "picture-strip"))) {
+      strip->open(0);
+      driver.waitUntil([&] { return driver.topName() == kImageBrowserScreen; });
+      adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_FORCE_DARK);
+      shot("07-offer-pictures");
+      adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_DEFAULT);
+      app.navigator().back();
+    }
     app.navigator().popToRoot();
 
     app.navigator().push(kCityScreen);
