@@ -1,5 +1,6 @@
 #include "apps/gtk/activity_page.h"
 
+#include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/orders/checkout_texts.h"
@@ -15,6 +16,7 @@ ActivityPage::ActivityPage(PageContext& context, const std::string& activityId, 
 
   name_ = ui::label("", "title-1");
   storeName_ = ui::label("", "dim-label");
+  content_.append(strip_);
   content_.append(*name_);
   content_.append(*storeName_);
   auto* prices = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
@@ -58,6 +60,7 @@ void ActivityPage::refresh() {
   if (!offer) return;
   setTitle(offer->name);
   name_->set_text(offer->name);
+  strip_.setUrls(offerPictures(*offer));
   storeName_->set_text(offer->storeName);
   price_->set_text(screen_.priceText());
   originalPrice_->set_text(screen_.originalPriceText());

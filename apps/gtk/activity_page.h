@@ -1,11 +1,13 @@
 #pragma once
-// The offer screen (QXActivitiesViewController): price line, packages and the notice.
+// The offer screen (QXActivitiesViewController): its pictures, price line, packages and
+// the notice.
 // Built once; a redraw sets the texts, one boxed list per package and the notice's lines
 // by position.
 #include <memory>
 #include <vector>
 
 #include "apps/gtk/boxed_rows.h"
+#include "apps/gtk/picture_strip.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/qx_activities_view_controller.h"
 
@@ -22,6 +24,7 @@ class ActivityPage : public ScreenPage {
 
   QXActivitiesViewController screen_;
   Gtk::Box content_{Gtk::Orientation::VERTICAL, 12};
+  PictureStrip strip_{context_};
   Gtk::Label* name_ = nullptr;
   Gtk::Label* storeName_ = nullptr;
   Gtk::Label* price_ = nullptr;

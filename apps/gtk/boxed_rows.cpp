@@ -12,8 +12,7 @@ constexpr const char* kBoxedActionKey = "qmv-action";
 constexpr const char* kBoxedTargetKey = "qmv-target";
 
 bool rowsMatch(const BoxedRow& a, const BoxedRow& b) {
-  return a.texts.title == b.texts.title && a.texts.subtitle == b.texts.subtitle && a.texts.trailing == b.texts.trailing &&
-         a.texts.activatable == b.texts.activatable && a.action == b.action && a.target == b.target;
+  return a.texts == b.texts && a.action == b.action && a.target == b.target;
 }
 
 void setRowString(GtkWidget* row, const char* key, const std::optional<std::string>& value) {
@@ -34,7 +33,7 @@ void boxedRowActivated(AdwActionRow* row, gpointer) {
 
 }  // namespace
 
-BoxedRows::BoxedRows(const std::string& name) : list_(ui::boxedList()) {
+BoxedRows::BoxedRows(const std::string& name, ImageLoader* pictures) : list_(ui::boxedList()), pictures_(pictures) {
   if (!name.empty()) list_->set_name(name);
 }
 
@@ -46,7 +45,7 @@ void BoxedRows::assign(std::vector<BoxedRow> rows) {
   }
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (i == rows_.size()) {
-      GtkWidget* row = detail::newActionRow();
+      GtkWidget* row = detail::newActionRow(pictures_);
       g_signal_connect(row, "activated", G_CALLBACK(boxedRowActivated), nullptr);
       gtk_list_box_append(list_->gobj(), row);
       rows_.push_back(row);

@@ -24,7 +24,8 @@ struct BoxedRow {
 
 class BoxedRows {
  public:
-  explicit BoxedRows(const std::string& name = "");
+  // With `pictures`, each row shows its texts' thumbnail in front.
+  explicit BoxedRows(const std::string& name = "", ImageLoader* pictures = nullptr);
   Gtk::ListBox& widget() { return *list_; }
   std::size_t size() const { return shown_.size(); }
 
@@ -32,6 +33,7 @@ class BoxedRows {
 
  private:
   Gtk::ListBox* list_;
+  ImageLoader* pictures_;
   std::vector<BoxedRow> shown_;
   std::vector<GtkWidget*> rows_;  // owned by list_
 };

@@ -11,12 +11,11 @@ using Tab = MyFavoriteViewController::Tab;
 
 RowTexts offerTexts(const ActivityModel& offer) {
   return {offer.name, offer.storeName + "\n" + offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(),
-          !offer.commodityID.empty()};
+          !offer.commodityID.empty(), firstPicture(offer)};
 }
 
 bool drawnAlike(const FavoriteRow& a, const FavoriteRow& b) {
-  return a.texts.title == b.texts.title && a.texts.subtitle == b.texts.subtitle &&
-         a.texts.trailing == b.texts.trailing && a.texts.activatable == b.texts.activatable;
+  return a.texts == b.texts;
 }
 
 }  // namespace
@@ -62,7 +61,7 @@ FavoritesPage::FavoritesPage(PageContext& context)
   empty_->set_halign(Gtk::Align::CENTER);
   empty_->set_visible(false);
   body().append(*empty_);
-  setList(*listView(rows_.model(), actionRowFactory<FavoriteRow>([](const FavoriteRow& row) { return row.texts; }),
+  setList(*listView(rows_.model(), actionRowFactory<FavoriteRow>([](const FavoriteRow& row) { return row.texts; }, context.pictures()),
                     "favorites"));
   more_ = ui::loadMoreButton();
   footer().append(*more_);

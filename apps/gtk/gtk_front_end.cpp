@@ -10,11 +10,19 @@
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/toast_status_overlay.h"
 #include "apps/gtk/web_view_module.h"
+#include "core/images/image_loader.h"
 #include "features/discovery/nearby_view_controller.h"
 #include "platform/linux/glib_main_loop.h"
+#include "platform/linux/thread_work_queue.h"
 #include "shell/app_delegate.h"
 
 namespace qmv::gtk {
+
+namespace {
+// Decoded pictures kept for the pages: a screenful of thumbnails, the banners and a
+// browsed picture or two at full size.
+constexpr std::size_t kPictureMemoryBytes = std::size_t{32} << 20;
+}  // namespace
 
 GtkFrontEnd::GtkFrontEnd(FrontEndOptions options)
     : options_(std::move(options)), launch_([this] {
@@ -26,11 +34,13 @@ GtkFrontEnd::GtkFrontEnd(FrontEndOptions options)
 
 GtkFrontEnd::~GtkFrontEnd() {
   // Pages hold screens whose requests and observers go through the installed ports: the
-  // view goes first, then the delegate, then the ports, then (in launch_) the sandbox.
+  // view goes first (its pictures' tickets with it), then the delegate, the picture
+  // loader, the ports, then (in launch_) the sandbox.
   if (window_ != nullptr) window_->unset_child();
   view_.reset();
   appDelegate_.reset();
   nearby_.reset();
+  pictures_.reset();
   installed_.reset();
   env_ = Env{};
 }
@@ -58,6 +68,9 @@ Status GtkFrontEnd::start() {
     env_.location = std::make_shared<GeoClueLocationSource>(env_.location);
   }
   installed_ = std::make_unique<ScopedEnv>(env_);
+  ImageLoaderOptions pictureOptions;
+  pictureOptions.memoryBytes = kPictureMemoryBytes;
+  pictures_ = std::make_unique<ImageLoader>(env_, std::make_shared<ThreadWorkQueue>(2), pictureOptions);
 
   nearby_ = std::make_shared<NearbyViewController>();
   view_ = std::make_unique<MainView>(*this, nearby_);

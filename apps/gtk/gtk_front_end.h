@@ -13,6 +13,7 @@
 
 namespace qmv {
 class GLibMainLoop;
+class ImageLoader;
 class NearbyViewController;
 }  // namespace qmv
 
@@ -53,6 +54,7 @@ class GtkFrontEnd : public PageContext {
   AppDelegate& appDelegate() override { return *appDelegate_; }
   Gtk::Window* window() override { return window_; }
   void signedInAgain() override;
+  ImageLoader* pictures() override { return pictures_.get(); }
 
   ToastStatusOverlay& overlay() { return *overlay_; }
   DialogAlerts& alerts() { return *alerts_; }
@@ -66,6 +68,7 @@ class GtkFrontEnd : public PageContext {
   std::shared_ptr<GLibMainLoop> loop_;
   Env env_;
   std::unique_ptr<ScopedEnv> installed_;
+  std::unique_ptr<ImageLoader> pictures_;
   std::shared_ptr<PageNavigator> navigator_;
   std::shared_ptr<ToastStatusOverlay> overlay_;
   std::shared_ptr<DialogAlerts> alerts_;

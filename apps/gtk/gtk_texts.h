@@ -1,5 +1,8 @@
 #pragma once
 // The graphical client's own texts; everything else it shows comes from the screens.
+#include <cstddef>
+#include <string>
+
 namespace qmv::gtk_texts {
 
 inline constexpr const char* kBack = "返回";  // the back button's tooltip
@@ -16,5 +19,11 @@ inline constexpr const char* kSaveQrCode = "保存二维码";
 inline constexpr const char* kQrSaved = "二维码已保存";
 inline constexpr const char* kQrNotSaved = "二维码保存失败";
 inline constexpr const char* kPictureFiles = "图片";
+// The picture browser.
+inline constexpr const char* kClose = "关闭";
+// "图片 2/5": a picture's place among a record's pictures, for its label and the browser.
+inline std::string pictureOf(std::size_t number, std::size_t count) {
+  return std::string(kPictureFiles) + " " + std::to_string(number) + "/" + std::to_string(count);
+}
 
 }  // namespace qmv::gtk_texts

@@ -37,11 +37,7 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   city->signal_clicked().connect([&context] { context.navigator().push(kCityScreen); });
   addHeaderButton(*city);
 
-  carousel_ = Gtk::manage(Glib::wrap(adw_carousel_new()));
-  dots_ = Gtk::manage(Glib::wrap(adw_carousel_indicator_dots_new()));
-  adw_carousel_indicator_dots_set_carousel(ADW_CAROUSEL_INDICATOR_DOTS(dots_->gobj()), ADW_CAROUSEL(carousel_->gobj()));
-  body().append(*carousel_);
-  body().append(*dots_);
+  body().append(banners_);
   grid_.set_selection_mode(Gtk::SelectionMode::NONE);
   grid_.set_min_children_per_line(2);
   grid_.set_max_children_per_line(4);
@@ -81,24 +77,9 @@ void HomePage::refresh() {
 }
 
 void HomePage::setBanners() {
-  std::vector<std::string> titles;
-  for (const auto& banner : screen_.resources()) titles.push_back(banner.title);
-  carousel_->set_visible(!titles.empty());
-  dots_->set_visible(!titles.empty());
-  if (titles == bannerTitles_) return;
-  auto* carousel = ADW_CAROUSEL(carousel_->gobj());
-  while (adw_carousel_get_n_pages(carousel) > 0) adw_carousel_remove(carousel, adw_carousel_get_nth_page(carousel, 0));
-  for (std::size_t i = 0; i < titles.size(); ++i) {
-    auto* card = Gtk::make_managed<Gtk::Button>();
-    card->add_css_class("banner");
-    card->set_name("banner" + std::to_string(i));
-    card->set_hexpand(true);
-    card->set_child(*ui::label(titles[i], "title-2"));
-    card->set_action_target_value(Glib::Variant<guint32>::create(static_cast<guint32>(i)));
-    card->set_action_name("page.open-banner");
-    adw_carousel_append(carousel, GTK_WIDGET(card->gobj()));
-  }
-  bannerTitles_ = std::move(titles);
+  std::vector<BannerCarousel::Banner> banners;
+  for (const auto& banner : screen_.resources()) banners.push_back({banner.title, banner.imgURL});
+  banners_.setBanners(std::move(banners));
 }
 
 void HomePage::setTemplates() {

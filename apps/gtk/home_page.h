@@ -11,7 +11,9 @@
 #include <utility>
 #include <vector>
 
+#include "apps/gtk/banner_carousel.h"
 #include "apps/gtk/boxed_rows.h"
+#include "apps/gtk/page_context.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/main_view_controller.h"
 
@@ -23,6 +25,7 @@ class HomePage : public ScreenPage {
   void refresh() override;
 
   MainViewController& screen() { return screen_; }
+  BannerCarousel& banners() { return banners_; }
 
  private:
   void setBanners();
@@ -31,15 +34,13 @@ class HomePage : public ScreenPage {
 
   MainViewController screen_;
   bool started_ = false;
-  Gtk::Widget* carousel_ = nullptr;
-  Gtk::Widget* dots_ = nullptr;
-  std::vector<std::string> bannerTitles_;
+  BannerCarousel banners_{context_.pictures()};
   Gtk::FlowBox grid_;
   std::vector<std::pair<std::string, std::string>> templates_;  // name, type id
   Gtk::Label* recommendHeading_ = nullptr;
-  BoxedRows recommend_;
+  BoxedRows recommend_{"", context_.pictures()};
   Gtk::Label* popularHeading_ = nullptr;
-  BoxedRows popular_{"popular"};
+  BoxedRows popular_{"popular", context_.pictures()};
   Gtk::Button* more_ = nullptr;
 };
 

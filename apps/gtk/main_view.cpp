@@ -11,6 +11,7 @@
 #include "apps/gtk/city_page.h"
 #include "apps/gtk/contact_pages.h"
 #include "apps/gtk/favorites_page.h"
+#include "apps/gtk/image_browser_page.h"
 #include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/member_pages.h"
 #include "apps/gtk/order_pages.h"
@@ -106,6 +107,16 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   }
   if (name == kGuideScreen) return Gtk::make_managed<GuidePage>(context_);
   if (name == kCityScreen) return Gtk::make_managed<CityPage>(context_);
+  if (name == kImageBrowserScreen) {
+    std::vector<std::string> urls;
+    if (payload.is_object() && payload.contains("urls") && payload["urls"].is_array()) {
+      for (const Json& url : payload["urls"]) {
+        if (url.is_string()) urls.push_back(url.get<std::string>());
+      }
+    }
+    const long index = number("index");
+    return Gtk::make_managed<ImageBrowserPage>(context_, std::move(urls), index > 0 ? static_cast<std::size_t>(index) : 0);
+  }
   if (name == BaseViewController::kLoginScreen) return Gtk::make_managed<LoginPage>(context_);
   if (name == account_texts::kRegisterScreen) return Gtk::make_managed<RegisterPage>(context_);
   if (name == account_texts::kFindPwdScreen) return Gtk::make_managed<FindPwdPage>(context_);

@@ -25,8 +25,7 @@ std::string nearbyKey(const NearbyRow& row) {
 }
 
 bool nearbyDrawsAlike(const NearbyRow& a, const NearbyRow& b) {
-  return a.texts.title == b.texts.title && a.texts.subtitle == b.texts.subtitle &&
-         a.texts.trailing == b.texts.trailing && a.texts.activatable == b.texts.activatable;
+  return a.texts == b.texts;
 }
 
 NearbyRow nearbyChoice(NearbyRow::Kind kind, std::size_t index, const std::string& title, const std::string& trailing = "") {
@@ -115,7 +114,7 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
   faces_.set_vhomogeneous(false);
   faces_.set_hhomogeneous(false);
   body().append(faces_);
-  setList(*listView(rows_.model(), actionRowFactory<NearbyRow>([](const NearbyRow& row) { return row.texts; }),
+  setList(*listView(rows_.model(), actionRowFactory<NearbyRow>([](const NearbyRow& row) { return row.texts; }, context.pictures()),
                     "stores"));
   more_ = ui::loadMoreButton();
   footer().append(*more_);

@@ -1,7 +1,7 @@
 #pragma once
 // What pages reach besides their own screen: the navigator (the back action), the
 // application delegate (tab jumps, inbound URLs), the tab bar and the window (for file
-// choosers), and the home directory.
+// choosers), the home directory, and the one picture loader every page shares.
 #include <filesystem>
 
 namespace Gtk {
@@ -10,6 +10,7 @@ class Window;
 
 namespace qmv {
 class AppDelegate;
+class ImageLoader;
 }
 
 namespace qmv::gtk {
@@ -25,6 +26,9 @@ class PageContext {
   virtual Gtk::Window* window() = 0;
   // After the home screen's automatic sign-in has ended: the member tabs show who it is.
   virtual void signedInAgain() = 0;
+  // Pictures by URL, cached in memory and under the client's cache directory; null
+  // before start-up.
+  virtual ImageLoader* pictures() = 0;
 };
 
 }  // namespace qmv::gtk

@@ -2,6 +2,9 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/picture_view.h"
+#include "apps/gtk/ui.h"
+
 namespace qmv::gtk {
 
 namespace detail {
@@ -10,10 +13,14 @@ namespace {
 
 constexpr const char* kTrailingKey = "qmv-trailing";
 constexpr const char* kChevronKey = "qmv-chevron";
+constexpr const char* kThumbnailKey = "qmv-thumbnail";
+constexpr int kThumbnailSide = 56;
+// Decoded at twice the drawn size, for scaled displays.
+constexpr ImageSize kThumbnailBox{2 * kThumbnailSide, 2 * kThumbnailSide};
 
 }  // namespace
 
-GtkWidget* newActionRow() {
+GtkWidget* newActionRow(ImageLoader* pictures) {
   GtkWidget* row = adw_action_row_new();
   // Row texts are data from the server: never markup.
   adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(row), FALSE);
@@ -25,11 +32,22 @@ GtkWidget* newActionRow() {
   adw_action_row_add_suffix(ADW_ACTION_ROW(row), chevron);
   g_object_set_data(G_OBJECT(row), kTrailingKey, trailing);
   g_object_set_data(G_OBJECT(row), kChevronKey, chevron);
+  if (pictures != nullptr) {
+    auto* thumbnail = Gtk::make_managed<PictureView>(pictures, kThumbnailBox, "");
+    thumbnail->set_size_request(kThumbnailSide, kThumbnailSide);
+    thumbnail->set_valign(Gtk::Align::CENTER);
+    thumbnail->set_vexpand(false);
+    thumbnail->set_hexpand(false);
+    thumbnail->add_css_class("thumbnail");
+    thumbnail->set_name("thumbnail");
+    adw_action_row_add_prefix(ADW_ACTION_ROW(row), GTK_WIDGET(thumbnail->gobj()));
+    g_object_set_data(G_OBJECT(row), kThumbnailKey, thumbnail);
+  }
   return row;
 }
 
-Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item) {
-  GtkWidget* row = newActionRow();
+Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item, ImageLoader* pictures) {
+  GtkWidget* row = newActionRow(pictures);
   // The item outlives its child, and its position follows splices.
   g_signal_connect(row, "activated", G_CALLBACK(+[](AdwActionRow* self, gpointer data) {
                      const guint position = gtk_list_item_get_position(GTK_LIST_ITEM(data));
@@ -50,6 +68,11 @@ void fillListActionRow(Gtk::Widget& row, const RowTexts& texts) {
   gtk_widget_set_visible(trailing, !texts.trailing.empty());
   gtk_widget_set_visible(static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(raw), kChevronKey)), texts.activatable);
   gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(raw), texts.activatable);
+  if (auto* thumbnail = static_cast<PictureView*>(g_object_get_data(G_OBJECT(raw), kThumbnailKey))) {
+    thumbnail->setUrl(texts.picture);
+    thumbnail->set_visible(!texts.picture.empty());  // choice rows among store rows have none
+    ui::setAccessibleLabel(*thumbnail, texts.title);
+  }
 }
 
 }  // namespace detail

@@ -12,6 +12,10 @@
 #include <utility>
 #include <vector>
 
+namespace qmv {
+class ImageLoader;
+}
+
 namespace qmv::gtk {
 
 // One core row held by the model.
@@ -102,12 +106,15 @@ struct RowTexts {
   std::string subtitle;
   std::string trailing;
   bool activatable = false;  // a tap opens the row (the list's activate, page.open-row)
+  std::string picture = {};  // a thumbnail's URL in front; empty: the placeholder
+  friend bool operator==(const RowTexts&, const RowTexts&) = default;
 };
 
 namespace detail {
-// An action row that fillListActionRow fills, not yet managed.
-GtkWidget* newActionRow();
-Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item);
+// An action row that fillListActionRow fills, not yet managed; with `pictures`, it shows
+// its texts' thumbnail in front.
+GtkWidget* newActionRow(ImageLoader* pictures = nullptr);
+Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item, ImageLoader* pictures);
 void fillListActionRow(Gtk::Widget& row, const RowTexts& texts);
 }  // namespace detail
 
@@ -127,11 +134,13 @@ Glib::RefPtr<Gtk::SignalListItemFactory> rowFactory(std::function<Gtk::Widget*(c
   return factory;
 }
 
-// A factory of libadwaita action rows (title, subtitle, an accent trailing text). An
-// activatable row's own activation runs the list's activate at the row's position.
+// A factory of libadwaita action rows (title, subtitle, an accent trailing text, and with
+// `pictures` a thumbnail in front). An activatable row's own activation runs the list's
+// activate at the row's position.
 template <typename T>
-Glib::RefPtr<Gtk::SignalListItemFactory> actionRowFactory(std::function<RowTexts(const T&)> texts) {
-  return rowFactory<T>(&detail::newListActionRow,
+Glib::RefPtr<Gtk::SignalListItemFactory> actionRowFactory(std::function<RowTexts(const T&)> texts,
+                                                          ImageLoader* pictures = nullptr) {
+  return rowFactory<T>([pictures](const Glib::RefPtr<Gtk::ListItem>& item) { return detail::newListActionRow(item, pictures); },
                        [texts = std::move(texts)](Gtk::Widget& row, const T& data) {
                          detail::fillListActionRow(row, texts(data));
                        });

@@ -16,6 +16,8 @@
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/nearby_page.h"
+#include "apps/gtk/picture_strip.h"
+#include "apps/gtk/picture_view.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/screen_names.h"
@@ -42,6 +44,17 @@ namespace {
 using namespace qmv;
 using namespace qmv::gtk;
 
+// Whether every picture on screen below `root` with an address has arrived.
+bool picturesDrawn(Gtk::Widget& root) {
+  for (Gtk::Widget* child = root.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
+    if (!child->get_mapped()) continue;
+    auto* view = dynamic_cast<PictureView*>(child);
+    if (view != nullptr && !view->url().empty() && !view->showsPicture()) return false;
+    if (!picturesDrawn(*child)) return false;
+  }
+  return true;
+}
+
 int run(const std::filesystem::path& out) {
   if (!GtkDriver::initToolkit()) {
     std::cerr << "qmv-gtk-screenshots: no display\n";
@@ -64,6 +77,7 @@ int run(const std::filesystem::path& out) {
     };
     const auto shot = [&](const std::string& name) {
       driver.settle(std::chrono::milliseconds(400));
+      driver.waitUntil([&] { return picturesDrawn(driver.top()); }, std::chrono::seconds(10));
       // A page full of widgets (the city picker's letters) may take longer to get a size.
       driver.waitUntil([&] { return driver.top().get_width() > 0 && driver.top().get_height() > 0; },
                        std::chrono::seconds(10));
@@ -89,6 +103,12 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] {
       return !home.screen().popularStores().empty() && finders::findNamed(driver.top(), "popular") != nullptr;
     });
+    // The first banner's picture is in, and the slide from the guide has ended.
+    driver.waitUntil([&] {
+      auto* banner = dynamic_cast<PictureView*>(finders::findNamed(home, "banner-picture"));
+      return banner != nullptr && banner->showsPicture();
+    });
+    driver.settle(std::chrono::milliseconds(1000));
     shot("01-home");
 
     tabs->select(1);
@@ -117,6 +137,15 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] { return driver.topName() == "QXActivitiesViewController" &&
                                   finders::findNamed(driver.top(), "call") != nullptr; });
     shot("07-offer");
+    // The offer's pictures full screen, in the dark style.
+    if (auto* strip = dynamic_cast<PictureStrip*>(finders::findNamed(driver.top(), "picture-strip"))) {
+      strip->open(0);
+      driver.waitUntil([&] { return driver.topName() == kImageBrowserScreen; });
+      adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_FORCE_DARK);
+      shot("07-offer-pictures");
+      adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_DEFAULT);
+      app.navigator().back();
+    }
     app.navigator().popToRoot();
 
     app.navigator().push(kCityScreen);

@@ -8,7 +8,8 @@ StoreMapPage::StoreMapPage(PageContext& context, StoreInfoModel store)
     : ScreenPage(context, store.storeName, true), screen_(std::move(store)) {
   addAction("navigate", [this] { screen_.navigate(); });
   auto* route = Gtk::make_managed<Gtk::Button>();
-  route->set_icon_name("route-symbolic");
+  // An icon every Adwaita theme has (some lack a route icon and would draw a broken one).
+  route->set_icon_name("find-location-symbolic");
   route->set_name("navigate");
   route->set_action_name("page.navigate");
   addHeaderButton(*route);

@@ -1,5 +1,6 @@
 #include "apps/gtk/store_page.h"
 
+#include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
 
@@ -28,6 +29,7 @@ StorePage::StorePage(PageContext& context, const std::string& storeId, const std
   name_ = ui::label("", "title-1");
   pictures_ = ui::label("", "dim-label");
   content_.append(*name_);
+  content_.append(strip_);
   content_.append(*pictures_);
   content_.append(info_.widget());
   auto* actions = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
@@ -56,6 +58,11 @@ void StorePage::refresh() {
   if (!store) return;
   name_->set_text(store->storeName);
   pictures_->set_text(screen_.pictureCountText());
+  std::vector<std::string> urls;
+  for (const std::string& url : store->imgURLList) {
+    if (url.find_first_not_of(" \t") != std::string::npos) urls.push_back(url);
+  }
+  strip_.setUrls(std::move(urls));
   info_.assign({{{store->address, screen_.openingHoursText(), screen_.perPersonText(), true}, "page.show-address", {}},
                 {{store->phone.empty() ? texts::kNoPhone : store->phone, "", "", true}, "page.call", {}}});
   settingFavorite_ = true;
@@ -64,7 +71,8 @@ void StorePage::refresh() {
 
   std::vector<BoxedRow> offers;
   for (const ActivityModel& offer : store->activityList) {
-    offers.push_back({{offer.name, offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(), true},
+    offers.push_back({{offer.name, offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(), true,
+                       firstPicture(offer)},
                       "page.open-offer", offer.commodityID});
   }
   offersHeading_->set_visible(!offers.empty());
