@@ -1,5 +1,5 @@
 #pragma once
-// Decodes pictures from outside and encodes JPEG. Every call checks the caps before any
+// Decodes pictures from outside and encodes JPEG and PNG. Every call checks the caps before any
 // pixel buffer exists; a refused picture is a Status that imageErrorOf() explains.
 // Thread-safe: a worker may decode while the interface thread does.
 #include <string>
@@ -18,6 +18,7 @@ class ImageDecoder {
   // At exactly `target`, or at the picture's own size when `target` is empty.
   virtual Result<DecodedImage> decode(std::string_view bytes, const ImageLimits& limits, ImageSize target) const = 0;
   virtual Result<std::string> encodeJpeg(const DecodedImage& image, int quality) const = 0;
+  virtual Result<std::string> encodePng(const DecodedImage& image) const = 0;
 };
 
 }  // namespace qmv

@@ -118,6 +118,9 @@ class NullImageDecoder : public ImageDecoder {
   Result<std::string> encodeJpeg(const DecodedImage&, int) const override {
     return Status::unavailable("no picture encoder on this platform");
   }
+  Result<std::string> encodePng(const DecodedImage&) const override {
+    return Status::unavailable("no picture encoder on this platform");
+  }
 
  private:
   static Status refusal() { return imageFailure(ImageError::kUnsupported, "no picture decoder on this platform"); }

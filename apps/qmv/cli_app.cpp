@@ -13,12 +13,14 @@
 #include "apps/qmv/message_stream.h"
 #include "apps/sandbox/sandbox_server.h"
 #include "core/common/loop_stall_probe.h"
+#include "core/images/image_loader.h"
 #include "features/discovery/main_view_controller.h"
 #include "platform/linux/asio_main_loop.h"
 #include "platform/linux/headless_app_window.h"
 #include "platform/linux/printing_url_opener.h"
 #include "platform/linux/stream_alerts.h"
 #include "platform/linux/stream_status_overlay.h"
+#include "platform/linux/thread_work_queue.h"
 #include "platform/main_loop.h"
 #include "platform/stack_navigator.h"
 #include "shell/app_delegate.h"
@@ -55,10 +57,20 @@ CliApp::~CliApp() {
   }
   // The delegate removes its observers through the installed ports, so it goes first;
   // the ports go before the sandbox that their last transfers may still be talking to.
+  pictures_.reset();
   appDelegate_.reset();
   installed_.reset();
   env_ = Env{};
   launch_.reset();
+}
+
+ImageLoader& CliApp::pictures() {
+  if (!pictures_) {
+    ImageLoaderOptions options;
+    options.objectStoreBase = config().objectStorageHost;
+    pictures_ = std::make_unique<ImageLoader>(env_, std::make_shared<ThreadWorkQueue>(2), options);
+  }
+  return *pictures_;
 }
 
 CliApp::SettingsWrapper& CliApp::settingsWrapperForTesting() {

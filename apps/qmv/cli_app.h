@@ -22,6 +22,7 @@
 
 namespace qmv {
 class AppLaunch;
+class ImageLoader;
 class AppDelegate;
 class MainLoop;
 class SettingsStore;
@@ -98,6 +99,9 @@ class CliApp {
   sandbox::SandboxServer* sandbox();
   std::shared_ptr<MainLoop> loop() const { return env_.mainLoop; }
   Env& env() { return env_; }
+  // The pictures of this start, made on first use: in the shell a picture asked for again
+  // comes from memory. REQUIRES boot() to have run.
+  ImageLoader& pictures();
   // Answers the oldest alert still waiting (the shell's "answer" command).
   bool answerAlert(const std::string& answer);
   // Alerts waiting for an answer nobody gave (a flow waiting on one will not go on).
@@ -122,6 +126,7 @@ class CliApp {
   std::unique_ptr<CliOutput> output_;
   std::unique_ptr<AppLaunch> launch_;
   Env env_;
+  std::unique_ptr<ImageLoader> pictures_;
   std::unique_ptr<ScopedEnv> installed_;
   std::unique_ptr<AppDelegate> appDelegate_;
   std::shared_ptr<StreamAlerts> alerts_;

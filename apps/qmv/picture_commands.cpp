@@ -1,5 +1,6 @@
 // One picture through the client's image loader: where it came from (memory, disk or
-// network) and its decoded size; --out saves the bytes as the server sent them.
+// network) and its decoded size; --out saves the bytes as the server sent them, or the
+// decoded picture as PNG when the server asked for its bytes not to be kept.
 #include <fstream>
 #include <memory>
 #include <optional>
@@ -10,7 +11,8 @@
 #include "apps/qmv/command_registry.h"
 #include "core/images/image_loader.h"
 #include "core/images/image_texts.h"
-#include "platform/linux/thread_work_queue.h"
+#include "platform/env.h"
+#include "platform/image_decoder.h"
 #include "shell/app_config.h"
 
 namespace qmv::cli {
@@ -31,7 +33,7 @@ std::string absoluteUrl(CliApp& app, const std::string& url) {
 int runPicture(CliApp& app, const PictureOptions& options) {
   if (options.url.empty()) return failWith("picture: an empty URL");
   const std::string url = absoluteUrl(app, options.url);
-  ImageLoader loader(app.env(), std::make_shared<ThreadWorkQueue>(2));
+  ImageLoader& loader = app.pictures();
   // --size is a width: the height follows from the picture's proportions.
   const ImageSize box = options.width > 0 ? ImageSize{options.width, ImageLimits{}.maxSide} : ImageSize{};
   std::optional<ImageOutcome> outcome;
@@ -49,8 +51,14 @@ int runPicture(CliApp& app, const PictureOptions& options) {
   out.data("width", size.width);
   out.data("height", size.height);
   if (options.out.empty()) return kExitOk;
-  const auto bytes = loader.cachedBytes(url);
-  if (!bytes) return failWith("picture: the server asked for its bytes not to be kept; nothing written");
+  auto bytes = loader.cachedBytes(url);
+  if (!bytes) {
+    if (!app.env().imageDecoder) return failWith("picture: no picture encoder here; nothing written");
+    auto png = app.env().imageDecoder->encodePng(*outcome->image);
+    if (!png.ok()) return failWith("picture: " + png.status().message());
+    bytes = std::move(png).value();
+    out.line("the server asked for its bytes not to be kept: the decoded picture is written as PNG");
+  }
   std::ofstream file(options.out, std::ios::binary | std::ios::trunc);
   file.write(bytes->data(), static_cast<std::streamsize>(bytes->size()));
   file.close();

@@ -26,6 +26,6 @@ ImageTicket ImageLoader::load(const std::string& url, ImageSize box, Callback ca
   return ImageTicket(core_, core_->load(url, box, std::move(callback)));
 }
 
-std::optional<std::string> ImageLoader::cachedBytes(const std::string& url) { return core_->disk().read(url); }
+std::optional<std::string> ImageLoader::cachedBytes(const std::string& url) { return core_->cachedBytes(url); }
 
 }  // namespace qmv

@@ -36,6 +36,10 @@ struct ImageLoaderOptions {
   std::chrono::milliseconds timeout{15000};
   // Freshness of an answer that names none (no max-age).
   std::int64_t defaultFreshSeconds = 24 * 3600;
+  // The object store's base URL. Its pictures are kept on disk under their address without
+  // the port, so that a store reached at another port (the embedded sandbox takes a new one
+  // on each start) still finds what it kept.
+  std::string objectStoreBase;
 };
 
 class ImageLoader {

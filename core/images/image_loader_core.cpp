@@ -83,11 +83,11 @@ Result<DecodedImage> decodeToFit(const ImageDecoder& decoder, const std::string&
 
 struct ImageLoaderCore::PendingStore {
   std::once_flag once;
-  std::string url;
+  std::string key;
   std::shared_ptr<const std::string> bytes;
   DiskImageEntry validators;
   void commit(DiskImageCache& disk) {
-    std::call_once(once, [&] { disk.store(url, *bytes, validators); });
+    std::call_once(once, [&] { disk.store(key, *bytes, validators); });
   }
 };
 
@@ -141,6 +141,19 @@ std::uint64_t ImageLoaderCore::load(const std::string& url, ImageSize box, Image
   return id;
 }
 
+std::string ImageLoaderCore::diskKey(const std::string& url) const {
+  const std::string& base = options_.objectStoreBase;
+  if (base.empty() || url.compare(0, base.size(), base) != 0) return url;
+  // scheme://host[:port]/... with the port left out.
+  const std::size_t scheme = url.find("://");
+  if (scheme == std::string::npos) return url;
+  const std::size_t authority = scheme + 3;
+  const std::size_t path = std::min(url.find('/', authority), url.size());
+  const std::size_t colon = url.rfind(':', path);
+  if (colon == std::string::npos || colon < authority || url.find(']', colon) < path) return url;
+  return url.substr(0, colon) + url.substr(path);
+}
+
 void ImageLoaderCore::cancel(std::uint64_t id) {
   const auto waiter = waiters_.find(id);
   if (waiter == waiters_.end()) return;
@@ -153,7 +166,7 @@ void ImageLoaderCore::cancel(std::uint64_t id) {
 }
 
 void ImageLoaderCore::start(const std::string& url, Fetch& fetch) {
-  const auto kept = disk_->lookup(url);
+  const auto kept = disk_->lookup(diskKey(url));
   if (kept && disk_->fresh(*kept)) {
     readKept(url, fetch);
     return;
@@ -163,8 +176,9 @@ void ImageLoaderCore::start(const std::string& url, Fetch& fetch) {
 }
 
 void ImageLoaderCore::readKept(const std::string& url, Fetch& fetch) {
-  work_->run([disk = disk_, loop = loop_, weak = weak_from_this(), url, generation = fetch.generation] {
-    auto bytes = disk->read(url);
+  work_->run([disk = disk_, loop = loop_, weak = weak_from_this(), url, key = diskKey(url),
+              generation = fetch.generation] {
+    auto bytes = disk->read(key);
     auto shared = bytes ? std::make_shared<const std::string>(std::move(*bytes)) : nullptr;
     loop->post([weak, url, generation, shared] {
       if (const auto core = weak.lock()) core->onBytes(url, generation, shared, ImageSource::kDisk);
@@ -230,7 +244,7 @@ void ImageLoaderCore::onResponse(const std::string& url, std::uint64_t generatio
       failAll(url, ImageLoadError::kNetwork, "HTTP 304 for a picture not kept");
       return;
     }
-    disk_->refresh(url, headerValue(response.headers, "etag"), headerValue(response.headers, "last-modified"),
+    disk_->refresh(diskKey(url), headerValue(response.headers, "etag"), headerValue(response.headers, "last-modified"),
                    freshness.expiresAt);
     readKept(url, *fetch);
     return;
@@ -249,7 +263,7 @@ void ImageLoaderCore::onResponse(const std::string& url, std::uint64_t generatio
   memory_.removeUrl(url);
   if (freshness.storable) {
     fetch->store = std::make_shared<PendingStore>();
-    fetch->store->url = url;
+    fetch->store->key = diskKey(url);
     fetch->store->bytes = bytes;
     fetch->store->validators.etag = headerValue(response.headers, "etag");
     fetch->store->validators.lastModified = headerValue(response.headers, "last-modified");
@@ -308,7 +322,7 @@ void ImageLoaderCore::onDecoded(const std::string& url, std::uint64_t generation
     outcome.error = loadErrorOf(result.status());
     outcome.message = result.status().message();
     // Kept bytes that no longer decode are of no use to the next screen either.
-    if (fetch->source == ImageSource::kDisk) disk_->remove(url);
+    if (fetch->source == ImageSource::kDisk) disk_->remove(diskKey(url));
   }
   std::vector<std::uint64_t> ids;
   for (const auto id : fetch->waiters) {

@@ -26,7 +26,8 @@ class ImageLoaderCore : public std::enable_shared_from_this<ImageLoaderCore> {
 
   std::uint64_t load(const std::string& url, ImageSize box, ImageLoader::Callback callback);
   void cancel(std::uint64_t id);
-  DiskImageCache& disk() { return *disk_; }
+  // The bytes the disk cache holds for `url`.
+  std::optional<std::string> cachedBytes(const std::string& url) { return disk_->read(diskKey(url)); }
 
  private:
   using Box = std::pair<int, int>;
@@ -62,6 +63,8 @@ class ImageLoaderCore : public std::enable_shared_from_this<ImageLoaderCore> {
   void deliver(std::uint64_t id, const ImageOutcome& outcome);
   void finishIfIdle(const std::string& url);
   Fetch* fetchOf(const std::string& url, std::uint64_t generation);
+  // Under which name the disk cache keeps `url`.
+  std::string diskKey(const std::string& url) const;
 
   std::shared_ptr<MainLoop> loop_;
   std::shared_ptr<HttpTransport> http_;

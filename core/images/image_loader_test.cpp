@@ -200,6 +200,25 @@ TEST_F(ImageLoaderTest, ComesFromMemoryThenDiskAndRevalidatesStaleCopies) {
   const ImageOutcome offline = await("/pic/a", {});
   EXPECT_EQ(offline.source, ImageSource::kDisk);
   EXPECT_TRUE(offline.ok());
+  {
+    std::lock_guard lock(mutex_);
+    down_ = false;
+  }
+
+  // The object store met at another port on a later start (nothing listens on port 1)
+  // still finds the pictures it kept, and only its own.
+  ImageLoaderOptions store;
+  store.objectStoreBase = server_.url("/pic");
+  restart(store);
+  ASSERT_EQ(await("/pic/b", {}).source, ImageSource::kNetwork);
+  store.objectStoreBase = "http://127.0.0.1:1/pic";
+  std::optional<ImageOutcome> moved;
+  auto ticketMoved = restart(store).load("http://127.0.0.1:1/pic/b", {}, [&](ImageOutcome o) { moved = std::move(o); });
+  loop_->runUntil([&] { return moved.has_value(); }, std::chrono::milliseconds(10000));
+  ASSERT_TRUE(moved && moved->ok()) << (moved ? moved->message : "timed out");
+  EXPECT_EQ(moved->source, ImageSource::kDisk);
+  EXPECT_EQ(hits("/pic/b"), 1);
+  EXPECT_FALSE(loader_->cachedBytes("http://127.0.0.1:1/elsewhere/b").has_value());
 }
 
 TEST_F(ImageLoaderTest, EvictsLeastRecentlyUsedByBytes) {

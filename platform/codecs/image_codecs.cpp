@@ -134,4 +134,6 @@ Result<DecodedImage> decodeImage(std::string_view bytes, const ImageLimits& limi
   return codecs::resample(*decoded, target);
 }
 
+Result<std::string> encodePng(const DecodedImage& image) { return codecs::encodePng(image); }
+
 }  // namespace qmv

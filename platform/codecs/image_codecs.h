@@ -24,5 +24,7 @@ Result<DecodedImage> decodeImage(std::string_view bytes, const ImageLimits& limi
 
 // Baseline JPEG of `image`, composited over white; quality 1-100.
 Result<std::string> encodeJpeg(const DecodedImage& image, int quality);
+// Lossless, alpha kept.
+Result<std::string> encodePng(const DecodedImage& image);
 
 }  // namespace qmv

@@ -17,4 +17,6 @@ Result<std::string> CodecImageDecoder::encodeJpeg(const DecodedImage& image, int
   return qmv::encodeJpeg(image, quality);
 }
 
+Result<std::string> CodecImageDecoder::encodePng(const DecodedImage& image) const { return qmv::encodePng(image); }
+
 }  // namespace qmv

@@ -9,6 +9,7 @@ class CodecImageDecoder : public ImageDecoder {
   Result<ImageSize> readSize(std::string_view bytes, const ImageLimits& limits) const override;
   Result<DecodedImage> decode(std::string_view bytes, const ImageLimits& limits, ImageSize target) const override;
   Result<std::string> encodeJpeg(const DecodedImage& image, int quality) const override;
+  Result<std::string> encodePng(const DecodedImage& image) const override;
 };
 
 }  // namespace qmv

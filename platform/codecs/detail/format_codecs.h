@@ -1,6 +1,7 @@
 #pragma once
 // One reader per format. The size readers look at the header only; the decoders trust that
 // the caller has checked that size against the caps.
+#include <string>
 #include <string_view>
 
 #include "core/common/decoded_image.h"
@@ -10,6 +11,7 @@ namespace qmv::codecs {
 
 Result<ImageSize> pngSize(std::string_view bytes);
 Result<DecodedImage> decodePng(std::string_view bytes);
+Result<std::string> encodePng(const DecodedImage& image);
 
 Result<ImageSize> jpegSize(std::string_view bytes);
 // At the smallest of the decoder's eighths that still covers `target` (own size when empty).
