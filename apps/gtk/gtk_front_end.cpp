@@ -70,13 +70,17 @@ Status GtkFrontEnd::start() {
   installed_ = std::make_unique<ScopedEnv>(env_);
   ImageLoaderOptions pictureOptions;
   pictureOptions.memoryBytes = kPictureMemoryBytes;
+  pictureOptions.objectStoreBase = launch_.config().objectStorageHost;
   pictures_ = std::make_unique<ImageLoader>(env_, std::make_shared<ThreadWorkQueue>(2), pictureOptions);
 
   nearby_ = std::make_shared<NearbyViewController>();
   view_ = std::make_unique<MainView>(*this, nearby_);
   overlay_->attach(view_->toastOverlay());
   navigator_->onChange = [this] { view_->queueSync(); };
-  appWindow_->onLaunchView = [this](bool shown) { view_->showLaunchView(shown); };
+  appWindow_->onLaunchView = [this](bool shown, const std::string& url) { view_->showLaunchView(shown, url); };
+  appWindow_->onRemoveCachedImage = [this](const std::string& url) {
+    if (pictures_) pictures_->forget(url);
+  };
 
   auto actions = Gio::SimpleActionGroup::create();
   actions->add_action("back", [this] { navigator_->back(); });

@@ -18,12 +18,17 @@ using gtk_texts::kUnreadablePicture;
 
 void GtkAppWindow::showLaunchView(const std::string& placeholderImage, const std::string& imageUrl) {
   HeadlessAppWindow::showLaunchView(placeholderImage, imageUrl);
-  if (onLaunchView) onLaunchView(true);
+  if (onLaunchView) onLaunchView(true, imageUrl);
 }
 
 void GtkAppWindow::removeLaunchView() {
   HeadlessAppWindow::removeLaunchView();
-  if (onLaunchView) onLaunchView(false);
+  if (onLaunchView) onLaunchView(false, {});
+}
+
+void GtkAppWindow::removeCachedImage(const std::string& url) {
+  HeadlessAppWindow::removeCachedImage(url);
+  if (onRemoveCachedImage) onRemoveCachedImage(url);
 }
 
 bool LauncherUrlOpener::canOpenURL(const std::string& url) const {

@@ -24,8 +24,10 @@ class GtkAppWindow : public HeadlessAppWindow {
  public:
   void showLaunchView(const std::string& placeholderImage, const std::string& imageUrl) override;
   void removeLaunchView() override;
-  // Shows (true) or hides (false) the launch view over the window.
-  std::function<void(bool shown)> onLaunchView;
+  void removeCachedImage(const std::string& url) override;
+  // Shows (true, with the picture's address) or hides (false) the launch view.
+  std::function<void(bool shown, const std::string& imageUrl)> onLaunchView;
+  std::function<void(const std::string& url)> onRemoveCachedImage;
 };
 
 class LauncherUrlOpener : public UrlOpener {

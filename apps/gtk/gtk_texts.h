@@ -8,6 +8,7 @@ namespace qmv::gtk_texts {
 inline constexpr const char* kBack = "返回";  // the back button's tooltip
 inline constexpr const char* kYuanPrefix = "￥";
 inline constexpr const char* kUnreadablePicture = "无法读取图片";
+inline constexpr const char* kLaunchPicture = "启动图";
 inline constexpr const char* kUnderstood = "知道了";
 inline constexpr const char* kLogout = "退出登录";  // the member tab's sign-out button
 // The profile's edit dialog and the portrait's and invitation's file choosers.

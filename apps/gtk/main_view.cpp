@@ -17,6 +17,8 @@
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/gtk_texts.h"
+#include "apps/gtk/picture_view.h"
 #include "apps/gtk/profile_pages.h"
 #include "apps/gtk/review_pages.h"
 #include "apps/gtk/screen_names.h"
@@ -58,13 +60,23 @@ MainView::MainView(PageContext& context, std::shared_ptr<NearbyViewController> n
   stack_.set_transition_type(Gtk::StackTransitionType::SLIDE_LEFT_RIGHT);
   stack_.set_vexpand(true);
   overlay_.set_child(stack_);
-  // The launch view: the placeholder picture's colours with the application's name.
+  // The launch view: the placeholder's colours with the application's name, covered by
+  // the server's welcome picture once it has arrived. A picture still on its way when the
+  // view goes is drawn for the next showing rather than dropped.
   launch_.add_css_class("launch");
   launch_.set_name("launch");
   auto* name = Gtk::make_managed<Gtk::Label>("qmv");
   name->add_css_class("title-1");
   name->set_vexpand(true);
-  launch_.append(*name);
+  auto* layers = Gtk::make_managed<Gtk::Overlay>();
+  layers->set_vexpand(true);
+  layers->set_child(*name);
+  launchPicture_ = Gtk::make_managed<PictureView>(context_.pictures(), ImageSize{1080, 1920}, gtk_texts::kLaunchPicture);
+  launchPicture_->set_name("launch-picture");
+  launchPicture_->set_visible(false);
+  launchPicture_->onShown = [this](bool shown) { launchPicture_->set_visible(shown); };
+  layers->add_overlay(*launchPicture_);
+  launch_.append(*layers);
   launch_.set_visible(false);
   overlay_.add_overlay(launch_);
   adw_toast_overlay_set_child(toasts_, GTK_WIDGET(overlay_.gobj()));
@@ -74,7 +86,10 @@ MainView::MainView(PageContext& context, std::shared_ptr<NearbyViewController> n
 
 MainView::~MainView() { pending_.disconnect(); }
 
-void MainView::showLaunchView(bool shown) { launch_.set_visible(shown); }
+void MainView::showLaunchView(bool shown, const std::string& imageUrl) {
+  launch_.set_visible(shown);
+  if (shown) launchPicture_->setUrl(imageUrl);
+}
 
 void MainView::queueSync() {
   if (pending_.connected()) return;

@@ -19,6 +19,7 @@ class NearbyViewController;
 namespace qmv::gtk {
 
 class PageContext;
+class PictureView;
 class ScreenPage;
 class TabBarPage;
 
@@ -32,7 +33,8 @@ class MainView : public Gtk::Box {
   void sync();
   // Queues a sync for the next idle turn; many changes in one turn sync once.
   void queueSync();
-  void showLaunchView(bool shown);
+  // The launch view over everything, with the picture at `imageUrl` once it has arrived.
+  void showLaunchView(bool shown, const std::string& imageUrl = {});
 
   // The page on top, and the main tabs (null until shown).
   Gtk::Widget* topPage();
@@ -47,6 +49,7 @@ class MainView : public Gtk::Box {
   Gtk::Overlay overlay_;
   Gtk::Stack stack_;
   Gtk::Box launch_{Gtk::Orientation::VERTICAL};
+  PictureView* launchPicture_ = nullptr;
   std::map<ScreenId, Gtk::Widget*> pages_;
   TabBarPage* tabBar_ = nullptr;
   ScreenId top_ = 0;

@@ -28,4 +28,6 @@ ImageTicket ImageLoader::load(const std::string& url, ImageSize box, Callback ca
 
 std::optional<std::string> ImageLoader::cachedBytes(const std::string& url) { return core_->cachedBytes(url); }
 
+void ImageLoader::forget(const std::string& url) { core_->forget(url); }
+
 }  // namespace qmv

@@ -60,6 +60,8 @@ class ImageLoader {
 
   // The bytes the disk cache holds for `url` as the server sent them.
   std::optional<std::string> cachedBytes(const std::string& url);
+  // Drops what memory and disk keep for `url`, so that the next load asks the server.
+  void forget(const std::string& url);
 
  private:
   std::shared_ptr<ImageLoaderCore> core_;

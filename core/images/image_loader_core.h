@@ -28,6 +28,10 @@ class ImageLoaderCore : public std::enable_shared_from_this<ImageLoaderCore> {
   void cancel(std::uint64_t id);
   // The bytes the disk cache holds for `url`.
   std::optional<std::string> cachedBytes(const std::string& url) { return disk_->read(diskKey(url)); }
+  void forget(const std::string& url) {
+    memory_.removeUrl(url);
+    disk_->remove(diskKey(url));
+  }
 
  private:
   using Box = std::pair<int, int>;

@@ -219,6 +219,12 @@ TEST_F(ImageLoaderTest, ComesFromMemoryThenDiskAndRevalidatesStaleCopies) {
   EXPECT_EQ(moved->source, ImageSource::kDisk);
   EXPECT_EQ(hits("/pic/b"), 1);
   EXPECT_FALSE(loader_->cachedBytes("http://127.0.0.1:1/elsewhere/b").has_value());
+
+  // Forgotten: memory and disk both ask the server again.
+  restart();
+  ASSERT_EQ(await("/pic/a", {}).source, ImageSource::kDisk);
+  loader_->forget(server_.url("/pic/a"));
+  EXPECT_EQ(await("/pic/a", {}).source, ImageSource::kNetwork);
 }
 
 TEST_F(ImageLoaderTest, EvictsLeastRecentlyUsedByBytes) {
