@@ -95,7 +95,9 @@ void AppDelegate::showMainTabs() {
   // The screens behind the first two tabs exist from here on, whichever front end draws
   // them: the home screen for its start, the nearby screen for the home's hand-offs.
   mainCtrl_ = std::make_unique<MainViewController>();
-  nearbyCtrl_ = std::make_shared<NearbyViewController>();
+  // A nearby screen handed in by the front end is the one on screen: the hand-offs must
+  // reach it, not a second one nobody sees.
+  if (!nearbyCtrl_) nearbyCtrl_ = std::make_shared<NearbyViewController>();
   const Env& env = Env::current();
   // The community page is the H5 tab, opened with its page type.
   env.navigator->setRoot("TabBarViewController", Json{{"viewControllers", tabs}, {"h5Type", h5_texts::kCommunityType}});

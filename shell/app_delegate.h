@@ -60,7 +60,9 @@ class AppDelegate {
   void deliverNearbyCategory();  // the system's jump2nearByTypeThread
   void deliverNearbyKeyword();   // the system's jump2nearByKeyThread
 
-  // Replaces the nearby screen that showMainTabs built (tests hand in a fake).
+  // The nearby screen the home's jumps reach: the one a front end draws (handed in before
+  // the start, which then keeps it) or a test's fake (handed in after it, replacing the
+  // one showMainTabs built when none was given).
   void setNearbyCtrl(std::shared_ptr<NearbyHandoff> nearby) { nearbyCtrl_ = std::move(nearby); }
 
   const AppConfig& config() const { return config_; }

@@ -88,11 +88,19 @@ void QXH5ViewController::setCookie() {
     if (store->setCookie(cookie)) cookies_.push_back(std::move(cookie));
   };
   const std::string session = currentSessionId();
+  cookieSession_ = session;
   for (const char* name : texts::kSessionCookieNames) put(name, session);
   put(texts::kAppVersionCookie, NetworkUtil::appVersionString());
   put(texts::kClientTypeCookie, texts::kClientType);
   put(texts::kDeviceTypeCookie, texts::kDeviceType);
   put(texts::kDeviceIdCookie, deviceIdentity());
+}
+
+bool QXH5ViewController::followSession() {
+  if (!webView() || !cookieSession_ || *cookieSession_ == currentSessionId()) return false;
+  setCookie();
+  webView()->reload();
+  return true;
 }
 
 void QXH5ViewController::goBack() {

@@ -42,6 +42,11 @@ class QXH5ViewController : public BaseViewController, public WebPageScreen {
   // into the shared cookie store for the web host, path "/". Without a session, an old
   // session cookie for the host is removed. Values a cookie cannot carry are left out.
   void setCookie();
+  // The member signed in or out since the cookies were set: they are set again and the
+  // page loads again, so that it never goes on showing the member before. False when the
+  // session is the cookies' one or no page was loaded. A front end calls it whenever the
+  // page is shown (the community tab lives as long as the application).
+  bool followSession();
   // Back in the page's history when it has one (the bar is rebuilt), else pops the screen.
   void goBack();
   // Pull-to-refresh of the community page: loads the shown page again.
@@ -69,6 +74,7 @@ class QXH5ViewController : public BaseViewController, public WebPageScreen {
   long h5Type_;
   std::string title_;
   std::vector<Cookie> cookies_;
+  std::optional<std::string> cookieSession_;  // the session setCookie last put in
 };
 
 }  // namespace qmv

@@ -65,13 +65,18 @@ TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
 
   // Rating: out-of-range stars are a usage error; a rated order leaves the to-rate tab.
   EXPECT_EQ(run({"rate", "SB20161000012", "--star", "6"}).status, 2);
+  const auto starless = run({"rate", "SB20161000012", "--text", "锅底很香"});
+  EXPECT_EQ(starless.status, 1);
+  EXPECT_TRUE(starless.has("请选择评分")) << starless.out;
   ASSERT_TRUE(run({"orders", "--tab", "2"}).has("SB20161000012"));
   const auto rated = run({"rate", "SB20161000012", "--star", "4", "--text", "锅底很香"});
   ASSERT_EQ(rated.status, 0) << rated.out;
   EXPECT_TRUE(rated.has("评价: 河东铜锅涮肉")) << rated.out;
   EXPECT_TRUE(rated.has("评价成功")) << rated.out;
   EXPECT_FALSE(run({"orders", "--tab", "2"}).has("SB20161000012"));
-  EXPECT_EQ(run({"rate", "SB20161000012"}).status, 1) << "rated already";
+  const auto again = run({"rate", "SB20161000012", "--star", "3"});
+  EXPECT_EQ(again.status, 1) << "rated already";
+  EXPECT_FALSE(again.has("请选择评分")) << again.out;
 }
 
 }  // namespace

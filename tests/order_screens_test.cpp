@@ -231,6 +231,10 @@ TEST_F(OrderScreensTest, RatingAStoreOrderOnceMovesItOutOfTheToRateTab) {
   GradeStoreViewController screen(id, "河东铜锅涮肉", &successOrderID);
   std::optional<bool> finished;
   screen.onFinished = [&](bool correct) { finished = correct; };
+  // Untouched, the form rates nothing: no star is lit and none is sent.
+  EXPECT_EQ(screen.star(), 0);
+  EXPECT_FALSE(screen.submitAction());
+  EXPECT_EQ(overlay_->statuses().back(), "请选择评分");
   screen.selectStar(9);
   EXPECT_EQ(screen.star(), 5);
   screen.selectStar(0);

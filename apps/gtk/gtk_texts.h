@@ -11,6 +11,10 @@ inline constexpr const char* kUnreadablePicture = "无法读取图片";
 inline constexpr const char* kLaunchPicture = "启动图";
 inline constexpr const char* kUnderstood = "知道了";
 inline constexpr const char* kLogout = "退出登录";  // the member tab's sign-out button
+// A screen this client does not draw yet.
+inline constexpr const char* kUndrawnTitle = "暂未开放";
+inline constexpr const char* kUndrawnNote = "此功能暂未在本客户端提供";
+inline constexpr const char* kClearKeyword = "清除搜索";  // ends the nearby list's keyword search
 // The profile's edit dialog and the portrait's and invitation's file choosers.
 inline constexpr const char* kCancel = "取消";
 inline constexpr const char* kSave = "保存";

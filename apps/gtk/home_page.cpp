@@ -8,6 +8,7 @@
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/discovery/search_type_net_api.h"
 #include "features/discovery/store_screens.h"
 #include "shell/app_delegate.h"
 
@@ -84,8 +85,9 @@ void HomePage::setBanners() {
 
 void HomePage::setTemplates() {
   std::vector<std::pair<std::string, std::string>> types;
+  const std::vector<SearchTypeModel> catalogue = SearchTypeNetApi::getSearchTypes();
   for (const SearchTypeModel& type : screen_.templates()) {
-    if (!type.name.empty()) types.emplace_back(type.name, type.typeId);
+    if (!type.name.empty()) types.emplace_back(type.name, MainViewController::handoverTypeId(type, catalogue));
   }
   grid_.set_visible(!types.empty());
   if (types == templates_) return;

@@ -11,13 +11,13 @@
 #include "apps/gtk/city_page.h"
 #include "apps/gtk/contact_pages.h"
 #include "apps/gtk/favorites_page.h"
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/image_browser_page.h"
 #include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/member_pages.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
-#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/picture_view.h"
 #include "apps/gtk/profile_pages.h"
 #include "apps/gtk/review_pages.h"
@@ -45,10 +45,17 @@ namespace qmv::gtk {
 
 namespace {
 
-// A screen this client does not draw: its name and the way back.
+// A screen this client does not draw: a note and the way back. Its title is a word for
+// the member, never the screen's class name (which stays the page's widget name).
 class UndrawnPage : public ScreenPage {
  public:
-  UndrawnPage(PageContext& context, const std::string& name) : ScreenPage(context, name, true) {}
+  explicit UndrawnPage(PageContext& context) : ScreenPage(context, gtk_texts::kUndrawnTitle, true) {
+    GtkWidget* note = adw_status_page_new();
+    adw_status_page_set_icon_name(ADW_STATUS_PAGE(note), "dialog-information-symbolic");
+    adw_status_page_set_title(ADW_STATUS_PAGE(note), gtk_texts::kUndrawnNote);
+    gtk_widget_set_vexpand(note, TRUE);
+    body().append(*Gtk::manage(Glib::wrap(note)));
+  }
   void refresh() override {}
 };
 
@@ -187,7 +194,7 @@ void MainView::sync() {
       top = screen.id;
       if (pages_.contains(screen.id)) continue;
       Gtk::Widget* page = makePage(screen);
-      if (page == nullptr) page = Gtk::make_managed<UndrawnPage>(context_, screen.name);
+      if (page == nullptr) page = Gtk::make_managed<UndrawnPage>(context_);
       page->set_name(screen.name);
       stack_.add(*page, std::to_string(screen.id));
       pages_.emplace(screen.id, page);

@@ -92,7 +92,7 @@ MinePage::MinePage(PageContext& context) : ScreenPage(context, "", false) {
     refreshSoon();
   });
   addAction("login", [this] { logout_.presentLoginCtrl(); });
-  addAction("logout", [this] { logout_.logout(); });
+  addAction("logout", [this] { logout_.confirmLogout(); });
   login_ = Gtk::make_managed<Gtk::Button>(account_texts::kLoginButton);
   login_->add_css_class("suggested-action");
   login_->set_action_name("page.login");

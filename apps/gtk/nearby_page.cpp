@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
@@ -58,6 +59,12 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
     if (coreSearch_) coreSearch_(keyword);
     refreshSoon();
   };
+  coreClear_ = screen_->searchView().onClear;
+  screen_->searchView().onClear = [this] {
+    searching_ = false;
+    if (coreClear_) coreClear_();
+    refreshSoon();
+  };
 
   addAction("search", [this] { showSearch(!searching_); });
   addAction("switch-face", [this] {
@@ -78,6 +85,10 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
       if (view.openFilter != NearbyView::Filter::None) view.cancelFilter();
       view.tapFilter(kFilters[i]);
     }
+    refreshSoon();
+  });
+  addAction("clear-keyword", [this] {
+    screen_->nearbyView().clearKeyword();
     refreshSoon();
   });
   addAction("clear-history", [this] {
@@ -134,6 +145,7 @@ NearbyPage::~NearbyPage() {
   screen_->mapView().onLoaded = nullptr;
   screen_->mapView().onChange = nullptr;
   screen_->searchView().onSearch = coreSearch_;
+  screen_->searchView().onClear = coreClear_;
 }
 
 void NearbyPage::buildSearchFace() {
@@ -157,6 +169,20 @@ void NearbyPage::buildSearchFace() {
 }
 
 void NearbyPage::buildListFace() {
+  auto* face = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 6);
+  // The keyword that names the list, with the way back to the filters.
+  clearKeyword_ = Gtk::make_managed<Gtk::Button>();
+  clearKeyword_->set_name("clear-keyword");
+  clearKeyword_->set_action_name("page.clear-keyword");
+  clearKeyword_->set_halign(Gtk::Align::START);
+  clearKeyword_->add_css_class("pill");
+  auto* keyword = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
+  keywordShown_ = Gtk::make_managed<Gtk::Label>();
+  keyword->append(*keywordShown_);
+  keyword->append(*Gtk::make_managed<Gtk::Image>(Glib::ustring("edit-clear-symbolic")));
+  clearKeyword_->set_child(*keyword);
+  ui::setAccessibleLabel(*clearKeyword_, gtk_texts::kClearKeyword);
+  face->append(*clearKeyword_);
   auto* bar = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
   bar->set_homogeneous(true);
   bar->add_css_class("linked");
@@ -175,7 +201,8 @@ void NearbyPage::buildListFace() {
     b->set_action_target_value(Glib::Variant<gint32>::create(static_cast<gint32>(i)));
     bar->append(*b);
   }
-  faces_.add(*bar, "list");
+  face->append(*bar);
+  faces_.add(*face, "list");
 }
 
 void NearbyPage::showSearch(bool shown) {
@@ -201,9 +228,10 @@ void NearbyPage::refresh() {
     empty_->set_visible(search.history().empty());
     rows_.assign(searchRows());
   } else if (screen_->isLeft()) {
-    setTitle(view.searchFieldText.empty() || !view.isKeySearchModel ? GlobalData::sharedInstance().getCurrentCityName()
-                                                                    : view.searchFieldText);
+    setTitle(view.keywordActive() ? view.searchFieldText : GlobalData::sharedInstance().getCurrentCityName());
     faces_.set_visible_child("list");
+    clearKeyword_->set_visible(view.keywordActive());
+    keywordShown_->set_text(view.searchFieldText);
     const FilterButton* shown[] = {&view.areaButton, &view.categoryButton, &view.sortButton};
     for (std::size_t i = 0; i < filters_.size(); ++i) {
       filters_[i].title->set_text(shown[i]->title);

@@ -57,8 +57,11 @@ class NearbyPage : public ScreenPage {
   };
   std::array<FilterFace, 3> filters_{};
   Gtk::Button* more_ = nullptr;
+  Gtk::Button* clearKeyword_ = nullptr;  // over the filters while a keyword names the list
+  Gtk::Label* keywordShown_ = nullptr;
   bool searching_ = false;
   std::function<void(const std::string&)> coreSearch_;
+  std::function<void()> coreClear_;
 };
 
 }  // namespace qmv::gtk

@@ -37,6 +37,9 @@ class CommunityPage : public ScreenPage {
       follow(*community);
       view_.attach(*community);
     }
+    // Shown again after a sign-in or sign-out elsewhere: the page must not greet the
+    // member before.
+    community->followSession();
     view_.refresh();
   }
 

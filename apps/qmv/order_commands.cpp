@@ -279,7 +279,8 @@ int runRate(CliApp& app, const std::string& orderId, long star, const std::strin
                                   opened->payload.value("storeName", std::string()),
                                   &app.appDelegate().successOrderID);
   out.line(screen.title() + ": " + screen.storeName());
-  screen.selectStar(static_cast<int>(star));
+  // Without --star the screen refuses as it does an untouched form.
+  if (star > 0) screen.selectStar(static_cast<int>(star));
   screen.contentText = text;
   bool submitted = false;
   const auto rated = awaitSlot(app, screen.onFinished, [&] { return submitted = screen.submitAction(); });
@@ -327,7 +328,7 @@ void registerOrderCommands(CommandRegistry& registry) {
   {
     struct Options {
       std::string id;
-      long star = GradeStoreViewController::kMaxStar;
+      long star = 0;  // not given
       std::string text;
     };
     auto options = std::make_shared<Options>();

@@ -12,6 +12,11 @@ inline constexpr const char* kLoginButton = "登录";
 inline constexpr const char* kCancelButton = "取消";
 inline constexpr const char* kRegisterButton = "新用户注册";
 inline constexpr const char* kForgetButton = "忘记密码";
+// Signing out, asked first.
+inline constexpr const char* kLogoutAlertTitle = "退出登录";
+inline constexpr const char* kLogoutAlertMessage = "确定要退出登录吗?";
+inline constexpr const char* kLogoutCancel = "取消";
+inline constexpr const char* kLogoutConfirm = "退出";
 // Any account change whose phone and password could not be stored (a full disk).
 inline constexpr const char* kAccountNotSaved = "账号信息保存失败,请检查存储空间";
 

@@ -5,6 +5,7 @@
 #include "core/common/settings_keys.h"
 #include "core/session/built_in_templates.h"
 #include "core/session/search_types_reader.h"
+#include "core/session/sign_out_note.h"
 #include "core/storage/db_util.h"
 #include "platform/clock.h"
 #include "platform/env.h"
@@ -38,7 +39,18 @@ GlobalData& GlobalData::sharedInstance() {
   return *slot;
 }
 
-void GlobalData::resetSharedInstance() { instanceSlot().reset(); }
+namespace {
+bool signedOutThisRun = false;
+}  // namespace
+
+void GlobalData::resetSharedInstance() {
+  instanceSlot().reset();
+  sign_out_note::forget();
+}
+
+void sign_out_note::note() { signedOutThisRun = true; }
+void sign_out_note::forget() { signedOutThisRun = false; }
+bool sign_out_note::noted() { return signedOutThisRun; }
 
 std::vector<SearchTypeModel> GlobalData::homeCategories() {
   struct Row {

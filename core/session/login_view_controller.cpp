@@ -5,6 +5,7 @@
 #include "core/common/string_util.h"
 #include "core/session/account_ports.h"
 #include "core/session/global_data.h"
+#include "core/session/sign_out_note.h"
 #include "platform/navigator.h"
 #include "platform/object_storage.h"
 #include "platform/push_service.h"
@@ -23,7 +24,11 @@ LoginViewController::~LoginViewController() { detachRequest(loginApi_); }
 void LoginViewController::viewWillAppear() {
   const auto& settings = Env::current().settings;
   if (auto phone = settings->stringForKey(kUserPhoneKey)) view_.phoneText = *phone;
-  if (auto password = settings->stringForKey(kPasswordKey)) view_.passwordText = *password;
+  if (sign_out_note::noted()) {
+    view_.passwordText.clear();
+  } else if (auto password = settings->stringForKey(kPasswordKey)) {
+    view_.passwordText = *password;
+  }
   if (onChange) onChange();
 }
 
@@ -43,6 +48,7 @@ void LoginViewController::loginFinished(bool correct) {
   }
   auto info = loginApi_->getUserInfo();
   GlobalData::sharedInstance().setSelfInfo(info);
+  sign_out_note::forget();
   // The phone and password the member typed are one account: written apart, a crash
   // between them would pair the new phone with the old password. The answer's "phone"
   // is not kept: a server could name another member there.

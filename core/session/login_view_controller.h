@@ -32,7 +32,8 @@ class LoginViewController : public BaseViewController {
   LoginView& view() { return view_; }
   const LoginView& view() const { return view_; }
 
-  // Fills the fields from the stored "user_phone" and "password", when present.
+  // Fills the fields from the stored "user_phone" and "password", when present; the
+  // password stays empty after a sign-out in this run (sign_out_note).
   void viewWillAppear();
 
   // Stops a login still running and signs in with the field texts (password as MD5).

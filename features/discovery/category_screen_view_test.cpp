@@ -4,6 +4,7 @@
 
 #include "core/session/search_types_reader.h"
 #include "features/discovery/built_in_search_types.h"
+#include "features/discovery/main_view_controller.h"
 
 namespace qmv {
 namespace {
@@ -80,6 +81,23 @@ TEST(CategoryScreenViewTest, ResetCategoryByTypeId) {
   EXPECT_EQ(view.getSelectedItem(), "美食-其他");
   EXPECT_FALSE(view.resetCategory("9999"));
   EXPECT_EQ(view.getSelectedTypeId(), "17");
+}
+
+// The home's template groups carry ids of their own: each hands over the catalogue's
+// category that holds most of its sub-categories, or all categories when none stands out.
+TEST(HomeCategoryHandover, TemplateGroupsMapOntoTheCatalogue) {
+  const auto catalogue = searchTypesFromEnvelope(builtInSearchTypesText());
+  const auto group = [](const char* id, std::vector<const char*> subs) {
+    Json list = Json::array();
+    for (const char* sub : subs) list.push_back({{"id", sub}, {"name", sub}});
+    return SearchTypeModel(Json{{"id", id}, {"name", id}, {"list", list}});
+  };
+  EXPECT_EQ(MainViewController::handoverTypeId(group("1", {"11", "12", "13", "18"}), catalogue), "10");
+  // Leisure: four of the leisure entries outweigh three of health's.
+  EXPECT_EQ(MainViewController::handoverTypeId(group("2", {"31", "32", "21", "24", "22", "35", "33"}), catalogue), "30");
+  EXPECT_EQ(MainViewController::handoverTypeId(group("4", {"1000", "60", "50", "70"}), catalogue), "0") << "a tie";
+  EXPECT_EQ(MainViewController::handoverTypeId(group("5", {"1001", "1002"}), catalogue), "0") << "none known";
+  EXPECT_EQ(MainViewController::handoverTypeId(group("40", {}), catalogue), "40") << "a catalogue id stays";
 }
 
 }  // namespace

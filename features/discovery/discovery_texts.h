@@ -36,6 +36,7 @@ inline constexpr const char* kHistoryTitle = "历史搜索";
 inline constexpr const char* kHistoryClear = "清空";
 inline constexpr const char* kHistoryEmpty = "暂无历史记录";
 inline constexpr const char* kLocationError = "位置信息错误";
+inline constexpr const char* kAllCategoriesId = "0";  // the catalogue's "全部分类"
 
 // Nearby map.
 inline constexpr const char* kMapAllCategoriesId = "0";
@@ -49,6 +50,10 @@ inline constexpr const char* kCalloutPerPersonPrefix = " 人均:￥";
 inline constexpr const char* kNavigateTitlePrefix = "导航到 ";
 inline constexpr const char* kAppleMaps = "苹果地图";
 inline constexpr const char* kBaiduMaps = "百度地图";
+// The desktop's own map application, reached through a "geo:" URI (WGS-84).
+inline constexpr const char* kDesktopMaps = "地图";
+inline constexpr const char* kGeoFormat = "geo:%.8f,%.8f";
+inline constexpr const char* kAppleRouteFormat = "http://maps.apple.com/?daddr=%.8f,%.8f&dirflg=d";
 inline constexpr const char* kCancel = "取消";
 inline constexpr const char* kNoUserLocation = "未获取到用户当前位置";
 inline constexpr const char* kBaiduMapScheme = "baidumap://map/";

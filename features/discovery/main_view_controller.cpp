@@ -35,10 +35,14 @@ StoreInfoModel placeholderRow() {
 }  // namespace
 
 MainViewController::MainViewController()
-    : addressButtonTitle_(GlobalData::sharedInstance().getCurrentCityName()), lastSelectCity_(addressButtonTitle_) {}
+    : addressButtonTitle_(GlobalData::sharedInstance().getCurrentCityName()), lastSelectCity_(addressButtonTitle_) {
+  cityObserver_ = Env::current().notifications->addObserver(
+      kCityChangedNotification, [this](const std::string&, const Json&) { cityChanged(); });
+}
 
 MainViewController::~MainViewController() {
   *alive_ = false;
+  if (cityObserver_ != 0) Env::current().notifications->removeObserver(cityObserver_);
   if (locating_) {
     Env::current().location->stopUpdatingLocation();
   }
@@ -75,6 +79,33 @@ bool MainViewController::didSelectBanner(std::size_t index) const {
   const auto& navigator = Env::current().navigator;
   navigator->push(discovery_texts::kWebScreen, {{"title", banner.title}, {"url", banner.URL}});
   return true;
+}
+
+std::string MainViewController::handoverTypeId(const SearchTypeModel& entry,
+                                               const std::vector<SearchTypeModel>& catalogue) {
+  for (const SearchTypeModel& main : catalogue) {
+    if (!entry.typeId.empty() && main.typeId == entry.typeId) return entry.typeId;
+  }
+  std::size_t best = 0;
+  std::size_t bestCount = 0;
+  bool tied = false;
+  for (std::size_t i = 0; i < catalogue.size(); ++i) {
+    std::size_t count = 0;
+    for (const SearchSubTypeModel& sub : entry.list) {
+      for (const SearchSubTypeModel& known : catalogue[i].list) {
+        if (!sub.typeId.empty() && known.typeId == sub.typeId) ++count;
+      }
+    }
+    if (count > bestCount) {
+      best = i;
+      bestCount = count;
+      tied = false;
+    } else if (count > 0 && count == bestCount) {
+      tied = true;
+    }
+  }
+  if (bestCount == 0 || tied) return discovery_texts::kAllCategoriesId;
+  return catalogue[best].typeId;
 }
 
 bool MainViewController::isPlaceholderRow(const StoreInfoModel& store) {
@@ -234,11 +265,20 @@ void MainViewController::cityLocated(const std::string& city) {
 }
 
 void MainViewController::chooseCity(const std::string& city) {
-  Env& env = Env::current();
   GlobalData::setCurrentCityName(city);
   lastSelectCity_ = city;
   addressButtonTitle_ = city;
-  env.notifications->post(kCityChangedNotification);
+  // The reload follows from the notification, as for a city chosen on the picker.
+  Env::current().notifications->post(kCityChangedNotification);
+  if (!viewLoaded_) refreshNet();
+}
+
+void MainViewController::cityChanged() {
+  addressButtonTitle_ = GlobalData::sharedInstance().getCurrentCityName();
+  lastSelectCity_ = addressButtonTitle_;
+  // Before its first load the screen has nothing of the old city to replace.
+  if (!viewLoaded_) return;
+  if (onChange) onChange();
   refreshNet();
 }
 

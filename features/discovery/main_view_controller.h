@@ -5,7 +5,9 @@
 // cached area database from the server.
 //
 // viewDidLoad runs, in order: the automatic login with the stored phone and password,
-// startLocate, refreshNet and the area refresh. Outcome callbacks tell a front end (or a
+// startLocate, refreshNet and the area refresh. Once loaded, the screen follows
+// "city_changed_noti" whoever posts it (the city picker, the located city's switch): the
+// address button names the new city at once and the content reloads for it. Outcome callbacks tell a front end (or a
 // command waiting for the flow to end) when each part is done.
 #include <cstdint>
 #include <functional>
@@ -83,6 +85,13 @@ class MainViewController : public BaseViewController {
   // title. Nothing (false) for an index out of range or a URL that is not http(s).
   bool didSelectBanner(std::size_t index) const;
 
+  // The category id a home category entry hands to the nearby list. The home's templates
+  // group the catalogue's categories under names and ids of their own (餐饮美食 holds
+  // 美食's 火锅, 自助餐, ...), which the list's picker does not know: the entry's id when
+  // the catalogue has it, else the catalogue's main category holding more of the entry's
+  // sub-categories than any other; "0" (all categories) when none stands out.
+  static std::string handoverTypeId(const SearchTypeModel& entry, const std::vector<SearchTypeModel>& catalogue);
+
   // True for the placeholder row shown when the city has no popular store.
   static bool isPlaceholderRow(const StoreInfoModel& store);
 
@@ -117,6 +126,7 @@ class MainViewController : public BaseViewController {
   void chooseCity(const std::string& city);
   void locateEnded(LocateOutcome outcome);
   void showLocateFailed();
+  void cityChanged();
 
   std::vector<ResourceModel> resources_;
   std::vector<StoreInfoModel> recommendStores_;
@@ -132,6 +142,7 @@ class MainViewController : public BaseViewController {
   std::string lastSelectCity_;
   bool locationed_ = false;
   bool locating_ = false;
+  std::uint64_t cityObserver_ = 0;
 
   std::shared_ptr<ResourcesNetApi> resourcesRequest_;
   std::shared_ptr<RecommendStoreNetApi> recommendRequest_;

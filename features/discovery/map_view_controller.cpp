@@ -13,6 +13,15 @@
 #include "platform/url_opener.h"
 
 namespace qmv {
+namespace {
+
+std::string appleRouteUrl(Coordinate gcj) {
+  char url[160];
+  std::snprintf(url, sizeof url, discovery_texts::kAppleRouteFormat, gcj.latitude, gcj.longitude);
+  return url;
+}
+
+}  // namespace
 
 MapViewController::MapViewController(StoreInfoModel store) : store_(std::move(store)) {}
 
@@ -27,8 +36,10 @@ std::optional<Coordinate> MapViewController::storeCoordinateGcj() const {
 }
 
 std::vector<std::string> MapViewController::navigationChoices() const {
-  std::vector<std::string> choices = {discovery_texts::kAppleMaps};
+  std::vector<std::string> choices;
   const auto& opener = Env::current().urlOpener;
+  if (opener->canOpenURL(geoUri({0, 0}))) choices.push_back(discovery_texts::kDesktopMaps);
+  if (opener->canOpenURL(appleRouteUrl({0, 0}))) choices.push_back(discovery_texts::kAppleMaps);
   if (opener->canOpenURL(discovery_texts::kBaiduMapScheme)) choices.push_back(discovery_texts::kBaiduMaps);
   choices.push_back(discovery_texts::kCancel);
   return choices;
@@ -44,6 +55,7 @@ void MapViewController::navigate() {
       const std::string& chosen = choices[static_cast<std::size_t>(answer.buttonIndex)];
       if (chosen == discovery_texts::kBaiduMaps) outcome = routeWithBaiduMap();
       if (chosen == discovery_texts::kAppleMaps) outcome = routeWithAppleMap();
+      if (chosen == discovery_texts::kDesktopMaps) outcome = routeWithDesktopMap();
     }
     if (onRoute) onRoute(outcome);
   });
@@ -77,10 +89,20 @@ MapViewController::RouteOutcome MapViewController::routeWithAppleMap() {
   const auto destination = storeCoordinateGcj();
   const auto& opener = Env::current().urlOpener;
   if (!destination) return RouteOutcome::Unavailable;
-  char url[160];
-  std::snprintf(url, sizeof url, "http://maps.apple.com/?daddr=%.8f,%.8f&dirflg=d", destination->latitude,
-                destination->longitude);
-  return opener->openURL(url) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
+  return opener->openURL(appleRouteUrl(*destination)) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
+}
+
+std::string MapViewController::geoUri(Coordinate wgs) {
+  char uri[96];
+  std::snprintf(uri, sizeof uri, discovery_texts::kGeoFormat, wgs.latitude, wgs.longitude);
+  return uri;
+}
+
+MapViewController::RouteOutcome MapViewController::routeWithDesktopMap() {
+  const auto gcj = storeCoordinateGcj();
+  if (!gcj) return RouteOutcome::Unavailable;
+  const Coordinate wgs = LocationConverter::transformFromGCJToWGS(*gcj);
+  return Env::current().urlOpener->openURL(geoUri(wgs)) ? RouteOutcome::Opened : RouteOutcome::Unavailable;
 }
 
 }  // namespace qmv

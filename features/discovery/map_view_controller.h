@@ -1,8 +1,10 @@
 #pragma once
 // The map of one store, headless: where to draw it (its BD-09 position converted to
 // GCJ-02) and the route hand-off to an external map application. The "navigate" action
-// offers "导航到 <store name>" with "苹果地图", "百度地图" (only when the Baidu map
-// application answers "baidumap://map/") and "取消".
+// offers "导航到 <store name>" with, each only when some application opens its address:
+// "地图" (the desktop's map application, a "geo:" URI), "苹果地图" (its web route) and
+// "百度地图" ("baidumap://map/"); then "取消". A choice nothing would open is not offered:
+// on a desktop without those applications it would do nothing.
 #include <functional>
 #include <optional>
 #include <string>
@@ -33,6 +35,10 @@ class MapViewController {
   // The platform map hand-off: opens the platform's map with driving directions to the
   // store's GCJ-02 position.
   RouteOutcome routeWithAppleMap();
+  // The desktop map hand-off: "geo:<lat>,<lon>" of the store's WGS-84 position (BD-09 ->
+  // GCJ-02 -> WGS-84), which is what geo URIs carry.
+  RouteOutcome routeWithDesktopMap();
+  static std::string geoUri(Coordinate wgs);
 
   // The Baidu map route address, "%.8f" each, latitude first, with its doubled "&&".
   static std::string baiduRouteUrl(Coordinate originBd, Coordinate destinationBd);

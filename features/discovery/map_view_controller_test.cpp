@@ -53,27 +53,43 @@ TEST_F(MapViewControllerTest, SheetOffersBaiduOnlyWhenInstalledAndRoutesFromTheM
 
   std::vector<MapViewController::RouteOutcome> outcomes;
   screen.onRoute = [&](MapViewController::RouteOutcome o) { outcomes.push_back(o); };
+  // Nothing opens a map here: no choice that would do nothing.
   screen.navigate();
   ASSERT_EQ(alerts_->shown().size(), 1u);
   EXPECT_EQ(alerts_->shown()[0].title, "导航到 临沂糁馆");
-  EXPECT_EQ(alerts_->shown()[0].buttons, (std::vector<std::string>{"苹果地图", "取消"}));
-  alerts_->script({1, {}});
+  EXPECT_EQ(alerts_->shown()[0].buttons, (std::vector<std::string>{"取消"}));
+  alerts_->script({0, {}});
   alerts_->flush();
   EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::Cancelled);
 
+  // The desktop's map application takes the store's WGS-84 position as a geo URI.
+  urls_->allow("geo:");
+  urls_->allow("http://maps.apple.com/");
+  screen.navigate();
+  EXPECT_EQ(alerts_->shown()[1].buttons, (std::vector<std::string>{"地图", "苹果地图", "取消"}));
+  alerts_->script({0, {}});
+  alerts_->flush();
+  EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::Opened);
+  ASSERT_EQ(urls_->opened().size(), 1u);
+  const Coordinate wgs = LocationConverter::transformFromGCJToWGS(*gcj);
+  char geo[96];
+  std::snprintf(geo, sizeof geo, "geo:%.8f,%.8f", wgs.latitude, wgs.longitude);
+  EXPECT_EQ(urls_->opened()[0], geo);
+  EXPECT_NEAR(wgs.latitude, 35.067, 0.02) << "the BD-09 and GCJ-02 offsets are taken off";
+
   urls_->allow("baidumap://");
   screen.navigate();
-  EXPECT_EQ(alerts_->shown()[1].buttons, (std::vector<std::string>{"苹果地图", "百度地图", "取消"}));
-  alerts_->script({1, {}});
+  EXPECT_EQ(alerts_->shown()[2].buttons, (std::vector<std::string>{"地图", "苹果地图", "百度地图", "取消"}));
+  alerts_->script({2, {}});
   alerts_->flush();
   EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::NoUserLocation);
   EXPECT_EQ(overlay_->statuses().back(), "未获取到用户当前位置");
-  EXPECT_TRUE(urls_->opened().empty());
+  EXPECT_EQ(urls_->opened().size(), 1u) << "nothing more opened";
 
   const Coordinate member{35.05, 118.33};
   GlobalData::sharedInstance().setUserLocation(member);
   screen.navigate();
-  alerts_->script({1, {}});
+  alerts_->script({2, {}});
   alerts_->flush();
   EXPECT_EQ(outcomes.back(), MapViewController::RouteOutcome::Opened);
   const Coordinate origin =
@@ -82,8 +98,8 @@ TEST_F(MapViewControllerTest, SheetOffersBaiduOnlyWhenInstalledAndRoutesFromTheM
   std::snprintf(expected, sizeof expected,
                 "baidumap://map/direction?origin=%.8f,%.8f&destination=35.06700000,118.34500000&&mode=driving",
                 origin.latitude, origin.longitude);
-  ASSERT_EQ(urls_->opened().size(), 1u);
-  EXPECT_EQ(urls_->opened()[0], expected);
+  ASSERT_EQ(urls_->opened().size(), 2u);
+  EXPECT_EQ(urls_->opened()[1], expected);
   EXPECT_NE(origin.latitude, member.latitude) << "the origin is converted, not sent raw";
 }
 

@@ -94,6 +94,14 @@ void NearbyView::searchKeyword(const std::string& keyword) {
   startSearchNet();
 }
 
+void NearbyView::clearKeyword() {
+  if (!keywordActive()) return;
+  searchFieldText.clear();
+  isKeySearchModel = false;
+  pageNum = 1;
+  startSearchNet();
+}
+
 std::string NearbyView::sortCode() const {
   const auto found = std::find(sortList.begin(), sortList.end(), sortButton.title);
   // A title outside the list would be a programming error; the default order is safe.
@@ -107,6 +115,7 @@ void NearbyView::send(SearchConditionModel condition) {
     request_->clearCompletionBlock();
     request_->stop();
   }
+  searched_ = true;
   auto request = std::make_shared<SearchStoreNetApi>(std::move(condition));
   attachRequest(*request);
   request_ = request;
@@ -173,16 +182,21 @@ void NearbyView::citySelectedChanged() {
   areaSelectedIndex = 0;
   areaButton.title = areaList.front();
   if (onChange) onChange();
+  if (searched_) headerRefresh();
 }
 
 void NearbyView::saveSearchKey(const std::string& word) { SearchHistory::save(word); }
 
 void NearbyView::categoryFromMain(const std::string& typeId, bool searchNow) {
-  if (categoryScreen.resetCategory(typeId)) {
-    const std::string title = categoryScreen.getSelectedItem();
-    if (!title.empty()) categoryButton.title = title;
+  // An id the catalogue does not know must not leave the list on the category before.
+  if (!categoryScreen.resetCategory(typeId)) {
+    categoryScreen.selectedLeftIndex = 0;
+    categoryScreen.selectedRightIndex = -1;
   }
+  const std::string title = categoryScreen.getSelectedItem();
+  categoryButton.title = title.empty() ? discovery_texts::kCategoryButtonTitle : title;
   isKeySearchModel = false;
+  searchFieldText.clear();
   pageNum = 1;
   if (searchNow) startSearchNet();
 }

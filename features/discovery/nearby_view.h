@@ -5,8 +5,9 @@
 //
 // Paging: page 1 replaces the list, later pages append; a page that fails (connection or
 // a failing answer) is asked for again by the next loadMore. A new search stops the one
-// still running, whose answer is then ignored. The view follows "city_changed_noti" to
-// rebuild its district list.
+// still running, whose answer is then ignored. The view follows "city_changed_noti": it
+// rebuilds its district list and, once a list has been asked for, asks for page 1 of the
+// new city, so that no store of the old city stays listed under the new one.
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -66,6 +67,11 @@ class NearbyView : public BaseViewController, public CategoryScreenViewDelegate 
   // A new keyword from the search screen: fills the field, saves it in the history,
   // enters the keyword path at page 1 and searches.
   void searchKeyword(const std::string& keyword);
+  // Ends the keyword search: empties the field, returns to the filters at page 1 and
+  // searches with them. Nothing while no keyword is active.
+  void clearKeyword();
+  // Whether the list shows a keyword's stores (the field's word is the list's title).
+  bool keywordActive() const { return isKeySearchModel && !searchFieldText.empty(); }
 
   // Filter drop-downs: opening turns the button's arrow up; choosing puts the entry on
   // the button, leaves the keyword path, returns to page 1 and searches; cancelling
@@ -80,14 +86,16 @@ class NearbyView : public BaseViewController, public CategoryScreenViewDelegate 
   // The sort code sent: index of the sort button's title in sortList, "%ld".
   std::string sortCode() const;
 
-  // Rebuilds areaList for the current city and resets the district choice to "全部".
+  // Rebuilds areaList for the current city and resets the district choice to "全部";
+  // then page 1 of the last path again when a search was ever sent.
   void citySelectedChanged();
   // Puts a non-empty word at the front of the "searchKeyWords" history.
   void saveSearchKey(const std::string& word);
 
   // Hand-over of a home-page category: points the category drop-down at it, leaves the
-  // keyword path, returns to page 1; searches unless `searchNow` is false (the map face
-  // reloads instead).
+  // keyword path (forgetting the word, which no longer names the list), returns to page 1;
+  // an id the catalogue does not know points it at its first entry ("全部分类");
+  // searches unless `searchNow` is false (the map face reloads instead).
   void categoryFromMain(const std::string& typeId, bool searchNow);
 
   // A tapped row opens the store screen; the row's location action opens the
@@ -108,6 +116,7 @@ class NearbyView : public BaseViewController, public CategoryScreenViewDelegate 
 
   std::shared_ptr<SearchStoreNetApi> request_;
   std::uint64_t cityObserver_ = 0;
+  bool searched_ = false;
 };
 
 }  // namespace qmv

@@ -12,6 +12,10 @@ void NearbyViewController::viewDidLoad() {
     nearbyView_->searchKeyword(keyword);
     searchView_->reloadHistory();
   };
+  searchView_->onClear = [this] {
+    switchLeftWithAnimation(false);
+    nearbyView_->clearKeyword();
+  };
   catalogue_.refresh();
 }
 

@@ -74,6 +74,8 @@ TEST(SearchView, ShowsHistoryOrItsEmptyTextAndHandsChoicesOver) {
   SearchView view;
   std::vector<std::string> searched;
   view.onSearch = [&](const std::string& word) { searched.push_back(word); };
+  int cleared = 0;
+  view.onClear = [&] { ++cleared; };
   EXPECT_EQ(view.headerText(), "历史搜索");
   EXPECT_EQ(view.clearText(), "清空");
   EXPECT_EQ(view.emptyText(), "");
@@ -82,6 +84,7 @@ TEST(SearchView, ShowsHistoryOrItsEmptyTextAndHandsChoicesOver) {
   view.searchText("");
   view.searchText("电影");
   EXPECT_EQ(searched, (std::vector<std::string>{"火锅", "电影"}));
+  EXPECT_EQ(cleared, 1) << "an empty search ends the keyword search";
 
   view.clearHistory();
   EXPECT_TRUE(view.history().empty());

@@ -25,7 +25,10 @@ void SearchView::chooseHistory(std::size_t index) {
 }
 
 void SearchView::searchText(const std::string& text) {
-  if (text.empty()) return;
+  if (text.empty()) {
+    if (onClear) onClear();
+    return;
+  }
   if (onSearch) onSearch(text);
 }
 

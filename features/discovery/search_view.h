@@ -27,10 +27,12 @@ class SearchView {
   void clearHistory();
   // Choosing the history entry `index`; out-of-range entries are ignored.
   void chooseHistory(std::size_t index);
-  // Searching what the member typed; an empty text is ignored.
+  // Searching what the member typed; an empty text ends the keyword search instead
+  // (onClear), the way back to the filtered list.
   void searchText(const std::string& text);
 
   std::function<void(const std::string& keyword)> onSearch;
+  std::function<void()> onClear;
 
  private:
   std::vector<std::string> history_;

@@ -40,6 +40,10 @@ bool GradeStoreViewController::isSubmitting() const { return request_ && request
 
 bool GradeStoreViewController::submitAction() {
   if (isSubmitting() || orderId_.empty()) return false;
+  if (star_ < kMinStar) {
+    Env::current().overlay->showImage(order_texts::kErrorImage, order_texts::kRateNoStar);
+    return false;
+  }
   if (!utf8::isValid(contentText)) {
     Env::current().overlay->showImage(order_texts::kErrorImage, order_texts::kRateBadText);
     return false;

@@ -1,7 +1,10 @@
 #pragma once
 // The rating screen of an order's store, headless: the store's name, one to five stars
-// and an optional comment. Submitting checks the comment (well-formed UTF-8, at most
-// kMaxContentChars characters), then sends the rating; only one rating runs at a time.
+// and an optional comment. No star is lit until the member taps one: a rating the member
+// did not give must not reach the store as the best mark. Submitting checks, in order and
+// each refusal an error overlay as the withdrawal and card forms do, that a star was
+// chosen ("请选择评分") and that the comment is well-formed UTF-8 and at most
+// kMaxContentChars characters, then sends the rating; only one rating runs at a time.
 // A correct answer notes the order as rated for the older order list, shows kRateDone
 // and pops the screen; an incorrect one leaves the screen as it is, the server's message
 // shown by the request itself.
@@ -34,6 +37,7 @@ class GradeStoreViewController : public BaseViewController {
   const std::string& orderId() const { return orderId_; }
   const std::string& storeName() const { return storeName_; }
 
+  // 0 until a star is tapped.
   int star() const { return star_; }
   // A tap on star `n` (1-based); values outside 1..5 are brought into range.
   void selectStar(int n);
@@ -56,7 +60,7 @@ class GradeStoreViewController : public BaseViewController {
   std::string orderId_;
   std::string storeName_;
   std::string* successOrderID_;
-  int star_ = kMaxStar;
+  int star_ = 0;
   std::shared_ptr<GradeStoreNetApi> request_;
 };
 

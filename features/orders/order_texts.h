@@ -44,6 +44,7 @@ inline constexpr const char* kRateStarsLabel = "评分";
 inline constexpr const char* kRatePlaceholder = "说说您的消费体验吧";
 inline constexpr const char* kRateSubmit = "提交";
 inline constexpr const char* kRateDone = "评价成功";
+inline constexpr const char* kRateNoStar = "请选择评分";
 inline constexpr const char* kRateTooLong = "评价内容不能超过200字";
 inline constexpr const char* kRateBadText = "评价内容含有无法识别的字符";
 inline constexpr const char* kErrorImage = "error";

@@ -1,6 +1,7 @@
 #include "features/wallet/qx_with_draw_view_controller.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 
 #include "core/common/control_util.h"
@@ -108,6 +109,23 @@ bool exceedsBalance(const std::string& fen) {
   return !held || (amount && *amount >= *held);
 }
 
+// Takes a granted withdrawal off the member's record at once, so that the wallet and
+// every other screen show what is left before their next refresh reads it from the
+// server. A balance or amount that is not plain fen is left to that refresh.
+void takeFromBalance(const std::string& amountFen) {
+  const auto& self = GlobalData::sharedInstance().selfInfo();
+  if (!self) return;
+  const auto whole = [](const std::string& text) -> std::optional<long long> {
+    long long value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value < 0) return std::nullopt;
+    return value;
+  };
+  const auto balance = whole(self->balance);
+  const auto amount = whole(amountFen);
+  if (balance && amount && *amount <= *balance) self->balance = std::to_string(*balance - *amount);
+}
+
 }  // namespace
 
 QXWithDrawViewController::~QXWithDrawViewController() {
@@ -194,6 +212,7 @@ void QXWithDrawViewController::withDrawNet(const std::string& amountFen) {
       [this](BaseRequest&) {
         const bool correct = withDrawNet_->isCorrectResult();
         if (correct) {
+          takeFromBalance(withDrawNet_->amount);
           Env::current().overlay->showImage("", wallet_texts::kWithDrawSubmitted);
           Env::current().navigator->pop();
         }

@@ -2,8 +2,9 @@
 // The withdrawal screen ("提现"), headless: the bound card, the balance and one amount
 // field. Appearing refreshes the member record (for the balance) and the card.
 // Confirming runs four checks in order, each refusal shown as an error, and sends the
-// amount in whole fen; a correct answer shows that the request was submitted and pops
-// the screen.
+// amount in whole fen; a correct answer takes the amount off the member's record at once
+// (the wallet must not show the old balance until its next refresh), shows that the
+// request was submitted and pops the screen.
 //
 // Money never passes through binary floating point here: the amount is read, compared
 // and multiplied by 100 as exact decimal text.

@@ -182,12 +182,16 @@ TEST_F(WalletScreensTest, WithdrawalChecksInOrderAndSendsWholeFen) {
   EXPECT_EQ(last().arguments, (testsupport::Arguments{{"sessionId", "S1"}, {"amount", "1001"}}));
   EXPECT_EQ(overlay_->statuses().back(), "您的提现申请已提交,申请将在1-3个工作日内处理完成");
   EXPECT_EQ(topName(), "QXWalletViewController");
+  // What is left shows everywhere at once, before any screen reads the record again.
+  EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->balance, "98999");
+  EXPECT_EQ(screen.balanceText(), "989.99元");
   done.reset();
   navigator_->push(wallet_texts::kWithDrawScreen);
-  screen.amountText = "1000";
+  screen.amountText = "989.99";
   ASSERT_TRUE(screen.withDrawAction()) << "exactly the balance";
   ASSERT_TRUE(waitFor(done));
-  EXPECT_EQ(last().arguments.back(), (std::pair<std::string, std::string>{"amount", "100000"}));
+  EXPECT_EQ(last().arguments.back(), (std::pair<std::string, std::string>{"amount", "98999"}));
+  EXPECT_EQ(GlobalData::sharedInstance().selfInfo()->balance, "0");
 }
 
 }  // namespace

@@ -1,0 +1,192 @@
+// Flows a new member walks through the graphical client, each checked where it once went
+// wrong: a chosen city reaching every tab at once, a keyword search that can be left, a
+// home category reaching the nearby list on screen, the sign-out, an untouched rating
+// form, and screen titles.
+#include <gtest/gtest.h>
+
+#include <adwaita.h>
+
+#include <algorithm>
+#include <functional>
+#include <set>
+
+#include "apps/gtk/dialog_alerts.h"
+#include "apps/gtk/gtk_client_test_support.h"
+#include "apps/gtk/home_page.h"
+#include "apps/gtk/nearby_page.h"
+#include "core/session/global_data.h"
+#include "shell/app_delegate.h"
+#include "shell/qx_h5_view_controller.h"
+#include "shell/tab_bar_view_controller.h"
+
+namespace qmv::gtk {
+namespace {
+
+class FlowFixesTest : public testsupport::GtkClientTest {
+ protected:
+  // The title the header bar of `page` (the page on top when null) shows.
+  std::string titleOf(Gtk::Widget* page = nullptr) {
+    std::function<GtkWidget*(GtkWidget*)> find = [&](GtkWidget* w) -> GtkWidget* {
+      if (ADW_IS_WINDOW_TITLE(w)) return w;
+      for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) {
+        if (GtkWidget* found = find(c)) return found;
+      }
+      return nullptr;
+    };
+    GtkWidget* title = find((page != nullptr ? *page : top()).gobj());
+    return title != nullptr ? adw_window_title_get_title(ADW_WINDOW_TITLE(title)) : "";
+  }
+  static std::set<std::string> storeIds(const std::vector<StoreInfoModel>& stores) {
+    std::set<std::string> ids;
+    for (const StoreInfoModel& store : stores) ids.insert(store.storeId);
+    return ids;
+  }
+  // Waits until the nearby list has answered its last search.
+  bool nearbySettled(NearbyPage& page) {
+    return driver_->waitUntil([&] { return !page.screen().nearbyView().isSearching(); });
+  }
+  // Types `keyword` on the nearby tab's search face and sends it (an empty one too).
+  void searchNearby(const std::string& keyword) {
+    tabs_->select(1);
+    ASSERT_TRUE(tap("search"));
+    auto* field = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "keyword"));
+    ASSERT_NE(field, nullptr);
+    field->set_text(keyword);
+    g_signal_emit_by_name(field->gobj(), "activate");
+  }
+};
+
+TEST_F(FlowFixesTest, AKeywordCanBeLeftAndAChosenCityReachesHomeNearbyAndTitlesAtOnce) {
+  auto& home = static_cast<HomePage&>(tabs_->tab(0));
+  ASSERT_TRUE(driver_->waitUntil([&] { return home.screen().popularStores().size() > 1; }));
+  EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&home) == "临沂市"; })) << titleOf(&home);
+  tabs_->select(1);
+  auto& nearby = static_cast<NearbyPage&>(tabs_->tab(1));
+  const NearbyView& list = nearby.screen().nearbyView();
+  ASSERT_TRUE(driver_->waitUntil([&] { return !list.storeList.empty() && !list.isSearching(); }));
+  const std::set<std::string> linyiStores = storeIds(list.storeList);
+
+  // A keyword nothing matches: an empty list named by the word, which a clear button or
+  // an empty search leaves for the filtered list of the city again.
+  searchNearby("潜水");
+  ASSERT_TRUE(driver_->waitUntil([&] { return list.isKeySearchModel && !list.isSearching(); }));
+  EXPECT_TRUE(list.storeList.empty());
+  EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&nearby) == "潜水"; })) << titleOf(&nearby);
+  EXPECT_TRUE(driver_->waitUntil([&] { return drawn("clear-keyword"); })) << "the keyword can be cleared";
+  searchNearby("");
+  ASSERT_TRUE(driver_->waitUntil([&] { return !list.isKeySearchModel && !list.storeList.empty() && !list.isSearching(); }));
+  EXPECT_EQ(storeIds(list.storeList), linyiStores);
+  EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&nearby) == "临沂市" && !drawn("clear-keyword"); }));
+
+  // Searched again, then a home category: the category's stores under its own label.
+  searchNearby("潜水");
+  ASSERT_TRUE(driver_->waitUntil([&] { return list.isKeySearchModel && !list.isSearching(); }));
+  tabs_->select(0);
+  ASSERT_TRUE(tap("餐饮美食"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return !list.isKeySearchModel && !list.storeList.empty() && !list.isSearching(); }));
+  EXPECT_EQ(list.categoryButton.title, "美食") << "the catalogue's name for the home's 餐饮美食";
+  EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&nearby) == "临沂市"; })) << titleOf(&nearby);
+  EXPECT_TRUE(list.searchFieldText.empty()) << "the word no longer names the list";
+
+  // Choosing 济南市: home and nearby name it and list its stores, without a pull.
+  const std::set<std::string> homeBefore = storeIds(home.screen().popularStores());
+  driver_->app().navigator().push(kCityScreen);
+  auto* key = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "city-key"));
+  ASSERT_NE(key, nullptr);
+  key->set_text("济南");
+  ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), "济南市"); }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&nearby) == "济南市"; })) << titleOf(&nearby);
+  EXPECT_TRUE(driver_->waitUntil([&] { return !list.isSearching() && storeIds(list.storeList) != linyiStores; }));
+  EXPECT_TRUE(driver_->waitUntil([&] { return !list.storeList.empty(); }));
+  tabs_->select(0);
+  EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&home) == "济南市"; })) << titleOf(&home);
+  EXPECT_TRUE(driver_->waitUntil([&] { return storeIds(home.screen().popularStores()) != homeBefore; }));
+}
+
+TEST_F(FlowFixesTest, SigningOutAsksForgetsThePasswordFieldAndTheCommunityPageFollows) {
+  signIn("13800000000", "qmv123");
+  TabBarViewController* tabBar = driver_->app().appDelegate().tabBarViewCtrl();
+  ASSERT_NE(tabBar, nullptr);
+  tabs_->select(3);
+  QXH5ViewController* community = nullptr;
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    community = tabBar->communityViewController();
+    return community != nullptr && community->webView() != nullptr && community->webView()->hasShownPage();
+  }, std::chrono::seconds(60)));
+  const auto pageText = [&] { return community->webView()->page().text; };
+  ASSERT_TRUE(driver_->waitUntil([&] { return pageText().find("会员: 演示会员") != std::string::npos; },
+                                 std::chrono::seconds(30)))
+      << pageText();
+
+  // The sign-out asks first; "取消" keeps the member.
+  tabs_->select(4);
+  ASSERT_TRUE(tap("logout"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return !driver_->app().alerts().open().empty(); }));
+  EXPECT_EQ(driver_->app().alerts().open().front().message, "确定要退出登录吗?");
+  EXPECT_TRUE(driver_->app().alerts().answer("取消"));
+  driver_->settle();
+  ASSERT_NE(GlobalData::sharedInstance().selfInfo(), nullptr);
+  ASSERT_TRUE(tap("logout"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return !driver_->app().alerts().open().empty(); }));
+  EXPECT_TRUE(driver_->app().alerts().answer("退出"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return GlobalData::sharedInstance().selfInfo() == nullptr; }));
+
+  // The community page greets nobody once shown again.
+  tabs_->select(3);
+  EXPECT_TRUE(driver_->waitUntil([&] { return pageText().find("演示会员") == std::string::npos; },
+                                 std::chrono::seconds(30)))
+      << pageText();
+
+  // The login screen keeps the phone, not the password.
+  tabs_->select(4);
+  ASSERT_TRUE(tap("登录"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "LoginViewController"; }));
+  ASSERT_NE(field("phone"), nullptr);
+  EXPECT_EQ(field("phone")->get_text().raw(), "13800000000");
+  EXPECT_EQ(field("password")->get_text().raw(), "");
+}
+
+TEST_F(FlowFixesTest, CommentsAndUndrawnScreensHaveReadableTitlesAndARatingNeedsAStar) {
+  signIn("13800000000", "qmv123");
+  // A store reached from the home list: its "more comments" lands on its comments.
+  tabs_->select(0);
+  auto& home = static_cast<HomePage&>(tabs_->tab(0));
+  ASSERT_TRUE(driver_->waitUntil([&] { return home.screen().popularStores().size() > 1; }));
+  const StoreInfoModel store = home.screen().popularStores().front();
+  ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), store.storeName); }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), "查看更多评论"); }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "UserCommitViewController"; }));
+  EXPECT_EQ(titleOf(), "用户评论");
+  EXPECT_TRUE(waitFor("全部"));
+
+  // No screen is titled by its class name, drawn or not.
+  for (const char* name : {"QXPublishViewController", "WealthViewController", "PortraitViewController"}) {
+    driver_->app().navigator().push(name);
+    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == name; }));
+    const std::string title = titleOf();
+    EXPECT_FALSE(title.empty()) << name;
+    EXPECT_EQ(title.find("Controller"), std::string::npos) << name;
+    EXPECT_NE(title, name);
+  }
+
+  // An untouched rating form lights no star and sends nothing.
+  driver_->app().navigator().popToRoot();
+  driver_->app().navigator().push("GradeStoreViewController", {{"orderId", "SB20161000012"}, {"storeName", "河东铜锅涮肉"}});
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "GradeStoreViewController"; }));
+  for (int n = 1; n <= 5; ++n) {
+    auto* star = dynamic_cast<Gtk::Button*>(finders::findNamed(top(), "star" + std::to_string(n)));
+    ASSERT_NE(star, nullptr);
+    EXPECT_EQ(star->get_icon_name(), "non-starred-symbolic") << n;
+  }
+  ASSERT_TRUE(tap("submit"));
+  EXPECT_TRUE(toasted("请选择评分"));
+  ASSERT_EQ(driver_->topName(), "GradeStoreViewController");
+  ASSERT_TRUE(tap("star4"));
+  ASSERT_TRUE(tap("submit", true));
+  EXPECT_TRUE(toasted("评价成功"));
+}
+
+}  // namespace
+}  // namespace qmv::gtk
