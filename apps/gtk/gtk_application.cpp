@@ -6,10 +6,12 @@
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
 
 #include "apps/cli_docs/manual.h"
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
+#include "apps/gtk/picture_view.h"
 #include "apps/gtk/renderer_choice.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "qmv/version.h"
@@ -93,12 +95,29 @@ struct App {
   int status = 0;
 };
 
-// For bench/gtk_start.sh: once a frame has been painted with the home content in it,
-// prints the wall-clock time (ms since the epoch) and quits.
-void quitWhenHomeDrawn(GtkApplication* application, App& app) {
+// Whether every picture view below `widget` that was given an address draws its picture.
+bool picturesDrawn(GtkWidget* widget) {
+  // The current wrapper only: wrapping every widget of the page on each frame would make
+  // wrappers for widgets that have none.
+  if (auto* view = dynamic_cast<PictureView*>(Glib::ObjectBase::_get_current_wrapper(G_OBJECT(widget)));
+      view != nullptr && !view->url().empty() && !view->showsPicture()) {
+    return false;
+  }
+  for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (!picturesDrawn(child)) return false;
+  }
+  return true;
+}
+
+// For bench/gtk_start.sh: once a frame has been painted with the home content in it (and,
+// with QMV_GTK_QUIT_WHEN_HOME_DRAWN=pictures, every picture of the home drawn), prints
+// the wall-clock time (ms since the epoch) and quits.
+void quitWhenHomeDrawn(GtkApplication* application, App& app, bool withPictures) {
   struct Watch {
     GtkApplication* application;
     App* app;
+    bool withPictures;
     bool contentSeen = false;
   };
   gtk_widget_add_tick_callback(
@@ -115,12 +134,13 @@ void quitWhenHomeDrawn(GtkApplication* application, App& app) {
           return G_SOURCE_REMOVE;
         }
         TabBarPage* tabs = watch->app->frontEnd->view().tabBar();
-        if (tabs != nullptr && !static_cast<HomePage&>(tabs->tab(0)).screen().popularStores().empty()) {
-          watch->contentSeen = true;
-        }
+        if (tabs == nullptr) return G_SOURCE_CONTINUE;
+        auto& home = static_cast<HomePage&>(tabs->tab(0));
+        watch->contentSeen = !home.screen().popularStores().empty() &&
+                             (!watch->withPictures || picturesDrawn(GTK_WIDGET(home.gobj())));
         return G_SOURCE_CONTINUE;
       },
-      new Watch{application, &app}, [](gpointer data) { delete static_cast<Watch*>(data); });
+      new Watch{application, &app, withPictures}, [](gpointer data) { delete static_cast<Watch*>(data); });
 }
 
 void ensureWindow(GtkApplication* application, App& app) {
@@ -154,7 +174,9 @@ void ensureWindow(GtkApplication* application, App& app) {
                    }),
                    &app);
   gtk_window_present(GTK_WINDOW(window));
-  if (std::getenv("QMV_GTK_QUIT_WHEN_HOME_DRAWN") != nullptr) quitWhenHomeDrawn(application, app);
+  if (const char* quit = std::getenv("QMV_GTK_QUIT_WHEN_HOME_DRAWN"); quit != nullptr) {
+    quitWhenHomeDrawn(application, app, std::string_view(quit) == "pictures");
+  }
 }
 
 }  // namespace
