@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/ui.h"
 #include "features/orders/checkout_texts.h"
 #include "features/orders/pay_cash_view.h"
@@ -63,9 +64,11 @@ void SubmitOrderPage::refresh() {
 
 namespace {
 
-// A choice row with a check in front that shows the state; tapping the row runs the
-// page's action `action` (with `target` when given).
-Gtk::Widget* choiceRow(const std::string& action, const std::string& target, Gtk::CheckButton*& check) {
+// A choice row with a check in front that shows the state, then the choice's mark (the
+// themed icon `icon`, named `mark` for a screen reader); tapping the row runs the page's
+// action `action` (with `target` when given).
+Gtk::Widget* choiceRow(const std::string& action, const std::string& target, Gtk::CheckButton*& check,
+                       const char* icon, const char* mark) {
   GtkWidget* row = adw_action_row_new();
   adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(row), FALSE);
   gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(row), TRUE);
@@ -74,6 +77,11 @@ Gtk::Widget* choiceRow(const std::string& action, const std::string& target, Gtk
   check->set_can_target(false);
   check->set_focusable(false);
   adw_action_row_add_prefix(ADW_ACTION_ROW(row), GTK_WIDGET(check->gobj()));
+  Gtk::Image* logo = ui::icon(icon);
+  logo->set_name("channel-logo");
+  logo->set_icon_size(Gtk::IconSize::LARGE);
+  ui::setAccessibleLabel(*logo, mark);
+  adw_action_row_add_prefix(ADW_ACTION_ROW(row), GTK_WIDGET(logo->gobj()));
   struct Target {
     std::string action;
     std::string value;
@@ -125,13 +133,13 @@ PayNowPage::PayNowPage(PageContext& context, const Json& payload)
   body().append(*total_);
   balance_ = ui::boxedList();
   balance_->set_name("balance");
-  balanceRow_ = choiceRow("page.toggle-balance", "", balanceCheck_);
+  balanceRow_ = choiceRow("page.toggle-balance", "", balanceCheck_, "qmv-pay-balance-symbolic", gtk_texts::kBalanceMark);
   balance_->append(*balanceRow_);
   body().append(*balance_);
   channelList_ = ui::boxedList();
   channelList_->set_name("channels");
   for (Channel& c : channels_) {
-    Gtk::Widget* row = choiceRow("page.select-channel", c.key, c.check);
+    Gtk::Widget* row = choiceRow("page.select-channel", c.key, c.check, c.icon, c.title);
     setRowTitle(*row, c.title);
     channelList_->append(*row);
   }

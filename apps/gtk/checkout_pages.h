@@ -35,15 +35,16 @@ class PayNowPage : public ScreenPage {
   struct Channel {
     const char* key;  // page.select-channel's target
     const char* title;
+    const char* icon;  // the channel's mark in front
     void (QXPayNowViewController::*select)();
     Gtk::CheckButton* check = nullptr;
   };
 
   QXPayNowViewController screen_;
   std::array<Channel, 3> channels_{{
-      {"alipay", checkout_texts::kAlipayName, &QXPayNowViewController::selectAlipay},
-      {"wechat", checkout_texts::kWeChatName, &QXPayNowViewController::selectWeChat},
-      {"unionpay", checkout_texts::kUnionPayName, &QXPayNowViewController::selectUnionPay},
+      {"alipay", checkout_texts::kAlipayName, "qmv-pay-alipay-symbolic", &QXPayNowViewController::selectAlipay},
+      {"wechat", checkout_texts::kWeChatName, "qmv-pay-wechat-symbolic", &QXPayNowViewController::selectWeChat},
+      {"unionpay", checkout_texts::kUnionPayName, "qmv-pay-unionpay-symbolic", &QXPayNowViewController::selectUnionPay},
   }};
   Gtk::Label* name_ = nullptr;
   Gtk::Label* total_ = nullptr;

@@ -1,5 +1,10 @@
 #include "apps/gtk/contact_pages.h"
 
+#include <adwaita.h>
+
+#include "apps/gtk/gtk_texts.h"
+#include "apps/gtk/local_pictures.h"
+#include "apps/gtk/picture_view.h"
 #include "apps/gtk/ui.h"
 
 namespace qmv::gtk {
@@ -9,15 +14,39 @@ namespace {
 std::string contactKey(const ContactCell& cell) { return cell.name + '\n' + cell.phoneText + '\n' + cell.timeText; }
 
 bool contactDrawsAlike(const ContactCell& a, const ContactCell& b) {
-  return contactKey(a) == contactKey(b) && a.invitedText == b.invitedText && a.arrowImage == b.arrowImage;
+  return contactKey(a) == contactKey(b) && a.invitedText == b.invitedText && a.arrowImage == b.arrowImage &&
+         a.portraitUrl == b.portraitUrl && a.placeholderImage == b.placeholderImage;
 }
 
-// The rows of a contacts screen: a first-level contact opens his own list; a second-level
-// one ends the tree.
-Gtk::ListView* contactList(RowList<ContactCell>& rows, bool opens) {
-  auto factory = actionRowFactory<ContactCell>([opens](const ContactCell& cell) {
-    return RowTexts{cell.name, cell.phoneText + "\n" + cell.timeText, cell.invitedText, opens};
-  });
+constexpr const char* kPortraitKey = "qmv-portrait";
+constexpr int kPortraitSide = 40;
+// Decoded at twice the drawn size, for scaled displays.
+constexpr ImageSize kPortraitBox{2 * kPortraitSide, 2 * kPortraitSide};
+
+// The rows of a contacts screen, each with the contact's round portrait in front: a
+// first-level contact opens his own list; a second-level one ends the tree.
+Gtk::ListView* contactList(RowList<ContactCell>& rows, bool opens, ImageLoader* pictures) {
+  auto factory = rowFactory<ContactCell>(
+      [pictures](const Glib::RefPtr<Gtk::ListItem>& item) {
+        Gtk::Widget* row = detail::newListActionRow(item, nullptr);
+        auto* portrait = Gtk::make_managed<PictureView>(pictures, kPortraitBox, "");
+        portrait->set_size_request(kPortraitSide, kPortraitSide);
+        portrait->set_valign(Gtk::Align::CENTER);
+        portrait->set_vexpand(false);
+        portrait->set_hexpand(false);
+        portrait->add_css_class("portrait");
+        portrait->set_name("portrait");
+        adw_action_row_add_prefix(ADW_ACTION_ROW(row->gobj()), GTK_WIDGET(portrait->gobj()));
+        g_object_set_data(G_OBJECT(row->gobj()), kPortraitKey, portrait);
+        return row;
+      },
+      [opens](Gtk::Widget& row, const ContactCell& cell) {
+        detail::fillListActionRow(row, RowTexts{cell.name, cell.phoneText + "\n" + cell.timeText, cell.invitedText, opens});
+        auto* portrait = static_cast<PictureView*>(g_object_get_data(G_OBJECT(row.gobj()), kPortraitKey));
+        portrait->setPlaceholderIcon(iconOfPicture(cell.placeholderImage, "avatar-default-symbolic"));
+        portrait->setUrl(cell.portraitUrl);
+        ui::setAccessibleLabel(*portrait, gtk_texts::portraitOf(cell.name));
+      });
   return listView(rows.model(), factory, "contacts");
 }
 
@@ -72,7 +101,7 @@ ContactsPage::ContactsPage(PageContext& context)
     (name == std::string("num") ? num_ : subNum_) = label;
   }
   body().append(*counts);
-  setList(*contactList(rows_, true));
+  setList(*contactList(rows_, true, context.pictures()));
   more_ = ui::loadMoreButton();
   footer().append(*more_);
   screen_.refresh();
@@ -94,7 +123,7 @@ SecondContactsPage::SecondContactsPage(PageContext& context, const Json& payload
   pullToRefresh([this] { screen_.refresh(); });
   addAction("load-more", [this] { screen_.loadMore(); });
   addHeaderButton(*reloadButton());
-  setList(*contactList(rows_, false));
+  setList(*contactList(rows_, false, context.pictures()));
   more_ = ui::loadMoreButton();
   footer().append(*more_);
   screen_.refresh();

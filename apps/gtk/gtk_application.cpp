@@ -34,6 +34,7 @@ constexpr const char* kStyle = R"css(
 button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), rgb(236, 110, 70)); color: white;
           border-radius: 12px; padding: 0; margin: 0 4px; }
 .thumbnail { border-radius: 6px; }
+.portrait { border-radius: 9999px; }
 .picture-strip button { padding: 0; border-radius: 8px; }
 .price { color: rgb(230, 80, 40); font-weight: bold; font-size: 1.4em; }
 .bank-card { background: linear-gradient(135deg, rgb(60, 90, 160), rgb(40, 60, 120)); color: white;

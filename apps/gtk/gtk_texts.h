@@ -30,5 +30,9 @@ inline constexpr const char* kClose = "关闭";
 inline std::string pictureOf(std::size_t number, std::size_t count) {
   return std::string(kPictureFiles) + " " + std::to_string(number) + "/" + std::to_string(count);
 }
+// The balance's mark on the pay-now screen, for a screen reader.
+inline constexpr const char* kBalanceMark = "余额";
+// What a screen reader says for a member's portrait.
+inline std::string portraitOf(const std::string& name) { return name + "的头像"; }
 
 }  // namespace qmv::gtk_texts

@@ -2,13 +2,14 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/local_pictures.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/picture_view.h"
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
-#include "features/discovery/search_type_net_api.h"
 #include "features/discovery/store_screens.h"
 #include "shell/app_delegate.h"
 
@@ -39,11 +40,14 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   addHeaderButton(*city);
 
   body().append(banners_);
-  grid_.set_selection_mode(Gtk::SelectionMode::NONE);
-  grid_.set_min_children_per_line(2);
-  grid_.set_max_children_per_line(4);
-  grid_.set_homogeneous(true);
-  body().append(grid_);
+  categories_.set_name("categories");
+  categoryPages_ = Gtk::manage(Glib::wrap(adw_carousel_new()));
+  categoryPages_->set_name("category-pages");
+  Gtk::Widget* dots = Gtk::manage(Glib::wrap(adw_carousel_indicator_dots_new()));
+  adw_carousel_indicator_dots_set_carousel(ADW_CAROUSEL_INDICATOR_DOTS(dots->gobj()), ADW_CAROUSEL(categoryPages_->gobj()));
+  categories_.append(*categoryPages_);
+  categories_.append(*dots);
+  body().append(categories_);
   recommendHeading_ = ui::label(discovery_texts::kRecommendSection, "heading");
   body().append(*recommendHeading_);
   body().append(recommend_.widget());
@@ -64,7 +68,7 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
 void HomePage::refresh() {
   setTitle(screen_.addressButtonTitle());
   setBanners();
-  setTemplates();
+  setCategories();
   recommend_.assign(storeBoxedRows(screen_.recommendStores()));
   popular_.assign(storeBoxedRows(screen_.popularStores()));
   const bool anyRecommended = recommend_.size() > 0;
@@ -83,23 +87,80 @@ void HomePage::setBanners() {
   banners_.setBanners(std::move(banners));
 }
 
-void HomePage::setTemplates() {
-  std::vector<std::pair<std::string, std::string>> types;
-  const std::vector<SearchTypeModel> catalogue = SearchTypeNetApi::getSearchTypes();
-  for (const SearchTypeModel& type : screen_.templates()) {
-    if (!type.name.empty()) types.emplace_back(type.name, MainViewController::handoverTypeId(type, catalogue));
+namespace {
+
+constexpr int kCategoryPictureSide = 48;
+// Decoded at twice the drawn size, for scaled displays.
+constexpr ImageSize kCategoryPictureBox{2 * kCategoryPictureSide, 2 * kCategoryPictureSide};
+
+// A flat button that hands category `typeId` to the nearby tab.
+Gtk::Button* categoryButton(const std::string& typeId, Gtk::Widget& content) {
+  auto* button = Gtk::make_managed<Gtk::Button>();
+  button->add_css_class("flat");
+  button->set_child(content);
+  button->set_action_target_value(Glib::Variant<Glib::ustring>::create(typeId));
+  button->set_action_name("page.open-type");
+  return button;
+}
+
+// A main category's page: its own picture and name in its colour, then its
+// sub-categories, each the server's picture over its name.
+Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageLoader* pictures) {
+  auto* page = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 6);
+  page->set_hexpand(true);
+  auto* heading = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
+  Gtk::Image* icon = ui::icon(iconOfPicture(group.main.imageName));
+  icon->set_name("category-icon");
+  icon->set_icon_size(Gtk::IconSize::LARGE);
+  ui::setAccessibleLabel(*icon, group.main.name);
+  heading->append(*icon);
+  auto* name = ui::label(group.main.name, "heading", false);
+  Pango::AttrList colour;
+  auto foreground = Pango::Attribute::create_attr_foreground(static_cast<guint16>(group.nameColor.red * 257),
+                                                             static_cast<guint16>(group.nameColor.green * 257),
+                                                             static_cast<guint16>(group.nameColor.blue * 257));
+  colour.insert(foreground);
+  name->set_attributes(colour);
+  heading->append(*name);
+  Gtk::Button* main = categoryButton(group.main.typeId, *heading);
+  // Found by its name, as a tap on its title would.
+  main->set_name(group.main.name);
+  main->set_halign(Gtk::Align::START);
+  page->append(*main);
+
+  auto* subs = Gtk::make_managed<Gtk::FlowBox>();
+  subs->set_selection_mode(Gtk::SelectionMode::NONE);
+  subs->set_min_children_per_line(4);
+  subs->set_max_children_per_line(4);
+  subs->set_homogeneous(true);
+  for (const auto& sub : group.subs) {
+    auto* entry = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 4);
+    auto* picture = Gtk::make_managed<PictureView>(pictures, kCategoryPictureBox, sub.name);
+    picture->set_name("category-picture");
+    picture->set_size_request(kCategoryPictureSide, kCategoryPictureSide);
+    picture->set_halign(Gtk::Align::CENTER);
+    picture->set_hexpand(false);
+    picture->set_vexpand(false);
+    picture->setUrl(sub.imageUrl);
+    entry->append(*picture);
+    entry->append(*ui::label(sub.name, "caption", false));
+    subs->append(*categoryButton(sub.typeId, *entry));
   }
-  grid_.set_visible(!types.empty());
-  if (types == templates_) return;
-  while (Gtk::Widget* child = grid_.get_first_child()) grid_.remove(*child);
-  for (const auto& [name, id] : types) {
-    auto* button = Gtk::make_managed<Gtk::Button>(name);
-    button->add_css_class("flat");
-    button->set_action_target_value(Glib::Variant<Glib::ustring>::create(id));
-    button->set_action_name("page.open-type");
-    grid_.append(*button);
-  }
-  templates_ = std::move(types);
+  subs->set_visible(!group.subs.empty());
+  page->append(*subs);
+  return page;
+}
+
+}  // namespace
+
+void HomePage::setCategories() {
+  std::vector<MainViewController::CategoryGroup> groups = MainViewController::homeCategoryGroups();
+  categories_.set_visible(!groups.empty());
+  if (groups == groups_) return;
+  AdwCarousel* carousel = ADW_CAROUSEL(categoryPages_->gobj());
+  while (adw_carousel_get_n_pages(carousel) > 0) adw_carousel_remove(carousel, adw_carousel_get_nth_page(carousel, 0));
+  for (const auto& group : groups) adw_carousel_append(carousel, GTK_WIDGET(categoryPage(group, context_.pictures())->gobj()));
+  groups_ = std::move(groups);
 }
 
 void HomePage::openStore(const std::string& storeId) {

@@ -1,11 +1,12 @@
 #pragma once
-// The home tab (MainViewController): the city button, the banners, the category
-// templates, the recommended stores and the popular stores with "load more".
+// The home tab (MainViewController): the city button, the banners, the categories (a
+// page per main category with its sub-categories' pictures, under dots), the recommended
+// stores and the popular stores with "load more".
 //
 // The sections are built once and only their contents are set again: the sections are
 // few, fixed and differently shaped (a carousel, a grid, two short lists), so a list view
 // switching widget kinds per row would buy no recycling worth its code. The banners and
-// templates are rebuilt only when their data changed; the store lists keep their rows by
+// categories are rebuilt only when their data changed; the store lists keep their rows by
 // position and touch only rows whose texts changed.
 #include <string>
 #include <utility>
@@ -29,14 +30,15 @@ class HomePage : public ScreenPage {
 
  private:
   void setBanners();
-  void setTemplates();
+  void setCategories();
   void openStore(const std::string& storeId);
 
   MainViewController screen_;
   bool started_ = false;
   BannerCarousel banners_{context_.pictures()};
-  Gtk::FlowBox grid_;
-  std::vector<std::pair<std::string, std::string>> templates_;  // name, type id
+  Gtk::Box categories_{Gtk::Orientation::VERTICAL, 6};
+  Gtk::Widget* categoryPages_ = nullptr;  // an AdwCarousel, a page per main category
+  std::vector<MainViewController::CategoryGroup> groups_;
   Gtk::Label* recommendHeading_ = nullptr;
   BoxedRows recommend_{"", context_.pictures()};
   Gtk::Label* popularHeading_ = nullptr;

@@ -28,6 +28,8 @@ class PictureView : public Gtk::Overlay {
   // Empty shows the placeholder. The same URL again keeps what is shown or asked.
   void setUrl(const std::string& url);
   const std::string& url() const { return url_; }
+  // The themed icon shown while there is no picture (a person for a portrait).
+  void setPlaceholderIcon(const std::string& iconName) { placeholder_.set_from_icon_name(iconName); }
   // Whether a decoded picture (not the placeholder) is drawn.
   bool showsPicture() const { return shown_; }
   Gtk::Picture& picture() { return picture_; }

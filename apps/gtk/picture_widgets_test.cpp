@@ -1,7 +1,8 @@
 // Pictures in the graphical client against the embedded sandbox's generated art: the
 // launch picture, the thumbnails of store and offer rows, a picture view that changes its address before the
-// first answer, the home banners turning on their timer, and a store's and an offer's
-// pictures opened in the browser and closed with Escape.
+// first answer, the home banners turning on their timer, a store's and an offer's
+// pictures opened in the browser and closed with Escape, and the home's category
+// pictures, the contacts' portraits and the payment channels' marks.
 #include <gtest/gtest.h>
 
 #include <adwaita.h>
@@ -198,6 +199,48 @@ TEST_F(PictureWidgetsTest, StoreAndOfferPicturesOpenTheBrowserAndEscapeClosesIt)
   }));
   EXPECT_NE(strip->urls().back().find("/art/desc_"), std::string::npos);
   browseAndEscape(strip->urls().size() - 1, strip->urls().size());
+}
+
+TEST_F(PictureWidgetsTest, CategoriesPortraitsAndChannelMarksAreDrawn) {
+  // Each main category's page: its own mark from the theme, and the server's picture for
+  // every sub-category, on every page.
+  ASSERT_TRUE(driver_->waitUntil([&] { return allDrawn(views(home(), "category-picture")); }));
+  auto* food = dynamic_cast<Gtk::Image*>(finders::findNamed(home(), "category-icon"));
+  ASSERT_NE(food, nullptr);
+  EXPECT_EQ(food->get_icon_name(), "emoji-food-symbolic");
+  auto theme = Gtk::IconTheme::get_for_display(Gdk::Display::get_default());
+  EXPECT_TRUE(theme->has_icon(food->get_icon_name()));
+
+  // Every contact row shows the portrait drawn for that member, on both levels.
+  signIn("13800000000", "qmv123");
+  ASSERT_TRUE(openFromMemberTab("我的人脉", "MyContactViewController"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return views(top(), "portrait").size() == 3 && allDrawn(views(top(), "portrait")); }));
+  ASSERT_TRUE(finders::activateRow(top(), "张三"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "MySecondContactViewController"; }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return views(top(), "portrait").size() == 2 && allDrawn(views(top(), "portrait")); }));
+
+  // The pay-now screen marks the balance and each channel with the client's own icon,
+  // found in its resources.
+  driver_->app().navigator().push("QXPayNowViewController", {{"storeId", "1"}, {"totalFee", "888.00"}});
+  ASSERT_TRUE(payNowReady());
+  std::vector<std::string> marks;
+  const std::function<void(GtkWidget*)> walk = [&](GtkWidget* w) {
+    if (GTK_IS_IMAGE(w) && std::string(gtk_widget_get_name(w)) == "channel-logo") {
+      marks.push_back(gtk_image_get_icon_name(GTK_IMAGE(w)));
+    }
+    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) walk(c);
+  };
+  walk(top().gobj());
+  ASSERT_EQ(marks, (std::vector<std::string>{"qmv-pay-balance-symbolic", "qmv-pay-alipay-symbolic",
+                                             "qmv-pay-wechat-symbolic", "qmv-pay-unionpay-symbolic"}));
+  EXPECT_TRUE(drawn("channels")) << "888.00 is more than the balance";
+  for (const std::string& mark : marks) {
+    auto icon = theme->lookup_icon(mark, 32);
+    ASSERT_TRUE(icon) << mark;
+    auto file = icon->get_file();
+    ASSERT_TRUE(file) << mark;
+    EXPECT_EQ(file->get_uri(), "resource:///org/qmv/Client/icons/scalable/actions/" + mark + ".svg");
+  }
 }
 
 }  // namespace

@@ -190,16 +190,21 @@ int run(const std::filesystem::path& out) {
     shot("17-withdraw");
     app.navigator().popToRoot();
 
-    // Checkout of the demo voucher: five of them, more than the balance covers.
+    // Checkout of the demo voucher: seven of them, more than the balance covers, so that the
+    // payment channels show.
     app.navigator().push("QXActivitiesViewController", {{"commodityId", "2"}});
-    driver.waitUntil([&] { return finders::findNamed(driver.top(), "buy") != nullptr; });
-    if (auto* buy = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "buy"))) buy->activate();
+    // Once the offer is in; a tap ends in "clicked" (activate() waits out a press animation).
+    driver.waitUntil([&] {
+      Gtk::Widget* buy = finders::findNamed(driver.top(), "buy");
+      return buy != nullptr && buy->is_sensitive() && buy->get_mapped();
+    });
+    if (auto* buy = finders::findNamed(driver.top(), "buy")) g_signal_emit_by_name(buy->gobj(), "clicked");
     driver.waitUntil([&] { return driver.topName() == "QXSubmitOderViewController"; });
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 6; ++i) {
       if (auto* plus = finders::findNamed(driver.top(), "plus")) g_signal_emit_by_name(plus->gobj(), "clicked");
     }
     shot("18-submit");
-    if (auto* submit = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "submit"))) submit->activate();
+    if (auto* submit = finders::findNamed(driver.top(), "submit")) g_signal_emit_by_name(submit->gobj(), "clicked");
     driver.waitUntil([&] { return driver.topName() == "QXPayNowViewController"; });
     shot("19-pay-now");
     app.navigator().popToRoot();

@@ -27,10 +27,14 @@ int64_t integerOf(const Json& row, const char* key) {
   return it != row.end() && it->is_number_integer() ? it->get<int64_t>() : 0;
 }
 
+// Whether the catalogue or the home's templates list sub-category `subId`: both hand out
+// its icon's address.
 bool inCatalogue(int subId) {
-  for (const Json& group : catalogue()) {
-    for (const Json& sub : group["list"]) {
-      if (sub["id"] == std::to_string(subId)) return true;
+  for (const Json& groups : {catalogue(), templates()}) {
+    for (const Json& group : groups) {
+      for (const Json& sub : group["list"]) {
+        if (sub["id"] == std::to_string(subId)) return true;
+      }
     }
   }
   return false;

@@ -1,5 +1,6 @@
 #include "apps/sandbox/art_routes.h"
 
+#include "apps/sandbox/demo_catalogue.h"
 #include "apps/sandbox/sandbox_store.h"
 #include "apps/sandbox/sandbox_test_support.h"
 #include "platform/codecs/image_codecs.h"
@@ -34,6 +35,15 @@ TEST_F(ArtRoutesTest, EveryPictureHasItsDeclaredSizeAndRecordsDiffer) {
     const auto res = http.Get(picture.path);
     EXPECT_EQ(sizeOf(res), picture.size) << picture.path;
     EXPECT_EQ(res ? res->get_header_value("Content-Type") : "", picture.type) << picture.path;
+  }
+  // Every sub-category icon the catalogue and the home's templates hand out is there.
+  for (const Json& groups : {catalogue(), templates()}) {
+    for (const Json& group : groups) {
+      for (const Json& sub : group["list"]) {
+        const std::string path = sub["imgURL"];
+        EXPECT_EQ(sizeOf(http.Get(path)), (ImageSize{96, 96})) << path;
+      }
+    }
   }
   // Icons and portraits are round on a transparent square.
   const auto icon = http.Get("/oss/art/category_42.png");

@@ -98,6 +98,22 @@ TEST(HomeCategoryHandover, TemplateGroupsMapOntoTheCatalogue) {
   EXPECT_EQ(MainViewController::handoverTypeId(group("4", {"1000", "60", "50", "70"}), catalogue), "0") << "a tie";
   EXPECT_EQ(MainViewController::handoverTypeId(group("5", {"1001", "1002"}), catalogue), "0") << "none known";
   EXPECT_EQ(MainViewController::handoverTypeId(group("40", {}), catalogue), "40") << "a catalogue id stays";
+
+  // The home's entries: the home list's picture names and the server's sub-category
+  // pictures; a sub-category the catalogue lacks hands over its group's id; nameless
+  // entries are not shown.
+  SearchTypeModel food = group("1", {"11", "1001", ""});
+  food.name = "餐饮美食";
+  food.bigImageName = "meishi";
+  food.list[0].imgURL = "http://h/oss/art/category_11.png";
+  SearchTypeModel nameless = group("5", {"12"});
+  nameless.name.clear();
+  const auto groups = MainViewController::categoryGroups({food, nameless}, catalogue);
+  ASSERT_EQ(groups.size(), 1u);
+  EXPECT_EQ(groups[0].main, (MainViewController::CategoryEntry{"餐饮美食", "10", "meishi", ""}));
+  ASSERT_EQ(groups[0].subs.size(), 2u);
+  EXPECT_EQ(groups[0].subs[0], (MainViewController::CategoryEntry{"11", "11", "", "http://h/oss/art/category_11.png"}));
+  EXPECT_EQ(groups[0].subs[1].typeId, "10") << "unknown to the catalogue";
 }
 
 }  // namespace

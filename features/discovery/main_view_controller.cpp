@@ -11,6 +11,7 @@
 #include "features/discovery/popular_store_net_api.h"
 #include "features/discovery/recommend_store_net_api.h"
 #include "features/discovery/resources_net_api.h"
+#include "features/discovery/search_type_net_api.h"
 #include "features/discovery/templates_net_api.h"
 #include "platform/alerts.h"
 #include "platform/env.h"
@@ -79,6 +80,37 @@ bool MainViewController::didSelectBanner(std::size_t index) const {
   const auto& navigator = Env::current().navigator;
   navigator->push(discovery_texts::kWebScreen, {{"title", banner.title}, {"url", banner.URL}});
   return true;
+}
+
+std::vector<MainViewController::CategoryGroup> MainViewController::categoryGroups(
+    const std::vector<SearchTypeModel>& homeList, const std::vector<SearchTypeModel>& catalogue) {
+  const auto known = [&catalogue](const std::string& id) {
+    for (const SearchTypeModel& main : catalogue) {
+      if (main.typeId == id) return true;
+      for (const SearchSubTypeModel& sub : main.list) {
+        if (sub.typeId == id) return true;
+      }
+    }
+    return false;
+  };
+  std::vector<CategoryGroup> groups;
+  for (const SearchTypeModel& type : homeList) {
+    if (type.name.empty()) continue;
+    CategoryGroup group;
+    group.main = {type.name, handoverTypeId(type, catalogue), type.bigImageName, ""};
+    group.nameColor = type.nameColor;
+    for (const SearchSubTypeModel& sub : type.list) {
+      if (sub.name.empty()) continue;
+      const bool own = !sub.typeId.empty() && known(sub.typeId);
+      group.subs.push_back({sub.name, own ? sub.typeId : group.main.typeId, "", sub.imgURL});
+    }
+    groups.push_back(std::move(group));
+  }
+  return groups;
+}
+
+std::vector<MainViewController::CategoryGroup> MainViewController::homeCategoryGroups() {
+  return categoryGroups(GlobalData::sharedInstance().defaultTypeList(), SearchTypeNetApi::getSearchTypes());
 }
 
 std::string MainViewController::handoverTypeId(const SearchTypeModel& entry,

@@ -92,6 +92,31 @@ class MainViewController : public BaseViewController {
   // sub-categories than any other; "0" (all categories) when none stands out.
   static std::string handoverTypeId(const SearchTypeModel& entry, const std::vector<SearchTypeModel>& catalogue);
 
+  // One entry of the home's category section: a main category, whose picture is one of
+  // the application's own (a name from the home list), or a sub-category, whose picture
+  // the server serves (an address).
+  struct CategoryEntry {
+    std::string name;
+    std::string typeId;  // what a tap hands to the nearby list
+    std::string imageName;
+    std::string imageUrl;
+    friend bool operator==(const CategoryEntry&, const CategoryEntry&) = default;
+  };
+  struct CategoryGroup {
+    CategoryEntry main;
+    Color nameColor;
+    std::vector<CategoryEntry> subs;
+    friend bool operator==(const CategoryGroup&, const CategoryGroup&) = default;
+  };
+  // The home's categories: `homeList` (the session's home list, templates merged in) in
+  // its order, without nameless groups or sub-categories. A main category hands over
+  // handoverTypeId; a sub-category its own id when the catalogue knows it (as a main or a
+  // sub-category), else its group's.
+  static std::vector<CategoryGroup> categoryGroups(const std::vector<SearchTypeModel>& homeList,
+                                                   const std::vector<SearchTypeModel>& catalogue);
+  // categoryGroups of the session's home list and the saved (or built-in) catalogue.
+  static std::vector<CategoryGroup> homeCategoryGroups();
+
   // True for the placeholder row shown when the city has no popular store.
   static bool isPlaceholderRow(const StoreInfoModel& store);
 
