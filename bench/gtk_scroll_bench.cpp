@@ -3,9 +3,11 @@
 // store row factory, PictureView thumbnails through an ImageLoader set up as the client
 // sets it up) in a 360x720 window. The list is scrolled from top to bottom and back by a
 // fixed distance each frame (about two rows), and the program prints the renderer, the
-// work time of each frame (frame clock "before-paint" to the end of "after-paint"; also
-// split into layout and paint), the frames that came later than twice the refresh
-// interval, and the growth of resident memory over the scroll.
+// work time of each frame (frame clock "before-paint" to the end of "after-paint"), also as
+// CPU time of the interface thread (a busy machine stretches wall time) and split into the
+// update, layout and paint phases; the frames that came later than twice the refresh
+// interval; the rows bound and pictures arrived in the frames over budget against the
+// others; and the growth of resident memory (peak) over the scroll.
 //
 // usage: xvfb-run -a -s "-screen 0 1024x768x24" build/release/bench/gtk_scroll_bench
 // Exits 1 when the list was never drawn or its pictures never arrived.
@@ -13,6 +15,7 @@
 #include <gtkmm.h>
 #include <gtkmm/init.h>
 #include <stdlib.h>
+#include <time.h>
 
 #include <algorithm>
 #include <atomic>
@@ -26,6 +29,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/gtk/gtk_application.h"
@@ -162,16 +166,29 @@ bool runUntil(const std::function<bool()>& done, double seconds) {
   return true;
 }
 
+// CPU time of the calling thread, which a busy machine does not stretch as it does wall time.
+double threadCpuMs() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return now.tv_sec * 1e3 + now.tv_nsec / 1e6;
+}
+
 struct FrameStats {
   SteadyClock::time_point start;
-  SteadyClock::time_point layout;
-  SteadyClock::time_point paint;
-  std::vector<double> work, layoutMs, paintMs, intervals;
+  double startCpu = 0;
+  // When each phase's handlers (GTK's, then ours) had all run.
+  SteadyClock::time_point updated;
+  SteadyClock::time_point laidOut;
+  SteadyClock::time_point painted;
+  std::vector<double> work, cpu, updateMs, layoutMs, paintMs, intervals;
   std::int64_t refreshUs = 0;
   bool recording = false;
   bool inFrame = false;
-  std::set<std::string> drawnPictures;  // URLs of thumbnails seen drawn in a frame
-  Gtk::ScrolledWindow* scroller = nullptr;
+  std::set<std::string> shownPictures;  // URLs whose thumbnails a row showed
+  // Rows bound and pictures that arrived since the last frame, and per frame.
+  int binds = 0;
+  int arrivals = 0;
+  std::vector<int> frameBinds, frameArrivals;
 };
 
 int run() {
@@ -246,9 +263,22 @@ int run() {
   auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
   scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   scroller->set_vexpand(true);
-  Gtk::ListView* list =
-      listView(rows->model(), actionRowFactory<NearbyRow>([](const NearbyRow& row) { return row.texts; }, pictures.get()),
-               "stores");
+  FrameStats stats;
+  auto factory = actionRowFactory<NearbyRow>([](const NearbyRow& row) { return row.texts; }, pictures.get());
+  // Counted after the factory's own handlers: the rows bound, the pictures that arrived.
+  factory->signal_setup().connect([&stats](const Glib::RefPtr<Gtk::ListItem>& item) {
+    std::vector<PictureView*> thumbnails;
+    if (item->get_child() != nullptr) collectThumbnails(GTK_WIDGET(item->get_child()->gobj()), thumbnails);
+    for (PictureView* view : thumbnails) {
+      view->onShown = [&stats, view](bool shown) {
+        if (!shown || !stats.recording) return;
+        ++stats.arrivals;
+        stats.shownPictures.insert(view->url());
+      };
+    }
+  });
+  factory->signal_bind().connect([&stats](const Glib::RefPtr<Gtk::ListItem>&) { ++stats.binds; });
+  Gtk::ListView* list = listView(rows->model(), factory, "stores");
   list->set_margin_start(12);
   list->set_margin_end(12);
   GtkWidget* listClamp = adw_clamp_scrollable_new();
@@ -280,8 +310,6 @@ int run() {
   std::cout << "renderer: " << (renderer != nullptr ? G_OBJECT_TYPE_NAME(renderer) : "none")
             << " (GSK_RENDERER=" << (chosen != nullptr ? chosen : "") << ")\n";
 
-  FrameStats stats;
-  stats.scroller = scroller;
   GdkFrameClock* clock = gtk_widget_get_frame_clock(GTK_WIDGET(window->gobj()));
   std::vector<gulong> handlers;
   if (status == 0 && clock == nullptr) fail("the window has no frame clock");
@@ -291,34 +319,44 @@ int run() {
                                           if (s->recording && s->start != SteadyClock::time_point{}) {
                                             s->intervals.push_back(msSince(s->start, now));
                                           }
-                                          s->start = s->layout = s->paint = now;
+                                          s->start = s->updated = s->laidOut = s->painted = now;
+                                          s->startCpu = threadCpuMs();
                                           s->inFrame = true;
                                         }),
                                         &stats));
-    handlers.push_back(g_signal_connect(clock, "layout", G_CALLBACK(+[](GdkFrameClock*, FrameStats* s) {
-                                          s->layout = SteadyClock::now();
-                                        }),
-                                        &stats));
-    handlers.push_back(g_signal_connect(clock, "paint", G_CALLBACK(+[](GdkFrameClock*, FrameStats* s) {
-                                          s->paint = SteadyClock::now();
-                                        }),
-                                        &stats));
+    handlers.push_back(g_signal_connect_after(clock, "update", G_CALLBACK(+[](GdkFrameClock*, FrameStats* s) {
+                                                s->updated = SteadyClock::now();
+                                              }),
+                                              &stats));
+    handlers.push_back(g_signal_connect_after(clock, "layout", G_CALLBACK(+[](GdkFrameClock*, FrameStats* s) {
+                                                s->laidOut = SteadyClock::now();
+                                              }),
+                                              &stats));
+    handlers.push_back(g_signal_connect_after(clock, "paint", G_CALLBACK(+[](GdkFrameClock*, FrameStats* s) {
+                                                s->painted = SteadyClock::now();
+                                              }),
+                                              &stats));
     handlers.push_back(g_signal_connect_after(clock, "after-paint", G_CALLBACK(+[](GdkFrameClock* c, FrameStats* s) {
                                                 const auto now = SteadyClock::now();
                                                 if (!s->inFrame) return;
                                                 s->inFrame = false;
                                                 if (!s->recording) return;
                                                 s->work.push_back(msSince(s->start, now));
-                                                s->layoutMs.push_back(msSince(s->layout, s->paint));
-                                                s->paintMs.push_back(msSince(s->paint, now));
+                                                s->cpu.push_back(threadCpuMs() - s->startCpu);
+                                                // A phase that did not run ends where the one before it did.
+                                                s->updated = std::max(s->updated, s->start);
+                                                s->laidOut = std::max(s->laidOut, s->updated);
+                                                s->painted = std::max(s->painted, s->laidOut);
+                                                s->updateMs.push_back(msSince(s->start, s->updated));
+                                                s->layoutMs.push_back(msSince(s->updated, s->laidOut));
+                                                s->paintMs.push_back(msSince(s->laidOut, s->painted));
                                                 if (GdkFrameTimings* t = gdk_frame_clock_get_current_timings(c)) {
                                                   if (gint64 r = gdk_frame_timings_get_refresh_interval(t); r > 0) {
                                                     s->refreshUs = r;
                                                   }
                                                 }
-                                                for (PictureView* view : visibleThumbnails(*s->scroller)) {
-                                                  if (view->showsPicture()) s->drawnPictures.insert(view->url());
-                                                }
+                                                s->frameBinds.push_back(std::exchange(s->binds, 0));
+                                                s->frameArrivals.push_back(std::exchange(s->arrivals, 0));
                                               }),
                                               &stats));
   }
@@ -389,17 +427,36 @@ int run() {
                 stats.work.size(), scrollMs, stats.work.size() * 1000.0 / scrollMs, refreshMs);
     std::printf("[%s] frame work median %.2f ms, p95 %.2f ms, max %.2f ms\n", name.c_str(), median, p95,
                 *std::max_element(stats.work.begin(), stats.work.end()));
-    std::printf("[%s] layout p95 %.2f ms, paint p95 %.2f ms\n", name.c_str(), percentile(stats.layoutMs, 95),
-                percentile(stats.paintMs, 95));
+    std::printf("[%s] frame CPU (interface thread) median %.2f ms, p95 %.2f ms\n", name.c_str(),
+                percentile(stats.cpu, 50), percentile(stats.cpu, 95));
+    std::printf("[%s] p95 of each phase: update %.2f ms, layout %.2f ms, paint %.2f ms\n", name.c_str(),
+                percentile(stats.updateMs, 95), percentile(stats.layoutMs, 95), percentile(stats.paintMs, 95));
     std::printf("[%s] frames later than 2x the refresh interval: %ld of %zu\n", name.c_str(), static_cast<long>(late),
                 stats.intervals.size());
-    std::printf("[%s] pictures served during the scroll: %d; thumbnails seen drawn: %zu of %d\n", name.c_str(),
-                served.load() - servedBefore, stats.drawnPictures.size(), kStores);
+    std::printf("[%s] pictures served during the scroll: %d; stores whose thumbnail a row showed: %zu of %d\n",
+                name.c_str(), served.load() - servedBefore, stats.shownPictures.size(), kStores);
+    // What the frames over the budget did, against the others.
+    double slowBinds = 0, slowArrivals = 0, fastBinds = 0, fastArrivals = 0;
+    std::size_t slow = 0;
+    for (std::size_t i = 0; i < stats.cpu.size(); ++i) {
+      const bool over = stats.cpu[i] > kFrameTargetMs;
+      slow += over;
+      (over ? slowBinds : fastBinds) += stats.frameBinds[i];
+      (over ? slowArrivals : fastArrivals) += stats.frameArrivals[i];
+    }
+    const std::size_t fast = stats.cpu.size() - slow;
+    std::printf("[%s] frames over %.1f ms CPU: %zu, binding %.1f rows and following %.1f picture arrivals each; "
+                "the others %.1f rows and %.1f arrivals\n",
+                name.c_str(), kFrameTargetMs, slow, slow ? slowBinds / slow : 0.0, slow ? slowArrivals / slow : 0.0,
+                fast ? fastBinds / fast : 0.0, fast ? fastArrivals / fast : 0.0);
     const double growthMb = (peak - rssBefore) / 1024.0;
     std::printf("[%s] RSS before the scroll %.1f MB, peak%s %.1f MB, at the end %.1f MB\n", name.c_str(),
                 rssBefore / 1024.0, peakReset ? "" : " (since start)", peak / 1024.0, rssEnd / 1024.0);
     std::printf("p95 frame %.2f ms (target %.1f) ratio %.3f %s\n", p95, kFrameTargetMs, p95 / kFrameTargetMs,
                 p95 <= kFrameTargetMs ? "met" : "MISSED");
+    const double cpu95 = percentile(stats.cpu, 95);
+    std::printf("p95 frame CPU %.2f ms (target %.1f) ratio %.3f %s\n", cpu95, kFrameTargetMs, cpu95 / kFrameTargetMs,
+                cpu95 <= kFrameTargetMs ? "met" : "MISSED");
     std::printf("memory growth %.1f MB (target %.0f) ratio %.3f %s\n", growthMb, kMemoryTargetMb, growthMb / kMemoryTargetMb,
                 growthMb <= kMemoryTargetMb ? "met" : "MISSED");
   }
