@@ -388,6 +388,7 @@ int run() {
   if (status == 0) {
     rssBefore = statusKb("VmRSS");
     peakReset = resetPeakRss();
+    stats.binds = stats.arrivals = 0;  // the first screen's
     stats.recording = true;
     gtk_widget_add_tick_callback(
         GTK_WIDGET(scroller->gobj()),
