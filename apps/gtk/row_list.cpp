@@ -18,6 +18,21 @@ constexpr int kThumbnailSide = 56;
 // Decoded at twice the drawn size, for scaled displays.
 constexpr ImageSize kThumbnailBox{2 * kThumbnailSide, 2 * kThumbnailSide};
 
+// The row's own title and subtitle labels (found by their style classes) on single lines,
+// cut with an ellipsis. A wrapping label is measured at several widths whenever its text
+// changes, and a list view binds its rows some twenty at a time while scrolling: with
+// wrapping, such a frame took about twice its budget.
+void keepLabelsOnOneLine(GtkWidget* widget) {
+  for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (GTK_IS_LABEL(child) && (gtk_widget_has_css_class(child, "title") || gtk_widget_has_css_class(child, "subtitle"))) {
+      gtk_label_set_wrap(GTK_LABEL(child), FALSE);
+      gtk_label_set_ellipsize(GTK_LABEL(child), PANGO_ELLIPSIZE_END);
+    }
+    keepLabelsOnOneLine(child);
+  }
+}
+
 }  // namespace
 
 GtkWidget* newActionRow(ImageLoader* pictures) {
@@ -42,6 +57,8 @@ GtkWidget* newActionRow(ImageLoader* pictures) {
     thumbnail->set_name("thumbnail");
     adw_action_row_add_prefix(ADW_ACTION_ROW(row), GTK_WIDGET(thumbnail->gobj()));
     g_object_set_data(G_OBJECT(row), kThumbnailKey, thumbnail);
+    // Rows with pictures make the long lists (stores, offers).
+    keepLabelsOnOneLine(row);
   }
   return row;
 }
