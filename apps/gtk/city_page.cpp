@@ -64,6 +64,8 @@ CityPage::CityPage(PageContext& context)
                            "cities");
   results->set_margin(12);
   faces_.add(*scrolled(*results), "results");
+  noMatch_.show({ScreenState::Kind::Empty, AreaSelectView::kNoMatchText, false});
+  faces_.add(noMatch_, "no-match");
   faces_.set_vexpand(true);
   body().append(faces_);
   refresh();
@@ -76,7 +78,7 @@ void CityPage::choose(const std::string& city) {
 void CityPage::refresh() {
   if (!key_.empty()) {
     rows_.assign(AreaSelectView::search(key_));
-    faces_.set_visible_child("results");
+    faces_.set_visible_child(rows_.size() > 0 ? "results" : "no-match");
     return;
   }
   faces_.set_visible_child("letters");
