@@ -6,6 +6,7 @@
 #include <gtkmm.h>
 
 #include <functional>
+#include <string>
 
 #include "core/session/screen_state.h"
 
@@ -18,6 +19,8 @@ class ListStateView : public Gtk::Box {
   void show(const ScreenState& state);
   // What the retry button runs; without it the button stays hidden.
   void setRetry(std::function<void()> retry) { retryAction_ = std::move(retry); }
+  // The retry button's text ("重试" unless told).
+  void setRetryLabel(const std::string& label) { retry_->set_label(label); }
   const ScreenState& state() const { return state_; }
 
  private:

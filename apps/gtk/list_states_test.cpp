@@ -1,6 +1,6 @@
 // What a list shows in place of its rows, as a new member meets it: the reason and a
-// retry when the server cannot be reached, the list's sentence when nothing matched, and
-// a long note read whole rather than cut.
+// retry when the server cannot be reached (a form's, with its fields given back), the
+// list's sentence when nothing matched, and a long note read whole rather than cut.
 #include <gtest/gtest.h>
 
 #include <adwaita.h>
@@ -54,8 +54,9 @@ TEST_F(ListStatesTest, AFailedListSaysWhyAndRetriesAndEmptyListsSaySoInTheirOwnW
   const std::size_t host = baseUrl.find("://");
   ASSERT_NE(host, std::string::npos);
   const std::size_t path = baseUrl.find('/', host + 3);
-  NetworkConfig::sharedInstance().setBaseUrl(baseUrl.substr(0, host + 3) + "127.0.0.1:1" +
-                                             (path == std::string::npos ? "/" : baseUrl.substr(path)));
+  const std::string unreachable =
+      baseUrl.substr(0, host + 3) + "127.0.0.1:1" + (path == std::string::npos ? "/" : baseUrl.substr(path));
+  NetworkConfig::sharedInstance().setBaseUrl(unreachable);
   tabs_->select(1);
   auto& nearby = static_cast<NearbyPage&>(tabs_->tab(1));
   const NearbyView& list = nearby.screen().nearbyView();
@@ -88,6 +89,20 @@ TEST_F(ListStatesTest, AFailedListSaysWhyAndRetriesAndEmptyListsSaySoInTheirOwnW
   EXPECT_TRUE(showsState(top(), "empty", "没有找到匹配的城市"));
   key->set_text("济南");
   EXPECT_TRUE(driver_->waitUntil([&] { return shownState(top()) == nullptr && finders::shows(top(), "济南市"); }));
+
+  // A form has nothing to reload: the member reads why, then has his form back.
+  driver_->app().navigator().popToRoot();
+  tabs_->select(4);
+  ASSERT_TRUE(tap("登录"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "LoginViewController"; }));
+  type("phone", "13800000000");
+  type("password", "qmv123");
+  NetworkConfig::sharedInstance().setBaseUrl(unreachable);
+  ASSERT_TRUE(tap("登录"));
+  EXPECT_TRUE(showsState(top(), "failed", "连接服务器失败,请稍后再试"));
+  ASSERT_TRUE(tap("知道了"));
+  EXPECT_TRUE(driver_->waitUntil([&] { return shownState(top()) == nullptr && field("phone")->get_mapped(); }));
+  NetworkConfig::sharedInstance().setBaseUrl(baseUrl);
 }
 
 TEST_F(ListStatesTest, ALongNoteIsShownWholeOnAPhoneWideWindow) {

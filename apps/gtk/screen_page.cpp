@@ -43,9 +43,14 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   scroller_.set_name("page-scroller");
   overlay_.set_child(scroller_);
 
-  // A retry is the page's own reload, where it has one.
+  // A retry is the page's own reload. A page without one (a form) only lets the member
+  // read why, then gives him the page back.
   state_.setRetry([this] {
-    if (auto refresh = actions_->lookup_action("refresh"); refresh && refresh->get_enabled()) refresh->activate();
+    if (auto refresh = actions_->lookup_action("refresh")) {
+      if (refresh->get_enabled()) refresh->activate();
+    } else {
+      state_.show({});
+    }
   });
   overlay_.add_overlay(state_);
   overlay_.set_vexpand(true);
@@ -180,6 +185,7 @@ void ScreenPage::showListState(bool hasRows, bool ended, const std::string& empt
 
 void ScreenPage::drawState() {
   if (screen_ == nullptr) return;
+  state_.setRetryLabel(actions_->lookup_action("refresh") ? gtk_texts::kRetry : gtk_texts::kUnderstood);
   state_.show(list_ ? screenStateOf(*screen_, list_->hasRows, list_->ended, list_->emptyText)
                     : screenStateOf(*screen_, screen_->hasData(), false, ""));
 }
