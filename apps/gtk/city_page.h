@@ -2,7 +2,6 @@
 // The city picker (AreaSelectView): recent cities, then every city by initial letter,
 // or the cities matching what the member types. A choice closes the picker. The letters
 // are built when their cities change; the matches are a list view.
-#include "apps/gtk/list_state_view.h"
 #include "apps/gtk/row_list.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/area_select_view.h"
@@ -23,7 +22,6 @@ class CityPage : public ScreenPage {
   std::string key_;
   RowList<AreaModel> rows_;
   Gtk::Stack faces_;
-  ListStateView noMatch_;
   Gtk::Box sections_{Gtk::Orientation::VERTICAL, 12};
   Gtk::Box history_{Gtk::Orientation::VERTICAL, 12};
   std::vector<std::string> drawnRecent_;  // the recent cities history_ shows

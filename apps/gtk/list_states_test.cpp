@@ -70,6 +70,11 @@ TEST_F(ListStatesTest, AFailedListSaysWhyAndRetriesAndEmptyListsSaySoInTheirOwnW
   // Back again: the retry lists the stores and the state gives way to them.
   NetworkConfig::sharedInstance().setBaseUrl(baseUrl);
   g_signal_emit_by_name(retry->gobj(), "clicked");
+  // Until the answer is in, the rows' place says it is loading (the request is on its way).
+  ListStateView* loading = shownState(nearby);
+  ASSERT_NE(loading, nullptr);
+  EXPECT_EQ(loading->get_name().raw(), "loading");
+  EXPECT_EQ(loading->state().text, "努力加载中…");
   EXPECT_TRUE(driver_->waitUntil([&] { return !list.storeList.empty() && !list.isSearching(); }));
   EXPECT_TRUE(driver_->waitUntil([&] { return shownState(nearby) == nullptr; }));
 
