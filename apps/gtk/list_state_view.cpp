@@ -28,8 +28,6 @@ ListStateView::ListStateView() : Gtk::Box(Gtk::Orientation::VERTICAL) {
   adw_status_page_set_child(ADW_STATUS_PAGE(page), GTK_WIDGET(extras->gobj()));
   append(*page_);
   set_vexpand(true);
-  set_can_target(true);
-  add_css_class("background");
   show(ScreenState{});
 }
 
@@ -59,6 +57,13 @@ void ListStateView::show(const ScreenState& state) {
   adw_status_page_set_icon_name(page, icon);
   set_name(name);
   const bool loading = state.kind == Kind::Loading;
+  // A failure or an empty list hides what is behind it; loading lets the page show
+  // through, as a form being sent stays in sight.
+  if (loading) {
+    remove_css_class("background");
+  } else {
+    add_css_class("background");
+  }
   spinner_->set_visible(loading);
   // A spinning spinner costs frames even when hidden.
   if (loading) {
