@@ -107,7 +107,15 @@ TEST_F(ListStatesTest, AFailedListSaysWhyAndRetriesAndEmptyListsSaySoInTheirOwnW
   EXPECT_TRUE(showsState(top(), "failed", "连接服务器失败,请稍后再试"));
   ASSERT_TRUE(tap("知道了"));
   EXPECT_TRUE(driver_->waitUntil([&] { return shownState(top()) == nullptr && field("phone")->get_mapped(); }));
+
+  // Signed in after all, a contact who invited no one: his list says so.
   NetworkConfig::sharedInstance().setBaseUrl(baseUrl);
+  ASSERT_TRUE(tap("登录"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  ASSERT_TRUE(openFromMemberTab("我的人脉", "MyContactViewController"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), "王五"); }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "MySecondContactViewController"; }));
+  EXPECT_TRUE(showsState(top(), "empty", "暂无人脉"));
 }
 
 TEST_F(ListStatesTest, ALongNoteIsShownWholeOnAPhoneWideWindow) {

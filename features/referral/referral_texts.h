@@ -4,7 +4,7 @@
 namespace qmv::referral_texts {
 
 // A contacts list without anyone in it.
-inline constexpr const char* kNoContacts = "暂无人脉,邀请好友注册后会显示在这里";
+inline constexpr const char* kNoContacts = "暂无人脉";
 
 inline constexpr const char* kMyContactTitle = "我的人脉";
 // "%@的邀请" with the contact's name.
