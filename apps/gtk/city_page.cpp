@@ -1,5 +1,6 @@
 #include "apps/gtk/city_page.h"
 
+#include "apps/gtk/list_state_view.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/ui.h"
@@ -64,6 +65,9 @@ CityPage::CityPage(PageContext& context)
                            "cities");
   results->set_margin(12);
   faces_.add(*scrolled(*results), "results");
+  auto* noMatch = Gtk::make_managed<ListStateView>();
+  noMatch->show({ScreenState::Kind::Empty, AreaSelectView::kNoMatchText, false});
+  faces_.add(*noMatch, "no-match");
   faces_.set_vexpand(true);
   body().append(faces_);
   refresh();
@@ -76,7 +80,7 @@ void CityPage::choose(const std::string& city) {
 void CityPage::refresh() {
   if (!key_.empty()) {
     rows_.assign(AreaSelectView::search(key_));
-    faces_.set_visible_child("results");
+    faces_.set_visible_child(rows_.size() > 0 ? "results" : "no-match");
     return;
   }
   faces_.set_visible_child("letters");

@@ -112,6 +112,7 @@ void ContactsPage::refresh() {
   num_->set_text(screen_.num());
   subNum_->set_text(screen_.subNum());
   showContacts(screen_, rows_, *more_);
+  showListState(!screen_.contactList.empty(), screen_.loadMoreFooterHidden, ContactListController::kEmptyText);
   setActionEnabled("load-more", !screen_.isLoading());
 }
 
@@ -132,6 +133,7 @@ SecondContactsPage::SecondContactsPage(PageContext& context, const Json& payload
 
 void SecondContactsPage::refresh() {
   showContacts(screen_, rows_, *more_);
+  showListState(!screen_.contactList.empty(), screen_.loadMoreFooterHidden, ContactListController::kEmptyText);
   setActionEnabled("load-more", !screen_.isLoading());
 }
 

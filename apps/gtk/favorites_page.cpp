@@ -56,11 +56,6 @@ FavoritesPage::FavoritesPage(PageContext& context)
   const std::vector<std::string> labels{MyFavoriteViewController::tabTitle(Tab::Stores),
                                         MyFavoriteViewController::tabTitle(Tab::Offers)};
   body().append(*ui::filterBar(labels, "page.select-tab", "tab", tabs_));
-  empty_ = ui::label("", "dim-label", false);
-  empty_->set_name("empty");
-  empty_->set_halign(Gtk::Align::CENTER);
-  empty_->set_visible(false);
-  body().append(*empty_);
   setList(*listView(rows_.model(), actionRowFactory<FavoriteRow>([](const FavoriteRow& row) { return row.texts; }, context.pictures()),
                     "favorites"));
   more_ = ui::loadMoreButton();
@@ -109,8 +104,7 @@ void FavoritesPage::refresh() {
   const bool ended =
       screen_.tab() == Tab::Stores ? screen_.stores().loadMoreFooterHidden() : screen_.offers().loadMoreFooterHidden();
   ui::setActiveFilter(tabs_, screen_.tab() == Tab::Stores ? 0 : 1);
-  empty_->set_text(screen_.emptyText());
-  empty_->set_visible(ended && empty);
+  showListState(!empty, ended, screen_.emptyText());
   more_->set_visible(!ended && !empty);
   setActionEnabled("load-more", !isLoading());
 }

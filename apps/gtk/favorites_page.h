@@ -38,7 +38,6 @@ class FavoritesPage : public ScreenPage {
   MyFavoriteViewController screen_;
   RowList<FavoriteRow> rows_;
   std::vector<Gtk::ToggleButton*> tabs_;
-  Gtk::Label* empty_ = nullptr;
   Gtk::Button* more_ = nullptr;
 };
 

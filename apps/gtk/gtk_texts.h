@@ -14,6 +14,8 @@ inline constexpr const char* kLogout = "退出登录";  // the member tab's sign
 // A screen this client does not draw yet.
 inline constexpr const char* kUndrawnTitle = "暂未开放";
 inline constexpr const char* kUndrawnNote = "此功能暂未在本客户端提供";
+// A failed list's button that loads it again.
+inline constexpr const char* kRetry = "重试";
 inline constexpr const char* kClearKeyword = "清除搜索";  // ends the nearby list's keyword search
 // The profile's edit dialog and the portrait's and invitation's file choosers.
 inline constexpr const char* kCancel = "取消";

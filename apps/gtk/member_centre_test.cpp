@@ -13,6 +13,7 @@
 
 #include "apps/gtk/favorites_page.h"
 #include "apps/gtk/gtk_client_test_support.h"
+#include "apps/gtk/list_state_view.h"
 #include "apps/gtk/member_centre_pages.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/profile_pages.h"
@@ -58,6 +59,11 @@ class MemberCentreTest : public testsupport::GtkClientTest {
   bool labelShows(const std::string& name, const std::string& text) {
     auto* label = dynamic_cast<Gtk::Label*>(finders::findNamed(top(), name));
     return label != nullptr && label->get_visible() && label->get_text().raw() == text;
+  }
+  // Whether the page on top shows its list's empty state saying `text`.
+  bool emptySays(const std::string& text) {
+    auto* state = dynamic_cast<ListStateView*>(finders::findNamed(top(), "empty"));
+    return state != nullptr && state->get_visible() && state->state().text == text;
   }
   bool pressed(const std::string& name) {
     auto* button = dynamic_cast<Gtk::ToggleButton*>(finders::findNamed(top(), name));
@@ -143,7 +149,7 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
   ASSERT_TRUE(tap("star1", true));
   EXPECT_TRUE(driver_->waitUntil([&] {
     return !comments->screen().isLoading() && pressed("star1") && comments->rows().size() == 0 &&
-           labelShows("empty", "暂无评论");
+           emptySays("暂无评论");
   }));
   EXPECT_TRUE(labelShows("count", "0条评论"));
   EXPECT_FALSE(finders::findNamed(top(), "load-more")->get_visible());

@@ -227,6 +227,7 @@ void NearbyPage::refresh() {
     empty_->set_text(search.emptyText());
     empty_->set_visible(search.history().empty());
     rows_.assign(searchRows());
+    showListState(true, false, "");  // the history says itself when it is empty
   } else if (screen_->isLeft()) {
     setTitle(view.keywordActive() ? view.searchFieldText : GlobalData::sharedInstance().getCurrentCityName());
     faces_.set_visible_child("list");
@@ -239,15 +240,18 @@ void NearbyPage::refresh() {
     }
     if (view.openFilter != NearbyView::Filter::None) {
       rows_.assign(filterRows());
+      showListState(true, false, "");  // the drop-down's entries are rows too
     } else {
       rows_.assign(storeRows(view.storeList));
       more = !view.loadMoreFooterHidden && !view.storeList.empty();
+      showListState(!view.storeList.empty(), view.loadMoreFooterHidden, view.emptyText());
     }
   } else {
     setTitle(screen_->mapView().categoryTitle);
     faces_.set_visible_child("map");
     showPins();
     rows_.assign(storeRows(screen_->mapView().storeList));
+    showListState(true, false, "");  // the map's pins are its content
   }
   more_->set_visible(more);
 }

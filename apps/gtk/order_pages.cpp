@@ -159,6 +159,7 @@ void OrderListPage::refresh() {
   for (std::size_t row = 0; row < screen_.numberOfRows(); ++row) cells.push_back(screen_.cellForRow(row));
   rows_.assign(std::move(cells));
   const bool more = !screen_.footerHidden && screen_.numberOfRows() > 0;
+  showListState(screen_.numberOfRows() > 0, screen_.noDataShown, QXMyOrderViewController::kEmptyText);
   more_->set_visible(more);
   setActionEnabled("load-more", more && !screen_.isLoading());
 }

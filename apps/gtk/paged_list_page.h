@@ -1,9 +1,9 @@
 #pragma once
 // A page over one of the core's paged lists (a PagedListController screen): its rows in a
 // list view that keeps the widgets of unchanged rows, page 1 again on a pull past the top
-// or Ctrl+R, the load-more button under the list until the list has ended, and the
-// screen's empty text once page 1 came back empty. What a page adds (a filter, a count)
-// goes into the body above the list; the rows are the screen's, drawn as it keeps them,
+// or Ctrl+R, the load-more button under the list until the list has ended, and in the
+// rows' place the loading, failed or empty state (the screen's empty text). What a page
+// adds (a filter, a count) goes into the body above the list; the rows are the screen's, drawn as it keeps them,
 // so a failed page leaves them as they were.
 #include <functional>
 #include <optional>
@@ -27,7 +27,7 @@ class PagedListPage : public ScreenPage {
     if (more_ == nullptr) return;  // still being built
     rows_.assign(screen_.rows());
     const bool ended = screen_.loadMoreFooterHidden();
-    empty_->set_visible(ended && screen_.rows().empty());
+    showListState(!screen_.rows().empty(), ended, Screen::kEmptyText);
     more_->set_visible(!ended && !screen_.rows().empty());
     setActionEnabled("load-more", !screen_.isLoading());
   }
@@ -49,16 +49,11 @@ class PagedListPage : public ScreenPage {
       screen_.loadMore();
       refreshSoon();
     });
-    empty_ = ui::label(Screen::kEmptyText, "dim-label", false);
-    empty_->set_name("empty");
-    empty_->set_halign(Gtk::Align::CENTER);
-    empty_->set_visible(false);
   }
 
   // Ends the building, after the page's own body: the list named `listName` under it,
   // then page 1 is asked for.
   void start(const std::string& listName) {
-    body().append(*empty_);
     setList(*listView(rows_.model(), actionRowFactory<Row>(texts_), listName));
     more_ = ui::loadMoreButton();
     footer().append(*more_);
@@ -89,7 +84,6 @@ class PagedListPage : public ScreenPage {
   typename RowList<Row>::Key key_;
   Texts texts_;
   RowList<Row> rows_;
-  Gtk::Label* empty_ = nullptr;
   Gtk::Button* more_ = nullptr;
 };
 

@@ -43,19 +43,16 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   scroller_.set_name("page-scroller");
   overlay_.set_child(scroller_);
 
-  // The loading view: a spinner and the loading text on the page's background.
-  cover_.set_valign(Gtk::Align::CENTER);
-  cover_.set_halign(Gtk::Align::CENTER);
-  auto* spinner = Gtk::make_managed<Gtk::Spinner>();
-  spinner->set_size_request(32, 32);
-  spinner->start();
-  cover_.append(*spinner);
-  auto* loading = Gtk::make_managed<Gtk::Label>(BaseViewController::kLoadingText);
-  loading->add_css_class("dim-label");
-  cover_.append(*loading);
-  cover_.set_name("loading");
-  cover_.set_visible(false);
-  overlay_.add_overlay(cover_);
+  // A retry is the page's own reload. A page without one (a form) only lets the member
+  // read why, then gives him the page back.
+  state_.setRetry([this] {
+    if (auto refresh = actions_->lookup_action("refresh")) {
+      if (refresh->get_enabled()) refresh->activate();
+    } else {
+      state_.show({});
+    }
+  });
+  overlay_.add_overlay(state_);
   overlay_.set_vexpand(true);
   append(overlay_);
   insert_action_group("page", actions_);
@@ -144,6 +141,8 @@ void ScreenPage::setList(Gtk::ListView& list) {
   if (GTK_IS_VIEWPORT(viewport)) gtk_viewport_set_child(GTK_VIEWPORT(viewport), nullptr);
   scroller_.unset_child();
   overlay_.unset_child();
+  // The state view moves with the rows: the body above them (tabs, a filter) stays usable.
+  overlay_.remove_overlay(state_);
   auto* column = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
   column->append(*clamp_);
   g_object_unref(clamp_->gobj());
@@ -154,7 +153,11 @@ void ScreenPage::setList(Gtk::ListView& list) {
   list.set_margin_start(12);
   list.set_margin_end(12);
   scroller_.set_child(*Gtk::manage(Glib::wrap(listClamp)));
-  column->append(scroller_);
+  auto* rowsArea = Gtk::make_managed<Gtk::Overlay>();
+  rowsArea->set_child(scroller_);
+  rowsArea->add_overlay(state_);
+  rowsArea->set_vexpand(true);
+  column->append(*rowsArea);
   auto* footerClamp = adw_clamp_new();
   adw_clamp_set_maximum_size(ADW_CLAMP(footerClamp), 640);
   adw_clamp_set_child(ADW_CLAMP(footerClamp), GTK_WIDGET(footer_.gobj()));
@@ -170,25 +173,21 @@ void ScreenPage::follow(BaseViewController& screen) {
 }
 
 void ScreenPage::coverChanged() {
-  cover_.set_visible(screen_->isLoadingShown());
-  if (warning_ != nullptr) {
-    overlay_.remove_overlay(*warning_);
-    warning_ = nullptr;
-  }
-  const auto warning = screen_->warning();
-  if (warning != BaseViewController::Warning::None) {
-    GtkWidget* status = adw_status_page_new();
-    const bool noNetwork = warning == BaseViewController::Warning::NoNetwork;
-    adw_status_page_set_icon_name(ADW_STATUS_PAGE(status),
-                                  noNetwork ? "network-offline-symbolic" : "edit-find-symbolic");
-    // Pictures only: the core shows no text with either view.
-    gtk_widget_set_name(status, noNetwork ? BaseViewController::kNoNetworkImage : "no-data");
-    warning_ = Gtk::manage(Glib::wrap(status));
-    overlay_.add_overlay(*warning_);
-  }
+  drawState();
   // Loading starts and ends inside taps and request callbacks alike.
   refreshSoon();
 }
 
-}  // namespace qmv::gtk
+void ScreenPage::showListState(bool hasRows, bool ended, const std::string& emptyText) {
+  list_ = ListFacts{hasRows, ended, emptyText};
+  drawState();
+}
 
+void ScreenPage::drawState() {
+  if (screen_ == nullptr) return;
+  state_.setRetryLabel(actions_->lookup_action("refresh") ? gtk_texts::kRetry : gtk_texts::kUnderstood);
+  state_.show(list_ ? screenStateOf(*screen_, list_->hasRows, list_->ended, list_->emptyText)
+                    : screenStateOf(*screen_, screen_->hasData(), false, ""));
+}
+
+}  // namespace qmv::gtk

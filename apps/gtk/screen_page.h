@@ -1,14 +1,17 @@
 #pragma once
 // Base of every page: a header bar with the screen's title (and a back button on pushed
-// screens), a scrolled body, and over it the three things BaseViewController tells a
-// front end about: the loading view ("努力加载中…"), the no-network picture and the
-// no-data view. A page renders its headless screen's state in refresh() and forwards
+// screens), a scrolled body, and over it (over a list page's rows only) the state of the
+// screen: loading, a failed connection with its reason and a retry, or the list's empty
+// sentence. A page renders its headless screen's state in refresh() and forwards
 // taps to it; it holds no flow of its own.
 #include <gtkmm.h>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+
+#include "apps/gtk/list_state_view.h"
 
 namespace qmv {
 class BaseViewController;
@@ -61,10 +64,22 @@ class ScreenPage : public Gtk::Box {
   // sits above it and footer() below it, neither scrolling.
   void setList(Gtk::ListView& list);
   Gtk::Box& footer() { return footer_; }
+  // A list page tells after each redraw whether its list shows rows, whether its last
+  // answer ended it and its sentence for no rows; the state view follows. Pages that
+  // never call it show the state of their screen's data.
+  void showListState(bool hasRows, bool ended, const std::string& emptyText);
+  const ListStateView& stateView() const { return state_; }
   PageContext& context_;
 
  private:
   void coverChanged();
+  void drawState();
+
+  struct ListFacts {
+    bool hasRows;
+    bool ended;
+    std::string emptyText;
+  };
 
   BaseViewController* screen_ = nullptr;
   Gtk::Widget* header_ = nullptr;
@@ -73,11 +88,11 @@ class ScreenPage : public Gtk::Box {
   Gtk::Overlay overlay_;
   Gtk::ScrolledWindow scroller_;
   Gtk::Box body_{Gtk::Orientation::VERTICAL, 12};
-  Gtk::Box cover_{Gtk::Orientation::VERTICAL, 12};
+  ListStateView state_;
+  std::optional<ListFacts> list_;
   Gtk::Box footer_{Gtk::Orientation::VERTICAL, 0};
   Gtk::Widget* clamp_ = nullptr;
   Glib::RefPtr<Gio::SimpleActionGroup> actions_ = Gio::SimpleActionGroup::create();
-  Gtk::Widget* warning_ = nullptr;
   sigc::connection pendingRefresh_;
   // Expires with the page: a screen the page followed may outlive it and still call.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

@@ -73,7 +73,7 @@ int run(const std::filesystem::path& out) {
     GtkFrontEnd& app = driver.app();
     const auto loaded = [&] {
       Gtk::Widget* cover = finders::findNamed(driver.top(), "loading");
-      return cover != nullptr && !cover->get_visible();
+      return cover == nullptr || !cover->get_visible();  // the state view is renamed once loaded
     };
     const auto shot = [&](const std::string& name) {
       driver.settle(std::chrono::milliseconds(400));

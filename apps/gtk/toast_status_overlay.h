@@ -1,7 +1,8 @@
 #pragma once
 // The status overlay as libadwaita toasts: each note the core shows becomes a toast of
-// the window's toast overlay, for about as long as the phone's overlay showed it. The
-// last texts are kept so that tests can read what was said.
+// the window's toast overlay, for about as long as the phone's overlay showed it (longer
+// when it is long), its text wrapped rather than cut. The last texts are kept so that
+// tests can read what was said.
 #include <string>
 #include <vector>
 

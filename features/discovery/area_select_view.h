@@ -17,6 +17,8 @@ class AreaSelectView {
  public:
   static constexpr const char* kHistorySection = discovery_texts::kHistorySection;
   static constexpr std::size_t kMaxRecent = 6;
+  // What the picker says when search() matches no city.
+  static constexpr const char* kNoMatchText = discovery_texts::kNoCityMatch;
 
   // Reads the cities and the recent list.
   AreaSelectView();

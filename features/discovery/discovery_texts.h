@@ -35,6 +35,11 @@ inline constexpr const char* kSortLabels[] = {"智能排序", "离我最近", "�
 inline constexpr const char* kHistoryTitle = "历史搜索";
 inline constexpr const char* kHistoryClear = "清空";
 inline constexpr const char* kHistoryEmpty = "暂无历史记录";
+// The nearby list without stores: in the city under its filters, or for a keyword.
+inline constexpr const char* kNoStoresHere = "附近暂无商家,换个筛选条件试试";
+inline constexpr const char* kNoMatchingStores = "没有找到相关商家";
+// The city picker's search that matches no city.
+inline constexpr const char* kNoCityMatch = "没有找到匹配的城市";
 inline constexpr const char* kLocationError = "位置信息错误";
 inline constexpr const char* kAllCategoriesId = "0";  // the catalogue's "全部分类"
 

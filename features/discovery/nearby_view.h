@@ -17,6 +17,7 @@
 
 #include "core/session/base_view_controller.h"
 #include "features/discovery/category_screen_view.h"
+#include "features/discovery/discovery_texts.h"
 #include "features/discovery/filter_button.h"
 #include "features/discovery/search_condition_model.h"
 #include "features/discovery/store_info_model.h"
@@ -72,6 +73,10 @@ class NearbyView : public BaseViewController, public CategoryScreenViewDelegate 
   void clearKeyword();
   // Whether the list shows a keyword's stores (the field's word is the list's title).
   bool keywordActive() const { return isKeySearchModel && !searchFieldText.empty(); }
+  // What the list says once it came back without stores.
+  const char* emptyText() const {
+    return keywordActive() ? discovery_texts::kNoMatchingStores : discovery_texts::kNoStoresHere;
+  }
 
   // Filter drop-downs: opening turns the button's arrow up; choosing puts the entry on
   // the button, leaves the keyword path, returns to page 1 and searches; cancelling

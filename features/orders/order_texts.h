@@ -9,6 +9,8 @@ inline constexpr const char* kPlaceholderImage = "zhanweitu_200";
 
 // List rows. The row's total uses the half-width yen sign, the detail screens the
 // full-width yuan sign.
+// A tab without orders.
+inline constexpr const char* kNoOrders = "暂无订单";
 inline constexpr const char* kOrderIdPrefix = "订单号:";
 inline constexpr const char* kRowTotalPrefix = "总价:¥";
 inline constexpr const char* kNumberPrefix = "数量:";

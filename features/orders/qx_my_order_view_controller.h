@@ -17,6 +17,7 @@
 
 #include "core/session/base_view_controller.h"
 #include "features/orders/order_info_model.h"
+#include "features/orders/order_texts.h"
 #include "features/orders/qx_my_order_table_view_cell.h"
 
 namespace qmv {
@@ -29,6 +30,8 @@ class QXMyOrderViewController : public BaseViewController {
   static constexpr long kTabCount = 4;  // 0 all, 1 to use, 2 to rate, 3 done
   // findOrder pulls up no further than this page, whatever the server keeps sending.
   static constexpr long kFindPageLimit = 200;
+  // What the list says once a tab came back without orders (noDataShown).
+  static constexpr const char* kEmptyText = order_texts::kNoOrders;
 
   struct TabButton {
     std::string image;

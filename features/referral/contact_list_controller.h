@@ -10,6 +10,7 @@
 
 #include "core/session/base_view_controller.h"
 #include "core/session/user_info_model.h"
+#include "features/referral/referral_texts.h"
 
 namespace qmv {
 
@@ -20,6 +21,9 @@ class ContactListController : public BaseViewController {
   ~ContactListController() override;
   ContactListController(const ContactListController&) = delete;
   ContactListController& operator=(const ContactListController&) = delete;
+
+  // What the list says once it came back without contacts.
+  static constexpr const char* kEmptyText = referral_texts::kNoContacts;
 
   long pageNum = 1;
   std::vector<UserInfoModel> contactList;

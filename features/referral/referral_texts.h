@@ -3,6 +3,9 @@
 // as prefix and suffix.
 namespace qmv::referral_texts {
 
+// A contacts list without anyone in it.
+inline constexpr const char* kNoContacts = "暂无人脉";
+
 inline constexpr const char* kMyContactTitle = "我的人脉";
 // "%@的邀请" with the contact's name.
 inline constexpr const char* kSecondContactTitleSuffix = "的邀请";
