@@ -90,12 +90,7 @@ TEST_F(FlowFixesTest, AKeywordCanBeLeftAndAChosenCityReachesHomeNearbyAndTitlesA
 
   // Choosing 济南市: home and nearby name it and list its stores, without a pull.
   const std::set<std::string> homeBefore = storeIds(home.screen().popularStores());
-  driver_->app().navigator().push(kCityScreen);
-  auto* key = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "city-key"));
-  ASSERT_NE(key, nullptr);
-  key->set_text("济南");
-  ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), "济南市"); }));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  ASSERT_NO_FATAL_FAILURE(chooseCity("济南", "济南市"));
   EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&nearby) == "济南市"; })) << titleOf(&nearby);
   EXPECT_TRUE(driver_->waitUntil([&] { return !list.isSearching() && storeIds(list.storeList) != linyiStores; }));
   EXPECT_TRUE(driver_->waitUntil([&] { return !list.storeList.empty(); }));

@@ -196,12 +196,7 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
 
   // The city picker: a typed key finds the city, choosing it closes the picker and the
   // nearby districts follow the new city.
-  driver_->app().navigator().push(kCityScreen);
-  auto* key = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "city-key"));
-  ASSERT_NE(key, nullptr);
-  key->set_text("济南");
-  ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), "济南市"); }));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  ASSERT_NO_FATAL_FAILURE(chooseCity("济南", "济南市"));
   EXPECT_EQ(GlobalData::sharedInstance().getCurrentCityName(), "济南市");
   const auto& districts = static_cast<NearbyPage&>(tabs_->tab(1)).screen().nearbyView().areaList;
   EXPECT_TRUE(driver_->waitUntil(

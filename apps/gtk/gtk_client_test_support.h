@@ -48,6 +48,15 @@ class GtkClientTest : public ::testing::Test {
   }
 
   Gtk::Widget& top() { return driver_->top(); }
+  // Chooses `city` in the city picker found by typing `key`; back on the tabs.
+  void chooseCity(const std::string& key, const std::string& city) {
+    driver_->app().navigator().push(kCityScreen);
+    auto* field = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "city-key"));
+    ASSERT_NE(field, nullptr);
+    field->set_text(key);
+    ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), city); }));
+    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; })) << driver_->topName();
+  }
   // Waits until `root` (the page on top when null) shows `text`.
   bool waitFor(const std::string& text, Gtk::Widget* root = nullptr) {
     return driver_->waitUntil([&] { return finders::shows(root != nullptr ? *root : top(), text); });
