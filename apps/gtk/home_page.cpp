@@ -45,6 +45,11 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   categoryPages_->set_name("category-pages");
   Gtk::Widget* dots = Gtk::manage(Glib::wrap(adw_carousel_indicator_dots_new()));
   adw_carousel_indicator_dots_set_carousel(ADW_CAROUSEL_INDICATOR_DOTS(dots->gobj()), ADW_CAROUSEL(categoryPages_->gobj()));
+  // Every page's pictures at start cost the first start a transfer and a decode per
+  // sub-category; they are asked for as their page comes near.
+  g_signal_connect_swapped(categoryPages_->gobj(), "page-changed", G_CALLBACK(+[](HomePage* self, guint index) {
+    self->showCategoryPictures(index);
+  }), this);
   categories_.append(*categoryPages_);
   categories_.append(*dots);
   body().append(categories_);
@@ -104,8 +109,10 @@ Gtk::Button* categoryButton(const std::string& typeId, Gtk::Widget& content) {
 }
 
 // A main category's page: its own picture and name in its colour, then its
-// sub-categories, each the server's picture over its name.
-Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageLoader* pictures) {
+// sub-categories, each the server's picture over its name. The pictures are left without
+// their address, which goes into `pending` to be set when the page comes near the screen.
+Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageLoader* pictures,
+                          std::vector<std::pair<PictureView*, std::string>>& pending) {
   auto* page = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 6);
   page->set_hexpand(true);
   auto* heading = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
@@ -141,7 +148,7 @@ Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageL
     picture->set_halign(Gtk::Align::CENTER);
     picture->set_hexpand(false);
     picture->set_vexpand(false);
-    picture->setUrl(sub.imageUrl);
+    pending.emplace_back(picture, sub.imageUrl);
     entry->append(*picture);
     entry->append(*ui::label(sub.name, "caption", false));
     subs->append(*categoryButton(sub.typeId, *entry));
@@ -159,8 +166,19 @@ void HomePage::setCategories() {
   if (groups == groups_) return;
   AdwCarousel* carousel = ADW_CAROUSEL(categoryPages_->gobj());
   while (adw_carousel_get_n_pages(carousel) > 0) adw_carousel_remove(carousel, adw_carousel_get_nth_page(carousel, 0));
-  for (const auto& group : groups) adw_carousel_append(carousel, GTK_WIDGET(categoryPage(group, context_.pictures())->gobj()));
+  categoryPictures_.assign(groups.size(), {});
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    adw_carousel_append(carousel, GTK_WIDGET(categoryPage(groups[i], context_.pictures(), categoryPictures_[i])->gobj()));
+  }
   groups_ = std::move(groups);
+  showCategoryPictures(0);
+}
+
+void HomePage::showCategoryPictures(std::size_t page) {
+  // The page shown and the next one, so that a swipe lands on pictures already asked for.
+  for (std::size_t i = page; i < categoryPictures_.size() && i <= page + 1; ++i) {
+    for (auto& [view, url] : categoryPictures_[i]) view->setUrl(url);
+  }
 }
 
 void HomePage::openStore(const std::string& storeId) {

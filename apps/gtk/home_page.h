@@ -8,6 +8,7 @@
 // switching widget kinds per row would buy no recycling worth its code. The banners and
 // categories are rebuilt only when their data changed; the store lists keep their rows by
 // position and touch only rows whose texts changed.
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "apps/gtk/banner_carousel.h"
 #include "apps/gtk/boxed_rows.h"
 #include "apps/gtk/page_context.h"
+#include "apps/gtk/picture_view.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/main_view_controller.h"
 
@@ -31,6 +33,7 @@ class HomePage : public ScreenPage {
  private:
   void setBanners();
   void setCategories();
+  void showCategoryPictures(std::size_t page);
   void openStore(const std::string& storeId);
 
   MainViewController screen_;
@@ -39,6 +42,8 @@ class HomePage : public ScreenPage {
   Gtk::Box categories_{Gtk::Orientation::VERTICAL, 6};
   Gtk::Widget* categoryPages_ = nullptr;  // an AdwCarousel, a page per main category
   std::vector<MainViewController::CategoryGroup> groups_;
+  // Per category page, its pictures and the addresses they are yet to be given.
+  std::vector<std::vector<std::pair<PictureView*, std::string>>> categoryPictures_;
   Gtk::Label* recommendHeading_ = nullptr;
   BoxedRows recommend_{"", context_.pictures()};
   Gtk::Label* popularHeading_ = nullptr;

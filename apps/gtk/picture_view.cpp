@@ -32,7 +32,7 @@ PictureView::~PictureView() { ticket_.cancel(); }
 
 void PictureView::showPlaceholder() {
   const bool was = std::exchange(shown_, false);
-  ui::setPicture(picture_, nullptr);
+  gtk_picture_set_paintable(picture_.gobj(), nullptr);
   picture_.set_visible(false);
   placeholder_.set_opacity(1);
   if (was && onShown) onShown(false);
@@ -47,7 +47,7 @@ void PictureView::setUrl(const std::string& url) {
   ticket_ = loader_->load(url, box_, [this](ImageOutcome outcome) {
     // A failed picture keeps the placeholder; the reason is the loader's to log.
     if (!outcome.ok()) return;
-    ui::setPicture(picture_, outcome.image.get());
+    ui::setPicture(picture_, std::move(outcome.image));
     placeholder_.set_opacity(0);  // still measured: it holds the view's size
     picture_.set_visible(true);
     shown_ = true;

@@ -4,6 +4,7 @@
 #include <gtkmm.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,8 @@ Gtk::Picture* qrPicture(const QrMatrix& code);
 // Shows `image` (premultiplied RGBA as the decoder hands it over) in `picture`; null
 // clears it.
 void setPicture(Gtk::Picture& picture, const DecodedImage* image);
+// The same without copying the pixels: the picture keeps `image` alive while it shows it.
+void setPicture(Gtk::Picture& picture, std::shared_ptr<const DecodedImage> image);
 // What a screen reader says for `widget` (a field without a visible label, a bar).
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
 // An icon of the theme by its name.
