@@ -27,8 +27,14 @@ void openPayNow(const std::string& url) {
 
 }  // namespace
 
-bool openAppLink(const std::string& url) {
+bool isAppLink(const std::string& url) {
   if (urlScheme(url) != h5_texts::kAppScheme) return false;
+  const std::string host = urlHost(url);
+  return host == h5_texts::kLoginHost || host == h5_texts::kPayHost;
+}
+
+bool openAppLink(const std::string& url) {
+  if (!isAppLink(url)) return false;
   const std::string host = urlHost(url);
   if (host == h5_texts::kLoginHost) {
     presentLoginScreen();

@@ -6,6 +6,8 @@
 
 namespace qmv {
 
+// Whether `url` names one of those screens.
+bool isAppLink(const std::string& url);
 // Opens the screen `url` names; false when it is no application link this client knows
 // (the page then loads it as usual). REQUIRES: interface thread.
 bool openAppLink(const std::string& url);

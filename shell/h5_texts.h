@@ -40,6 +40,9 @@ inline constexpr const char* kDeviceType = "linux";
 inline constexpr const char* kAppScheme = "qmv";
 inline constexpr const char* kLoginHost = "login";
 inline constexpr const char* kPayHost = "pay";
+// A plain page that tried to load one of those links, which only the application opens.
+inline constexpr const char* kAppLinkOnPlainPage = "这是应用内的链接，网页无法打开";
+inline constexpr const char* kOpenAppLink = "在应用中打开";
 
 // Share panel: picture, title and text of the coin page and of the community page.
 inline constexpr const char* kCoinShareImage = "一元夺宝_03";

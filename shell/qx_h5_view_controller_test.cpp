@@ -12,6 +12,7 @@
 #include "platform/testing/fake_web_view.h"
 #include "platform/testing/test_env.h"
 #include "platform/vendor_sdks.h"
+#include "shell/h5_texts.h"
 #include "shell/tab_bar_view_controller.h"
 #include "shell/web_view_controller.h"
 
@@ -178,7 +179,8 @@ TEST_F(QXH5ViewControllerTest, AppLinksOpenNativeScreensAndNeverLoad) {
 }
 
 TEST_F(QXH5ViewControllerTest, PlainPagesAndTheCommunityTab) {
-  // The plain screen gives no cookies and lets an application link load like any other.
+  // The plain screen gives no cookies and lets an application link load like any other:
+  // it fails, in the client's words, and its screen opens only when asked.
   site().pages[kOther].links = {{"登录", "qmv://login"}};
   WebViewController plain("帮助", kOther);
   plain.viewDidLoad();
@@ -187,8 +189,16 @@ TEST_F(QXH5ViewControllerTest, PlainPagesAndTheCommunityTab) {
   EXPECT_TRUE(cookies_->cookies().empty());
   EXPECT_TRUE(plain.webView()->tapLink(0));
   settle(plain);
-  EXPECT_EQ(plain.loadError(), "no such page");
+  EXPECT_EQ(plain.loadError(), h5_texts::kAppLinkOnPlainPage);
+  EXPECT_EQ(plain.failedAppLink(), "qmv://login");
   EXPECT_EQ(navigator_->topScreen()->name, "TabBarViewController");
+  EXPECT_TRUE(plain.openFailedAppLink());
+  EXPECT_EQ(navigator_->topScreen()->name, "LoginViewController");
+  navigator_->dismiss();
+  plain.loadURL();
+  settle(plain);
+  EXPECT_TRUE(plain.failedAppLink().empty()) << "a load that ended well forgets the link";
+  EXPECT_FALSE(plain.openFailedAppLink());
 
   TabBarViewController tabs({"MainViewController", "NearbyViewController", "WealthViewController", "QXH5ViewController",
                              "ZDMyViewController"});

@@ -30,6 +30,7 @@
 #include "core/session/global_data.h"
 #include "platform/linux/qr_png.h"
 #include "shell/app_delegate.h"
+#include "shell/h5_texts.h"
 #include "shell/qx_h5_view_controller.h"
 #include "shell/web_view_controller.h"
 #if QMV_HAVE_WEBKIT
@@ -545,6 +546,25 @@ TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
   EXPECT_EQ(plain->screen().loadError(), "");
   EXPECT_EQ(plainWeb->page().url, plain->screen().url());
   EXPECT_NE(plain->screen().url().find("/static/dial/index.html"), std::string::npos);
+
+  // Its application link is not the plain page's to open: the load fails in the client's
+  // words, and the member may open the draw's pay-now screen from there.
+#if QMV_HAVE_WEBKIT
+  webkit_web_view_evaluate_javascript(WEBKIT_WEB_VIEW(dynamic_cast<DrawnWebView*>(plainWeb)->widget()),
+                                      "document.querySelector('a[href^=\"qmv://pay\"]').click()", -1, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr);
+#else
+  const auto& plainLinks = plainWeb->page().links;
+  const auto appLink =
+      std::find_if(plainLinks.begin(), plainLinks.end(), [](const WebLink& l) { return l.url.starts_with("qmv://pay"); });
+  ASSERT_NE(appLink, plainLinks.end());
+  plainWeb->tapLink(static_cast<std::size_t>(appLink - plainLinks.begin()));
+#endif
+  ASSERT_TRUE(waitFor(h5_texts::kAppLinkOnPlainPage));
+  EXPECT_EQ(driver_->topName(), "WebViewController");
+  ASSERT_TRUE(tap("open-app-link"));
+  ASSERT_TRUE(payNowReady());
+  EXPECT_TRUE(waitFor("一元夺宝-第12期"));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "apps/gtk/web_page_view.h"
 
 #include "apps/gtk/ui.h"
+#include "shell/h5_texts.h"
 #include "shell/qx_h5_view_controller.h"
 #include "shell/web_view_controller.h"
 
@@ -106,6 +107,12 @@ void H5Page::refresh() { view_.refresh(); }
 PlainWebPage::PlainWebPage(PageContext& context, const std::string& title, const std::string& url)
     : ScreenPage(context, title, true), screen_(std::make_unique<WebViewController>(title, url)) {
   fillPage();
+  openInApp_ = ui::button(h5_texts::kOpenAppLink, [this] { screen_->openFailedAppLink(); }, "suggested-action");
+  openInApp_->set_name("open-app-link");
+  openInApp_->set_halign(Gtk::Align::CENTER);
+  openInApp_->set_visible(false);
+  body().append(*openInApp_);
+  view_.onRefreshed = [this] { openInApp_->set_visible(!screen_->failedAppLink().empty()); };
   body().append(view_);
   screen_->viewDidLoad();
   view_.attach(*screen_);

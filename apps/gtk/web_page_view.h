@@ -72,6 +72,7 @@ class PlainWebPage : public ScreenPage {
  private:
   std::unique_ptr<WebViewController> screen_;
   WebPageView view_;
+  Gtk::Button* openInApp_ = nullptr;  // shown under a failed application link
 };
 
 }  // namespace qmv::gtk
