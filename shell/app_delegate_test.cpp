@@ -8,6 +8,7 @@
 
 #include "core/request/network_agent.h"
 #include "core/request/network_config.h"
+#include "core/session/global_data.h"
 #include "core/session/login_net_api.h"
 #include "features/discovery/main_view_controller.h"
 #include "platform/env.h"
@@ -17,13 +18,16 @@
 #include "platform/settings_store.h"
 #include "platform/stack_navigator.h"
 #include "platform/synchronous_notification_center.h"
+#include "platform/testing/fake_location_source.h"
 #include "platform/testing/fixed_reachability.h"
 #include "platform/testing/recording_payment_channels.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/scripted_alerts.h"
 #include "platform/testing/test_env.h"
 #include "platform/vendor_sdks.h"
+#include "shell/launch_view_controller.h"
 #include "shell/server_switch.h"
+#include "shell/shell_texts.h"
 
 namespace qmv {
 namespace {
@@ -108,6 +112,7 @@ struct ShellFixture : ::testing::Test {
   std::shared_ptr<RecordingAlipayService> alipay = std::make_shared<RecordingAlipayService>();
   std::shared_ptr<RecordingUPPayControl> uppay = std::make_shared<RecordingUPPayControl>();
   std::shared_ptr<SynchronousNotificationCenter> notifications = std::make_shared<SynchronousNotificationCenter>();
+  std::shared_ptr<FakeLocationSource> location = std::make_shared<FakeLocationSource>();
   std::vector<std::string> posted;
   std::unique_ptr<ScopedEnv> scope;
   AppConfig config;
@@ -121,6 +126,7 @@ struct ShellFixture : ::testing::Test {
     env.push = push;
     env.overlay = overlay;
     env.alerts = alerts;
+    env.location = location;
     auto crash = std::make_shared<LoggedCrashReporter>();
     auto analytics = std::make_shared<LoggedAnalytics>();
     auto sharing = std::make_shared<LoggedSharing>();
@@ -200,6 +206,41 @@ TEST_F(ShellFixture, FirstRunStartsInOrderWithTheGuideAndLaterRunsGoToTheTabs) {
   EXPECT_EQ(navigator->topScreen()->name, "TabBarViewController");
   EXPECT_EQ(again.tabBarViewCtrl()->viewControllers().at(3), "QXH5ViewController");
   EXPECT_EQ(settings->stringForKey("select_city"), "济南市");  // the guide's default city is first-run only
+}
+
+TEST_F(ShellFixture, TheGuideAsksForOnePositionOpensTheCityPickerAndLeavesTheHomeItsOwnLocate) {
+  AppDelegate app(config);
+  ASSERT_TRUE(app.didFinishLaunchingWithOptions());
+  LaunchViewController guide;
+  int changes = 0;
+  guide.onChanged = [&] { ++changes; };
+  location->setEnabled(false);
+  guide.askForLocation();
+  EXPECT_EQ(guide.locationText(), shell_texts::kGuideServicesOff);
+  EXPECT_EQ(location->startCount(), 0);
+
+  location->setEnabled(true);
+  guide.askForLocation();
+  EXPECT_EQ(guide.locationText(), shell_texts::kGuideLocating);
+  ASSERT_TRUE(location->deliver({35.06, 118.34}));
+  EXPECT_EQ(guide.location(), LaunchViewController::Location::Located);
+  EXPECT_FALSE(location->updating()) << "one position is all the guide asks for";
+  ASSERT_TRUE(GlobalData::sharedInstance().userLocation().has_value());
+  EXPECT_DOUBLE_EQ(GlobalData::sharedInstance().userLocation()->latitude, 35.06);
+  EXPECT_EQ(changes, 3);
+
+  EXPECT_EQ(LaunchViewController::cityText(), "当前城市：临沂市");
+  LaunchViewController::chooseCity();
+  EXPECT_EQ(navigator->topScreen()->name, shell_texts::kCityScreen);
+  navigator->pop();
+
+  // Asked again and left unanswered: leaving stops it before the home starts its locate,
+  // and nothing the guide asked for arrives afterwards.
+  guide.askForLocation();
+  guide.finish(app);
+  EXPECT_FALSE(location->updating());
+  EXPECT_EQ(navigator->topScreen()->name, "TabBarViewController");
+  EXPECT_EQ(guide.locationText(), "");
 }
 
 TEST_F(ShellFixture, ChangeBaseUrlTakesEffectBeforeThePostReturns) {

@@ -17,6 +17,7 @@
 #include "core/session/global_data.h"
 #include "shell/app_delegate.h"
 #include "shell/qx_h5_view_controller.h"
+#include "shell/shell_texts.h"
 #include "shell/tab_bar_view_controller.h"
 
 namespace qmv::gtk {
@@ -181,6 +182,29 @@ TEST_F(FlowFixesTest, CommentsAndUndrawnScreensHaveReadableTitlesAndARatingNeeds
   ASSERT_TRUE(tap("star4"));
   ASSERT_TRUE(tap("submit", true));
   EXPECT_TRUE(toasted("评价成功"));
+}
+
+class GuideTest : public FlowFixesTest {
+ protected:
+  GuideTest() { stopAtGuide_ = true; }
+};
+
+TEST_F(GuideTest, TheGuideLocatesTheMemberAndTheCityChosenOnItOpensTheTabs) {
+  auto* guide = dynamic_cast<GuidePage*>(&top());
+  ASSERT_NE(guide, nullptr);
+  ASSERT_TRUE(tap("guide-next"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return guide->shownPage() == LaunchViewController::kLocationPage; }));
+  ASSERT_TRUE(tap("guide-locate"));
+  EXPECT_TRUE(waitFor(shell_texts::kGuideLocated));
+  ASSERT_TRUE(tap("guide-next"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return guide->shownPage() == LaunchViewController::kCityPage; }));
+  EXPECT_TRUE(waitFor("当前城市：临沂市"));
+  ASSERT_TRUE(tap("guide-choose-city"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kCityScreen; }));
+  pickCity("jinan", "济南市", kGuideScreen);
+  EXPECT_TRUE(waitFor("当前城市：济南市"));
+  passGuide();
+  EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&tabs_->tab(0)) == "济南市"; })) << titleOf(&tabs_->tab(0));
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/image_browser_page.h"
 #include "apps/gtk/member_centre_pages.h"
+#include "apps/gtk/guide_page.h"
 #include "apps/gtk/member_pages.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/page_context.h"

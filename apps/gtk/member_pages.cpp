@@ -154,16 +154,4 @@ void MinePage::refresh() {
   ui::setRowTexts(*level_, screen_.levelText(), screen_.remainingText());
 }
 
-GuidePage::GuidePage(PageContext& context) : ScreenPage(context, "qmv", false) {
-  auto* go = Gtk::make_managed<Gtk::Button>();
-  go->set_icon_name("go-next-symbolic");
-  go->set_name("guide-done");
-  go->add_css_class("suggested-action");
-  go->add_css_class("circular");
-  go->set_halign(Gtk::Align::CENTER);
-  go->set_valign(Gtk::Align::END);
-  go->signal_clicked().connect([&context] { context.appDelegate().showMainTabs(); });
-  body().append(*go);
-}
-
 }  // namespace qmv::gtk

@@ -45,11 +45,4 @@ class MinePage : public ScreenPage {
   Gtk::Widget* level_ = nullptr;
 };
 
-// The first-run guide: one page, and the way on to the main tabs.
-class GuidePage : public ScreenPage {
- public:
-  explicit GuidePage(PageContext& context);
-  void refresh() override {}
-};
-
 }  // namespace qmv::gtk
