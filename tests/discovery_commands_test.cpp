@@ -34,6 +34,11 @@ TEST_F(DiscoveryCommandsTest, SearchHistoryAndCitySurviveBetweenRuns) {
   EXPECT_TRUE(has(chosen.out, "济南市 370100")) << chosen.out;
   EXPECT_TRUE(has(run({"city"}).out, "济南市 370100"));
   EXPECT_EQ(run({"city", "没有这个市"}).status, 1);
+  // The guide's picker chooses the same way, and its position request needs a position.
+  const auto guided = run({"--at", "35.061,118.343", "guide", "--locate", "--city", "临沂市"});
+  ASSERT_EQ(guided.status, 0) << guided.out;
+  EXPECT_TRUE(has(guided.out, "已获取位置") && has(guided.out, "当前城市：临沂市")) << guided.out;
+  EXPECT_EQ(run({"guide", "--locate"}).status, 1);
 
   // In one shell the home screen exists from the start; it names the city it shows.
   const auto shell = testsupport::runQmv(home_.home(), {"shell"}, "city 临沂市\nhome\nexit\n");

@@ -30,6 +30,7 @@
 #include "platform/location_source.h"
 #include "platform/notification_center.h"
 #include "shell/app_delegate.h"
+#include "shell/launch_view_controller.h"
 
 namespace qmv::cli {
 namespace {
@@ -410,6 +411,40 @@ int runCities(CliApp& app, const std::string& key) {
   return kExitOk;
 }
 
+// The first-run guide's pages; with `locate`, its one position request; with `city`, the
+// city its picker chooses. The guide is the graphical client's first screen; here it is
+// a command a member may run at any time.
+int runGuide(CliApp& app, bool locate, const std::string& city) {
+  CliOutput& out = app.output();
+  LaunchViewController guide;
+  Json pages = Json::array();
+  for (std::size_t i = 0; i < LaunchViewController::kPageCount; ++i) {
+    const LaunchViewController::Page& page = LaunchViewController::page(i);
+    out.line(std::to_string(i + 1) + ". " + page.title);
+    out.line("   " + std::string(page.text));
+    pages.push_back({{"title", page.title}, {"text", page.text}});
+  }
+  out.data("pages", pages);
+  int exit = kExitOk;
+  if (locate) {
+    guide.askForLocation();
+    if (!app.waitUntil([&] { return guide.location() != LaunchViewController::Location::Asking; },
+                       std::chrono::milliseconds(5000))) {
+      return timedOut("locate");
+    }
+    out.line(guide.locationText());
+    out.data("location", guide.locationText());
+    if (guide.location() != LaunchViewController::Location::Located) exit = kExitFailure;
+  }
+  if (!city.empty() && !AreaSelectView().selectCity(city)) {
+    std::cerr << "qmv: " << city << " is not a known city (see qmv cities)\n";
+    return kExitFailure;
+  }
+  out.line(LaunchViewController::cityText());
+  out.data("city", GlobalData::sharedInstance().getCurrentCityName());
+  return exit;
+}
+
 int runLocate(CliApp& app) {
   MainViewController home;
   std::optional<MainViewController::LocateOutcome> located;
@@ -530,6 +565,17 @@ void registerDiscoveryCommands(CommandRegistry& registry) {
     CLI::App* cities = registry.add("cities", "cities by initial letter, or those matching KEY",
                                     [key](CliApp& app) { return runCities(app, *key); });
     cities->add_option("KEY", *key, "part of a name or of its pinyin");
+  }
+  {
+    struct GuideOptions {
+      bool locate = false;
+      std::string city;
+    };
+    auto options = std::make_shared<GuideOptions>();
+    CLI::App* guide = registry.add("guide", "the first-run guide: its pages, the position request, the city",
+                                   [options](CliApp& app) { return runGuide(app, options->locate, options->city); });
+    guide->add_flag("--locate", options->locate, "ask for the device's position as the guide's button does");
+    guide->add_option("--city", options->city, "choose the city as the guide's picker does");
   }
   registry.add("locate", "locate the member (see --at) and offer to switch to the located city",
                [](CliApp& app) { return runLocate(app); });
