@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <adwaita.h>
+#include <shumate/shumate.h>
 
 #include <algorithm>
 #include <functional>
@@ -182,6 +183,56 @@ TEST_F(FlowFixesTest, CommentsAndUndrawnScreensHaveReadableTitlesAndARatingNeeds
   ASSERT_TRUE(tap("star4"));
   ASSERT_TRUE(tap("submit", true));
   EXPECT_TRUE(toasted("评价成功"));
+}
+
+TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
+  tabs_->select(1);
+  auto& nearby = static_cast<NearbyPage&>(tabs_->tab(1));
+  const NearbyView& list = nearby.screen().nearbyView();
+  ASSERT_TRUE(driver_->waitUntil([&] { return !list.storeList.empty() && !list.isSearching(); }));
+  ASSERT_TRUE(tap("map-switch"));
+  const NearByMapView& view = nearby.screen().mapView();
+  ASSERT_TRUE(driver_->waitUntil([&] { return view.pins.size() > 2; }));
+  std::vector<GtkWidget*> found;
+  const std::function<void(GtkWidget*, const char*)> collect = [&](GtkWidget* w, const char* cssClass) {
+    if (gtk_widget_has_css_class(w, cssClass)) found.push_back(w);
+    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) collect(c, cssClass);
+  };
+  const auto widgets = [&](const char* cssClass) {
+    found.clear();
+    collect(GTK_WIDGET(nearby.gobj()), cssClass);
+    return found;
+  };
+  ASSERT_TRUE(driver_->waitUntil([&] { return widgets("my-location").size() == 1; })) << "the member was located";
+  std::vector<GtkWidget*> maps;
+  const std::function<void(GtkWidget*)> findMap = [&](GtkWidget* w) {
+    if (SHUMATE_IS_SIMPLE_MAP(w)) maps.push_back(w);
+    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) findMap(c);
+  };
+  findMap(GTK_WIDGET(nearby.gobj()));
+  ASSERT_EQ(maps.size(), 1u);
+  ShumateViewport* viewport = shumate_simple_map_get_viewport(SHUMATE_SIMPLE_MAP(maps[0]));
+
+  // Titles drawn at a zoom level: none may cover another.
+  const auto shownTitles = [&](double zoom) {
+    shumate_viewport_set_zoom_level(viewport, zoom);
+    driver_->waitUntil([] { return false; }, std::chrono::milliseconds(300));  // a few frames
+    std::vector<graphene_rect_t> shown;
+    for (GtkWidget* title : widgets("pin-title")) {
+      graphene_rect_t box;
+      if (!gtk_widget_get_visible(title) || !gtk_widget_compute_bounds(title, maps[0], &box)) continue;
+      for (const graphene_rect_t& other : shown) {
+        EXPECT_FALSE(graphene_rect_intersection(&box, &other, nullptr)) << "zoom " << zoom;
+      }
+      shown.push_back(box);
+    }
+    return shown.size();
+  };
+  const std::size_t far = shownTitles(9);
+  const std::size_t near = shownTitles(18);
+  EXPECT_GE(far, 1u);
+  EXPECT_LT(far, view.pins.size()) << "a city's pins crowd at a province's scale";
+  EXPECT_GT(near, far) << "zooming in parts them again";
 }
 
 class GuideTest : public FlowFixesTest {

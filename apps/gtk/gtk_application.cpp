@@ -41,6 +41,7 @@ button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), 
              border-radius: 14px; padding: 22px; }
 .pin { padding: 2px 6px; border-radius: 10px; }
 .pin-title { font-size: 0.8em; font-weight: bold; }
+.my-location { color: rgb(53, 132, 228); -gtk-icon-size: 24px; }
 )css";
 
 // The client's own options, read here and described in its manual page from this one list.

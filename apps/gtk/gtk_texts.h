@@ -17,6 +17,7 @@ inline constexpr const char* kUndrawnNote = "此功能暂未在本客户端提�
 // A failed list's button that loads it again.
 inline constexpr const char* kRetry = "重试";
 inline constexpr const char* kClearKeyword = "清除搜索";  // ends the nearby list's keyword search
+inline constexpr const char* kMyLocation = "我的位置";  // the member's marker on a map
 // The profile's edit dialog and the portrait's and invitation's file choosers.
 inline constexpr const char* kCancel = "取消";
 inline constexpr const char* kSave = "保存";

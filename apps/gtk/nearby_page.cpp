@@ -290,6 +290,7 @@ std::vector<NearbyRow> NearbyPage::filterRows() {
 }
 
 void NearbyPage::showPins() {
+  map_.setMyLocation(GlobalData::sharedInstance().userLocation());
   NearByMapView& view = screen_->mapView();
   std::string shown;
   std::vector<PinMap::Pin> pins;

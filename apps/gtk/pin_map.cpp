@@ -2,7 +2,9 @@
 
 #include <shumate/shumate.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "features/discovery/location_converter.h"
+#include "features/discovery/map_label_layout.h"
 
 namespace qmv::gtk {
 
@@ -18,13 +20,97 @@ PinMap::PinMap() : map_(shumate_simple_map_new()) {
   shumate_simple_map_add_overlay_layer(map_, SHUMATE_LAYER(layer_));
   gtk_widget_set_vexpand(GTK_WIDGET(map_), TRUE);
   gtk_widget_set_size_request(GTK_WIDGET(map_), -1, 320);
+  // The attribution and the scale share the bottom edge and meet on a phone's width.
+  if (ShumateScale* scale = shumate_simple_map_get_scale(map_)) gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_START);
+  g_signal_connect_swapped(viewport, "notify", G_CALLBACK(+[](PinMap* self) {
+                             self->titlesDirty_ = true;
+                           }),
+                           this);
+  tick_ = gtk_widget_add_tick_callback(
+      GTK_WIDGET(map_),
+      +[](GtkWidget*, GdkFrameClock*, gpointer self) -> gboolean {
+        static_cast<PinMap*>(self)->placeTitles();
+        return G_SOURCE_CONTINUE;
+      },
+      this, nullptr);
   widget_ = Glib::wrap(GTK_WIDGET(map_));
 }
 
-PinMap::~PinMap() { g_object_unref(map_); }
+PinMap::~PinMap() {
+  gtk_widget_remove_tick_callback(GTK_WIDGET(map_), tick_);
+  g_signal_handlers_disconnect_by_data(shumate_simple_map_get_viewport(map_), this);
+  g_object_unref(map_);
+}
+
+bool PinMap::titleShown(std::size_t i) const { return i < titles_.size() && gtk_widget_get_visible(titles_[i]); }
+
+void PinMap::placeTitles() {
+  GtkWidget* map = GTK_WIDGET(map_);
+  const int width = gtk_widget_get_width(map);
+  const int height = gtk_widget_get_height(map);
+  if (!titlesDirty_ && width == placedWidth_ && height == placedHeight_) return;
+  titlesDirty_ = false;
+  placedWidth_ = width;
+  placedHeight_ = height;
+  ShumateViewport* viewport = shumate_simple_map_get_viewport(map_);
+  std::vector<LabelBox> boxes;
+  boxes.reserve(titles_.size());
+  for (std::size_t i = 0; i < titles_.size(); ++i) {
+    const Coordinate wgs = LocationConverter::transformFromGCJToWGS(pins_[i].gcj);
+    double x = 0;
+    double y = 0;
+    shumate_viewport_location_to_widget_coords(viewport, map, wgs.latitude, wgs.longitude, &x, &y);
+    // The marker is centred on its place with the title on top. A hidden title measures
+    // nothing, so each is measured once while still shown and kept.
+    if (sizes_[i].height == 0) {
+      int pinHeight = 0;
+      gtk_widget_measure(titles_[i], GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &sizes_[i].width, nullptr, nullptr);
+      gtk_widget_measure(titles_[i], GTK_ORIENTATION_VERTICAL, -1, nullptr, &sizes_[i].height, nullptr, nullptr);
+      gtk_widget_measure(gtk_widget_get_next_sibling(titles_[i]), GTK_ORIENTATION_VERTICAL, -1, nullptr, &pinHeight,
+                         nullptr, nullptr);
+      sizes_[i].pin = pinHeight;
+    }
+    const TitleSize& size = sizes_[i];
+    boxes.push_back({x - size.width / 2.0, y - (size.height + size.pin) / 2.0, static_cast<double>(size.width),
+                     static_cast<double>(size.height)});
+  }
+  const std::vector<bool> shown = shownLabels(boxes);
+  for (std::size_t i = 0; i < titles_.size(); ++i) {
+    // Not measurable yet (the map is not on screen): shown, and tried again next frame.
+    if (sizes_[i].height == 0) titlesDirty_ = true;
+    gtk_widget_set_visible(titles_[i], shown[i] || sizes_[i].height == 0);
+  }
+}
+
+void PinMap::setMyLocation(std::optional<Coordinate> wgs) {
+  if (myLocation_ != nullptr) {
+    shumate_marker_layer_remove_marker(layer_, SHUMATE_MARKER(myLocation_));
+    myLocation_ = nullptr;
+  }
+  if (!wgs) return;
+  GtkWidget* dot = gtk_image_new_from_icon_name("find-location-symbolic");
+  gtk_widget_add_css_class(dot, "my-location");
+  gtk_widget_set_name(dot, "my-location");
+  gtk_accessible_update_property(GTK_ACCESSIBLE(dot), GTK_ACCESSIBLE_PROPERTY_LABEL, gtk_texts::kMyLocation, -1);
+  gtk_widget_set_tooltip_text(dot, gtk_texts::kMyLocation);
+  ShumateMarker* marker = shumate_marker_new();
+  shumate_marker_set_child(marker, dot);
+  shumate_location_set_location(SHUMATE_LOCATION(marker), wgs->latitude, wgs->longitude);
+  shumate_marker_layer_add_marker(layer_, marker);
+  myLocation_ = GTK_WIDGET(marker);
+}
 
 void PinMap::setPins(std::vector<Pin> pins, std::optional<Coordinate> centreGcj) {
+  std::optional<Coordinate> me;
+  if (myLocation_ != nullptr) {
+    me = Coordinate{shumate_location_get_latitude(SHUMATE_LOCATION(myLocation_)),
+                    shumate_location_get_longitude(SHUMATE_LOCATION(myLocation_))};
+  }
   shumate_marker_layer_remove_all(layer_);
+  myLocation_ = nullptr;
+  titles_.clear();
+  sizes_.clear();
+  titlesDirty_ = true;
   pins_ = std::move(pins);
   for (std::size_t i = 0; i < pins_.size(); ++i) {
     const Pin& pin = pins_[i];
@@ -34,6 +120,8 @@ void PinMap::setPins(std::vector<Pin> pins, std::optional<Coordinate> centreGcj)
     GtkWidget* title = gtk_label_new(pin.title.c_str());
     gtk_widget_add_css_class(title, "pin-title");
     gtk_box_append(GTK_BOX(box), title);
+    titles_.push_back(title);
+    sizes_.push_back({});
     gtk_box_append(GTK_BOX(box), gtk_image_new_from_icon_name("mark-location-symbolic"));
     gtk_button_set_child(GTK_BUTTON(button), box);
     gtk_widget_add_css_class(button, "pin");
@@ -52,6 +140,7 @@ void PinMap::setPins(std::vector<Pin> pins, std::optional<Coordinate> centreGcj)
     shumate_location_set_location(SHUMATE_LOCATION(marker), wgs.latitude, wgs.longitude);
     shumate_marker_layer_add_marker(layer_, marker);
   }
+  setMyLocation(me);
   std::optional<Coordinate> centre = centreGcj;
   if (!centre && !pins_.empty()) centre = pins_.front().gcj;
   if (centre) {

@@ -1,7 +1,10 @@
 #pragma once
 // A libshumate map with pins. Pins come in GCJ-02 (the datum the core hands to maps);
 // OpenStreetMap tiles are WGS-84, so each pin is converted before it is placed. Without
-// reachable tiles the map is an empty canvas that still shows the pins.
+// reachable tiles the map is an empty canvas that still shows the pins. Pin titles that
+// would cover one another are thinned after every move and zoom (the earlier pin keeps
+// its title); the member's own position is a marker of its own; the scale sits at the
+// top so that the tiles' attribution at the bottom never covers it.
 #include <gtkmm.h>
 
 #include <functional>
@@ -34,12 +37,31 @@ class PinMap {
   // Replaces the pins and centres on the first (or on `centreGcj` when given).
   void setPins(std::vector<Pin> pins, std::optional<Coordinate> centreGcj = std::nullopt);
   std::size_t pinCount() const { return pins_.size(); }
+  // The member's position (WGS-84, as located); empty takes the marker away.
+  void setMyLocation(std::optional<Coordinate> wgs);
+  // Whether pin `i`'s title is drawn, as the last thinning left it.
+  bool titleShown(std::size_t i) const;
 
  private:
+  // Thins the titles when the view moved, zoomed or changed size since the last frame.
+  void placeTitles();
+
   ShumateSimpleMap* map_;
   ShumateMarkerLayer* layer_;
   Gtk::Widget* widget_;
   std::vector<Pin> pins_;
+  std::vector<GtkWidget*> titles_;  // owned by the markers
+  struct TitleSize {
+    int width = 0;
+    int height = 0;
+    int pin = 0;  // the pin icon's height under the title
+  };
+  std::vector<TitleSize> sizes_;  // per title, measured while it was shown
+  GtkWidget* myLocation_ = nullptr;  // a marker in layer_, or null
+  bool titlesDirty_ = true;
+  int placedWidth_ = 0;
+  int placedHeight_ = 0;
+  guint tick_ = 0;
 };
 
 }  // namespace qmv::gtk

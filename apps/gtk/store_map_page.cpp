@@ -1,6 +1,7 @@
 #include "apps/gtk/store_map_page.h"
 
 #include "apps/gtk/ui.h"
+#include "core/session/global_data.h"
 
 namespace qmv::gtk {
 
@@ -22,6 +23,7 @@ StoreMapPage::StoreMapPage(PageContext& context, StoreInfoModel store)
 
 void StoreMapPage::refresh() {
   address_->set_text(screen_.store().address);
+  map_.setMyLocation(GlobalData::sharedInstance().userLocation());
   // The pin only when the map has none yet: setting it again would re-centre the map.
   if (map_.pinCount() > 0) return;
   if (const auto gcj = screen_.storeCoordinateGcj()) {

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 
 #include "core/session/global_data.h"
 #include "features/discovery/location_converter.h"
+#include "features/discovery/map_label_layout.h"
 #include "platform/env.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/recording_url_opener.h"
@@ -110,6 +112,22 @@ TEST_F(MapViewControllerTest, StoreWithoutUsableCoordinateShowsLocationError) {
     EXPECT_FALSE(screen.storeCoordinateGcj()) << bad;
   }
   EXPECT_EQ(overlay_->statuses(), std::vector<std::string>(4, "位置信息错误"));
+}
+
+TEST(MapLabelLayout, EarlierTitlesWinOverlapsAndUnusableBoxesAreLeftOff) {
+  const double nan = std::nan("");
+  const std::vector<LabelBox> boxes = {
+      {0, 0, 100, 20},    // first: always shown
+      {50, 10, 100, 20},  // covers the first
+      {102, 0, 50, 20},   // 2 px from the first: touching counts
+      {110, 0, 50, 20},   // clear of the first; the left-off second does not block it
+      {0, 30, 100, 20},   // below the first, 10 px apart
+      {nan, 0, 10, 10},   // a pin the viewport could not place
+      {200, 0, 0, 20},    // an empty title
+  };
+  EXPECT_EQ(shownLabels(boxes), (std::vector<bool>{true, false, false, true, true, false, false}));
+  EXPECT_EQ(shownLabels(boxes, 12)[4], false) << "a wider gap parts the first two rows";
+  EXPECT_TRUE(shownLabels({}).empty());
 }
 
 }  // namespace
