@@ -7,6 +7,7 @@
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/ui.h"
 #include "apps/gtk/zoomable_picture.h"
 
 namespace qmv::gtk {
@@ -20,7 +21,7 @@ ImageBrowserPage::ImageBrowserPage(PageContext& context, std::vector<std::string
   adw_header_bar_set_show_start_title_buttons(ADW_HEADER_BAR(header), FALSE);
   auto* close = Gtk::make_managed<Gtk::Button>();
   close->set_icon_name("window-close-symbolic");
-  close->set_tooltip_text(gtk_texts::kClose);
+  ui::nameIcon(*close, gtk_texts::kClose);
   close->set_name("close");
   close->signal_clicked().connect([this] { this->close(); });
   adw_header_bar_pack_start(ADW_HEADER_BAR(header), GTK_WIDGET(close->gobj()));

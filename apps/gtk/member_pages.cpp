@@ -158,6 +158,7 @@ GuidePage::GuidePage(PageContext& context) : ScreenPage(context, "qmv", false) {
   auto* go = Gtk::make_managed<Gtk::Button>();
   go->set_icon_name("go-next-symbolic");
   go->set_name("guide-done");
+  ui::nameIcon(*go, gtk_texts::kEnter);
   go->add_css_class("suggested-action");
   go->add_css_class("circular");
   go->set_halign(Gtk::Align::CENTER);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/ui.h"
 #include "features/wheel/wheel_texts.h"
 
@@ -133,6 +134,7 @@ WheelPage::WheelPage(PageContext& context) : ScreenPage(context, wheel_texts::kT
   spin_ = Gtk::make_managed<Gtk::Button>();
   spin_->set_icon_name("media-playlist-repeat-symbolic");
   spin_->set_name("spin");
+  ui::nameIcon(*spin_, gtk_texts::kSpin);
   spin_->add_css_class("suggested-action");
   spin_->add_css_class("circular");
   spin_->set_halign(Gtk::Align::CENTER);
