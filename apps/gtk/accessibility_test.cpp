@@ -60,10 +60,11 @@ std::string labelProperty(GtkWidget* widget) {
   return label;
 }
 
-// The name a screen reader gets for `widget`; `window` holds what it may be labelled by.
-std::string accessibleName(GtkWidget* widget, GtkWidget* window, int depth = 0) {
+// The name a screen reader gets for `widget`; `window` holds what it may be labelled by,
+// whose own label property GTK reads (and no further).
+std::string accessibleName(GtkWidget* widget, GtkWidget* window) {
   std::string name = labelProperty(widget);
-  if (!name.empty() || depth > 2) return name;
+  if (!name.empty()) return name;
   auto* accessible = GTK_ACCESSIBLE(widget);
   if (!gtk_test_accessible_has_relation(accessible, GTK_ACCESSIBLE_RELATION_LABELLED_BY)) return {};
   // The one widget it is labelled by (GTK compares the whole list), searched in the window.
@@ -72,7 +73,7 @@ std::string accessibleName(GtkWidget* widget, GtkWidget* window, int depth = 0) 
       char* differs = gtk_test_accessible_check_relation(accessible, GTK_ACCESSIBLE_RELATION_LABELLED_BY, c, nullptr);
       const bool match = differs == nullptr;
       g_free(differs);
-      if (match) return accessibleName(c, window, depth + 1);
+      if (match) return labelProperty(c);
       if (std::string found = search(c); !found.empty()) return found;
     }
     return {};
@@ -105,6 +106,8 @@ bool isControl(GtkWidget* widget) {
   // An entry's icons belong to the entry, which is named as a whole.
   if (GTK_IS_IMAGE(widget) && gtk_widget_get_ancestor(widget, GTK_TYPE_ENTRY) != nullptr) return false;
   if (GTK_IS_LIST_BOX_ROW(widget)) return gtk_list_box_row_get_activatable(GTK_LIST_BOX_ROW(widget));
+  // A list view's item takes the focus for its row.
+  if (GTK_IS_LIST_VIEW(gtk_widget_get_parent(widget))) return gtk_widget_get_focusable(widget);
   // A composite field is named as a whole; the text inside it is its part.
   if (GTK_IS_TEXT(widget)) {
     GtkWidget* parent = gtk_widget_get_parent(widget);
