@@ -11,7 +11,10 @@
 
 #include <adwaita.h>
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <string>
@@ -196,6 +199,44 @@ bool reachedByTab(GtkWidget* control, const std::set<GtkWidget*>& stops) {
   return false;
 }
 
+double luminance(const GdkRGBA& c) {
+  const auto linear = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+  return 0.2126 * linear(c.red) + 0.7152 * linear(c.green) + 0.0722 * linear(c.blue);
+}
+
+double contrast(const GdkRGBA& a, const GdkRGBA& b) {
+  const double la = luminance(a);
+  const double lb = luminance(b);
+  return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// The colour at (x, y) of `widget` drawn by itself over `background`.
+GdkRGBA drawnAt(GtkWidget* widget, int x, int y, const GdkRGBA& background) {
+  const int width = gtk_widget_get_width(widget);
+  const int height = gtk_widget_get_height(widget);
+  GdkPaintable* paintable = gtk_widget_paintable_new(widget);
+  GtkSnapshot* snapshot = gtk_snapshot_new();
+  gdk_paintable_snapshot(paintable, snapshot, width, height);
+  GskRenderNode* node = gtk_snapshot_free_to_node(snapshot);
+  GdkRGBA result = background;
+  if (node != nullptr) {
+    const graphene_rect_t bounds = GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width), static_cast<float>(height));
+    GdkTexture* texture = gsk_renderer_render_texture(gtk_native_get_renderer(gtk_widget_get_native(widget)), node, &bounds);
+    std::vector<guchar> pixels(static_cast<std::size_t>(width) * height * 4);
+    gdk_texture_download(texture, pixels.data(), static_cast<gsize>(width) * 4);
+    // Premultiplied B, G, R, A.
+    const guchar* p = &pixels[(static_cast<std::size_t>(y) * width + x) * 4];
+    const double alpha = p[3] / 255.0;
+    result.blue = static_cast<float>(p[0] / 255.0 + background.blue * (1 - alpha));
+    result.green = static_cast<float>(p[1] / 255.0 + background.green * (1 - alpha));
+    result.red = static_cast<float>(p[2] / 255.0 + background.red * (1 - alpha));
+    g_object_unref(texture);
+    gsk_render_node_unref(node);
+  }
+  g_object_unref(paintable);
+  return result;
+}
+
 class AccessibilityTest : public testsupport::GtkClientTest {
  protected:
   // Reads the page on top as `page` once `ready` holds, noting every control without a name,
@@ -355,6 +396,36 @@ TEST_F(AccessibilityTest, EveryPageSignedInNamesAndReachesItsControls) {
   ASSERT_TRUE(payNowReady());
   audit("pay now");
   expectNoFaults();
+}
+
+// The wheel's pointer stands above the face, on the window's own background: it has to
+// stand out from it in the light style and the dark one alike.
+TEST_F(AccessibilityTest, TheWheelPointerStandsOutInLightAndDarkStyles) {
+  signIn("13800000000", "qmv123");
+  ASSERT_TRUE(pushed(wheel_texts::kWheelScreen));
+  auto* page = dynamic_cast<WheelPage*>(&top());
+  ASSERT_NE(page, nullptr);
+  ASSERT_TRUE(waitFor("剩余抽奖次数: 3"));
+  AdwStyleManager* styles = adw_style_manager_get_default();
+  const std::unique_ptr<AdwStyleManager, void (*)(AdwStyleManager*)> restore(
+      styles, [](AdwStyleManager* m) { adw_style_manager_set_color_scheme(m, ADW_COLOR_SCHEME_DEFAULT); });
+  for (const AdwColorScheme scheme : {ADW_COLOR_SCHEME_FORCE_LIGHT, ADW_COLOR_SCHEME_FORCE_DARK}) {
+    adw_style_manager_set_color_scheme(styles, scheme);
+    driver_->settle();
+    GtkWidget* face = GTK_WIDGET(page->face().gobj());
+    GdkRGBA background;
+    ASSERT_TRUE(gtk_style_context_lookup_color(gtk_widget_get_style_context(face), "window_bg_color", &background));
+    const int width = gtk_widget_get_width(face);
+    const int height = gtk_widget_get_height(face);
+    const int radius = std::min(width, height) / 2 - 12;
+    ASSERT_GT(radius, 0);
+    // Just above the face's rim, inside the pointer.
+    const GdkRGBA pointer = drawnAt(face, width / 2, height / 2 - radius - 4, background);
+    EXPECT_GE(contrast(pointer, background), 3.0)
+        << (scheme == ADW_COLOR_SCHEME_FORCE_DARK ? "dark" : "light") << ": pointer " << pointer.red << ','
+        << pointer.green << ',' << pointer.blue << " on " << background.red << ',' << background.green << ','
+        << background.blue;
+  }
 }
 
 }  // namespace
