@@ -22,9 +22,11 @@
 
 #include "apps/gtk/gtk_client_test_support.h"
 #include "apps/gtk/home_page.h"
+#include "apps/gtk/image_browser_page.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/picture_strip.h"
 #include "apps/gtk/wheel_page.h"
+#include "apps/gtk/zoomable_picture.h"
 #include "core/session/account_texts.h"
 #include "core/session/base_view_controller.h"
 #include "features/discovery/discovery_texts.h"
@@ -99,7 +101,7 @@ bool has(GtkWidget* widget, GType controllerType) {
 // A widget a pointer taps that GTK gives no keyboard handling of its own: a box, a
 // picture or a drawing of the client's that reacts to clicks.
 bool tappedByPointerOnly(GtkWidget* widget) {
-  const bool plain = GTK_IS_BOX(widget) || GTK_IS_PICTURE(widget) || GTK_IS_IMAGE(widget) ||
+  const bool plain = GTK_IS_BOX(widget) || GTK_IS_PICTURE(widget) || GTK_IS_IMAGE(widget) || GTK_IS_SCROLLED_WINDOW(widget) ||
                      GTK_IS_DRAWING_AREA(widget) || GTK_IS_OVERLAY(widget) || GTK_IS_GRID(widget) ||
                      g_str_has_prefix(G_OBJECT_TYPE_NAME(widget), "gtkmm__CustomObject_");
   return plain && has(widget, GTK_TYPE_GESTURE_CLICK);
@@ -189,7 +191,7 @@ bool reachedByTab(GtkWidget* control, const std::set<GtkWidget*>& stops) {
     if (stop == control || gtk_widget_is_ancestor(stop, control)) return true;
   }
   // Tab enters a list once; the arrows go through its rows.
-  if (GTK_IS_LIST_BOX_ROW(control)) {
+  if (GTK_IS_LIST_BOX_ROW(control) || GTK_IS_LIST_VIEW(gtk_widget_get_parent(control))) {
     GtkWidget* list = gtk_widget_get_ancestor(control, GTK_TYPE_LIST_BOX);
     if (list == nullptr) list = gtk_widget_get_ancestor(control, GTK_TYPE_LIST_VIEW);
     for (GtkWidget* stop : stops) {
@@ -237,6 +239,21 @@ GdkRGBA drawnAt(GtkWidget* widget, int x, int y, const GdkRGBA& background) {
   return result;
 }
 
+// Whether a control below `root` says it controls `target` (the keys' way to what a
+// pointer does on it).
+bool controlledByControl(GtkWidget* target, GtkWidget* root) {
+  bool found = false;
+  forEachBelow(root, [&](GtkWidget* widget) {
+    if (found || widget == target || !isControl(widget) || tappedByPointerOnly(widget)) return;
+    auto* accessible = GTK_ACCESSIBLE(widget);
+    if (!gtk_test_accessible_has_relation(accessible, GTK_ACCESSIBLE_RELATION_CONTROLS)) return;
+    char* differs = gtk_test_accessible_check_relation(accessible, GTK_ACCESSIBLE_RELATION_CONTROLS, target, nullptr);
+    found = differs == nullptr;
+    g_free(differs);
+  });
+  return found;
+}
+
 class AccessibilityTest : public testsupport::GtkClientTest {
  protected:
   // Reads the page on top as `page` once `ready` holds, noting every control without a name,
@@ -257,7 +274,11 @@ class AccessibilityTest : public testsupport::GtkClientTest {
     const std::set<GtkWidget*> stops = tabStops(window);
     forEachBelow(top, [&](GtkWidget* widget) {
       if (!isControl(widget) || !shown(widget)) return;
-      // The client's own header buttons are below the page; GTK's window controls are not.
+      // What a pointer taps on a picture or a box, a control of its own offers to the keys.
+      if (tappedByPointerOnly(widget)) {
+        if (!controlledByControl(widget, top)) faults_.push_back(page + ": only a pointer acts on: " + describe(widget));
+        return;
+      }
       if (accessibleName(widget, window).empty()) faults_.push_back(page + ": no name: " + describe(widget));
       if (!rolePlaysControl(widget)) faults_.push_back(page + ": no control role: " + describe(widget));
       // A check that only shows its row's state is passed by with the row; GTK keeps its
@@ -333,6 +354,12 @@ TEST_F(AccessibilityTest, EveryPageSignedOutNamesAndReachesItsControls) {
   if (auto* strip = dynamic_cast<PictureStrip*>(finders::findNamed(top(), "picture-strip"))) strip->open(0);
   ASSERT_TRUE(topIs(kImageBrowserScreen));
   audit("pictures");
+  // The zoom button does what a double click does.
+  auto* browser = dynamic_cast<ImageBrowserPage*>(&top());
+  ASSERT_NE(browser, nullptr);
+  ASSERT_TRUE(tap("zoom"));
+  EXPECT_GT(browser->picture(0).zoom(), 1.0);
+  audit("pictures zoomed");
   ASSERT_TRUE(pushed(kGuideScreen));
   audit("guide");
   expectNoFaults();

@@ -49,6 +49,9 @@ inline constexpr const char* kFewer = "减少数量";
 inline constexpr const char* kMore = "增加数量";
 inline constexpr const char* kZoomIn = "放大";
 inline constexpr const char* kZoomOut = "缩小";
+// The picture browser's zoom button, the keys' way to what a double click does.
+inline constexpr const char* kZoomPicture = "放大图片";
+inline constexpr const char* kFitPicture = "还原图片";
 inline constexpr const char* kAllOrders = "全部";
 inline std::string starsOf(int count) { return std::to_string(count) + "星"; }
 // Fields the form shows without a placeholder.
