@@ -23,6 +23,7 @@
 #include "apps/gtk/gtk_client_test_support.h"
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/image_browser_page.h"
+#include "apps/gtk/nearby_page.h"
 #include "apps/gtk/order_pages.h"
 #include "apps/gtk/picture_strip.h"
 #include "apps/gtk/wheel_page.h"
@@ -316,7 +317,14 @@ TEST_F(AccessibilityTest, EveryPageSignedOutNamesAndReachesItsControls) {
   });
   tabs_->select(1);
   audit("nearby", [&] { return finders::findNamed(top(), "stores") != nullptr; });
-  if (auto* face = dynamic_cast<Gtk::Button*>(finders::findNamed(top(), "map-switch"))) face->activate();
+  ASSERT_TRUE(tap("filter-category"));
+  audit("nearby categories");
+  ASSERT_TRUE(tap("filter-category"));
+  auto& nearby = static_cast<NearbyPage&>(tabs_->tab(1));
+  nearby.showSearch(true);
+  audit("nearby search");
+  nearby.showSearch(false);
+  ASSERT_TRUE(tap("map-switch"));
   audit("nearby map", [&] { return finders::findNamed(top(), "pin") != nullptr; });
   tabs_->select(3);
   audit("community");
@@ -360,6 +368,10 @@ TEST_F(AccessibilityTest, EveryPageSignedOutNamesAndReachesItsControls) {
   ASSERT_TRUE(tap("zoom"));
   EXPECT_GT(browser->picture(0).zoom(), 1.0);
   audit("pictures zoomed");
+  driver_->app().navigator().popToRoot();
+  ASSERT_TRUE(home.screen().didSelectBanner(1));
+  ASSERT_TRUE(topIs(discovery_texts::kWebScreen));
+  audit("web page");
   ASSERT_TRUE(pushed(kGuideScreen));
   audit("guide");
   expectNoFaults();
@@ -389,7 +401,6 @@ TEST_F(AccessibilityTest, EveryPageSignedInNamesAndReachesItsControls) {
       {account_centre_texts::kProfileScreen, nullptr},
       {account_centre_texts::kChangePhoneScreen, nullptr},
       {account_centre_texts::kInviteScreen, nullptr},
-      {referral_texts::kMyContactScreen, nullptr},
       {wheel_texts::kWheelScreen, nullptr},
       {h5_texts::kH5Screen, {{"h5Type", h5_texts::kCoinType}}},
   };
@@ -401,6 +412,12 @@ TEST_F(AccessibilityTest, EveryPageSignedInNamesAndReachesItsControls) {
     });
   }
 
+  ASSERT_TRUE(pushed(referral_texts::kMyContactScreen));
+  audit("contacts", [&] { return finders::findNamed(top(), "contacts") != nullptr; });
+  top().activate_action("page.open-row", Glib::Variant<guint32>::create(0));
+  ASSERT_TRUE(topIs(referral_texts::kSecondContactScreen));
+  audit("second contacts");
+
   ASSERT_TRUE(pushed(order_texts::kMyOrdersScreen, {{"type", 0}}));
   audit("orders", [&] {
     auto* orders = dynamic_cast<OrderListPage*>(&top());
@@ -408,6 +425,11 @@ TEST_F(AccessibilityTest, EveryPageSignedInNamesAndReachesItsControls) {
   });
   top().activate_action("page.open-row", Glib::Variant<guint32>::create(0));
   audit("order", [&] { return finders::findNamed(top(), "qr") != nullptr; });
+  ASSERT_TRUE(pushed(order_texts::kMyOrdersScreen, {{"type", 2}}));
+  ASSERT_TRUE(driver_->waitUntil([&] { return finders::findButton(top(), order_texts::kButtonRate) != nullptr; }));
+  top().activate_action("page.open-row", Glib::Variant<guint32>::create(0));
+  ASSERT_TRUE(topIs(order_texts::kStoreOrderDetailScreen));
+  audit("store order");
   ASSERT_TRUE(pushed(order_texts::kMyOrdersScreen, {{"type", 2}}));
   ASSERT_TRUE(tap(order_texts::kButtonRate));
   ASSERT_TRUE(topIs(order_texts::kGradeStoreScreen));
