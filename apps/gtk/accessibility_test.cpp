@@ -34,11 +34,11 @@
 #include "features/discovery/store_screens.h"
 #include "features/member/account_centre_texts.h"
 #include "features/member/member_centre_texts.h"
+#include "features/orders/checkout_texts.h"
 #include "features/orders/order_texts.h"
 #include "features/referral/referral_texts.h"
 #include "features/wallet/wallet_texts.h"
 #include "features/wheel/wheel_texts.h"
-#include "features/orders/checkout_texts.h"
 #include "shell/h5_texts.h"
 
 namespace qmv::gtk {
