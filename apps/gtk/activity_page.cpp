@@ -1,5 +1,6 @@
 #include "apps/gtk/activity_page.h"
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
@@ -45,6 +46,7 @@ ActivityPage::ActivityPage(PageContext& context, const std::string& activityId, 
   auto* call = Gtk::make_managed<Gtk::Button>();
   call->set_icon_name("call-start-symbolic");
   call->set_name("call");
+  ui::nameIcon(*call, gtk_texts::kCall);
   call->set_halign(Gtk::Align::START);
   call->set_action_name("page.call");
   content_.append(*call);

@@ -72,6 +72,7 @@ void BannerCarousel::setBanners(std::vector<Banner> banners) {
     auto* card = Gtk::make_managed<Gtk::Button>();
     card->add_css_class("banner");
     card->set_name("banner" + std::to_string(i));
+    ui::setAccessibleLabel(*card, banners[i].title);
     card->set_hexpand(true);
     card->set_size_request(-1, kBannerHeight);
     card->set_overflow(Gtk::Overflow::HIDDEN);

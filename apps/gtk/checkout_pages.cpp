@@ -25,6 +25,7 @@ SubmitOrderPage::SubmitOrderPage(PageContext& context, const Json& payload)
   minus_ = Gtk::make_managed<Gtk::Button>();
   minus_->set_icon_name("list-remove-symbolic");
   minus_->set_name("minus");
+  ui::nameIcon(*minus_, gtk_texts::kFewer);
   minus_->add_css_class("circular");
   minus_->signal_clicked().connect([this] {
     screen_.reduceAction();
@@ -35,6 +36,7 @@ SubmitOrderPage::SubmitOrderPage(PageContext& context, const Json& payload)
   auto* plus = Gtk::make_managed<Gtk::Button>();
   plus->set_icon_name("list-add-symbolic");
   plus->set_name("plus");
+  ui::nameIcon(*plus, gtk_texts::kMore);
   plus->add_css_class("circular");
   plus->signal_clicked().connect([this] {
     screen_.plusAction();
@@ -76,6 +78,9 @@ Gtk::Widget* choiceRow(const std::string& action, const std::string& target, Gtk
   // The row takes the tap; the check only shows the state.
   check->set_can_target(false);
   check->set_focusable(false);
+  // Out of the focus chain as a whole, or it claims Tab and holds the focus on its row.
+  check->set_can_focus(false);
+  ui::setAccessibleLabel(*check, mark);
   adw_action_row_add_prefix(ADW_ACTION_ROW(row), GTK_WIDGET(check->gobj()));
   Gtk::Image* logo = ui::icon(icon);
   logo->set_name("channel-logo");

@@ -63,6 +63,7 @@ Gtk::Button* reloadButton() {
   auto* reload = Gtk::make_managed<Gtk::Button>();
   reload->set_icon_name("view-refresh-symbolic");
   reload->set_name("reload");
+  ui::nameIcon(*reload, gtk_texts::kRefresh);
   reload->set_action_name("page.refresh");
   return reload;
 }

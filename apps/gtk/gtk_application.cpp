@@ -26,10 +26,11 @@ namespace {
 constexpr const char* kApplicationId = "org.qmv.Client";
 
 // The platform's look with the application's own orange (the navigation bar's tint
-// that start-up configures) for accents, prices and the launch view.
+// that start-up configures) for accents, prices and the launch view. The accent as text
+// is a deeper orange, readable on the light background.
 constexpr const char* kStyle = R"css(
 @define-color accent_bg_color rgb(241, 161, 72);
-@define-color accent_color rgb(200, 110, 20);
+@define-color accent_color rgb(166, 84, 0);
 .launch { background: linear-gradient(rgb(241, 161, 72), rgb(230, 120, 40)); color: white; }
 button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), rgb(236, 110, 70)); color: white;
           border-radius: 12px; padding: 0; margin: 0 4px; }
@@ -39,9 +40,16 @@ button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), 
 .price { color: rgb(230, 80, 40); font-weight: bold; font-size: 1.4em; }
 .bank-card { background: linear-gradient(135deg, rgb(60, 90, 160), rgb(40, 60, 120)); color: white;
              border-radius: 14px; padding: 22px; }
-.pin { padding: 2px 6px; border-radius: 10px; }
+/* Opaque, so a pin reads on the map's light tiles in the dark style too. */
+.pin { padding: 2px 6px; border-radius: 10px; background-color: @view_bg_color; color: @view_fg_color;
+       box-shadow: 0 1px 3px alpha(black, 0.3); }
 .pin-title { font-size: 0.8em; font-weight: bold; }
 .my-location { color: rgb(53, 132, 228); -gtk-icon-size: 24px; }
+)css";
+
+// Added over the light sheet while the style is dark: the accent as text turns light.
+constexpr const char* kDarkStyle = R"css(
+@define-color accent_color rgb(255, 179, 102);
 )css";
 
 // The client's own options, read here and described in its manual page from this one list.
@@ -219,6 +227,28 @@ void loadStyle() {
   provider->load_from_data(kStyle);
   Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  // The style follows the system's (libadwaita's default scheme); the dark sheet comes
+  // and goes with it.
+  static const Glib::RefPtr<Gtk::CssProvider> dark = [] {
+    auto sheet = Gtk::CssProvider::create();
+    sheet->load_from_data(kDarkStyle);
+    return sheet;
+  }();
+  static const bool following = [] {
+    const auto apply = +[](AdwStyleManager* styles, GParamSpec*, gpointer) {
+      const auto display = Gdk::Display::get_default();
+      if (adw_style_manager_get_dark(styles)) {
+        Gtk::StyleContext::add_provider_for_display(display, dark, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION + 1);
+      } else {
+        Gtk::StyleContext::remove_provider_for_display(display, dark);
+      }
+    };
+    AdwStyleManager* styles = adw_style_manager_get_default();
+    g_signal_connect(styles, "notify::dark", G_CALLBACK(apply), nullptr);
+    apply(styles, nullptr, nullptr);
+    return true;
+  }();
+  (void)following;
 }
 
 int runGtkApplication(int argc, char** argv) {

@@ -33,6 +33,31 @@ inline constexpr const char* kClose = "关闭";
 inline std::string pictureOf(std::size_t number, std::size_t count) {
   return std::string(kPictureFiles) + " " + std::to_string(number) + "/" + std::to_string(count);
 }
+// Names of icon-only controls, said by a screen reader and shown as their tooltips.
+inline constexpr const char* kLoadMore = "加载更多";
+inline constexpr const char* kChooseCity = "选择城市";
+inline constexpr const char* kSearch = "搜索";
+inline constexpr const char* kShowMap = "地图";
+inline constexpr const char* kShowList = "列表";
+inline constexpr const char* kRefresh = "刷新";
+inline constexpr const char* kNavigate = "导航";
+inline constexpr const char* kCall = "拨打电话";
+inline constexpr const char* kBookmark = "收藏";
+inline constexpr const char* kScanInvite = "扫描邀请二维码";
+inline constexpr const char* kSpin = "抽奖";
+inline constexpr const char* kFewer = "减少数量";
+inline constexpr const char* kMore = "增加数量";
+inline constexpr const char* kZoomIn = "放大";
+inline constexpr const char* kZoomOut = "缩小";
+// The picture browser's zoom button, the keys' way to what a double click does.
+inline constexpr const char* kZoomPicture = "放大图片";
+inline constexpr const char* kFitPicture = "还原图片";
+inline constexpr const char* kAllOrders = "全部";
+inline std::string starsOf(int count) { return std::to_string(count) + "星"; }
+// Fields the form shows without a placeholder.
+inline constexpr const char* kUserName = "用户名";
+inline constexpr const char* kConfirmPassword = "确认密码";
+inline constexpr const char* kInviteCode = "邀请码";
 // The balance's mark on the pay-now screen, for a screen reader.
 inline constexpr const char* kBalanceMark = "余额";
 // What a screen reader says for a member's portrait.

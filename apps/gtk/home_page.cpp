@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/local_pictures.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
@@ -36,6 +37,7 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   auto* city = Gtk::make_managed<Gtk::Button>();
   city->set_icon_name("mark-location-symbolic");
   city->set_name("city");
+  ui::nameIcon(*city, gtk_texts::kChooseCity);
   city->signal_clicked().connect([&context] { context.navigator().push(kCityScreen); });
   addHeaderButton(*city);
 
@@ -130,6 +132,7 @@ Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageL
   name->set_attributes(colour);
   heading->append(*name);
   Gtk::Button* main = categoryButton(group.main.typeId, *heading);
+  ui::labelledBy(*main, *name);
   // Found by its name, as a tap on its title would.
   main->set_name(group.main.name);
   main->set_halign(Gtk::Align::START);
@@ -150,8 +153,11 @@ Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageL
     picture->set_vexpand(false);
     pending.emplace_back(picture, sub.imageUrl);
     entry->append(*picture);
-    entry->append(*ui::label(sub.name, "caption", false));
-    subs->append(*categoryButton(sub.typeId, *entry));
+    auto* name = ui::label(sub.name, "caption", false);
+    entry->append(*name);
+    Gtk::Button* button = categoryButton(sub.typeId, *entry);
+    ui::labelledBy(*button, *name);
+    subs->append(*button);
   }
   subs->set_visible(!group.subs.empty());
   page->append(*subs);

@@ -7,6 +7,7 @@
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
+#include "apps/gtk/ui.h"
 #include "apps/gtk/zoomable_picture.h"
 
 namespace qmv::gtk {
@@ -20,10 +21,15 @@ ImageBrowserPage::ImageBrowserPage(PageContext& context, std::vector<std::string
   adw_header_bar_set_show_start_title_buttons(ADW_HEADER_BAR(header), FALSE);
   auto* close = Gtk::make_managed<Gtk::Button>();
   close->set_icon_name("window-close-symbolic");
-  close->set_tooltip_text(gtk_texts::kClose);
+  ui::nameIcon(*close, gtk_texts::kClose);
   close->set_name("close");
   close->signal_clicked().connect([this] { this->close(); });
   adw_header_bar_pack_start(ADW_HEADER_BAR(header), GTK_WIDGET(close->gobj()));
+  zoom_.set_name("zoom");
+  zoom_.signal_clicked().connect([this] {
+    if (!pictures_.empty()) pictures_[std::min(shownIndex(), pictures_.size() - 1)]->toggleZoom();
+  });
+  adw_header_bar_pack_end(ADW_HEADER_BAR(header), GTK_WIDGET(zoom_.gobj()));
   title_.add_css_class("title");
   title_.set_name("picture-count");
   adw_header_bar_set_title_widget(ADW_HEADER_BAR(header), GTK_WIDGET(title_.gobj()));
@@ -37,7 +43,10 @@ ImageBrowserPage::ImageBrowserPage(PageContext& context, std::vector<std::string
   carousel_->set_name("browser-carousel");
   for (std::size_t i = 0; i < urls.size(); ++i) {
     auto* picture = Gtk::make_managed<ZoomablePicture>(context.pictures(), urls[i], gtk_texts::pictureOf(i + 1, urls.size()));
-    picture->onZoomed = [carousel](bool zoomed) { adw_carousel_set_interactive(ADW_CAROUSEL(carousel), !zoomed); };
+    picture->onZoomed = [this, carousel](bool zoomed) {
+      adw_carousel_set_interactive(ADW_CAROUSEL(carousel), !zoomed);
+      showZoom();
+    };
     adw_carousel_append(ADW_CAROUSEL(carousel), GTK_WIDGET(picture->gobj()));
     pictures_.push_back(picture);
   }
@@ -52,6 +61,7 @@ ImageBrowserPage::ImageBrowserPage(PageContext& context, std::vector<std::string
                                if (i != self->shownIndex()) self->pictures_[i]->setZoom(1.0);
                              }
                              self->showCount();
+                             self->showZoom();
                            }),
                            this);
   // The carousel places its pages only once it has a size: the first picture is turned to
@@ -65,6 +75,7 @@ ImageBrowserPage::ImageBrowserPage(PageContext& context, std::vector<std::string
           self->firstTick_ = 0;
           adw_carousel_scroll_to(ADW_CAROUSEL(widget), GTK_WIDGET(self->pictures_[self->first_]->gobj()), FALSE);
           self->showCount();
+          self->showZoom();
           return G_SOURCE_REMOVE;
         },
         this, nullptr);
@@ -82,6 +93,7 @@ ImageBrowserPage::ImageBrowserPage(PageContext& context, std::vector<std::string
       })));
   add_controller(shortcuts);
   showCount();
+  showZoom();
 }
 
 // The carousel is held until here: when the page goes, its children may be gone first.
@@ -99,6 +111,17 @@ std::size_t ImageBrowserPage::shownIndex() const {
 void ImageBrowserPage::showCount() {
   if (pictures_.empty()) return;
   title_.set_text(gtk_texts::pictureOf(std::min(shownIndex(), pictures_.size() - 1) + 1, pictures_.size()));
+}
+
+void ImageBrowserPage::showZoom() {
+  zoom_.set_visible(!pictures_.empty());
+  if (pictures_.empty()) return;
+  ZoomablePicture* shown = pictures_[std::min(shownIndex(), pictures_.size() - 1)];
+  const bool zoomed = shown->zoom() > 1.0;
+  zoom_.set_icon_name(zoomed ? "zoom-original-symbolic" : "zoom-in-symbolic");
+  ui::nameIcon(zoom_, zoomed ? gtk_texts::kFitPicture : gtk_texts::kZoomPicture);
+  gtk_accessible_update_relation(GTK_ACCESSIBLE(zoom_.gobj()), GTK_ACCESSIBLE_RELATION_CONTROLS, shown->gobj(), nullptr,
+                                 -1);
 }
 
 void ImageBrowserPage::close() { context_.navigator().back(); }

@@ -1,6 +1,6 @@
 #pragma once
-// A record's pictures full screen: swipe between them, pinch or double click to zoom; the
-// close button and Escape close it. Its header bar follows the light or dark style.
+// A record's pictures full screen: swipe between them, pinch, double click or the zoom
+// button to zoom; the close button and Escape close it. Its header bar follows the light or dark style.
 #include <gtkmm.h>
 
 #include <string>
@@ -24,10 +24,13 @@ class ImageBrowserPage : public Gtk::Box {
 
  private:
   void showCount();
+  // The zoom button's look and name for the picture shown, and the picture it zooms.
+  void showZoom();
 
   PageContext& context_;
   Gtk::Widget* carousel_ = nullptr;
   Gtk::Label title_;
+  Gtk::Button zoom_;
   std::vector<ZoomablePicture*> pictures_;  // owned by the carousel
   GObject* carouselRef_ = nullptr;  // our reference, so the destructor may still reach it
   std::size_t first_ = 0;

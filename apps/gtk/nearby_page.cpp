@@ -104,13 +104,15 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
   auto* search = Gtk::make_managed<Gtk::Button>();
   search->set_icon_name("system-search-symbolic");
   search->set_name("search");
+  ui::nameIcon(*search, gtk_texts::kSearch);
   search->set_action_name("page.search");
   addHeaderButton(*search);
-  auto* face = Gtk::make_managed<Gtk::Button>();
-  face->set_icon_name("mark-location-symbolic");
-  face->set_name("map-switch");
-  face->set_action_name("page.switch-face");
-  addHeaderButton(*face);
+  faceSwitch_ = Gtk::make_managed<Gtk::Button>();
+  faceSwitch_->set_icon_name("mark-location-symbolic");
+  faceSwitch_->set_name("map-switch");
+  faceSwitch_->set_action_name("page.switch-face");
+  ui::nameIcon(*faceSwitch_, gtk_texts::kShowMap);
+  addHeaderButton(*faceSwitch_);
 
   buildSearchFace();
   buildListFace();
@@ -152,6 +154,7 @@ void NearbyPage::buildSearchFace() {
   auto* face = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
   keyword_ = Gtk::make_managed<Gtk::SearchEntry>();
   keyword_->set_name("keyword");
+  ui::setAccessibleLabel(*keyword_, gtk_texts::kSearch);
   keyword_->signal_activate().connect([this] { screen_->searchView().searchText(keyword_->get_text()); });
   face->append(*keyword_);
   auto* header = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
@@ -196,6 +199,7 @@ void NearbyPage::buildListFace() {
     filters_[i].arrow = Gtk::make_managed<Gtk::Image>();
     box->append(*filters_[i].arrow);
     b->set_child(*box);
+    ui::labelledBy(*b, *filters_[i].title);
     b->set_name(kFilterNames[i]);
     b->set_action_name("page.filter");
     b->set_action_target_value(Glib::Variant<gint32>::create(static_cast<gint32>(i)));
@@ -231,6 +235,8 @@ void NearbyPage::refresh() {
   } else if (screen_->isLeft()) {
     setTitle(view.keywordActive() ? view.searchFieldText : GlobalData::sharedInstance().getCurrentCityName());
     faces_.set_visible_child("list");
+    faceSwitch_->set_icon_name("mark-location-symbolic");
+    ui::nameIcon(*faceSwitch_, gtk_texts::kShowMap);
     clearKeyword_->set_visible(view.keywordActive());
     keywordShown_->set_text(view.searchFieldText);
     const FilterButton* shown[] = {&view.areaButton, &view.categoryButton, &view.sortButton};
@@ -249,6 +255,8 @@ void NearbyPage::refresh() {
   } else {
     setTitle(screen_->mapView().categoryTitle);
     faces_.set_visible_child("map");
+    faceSwitch_->set_icon_name("view-list-symbolic");
+    ui::nameIcon(*faceSwitch_, gtk_texts::kShowList);
     showPins();
     rows_.assign(storeRows(screen_->mapView().storeList));
     showListState(true, false, "");  // the map's pins are its content

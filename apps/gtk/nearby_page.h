@@ -57,6 +57,7 @@ class NearbyPage : public ScreenPage {
   };
   std::array<FilterFace, 3> filters_{};
   Gtk::Button* more_ = nullptr;
+  Gtk::Button* faceSwitch_ = nullptr;    // between the list and the map
   Gtk::Button* clearKeyword_ = nullptr;  // over the filters while a keyword names the list
   Gtk::Label* keywordShown_ = nullptr;
   bool searching_ = false;

@@ -1,5 +1,6 @@
 #include "apps/gtk/order_pages.h"
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/ui.h"
 #include "features/orders/order_texts.h"
@@ -21,7 +22,13 @@ Gtk::ToggleButton* tabButton(long tab) {
   auto* button = Gtk::make_managed<Gtk::ToggleButton>();
   auto* face = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 4);
   face->append(*ui::icon(kTabIcons[tab]));
-  if (*kTabTexts[tab] != '\0') face->append(*Gtk::make_managed<Gtk::Label>(kTabTexts[tab]));
+  if (*kTabTexts[tab] != '\0') {
+    auto* text = Gtk::make_managed<Gtk::Label>(kTabTexts[tab]);
+    face->append(*text);
+    ui::labelledBy(*button, *text);
+  } else {
+    ui::nameIcon(*button, gtk_texts::kAllOrders);
+  }
   button->set_child(*face);
   button->set_name("order-tab" + std::to_string(tab));
   button->set_hexpand(true);
@@ -254,6 +261,7 @@ GradeStorePage::GradeStorePage(PageContext& context, const std::string& orderId,
     auto* star = Gtk::make_managed<Gtk::Button>();
     star->add_css_class("flat");
     star->set_name("star" + std::to_string(n));
+    ui::nameIcon(*star, gtk_texts::starsOf(n));
     star->signal_clicked().connect([this, n] {
       screen_.selectStar(n);
       refresh();
@@ -271,6 +279,7 @@ GradeStorePage::GradeStorePage(PageContext& context, const std::string& orderId,
   comment->set_left_margin(8);
   comment->set_right_margin(8);
   comment->set_tooltip_text(texts::kRatePlaceholder);
+  ui::setAccessibleLabel(*comment, texts::kRatePlaceholder);
   comment->get_buffer()->signal_changed().connect([this, comment] {
     screen_.contentText = comment->get_buffer()->get_text();
     refresh();

@@ -5,6 +5,7 @@
 #include "apps/gtk/picture_view.h"
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/gtk_texts.h"
+#include "apps/gtk/ui.h"
 #include "core/common/json.h"
 
 namespace qmv::gtk {
@@ -33,7 +34,7 @@ void PictureStrip::setUrls(std::vector<std::string> urls) {
     auto* button = Gtk::make_managed<Gtk::Button>();
     button->set_name("picture" + std::to_string(i));
     button->set_overflow(Gtk::Overflow::HIDDEN);
-    button->set_tooltip_text(gtk_texts::pictureOf(i + 1, urls.size()));
+    ui::nameIcon(*button, gtk_texts::pictureOf(i + 1, urls.size()));
     auto* picture = Gtk::make_managed<PictureView>(context_.pictures(), kStripBox, gtk_texts::pictureOf(i + 1, urls.size()));
     picture->set_size_request(kStripWidth, kStripHeight);
     picture->setUrl(urls[i]);

@@ -8,6 +8,27 @@
 
 namespace qmv::gtk {
 
+namespace {
+
+// The map's own zoom buttons carry only English tooltips: they get names of this client's.
+void nameZoomButtons(GtkWidget* root) {
+  for (GtkWidget* child = gtk_widget_get_first_child(root); child != nullptr; child = gtk_widget_get_next_sibling(child)) {
+    GtkWidget* face = GTK_IS_BUTTON(child) ? gtk_button_get_child(GTK_BUTTON(child)) : nullptr;
+    const char* icon = face != nullptr && GTK_IS_IMAGE(face) ? gtk_image_get_icon_name(GTK_IMAGE(face)) : nullptr;
+    const char* name = icon == nullptr                                 ? nullptr
+                       : g_str_equal(icon, "zoom-in-symbolic")  ? gtk_texts::kZoomIn
+                       : g_str_equal(icon, "zoom-out-symbolic") ? gtk_texts::kZoomOut
+                                                                : nullptr;
+    if (name != nullptr) {
+      gtk_accessible_update_property(GTK_ACCESSIBLE(child), GTK_ACCESSIBLE_PROPERTY_LABEL, name, -1);
+      gtk_widget_set_tooltip_text(child, name);
+    }
+    nameZoomButtons(child);
+  }
+}
+
+}  // namespace
+
 PinMap::PinMap() : map_(shumate_simple_map_new()) {
   g_object_ref_sink(map_);
   ShumateMapSourceRegistry* registry = shumate_map_source_registry_new_with_defaults();
@@ -33,6 +54,7 @@ PinMap::PinMap() : map_(shumate_simple_map_new()) {
         return G_SOURCE_CONTINUE;
       },
       this, nullptr);
+  nameZoomButtons(GTK_WIDGET(map_));
   widget_ = Glib::wrap(GTK_WIDGET(map_));
 }
 
@@ -127,6 +149,8 @@ void PinMap::setPins(std::vector<Pin> pins, std::optional<Coordinate> centreGcj)
     gtk_widget_add_css_class(button, "pin");
     gtk_widget_set_tooltip_text(button, pin.subtitle.c_str());
     gtk_widget_set_name(button, "pin");
+    // The title shown on the pin is its name; the tooltip only adds to it.
+    gtk_accessible_update_property(GTK_ACCESSIBLE(button), GTK_ACCESSIBLE_PROPERTY_LABEL, pin.title.c_str(), -1);
     if (pin.tapped) {
       auto* tapped = new std::function<void()>(pin.tapped);
       g_signal_connect_data(button, "clicked", G_CALLBACK(+[](GtkButton*, gpointer data) {

@@ -1,3 +1,4 @@
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/account_pages.h"
 #include "apps/gtk/ui.h"
 #include "core/session/account_texts.h"
@@ -30,17 +31,21 @@ RegisterPage::RegisterPage(PageContext& context) : ScreenPage(context, QXRegiste
   codeRow->append(*codeButton_);
   auto* name = iconEntry("avatar-default-symbolic", "", screen_.userNameText);
   name->set_name("user-name");
+  ui::setAccessibleLabel(*name, gtk_texts::kUserName);
   auto* password = iconEntry("dialog-password-symbolic", texts::kPasswordPlaceholder, screen_.passwordText, true);
   password->set_name("password");
   auto* confirm = iconEntry("dialog-password-symbolic", "", screen_.confirmText, true);
   confirm->set_name("confirm");
+  ui::setAccessibleLabel(*confirm, gtk_texts::kConfirmPassword);
   auto* inviteRow = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
   invite_ = iconEntry("contact-new-symbolic", "", screen_.inviteText);
   invite_->set_name("invite");
+  ui::setAccessibleLabel(*invite_, gtk_texts::kInviteCode);
   invite_->set_hexpand(true);
   auto* scan = Gtk::make_managed<Gtk::Button>();
   scan->set_icon_name("camera-photo-symbolic");
   scan->set_name("scan");
+  ui::nameIcon(*scan, gtk_texts::kScanInvite);
   scan->signal_clicked().connect([this] { screen_.QRCodeAction(); });
   inviteRow->append(*invite_);
   inviteRow->append(*scan);

@@ -65,6 +65,9 @@ GtkWidget* newActionRow(ImageLoader* pictures) {
 
 Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item, ImageLoader* pictures) {
   GtkWidget* row = newActionRow(pictures);
+  // The list's item takes the focus and Enter: a list box's row outside a list box
+  // cannot hold the focus.
+  gtk_widget_set_can_focus(row, FALSE);
   // The item outlives its child, and its position follows splices.
   g_signal_connect(row, "activated", G_CALLBACK(+[](AdwActionRow* self, gpointer data) {
                      const guint position = gtk_list_item_get_position(GTK_LIST_ITEM(data));
@@ -90,6 +93,32 @@ void fillListActionRow(Gtk::Widget& row, const RowTexts& texts) {
     thumbnail->set_visible(!texts.picture.empty());  // choice rows among store rows have none
     ui::setAccessibleLabel(*thumbnail, texts.title);
   }
+}
+
+void nameListItem(Gtk::Widget& child) {
+  GtkWidget* item = gtk_widget_get_parent(child.gobj());
+  if (item == nullptr) return;
+  std::string name;
+  const auto add = [&name](const char* text) {
+    if (text == nullptr || *text == '\0') return;
+    if (!name.empty()) name += ' ';
+    name += text;
+  };
+  GtkWidget* raw = child.gobj();
+  if (ADW_IS_ACTION_ROW(raw)) {
+    add(adw_preferences_row_get_title(ADW_PREFERENCES_ROW(raw)));
+    add(adw_action_row_get_subtitle(ADW_ACTION_ROW(raw)));
+  } else {
+    const std::function<void(GtkWidget*)> labels = [&](GtkWidget* widget) {
+      for (GtkWidget* c = gtk_widget_get_first_child(widget); c != nullptr; c = gtk_widget_get_next_sibling(c)) {
+        if (!gtk_widget_get_visible(c)) continue;
+        if (GTK_IS_LABEL(c)) add(gtk_label_get_text(GTK_LABEL(c)));
+        labels(c);
+      }
+    };
+    labels(raw);
+  }
+  gtk_accessible_update_property(GTK_ACCESSIBLE(item), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(), -1);
 }
 
 }  // namespace detail

@@ -116,6 +116,9 @@ namespace detail {
 GtkWidget* newActionRow(ImageLoader* pictures = nullptr);
 Gtk::Widget* newListActionRow(const Glib::RefPtr<Gtk::ListItem>& item, ImageLoader* pictures);
 void fillListActionRow(Gtk::Widget& row, const RowTexts& texts);
+// Names the list's item holding `child` (the widget that takes the focus for the row) by
+// what the row shows: an action row's title and subtitle, else its labels in order.
+void nameListItem(Gtk::Widget& child);
 }  // namespace detail
 
 // A factory whose `setup` builds a row's widget once and whose `bind` fills it from a row
@@ -129,7 +132,10 @@ Glib::RefPtr<Gtk::SignalListItemFactory> rowFactory(std::function<Gtk::Widget*(c
   });
   factory->signal_bind().connect([bind = std::move(bind)](const Glib::RefPtr<Gtk::ListItem>& item) {
     auto row = std::dynamic_pointer_cast<RowObject<T>>(item->get_item());
-    if (row && item->get_child() != nullptr) bind(*item->get_child(), row->row());
+    if (row && item->get_child() != nullptr) {
+      bind(*item->get_child(), row->row());
+      detail::nameListItem(*item->get_child());
+    }
   });
   return factory;
 }

@@ -6,6 +6,7 @@
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/page_navigator.h"
 #include "apps/gtk/pull_refresh.h"
+#include "apps/gtk/ui.h"
 #include "core/session/base_view_controller.h"
 
 namespace qmv::gtk {
@@ -18,7 +19,7 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
   if (withBack) {
     auto* back = Gtk::make_managed<Gtk::Button>();
     back->set_icon_name("go-previous-symbolic");
-    back->set_tooltip_text(gtk_texts::kBack);
+    ui::nameIcon(*back, gtk_texts::kBack);
     back->set_name("back");
     back->signal_clicked().connect([this] {
       if (backAction_) {

@@ -1,5 +1,6 @@
 #include "apps/gtk/store_map_page.h"
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/ui.h"
 #include "core/session/global_data.h"
 
@@ -12,6 +13,7 @@ StoreMapPage::StoreMapPage(PageContext& context, StoreInfoModel store)
   // An icon every Adwaita theme has (some lack a route icon and would draw a broken one).
   route->set_icon_name("find-location-symbolic");
   route->set_name("navigate");
+  ui::nameIcon(*route, gtk_texts::kNavigate);
   route->set_action_name("page.navigate");
   addHeaderButton(*route);
   body().append(map_.widget());

@@ -1,5 +1,6 @@
 #include "apps/gtk/store_page.h"
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
 #include "features/discovery/discovery_texts.h"
@@ -35,6 +36,7 @@ StorePage::StorePage(PageContext& context, const std::string& storeId, const std
   auto* actions = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
   favorite_.set_icon_name("starred-symbolic");
   favorite_.set_name("bookmark");
+  ui::nameIcon(favorite_, gtk_texts::kBookmark);
   favorite_.set_action_name("page.bookmark");
   actions->append(favorite_);
   content_.append(*actions);

@@ -2,9 +2,11 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/member_pages.h"
 #include "apps/gtk/nearby_page.h"
+#include "apps/gtk/ui.h"
 #include "apps/gtk/web_page_view.h"
 #include "shell/qx_h5_view_controller.h"
 #include "shell/tab_bar_view_controller.h"
@@ -24,6 +26,7 @@ class CommunityPage : public ScreenPage {
     auto* reload = Gtk::make_managed<Gtk::Button>();
     reload->set_icon_name("view-refresh-symbolic");
     reload->set_name("reload");
+    ui::nameIcon(*reload, gtk_texts::kRefresh);
     reload->signal_clicked().connect([this] {
       if (QXH5ViewController* community = tabBar_.communityViewController()) community->refreshAction();
     });

@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include "apps/gtk/gtk_texts.h"
 #include "core/common/decoded_image.h"
 #include "platform/qr_generator.h"
 
@@ -29,6 +30,7 @@ Gtk::Button* loadMoreButton() {
   more->set_name("load-more");
   more->add_css_class("flat");
   more->set_action_name("page.load-more");
+  nameIcon(*more, gtk_texts::kLoadMore);
   return more;
 }
 
@@ -36,6 +38,8 @@ Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::
                   bool password) {
   auto* e = Gtk::make_managed<Gtk::Entry>();
   e->set_placeholder_text(placeholder);
+  // GTK does not name a field by its placeholder.
+  if (!placeholder.empty()) setAccessibleLabel(*e, placeholder);
   e->set_text(text);
   if (password) {
     e->set_visibility(false);
@@ -138,6 +142,10 @@ void addCheckRow(Gtk::ListBox& list, const std::string& title, bool checked, std
   // The row takes the tap; the check only shows the state.
   gtk_widget_set_can_target(check, FALSE);
   gtk_widget_set_focusable(check, FALSE);
+  // Kept out of the focus chain as a whole: a check button claims Tab even when it
+  // cannot take the focus, which held the focus on its row.
+  gtk_widget_set_can_focus(check, FALSE);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(check), GTK_ACCESSIBLE_PROPERTY_LABEL, title.c_str(), -1);
   adw_action_row_add_prefix(ADW_ACTION_ROW(row), check);
   gtk_list_box_append(list.gobj(), row);
 }
@@ -207,6 +215,16 @@ void setPicture(Gtk::Picture& picture, std::shared_ptr<const DecodedImage> image
 
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {
   gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(), -1);
+}
+
+void labelledBy(Gtk::Widget& widget, Gtk::Widget& label) {
+  gtk_accessible_update_relation(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_RELATION_LABELLED_BY, label.gobj(),
+                                 nullptr, -1);
+}
+
+void nameIcon(Gtk::Widget& control, const std::string& name) {
+  setAccessibleLabel(control, name);
+  control.set_tooltip_text(name);
 }
 
 Gtk::Image* icon(const std::string& name) {

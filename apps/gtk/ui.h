@@ -52,6 +52,10 @@ void setPicture(Gtk::Picture& picture, const DecodedImage* image);
 void setPicture(Gtk::Picture& picture, std::shared_ptr<const DecodedImage> image);
 // What a screen reader says for `widget` (a field without a visible label, a bar).
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
+// Names `widget` by what `label` shows, so that the name follows the text.
+void labelledBy(Gtk::Widget& widget, Gtk::Widget& label);
+// Names an icon-only control for a screen reader, and shows the name as its tooltip.
+void nameIcon(Gtk::Widget& control, const std::string& name);
 // An icon of the theme by its name.
 Gtk::Image* icon(const std::string& name);
 

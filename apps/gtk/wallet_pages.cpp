@@ -101,8 +101,10 @@ WithdrawPage::WithdrawPage(PageContext& context) : ScreenPage(context, QXWithDra
   form->append(*ui::label(QXWithDrawViewController::kChooseCardTitle, "heading"));
   form->append(*card_);
   auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-  row->append(*ui::label(QXWithDrawViewController::kAmountLabel, "", false));
+  auto* amountLabel = ui::label(QXWithDrawViewController::kAmountLabel, "", false);
+  row->append(*amountLabel);
   auto* amount = ui::entry("", screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
+  ui::labelledBy(*amount, *amountLabel);
   amount->set_name("amount");
   amount->set_hexpand(true);
   amount->set_input_purpose(Gtk::InputPurpose::NUMBER);

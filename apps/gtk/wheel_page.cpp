@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/ui.h"
 #include "features/wheel/wheel_texts.h"
 
@@ -88,8 +89,11 @@ void WheelFace::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   if (radius <= 0) return;
   constexpr double kTurn = 2 * std::numbers::pi;
   constexpr double kTop = -std::numbers::pi / 2;
+  // The hub and the pointer in the text's colour, which the light and dark styles
+  // each set against their background.
+  const Gdk::RGBA ink = get_style_context()->get_color();
   if (sectors_ == 0) {
-    cr->set_source_rgb(0.85, 0.85, 0.85);
+    cr->set_source_rgba(ink.get_red(), ink.get_green(), ink.get_blue(), 0.15);
     cr->arc(cx, cy, radius, 0, kTurn);
     cr->fill();
   }
@@ -110,7 +114,7 @@ void WheelFace::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
     cr->stroke();
   }
   // The hub and the pointer.
-  cr->set_source_rgb(0.2, 0.2, 0.2);
+  cr->set_source_rgb(ink.get_red(), ink.get_green(), ink.get_blue());
   cr->arc(cx, cy, radius * 0.12, 0, kTurn);
   cr->fill();
   cr->move_to(cx - 10, cy - radius - 10);
@@ -133,6 +137,7 @@ WheelPage::WheelPage(PageContext& context) : ScreenPage(context, wheel_texts::kT
   spin_ = Gtk::make_managed<Gtk::Button>();
   spin_->set_icon_name("media-playlist-repeat-symbolic");
   spin_->set_name("spin");
+  ui::nameIcon(*spin_, gtk_texts::kSpin);
   spin_->add_css_class("suggested-action");
   spin_->add_css_class("circular");
   spin_->set_halign(Gtk::Align::CENTER);
