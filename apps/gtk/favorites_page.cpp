@@ -10,7 +10,7 @@ namespace {
 using Tab = MyFavoriteViewController::Tab;
 
 RowTexts offerTexts(const ActivityModel& offer) {
-  return {offer.name, offer.storeName + "\n" + offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(),
+  return {offer.name, offer.storeName + "\n" + offer.originalPriceText() + "  " + offer.soldText(), offer.labelledPriceText(),
           !offer.commodityID.empty(), firstPicture(offer)};
 }
 
