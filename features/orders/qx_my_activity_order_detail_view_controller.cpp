@@ -35,6 +35,7 @@ void QXMyActivityOrderDetailViewController::refreshView() {
   codeText = texts::kCodePrefix + groupedCode(order.promotionCode);
   numberText = texts::kNumberPrefix + order.number;
   totalText = texts::kTotalPrefix + order.totalPrices;
+  contentText = order.content;
   savingText.clear();
   // Only plain amounts and counts within what one checkout may take: the product stays
   // far inside 64 bits.

@@ -331,9 +331,9 @@ void QXPayNowViewController::paymentSucceeded() {
 void QXPayNowViewController::paymentFailed() {
   if (paid_) return;
   failures_.reset();
+  openResult(false);
   // The order was not paid: no receipt for it stays on the screen.
   order_.reset();
-  openResult(false);
   if (onChange) onChange();
 }
 
