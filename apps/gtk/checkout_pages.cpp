@@ -217,9 +217,12 @@ PayResultPage::PayResultPage(PageContext& context, const Json& payload)
   body().append(*mark);
   auto* result = ui::label(screen_.resultText(), "title-1", false);
   result->set_name("result");
+  result->set_halign(Gtk::Align::CENTER);
   result->add_css_class(screen_.paid() ? "success" : "error");
   body().append(*result);
   name_ = ui::label("", "title-3");
+  name_->set_halign(Gtk::Align::CENTER);
+  name_->set_justify(Gtk::Justification::CENTER);
   body().append(*name_);
   facts_ = ui::boxedList();
   facts_->set_name("facts");
@@ -229,6 +232,7 @@ PayResultPage::PayResultPage(PageContext& context, const Json& payload)
   code_ = ui::label("", "title-3", false);
   code_->set_name("code");
   code_->set_selectable(true);
+  code_->set_halign(Gtk::Align::CENTER);
   body().append(*code_);
   note_ = ui::label("", "dim-label");
   note_->set_name("note");

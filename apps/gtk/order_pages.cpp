@@ -86,7 +86,11 @@ void bindOrderRow(Gtk::Widget& line, const QXMyOrderTableViewCell& cell) {
   const bool refund = enabled && !rate;
   auto* content = ADW_BUTTON_CONTENT(gtk_button_get_child(row.button->gobj()));
   adw_button_content_set_label(content, cell.look.buttonTitle.c_str());
-  adw_button_content_set_icon_name(content, rate ? "starred-symbolic" : refund ? "edit-undo-symbolic" : "");
+  // A refunded order keeps the undo mark, greyed; a finished one a tick.
+  const bool undo = refund || cell.orderInfo.status == "3";
+  adw_button_content_set_icon_name(content, rate   ? "starred-symbolic"
+                                            : undo ? "edit-undo-symbolic"
+                                                   : "object-select-symbolic");
   if (enabled) {
     // The target first: the button must never name the action without its parameter.
     row.button->set_action_target_value(Glib::Variant<Glib::ustring>::create(cell.orderInfo.orderId));
