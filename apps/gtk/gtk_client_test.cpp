@@ -354,7 +354,8 @@ bool struckThrough(Gtk::Widget& root, const std::string& name) {
   bool struck = false;
   for (GSList* a = list; a != nullptr; a = a->next) {
     const auto* attr = static_cast<PangoAttribute*>(a->data);
-    struck = struck || (attr->klass->type == PANGO_ATTR_STRIKETHROUGH && reinterpret_cast<const PangoAttrInt*>(attr)->value);
+    struck =
+        struck || (attr->klass->type == PANGO_ATTR_STRIKETHROUGH && reinterpret_cast<const PangoAttrInt*>(attr)->value);
   }
   g_slist_free_full(list, reinterpret_cast<GDestroyNotify>(pango_attribute_destroy));
   return struck;

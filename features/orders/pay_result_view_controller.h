@@ -42,13 +42,13 @@ class PayResultViewController : public BaseViewController {
   bool isLoading() const;
 
   bool paid() const { return paid_; }
-  std::string title() const;            // "支付结果"
-  std::string resultText() const;       // "支付成功" or "支付失败"
+  std::string title() const;       // "支付结果"
+  std::string resultText() const;  // "支付成功" or "支付失败"
   const std::string& nameText() const { return name_; }
-  std::string orderIdText() const;      // "订单号:%@"; empty without an order
-  std::string amountText() const;       // "实付 ¥%@" when paid, "未支付 ¥%@" when not
-  std::string codeText() const;         // "验证码:" and the grouped code; empty unless paid with one
-  std::string noteText() const;         // the merchant note when paid; the way to pay again when not
+  std::string orderIdText() const;  // "订单号:%@"; empty without an order
+  std::string amountText() const;   // "实付 ¥%@" when paid, "未支付 ¥%@" when not
+  std::string codeText() const;     // "验证码:" and the grouped code; empty unless paid with one
+  std::string noteText() const;     // the merchant note when paid; the way to pay again when not
   // 查看订单: the order's detail screen (store or activity, as the list opens it).
   // False, opening nothing, without an order id.
   bool viewOrder();

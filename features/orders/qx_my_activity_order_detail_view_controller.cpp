@@ -1,7 +1,7 @@
 #include "features/orders/qx_my_activity_order_detail_view_controller.h"
 
-#include "features/discovery/discovery_texts.h"
 #include "core/common/fen.h"
+#include "features/discovery/discovery_texts.h"
 #include "features/orders/amount_text.h"
 #include "features/orders/order_texts.h"
 #include "platform/env.h"
@@ -45,7 +45,8 @@ void QXMyActivityOrderDetailViewController::refreshView() {
   if (unit && total && units && order.number.find('.') == std::string::npos && *unit <= kMaxPayFen &&
       *units / 100 <= kMaxPayFen) {
     const std::int64_t listed = *unit * (*units / 100);
-    if (*total < listed) savingText = formatAmount(texts::kFirstOrderSavingFormat, Fen(listed - *total).yuanForFormat());
+    if (*total < listed)
+      savingText = formatAmount(texts::kFirstOrderSavingFormat, Fen(listed - *total).yuanForFormat());
   }
   const Env& env = Env::current();
   contentHeight = 0;
