@@ -38,10 +38,14 @@ TEST_F(CheckoutCommandsTest, EveryChannelPaysAndCancelOrFailPaysNothing) {
   ASSERT_EQ(run({"login", phone, "qmv123"}).status, 0);
   auto first = run({"buy", kFirstPriceOffer, "--quantity", "3"});
   ASSERT_EQ(first.status, 0) << first.out;
-  EXPECT_TRUE(first.has("15.00元 x 3 = 37.50\n")) << "the first unit at its first-purchase price";
+  EXPECT_TRUE(first.has("现价 15.00元\n首单价 7.50元\n首单价 7.50元 x 1 + 现价 15.00元 x 2 = 37.50\n"))
+      << "the first unit at its first-purchase price";
   EXPECT_TRUE(first.has("alipay [x]  wechat [ ]  unionpay [ ]\n确认支付¥37.50\n")) << first.out;
   EXPECT_FALSE(first.has("我的余额")) << "no balance, no balance row";
   EXPECT_TRUE(first.has("支付成功\noutcome: paid\n")) << first.out;
+  EXPECT_TRUE(first.has("支付结果\n支付成功\n")) << first.out;
+  EXPECT_TRUE(first.has("实付 ¥37.50\n订单号:SB")) << "the total confirmed, as paid";
+  EXPECT_TRUE(first.has("\n验证码:")) << "the code, once the payment has settled";
 
   struct Attempt {
     const char* channel;
@@ -54,11 +58,16 @@ TEST_F(CheckoutCommandsTest, EveryChannelPaysAndCancelOrFailPaysNothing) {
     EXPECT_EQ(refused.status, 1) << a.channel << " " << a.outcome << "\n" << refused.out;
     EXPECT_TRUE(refused.has(std::string(a.shown) + "\noutcome: not paid\n")) << refused.out;
     EXPECT_FALSE(refused.has("支付成功"));
+    // The result says so, shows the amount as still due, and neither a code nor the note
+    // a paid order carries.
+    EXPECT_TRUE(refused.has("支付结果\n支付失败\n")) << refused.out;
+    EXPECT_TRUE(refused.has("未支付 ¥15.00\n")) << refused.out;
+    EXPECT_FALSE(refused.has("验证码:") || refused.has("请尽快和商家确认")) << refused.out;
   }
   for (const char* channel : {"wechat", "unionpay"}) {
     auto paid = run({"buy", kFirstPriceOffer, "--channel", channel});
     EXPECT_EQ(paid.status, 0) << channel << "\n" << paid.out;
-    EXPECT_TRUE(paid.has("15.00元 x 1 = 15.00\n")) << "the first-purchase price is spent";
+    EXPECT_TRUE(paid.has("现价 15.00元 x 1 = 15.00\n")) << "the first-purchase price is spent";
   }
 
   // Exactly the three payments that succeeded are orders to be used, each with its code.

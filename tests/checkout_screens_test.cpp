@@ -104,8 +104,9 @@ TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
     EXPECT_TRUE(alipay->orders.back().ends_with("|qqqmmmvvv"));
     const auto layers = navigator->layers();
     ASSERT_EQ(layers.size(), 1u);
-    ASSERT_EQ(layers[0].size(), 3u) << "one screen back, to the submit screen, and no further";
-    EXPECT_EQ(layers[0].back().name, checkout_texts::kSubmitScreen);
+    ASSERT_EQ(layers[0].size(), 4u) << "one screen back, to the submit screen, and no further";
+    EXPECT_EQ(layers[0][2].name, checkout_texts::kSubmitScreen);
+    EXPECT_EQ(layers[0].back().name, checkout_texts::kPayResultScreen) << "one result over it";
     const auto all = shown();
     const std::vector<std::string> said(all.begin() + static_cast<long>(shownBefore), all.end());
     EXPECT_EQ(said, std::vector<std::string>{"支付成功"});

@@ -30,14 +30,14 @@ TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
   const auto png = home_.home() / "code.png";
   const auto offer = run({"order", "SB20161000002", "--qr", png.string()});
   ASSERT_EQ(offer.status, 0) << offer.out;
-  EXPECT_TRUE(offer.has("￥118.00 x 2件\n")) << offer.out;
+  EXPECT_TRUE(offer.has("单价 ￥118.00 x 2件\n")) << offer.out;
   EXPECT_TRUE(offer.has("验证码:5271 \n"));
   EXPECT_EQ(decodeQrFromPng(png), "5271");
   const auto drawn = run({"order", "SB20161000003"});
   EXPECT_TRUE(drawn.has("验证码:4029 18\n")) << drawn.out;
   EXPECT_TRUE(drawn.has("▀")) << "the code drawn in half blocks";
   const auto store = run({"order", "SB20161000012"});
-  EXPECT_TRUE(store.has("订单详情\n河东铜锅涮肉买单\n￥78.00\n订单号:SB20161000012\n")) << store.out;
+  EXPECT_TRUE(store.has("订单详情\n河东铜锅涮肉买单\n实付 ￥78.00\n状态:待评价\n订单号:SB20161000012\n")) << store.out;
   EXPECT_TRUE(store.has("comment button: shown"));
   EXPECT_EQ(run({"order", "SB404"}).status, 1);
 
@@ -53,14 +53,14 @@ TEST_F(OrderCommandsTest, ListDetailAndRefundAsTheMemberSeesThem) {
   EXPECT_TRUE(run({"orders", "--tab", "1"}).has("SB20161000014"));
   const auto refunded = run({"refund", "SB20161000014", "--answer", "确定"});
   ASSERT_EQ(refunded.status, 0) << refunded.out;
-  EXPECT_TRUE(refunded.has("订单号:SB20161000014 | 90分钟足疗 | 总价:¥128.00 | 数量:1 | 已完成 | [已退款] disabled"))
+  EXPECT_TRUE(refunded.has("订单号:SB20161000014 | 90分钟足疗 | 总价:¥128.00 | 数量:1 | 已退款 | [已退款] disabled"))
       << refunded.out;
   EXPECT_FALSE(run({"orders", "--tab", "1"}).has("SB20161000014"));
   EXPECT_EQ(run({"refund", "SB20161000014", "--answer", "确定"}).status, 1) << "refunded already";
   // The shell takes the answer from its next line, while the list that asked still lives,
   // though an older alert (home's failed location) waits too.
   const auto shell = testsupport::runQmv(home_.home(), {"shell"}, "home\nrefund SB20161000010\nanswer 2\nexit\n");
-  EXPECT_TRUE(shell.has("订单号:SB20161000010 | 杂粮煎饼 | 总价:¥8.00 | 数量:1 | 已完成 | [已退款] disabled"))
+  EXPECT_TRUE(shell.has("订单号:SB20161000010 | 杂粮煎饼 | 总价:¥8.00 | 数量:1 | 已退款 | [已退款] disabled"))
       << shell.out << shell.err;
 
   // Rating: out-of-range stars are a usage error; a rated order leaves the to-rate tab.

@@ -110,11 +110,11 @@ TEST_F(OrderScreensTest, RowsFollowTheStatusTableAndARefundMovesTheOrderToDone) 
     looks[cell.orderInfo.status].insert(cell.look.statusText + "/" + cell.look.buttonTitle + "/" +
                                         (cell.look.buttonEnabled ? "on" : "off"));
     EXPECT_EQ(cell.numberHidden, cell.orderInfo.orderType == "1") << "store payments carry quantity 0";
-    EXPECT_EQ(cell.priceText, "总价:¥" + cell.orderInfo.price);
+    EXPECT_EQ(cell.priceText, "总价:¥" + cell.orderInfo.totalPrices) << "the total, as the detail shows it";
   }
   EXPECT_EQ(looks["1"], (std::set<std::string>{"待使用/退款/on"}));
   EXPECT_EQ(looks["2"], (std::set<std::string>{"待评价/评价/on"}));
-  EXPECT_EQ(looks["3"], (std::set<std::string>{"已完成/已退款/off"}));
+  EXPECT_EQ(looks["3"], (std::set<std::string>{"已退款/已退款/off"}));
   EXPECT_EQ(looks["4"], (std::set<std::string>{"已完成/已完成/off"}));
 
   // A row to rate opens the rating screen; rows open the detail screen of their type.
@@ -161,7 +161,7 @@ TEST_F(OrderScreensTest, RowsFollowTheStatusTableAndARefundMovesTheOrderToDone) 
                                   [&](const OrderInfoModel& o) { return o.orderId == refunded; });
   ASSERT_NE(moved, toUse.orderList.end());
   const auto done = toUse.cellForRow(moved - toUse.orderList.begin());
-  EXPECT_EQ(done.look.statusText, "已完成");
+  EXPECT_EQ(done.look.statusText, "已退款");
   EXPECT_EQ(done.look.buttonTitle, "已退款");
   EXPECT_EQ(done.buttonColor, QXMyOrderTableViewCell::kInactiveColor);
 }

@@ -21,11 +21,26 @@ ActivityPage::ActivityPage(PageContext& context, const std::string& activityId, 
   content_.append(*name_);
   content_.append(*storeName_);
   auto* prices = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
+  // Which price it is goes before it; the list price it replaces is struck through.
+  priceLabel_ = ui::label("", "caption-heading", false);
+  priceLabel_->set_name("price-label");
+  priceLabel_->set_valign(Gtk::Align::BASELINE);
   price_ = ui::label("", "price", false);
+  price_->set_name("price");
+  price_->set_valign(Gtk::Align::BASELINE);
   originalPrice_ = ui::label("", "dim-label", false);
+  originalPrice_->set_name("original-price");
+  originalPrice_->set_valign(Gtk::Align::BASELINE);
+  {
+    Pango::AttrList struck;
+    auto line = Pango::Attribute::create_attr_strikethrough(true);
+    struck.insert(line);
+    originalPrice_->set_attributes(struck);
+  }
   sold_ = ui::label("", "dim-label", false);
   sold_->set_hexpand(true);
   sold_->set_xalign(1);
+  prices->append(*priceLabel_);
   prices->append(*price_);
   prices->append(*originalPrice_);
   prices->append(*sold_);
@@ -64,6 +79,7 @@ void ActivityPage::refresh() {
   name_->set_text(offer->name);
   strip_.setUrls(offerPictures(*offer));
   storeName_->set_text(offer->storeName);
+  priceLabel_->set_text(screen_.priceLabel());
   price_->set_text(screen_.priceText());
   originalPrice_->set_text(screen_.originalPriceText());
   sold_->set_text(screen_.soldText());

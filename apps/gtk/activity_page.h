@@ -27,6 +27,7 @@ class ActivityPage : public ScreenPage {
   PictureStrip strip_{context_};
   Gtk::Label* name_ = nullptr;
   Gtk::Label* storeName_ = nullptr;
+  Gtk::Label* priceLabel_ = nullptr;
   Gtk::Label* price_ = nullptr;
   Gtk::Label* originalPrice_ = nullptr;
   Gtk::Label* sold_ = nullptr;

@@ -4,6 +4,7 @@
 
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/ui.h"
+#include "features/discovery/discovery_texts.h"
 #include "features/orders/checkout_texts.h"
 #include "features/orders/pay_cash_view.h"
 
@@ -16,8 +17,14 @@ SubmitOrderPage::SubmitOrderPage(PageContext& context, const Json& payload)
   follow(screen_);
   const ActivityModel& offer = screen_.activityInfo();
   body().append(*ui::label(offer.name, "title-2"));
+  // Each price with its label: the current price, and the first-purchase price when the
+  // first unit is sold at it; the line under the stepper shows how they make the total.
   auto* list = ui::boxedList();
-  ui::addRow(*list, screen_.unitPriceText(), "");
+  list->set_name("prices");
+  ui::addRow(*list, discovery_texts::kNowPriceLabel, "", screen_.unitPriceText());
+  if (!screen_.firstPriceText().empty()) {
+    ui::addRow(*list, discovery_texts::kFirstPriceLabel, "", screen_.firstPriceText());
+  }
   body().append(*list);
 
   auto* stepper = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
@@ -47,6 +54,10 @@ SubmitOrderPage::SubmitOrderPage(PageContext& context, const Json& payload)
   stepper->append(*plus);
   body().append(*stepper);
 
+  breakdown_ = ui::label("", "dim-label");
+  breakdown_->set_name("breakdown");
+  breakdown_->set_halign(Gtk::Align::END);
+  body().append(*breakdown_);
   total_ = ui::label("", "price", false);
   total_->set_name("total");
   total_->set_halign(Gtk::Align::END);
@@ -60,6 +71,7 @@ SubmitOrderPage::SubmitOrderPage(PageContext& context, const Json& payload)
 
 void SubmitOrderPage::refresh() {
   quantity_->set_text(screen_.quantityText());
+  breakdown_->set_text(screen_.totalBreakdownText());
   total_->set_text(screen_.totalPayable() ? texts::kTotalPrefix + screen_.totalText() : screen_.totalText());
   minus_->set_sensitive(screen_.quantityText() != "1");
 }
@@ -195,6 +207,63 @@ void PayNowPage::refresh() {
   }
   receipt_.widget().set_visible(receipt.has_value());
   note_->set_visible(receipt.has_value());
+}
+
+PayResultPage::PayResultPage(PageContext& context, const Json& payload)
+    : ScreenPage(context, texts::kPayResultTitle, true), screen_(payload) {
+  follow(screen_);
+  screen_.onLoaded = [this](bool) { refreshSoon(); };
+  addAction("view-order", [this] { screen_.viewOrder(); });
+
+  auto* mark = ui::icon(screen_.paid() ? "object-select-symbolic" : "dialog-error-symbolic");
+  mark->set_pixel_size(64);
+  mark->add_css_class(screen_.paid() ? "success" : "error");
+  ui::setAccessibleLabel(*mark, screen_.resultText());
+  body().append(*mark);
+  auto* result = ui::label(screen_.resultText(), "title-1", false);
+  result->set_name("result");
+  result->set_halign(Gtk::Align::CENTER);
+  result->add_css_class(screen_.paid() ? "success" : "error");
+  body().append(*result);
+  name_ = ui::label("", "title-3");
+  name_->set_halign(Gtk::Align::CENTER);
+  name_->set_justify(Gtk::Justification::CENTER);
+  body().append(*name_);
+  facts_ = ui::boxedList();
+  facts_->set_name("facts");
+  amount_ = ui::addRow(*facts_, "", "");
+  orderId_ = ui::addRow(*facts_, "", "");
+  body().append(*facts_);
+  code_ = ui::label("", "title-3", false);
+  code_->set_name("code");
+  code_->set_selectable(true);
+  code_->set_halign(Gtk::Align::CENTER);
+  body().append(*code_);
+  note_ = ui::label("", "dim-label");
+  note_->set_name("note");
+  body().append(*note_);
+  auto* view = Gtk::make_managed<Gtk::Button>(texts::kViewOrder);
+  view->set_name("view-order");
+  view->add_css_class("pill");
+  view->add_css_class(screen_.paid() ? "suggested-action" : "flat");
+  view->set_action_name("page.view-order");
+  body().append(*view);
+  screen_.viewDidLoad();
+  refresh();
+}
+
+void PayResultPage::refresh() {
+  name_->set_text(screen_.nameText());
+  name_->set_visible(!screen_.nameText().empty());
+  ui::setRowTexts(*amount_, screen_.amountText(), "");
+  amount_->set_visible(!screen_.amountText().empty());
+  ui::setRowTexts(*orderId_, screen_.orderIdText(), "");
+  orderId_->set_visible(!screen_.orderIdText().empty());
+  facts_->set_visible(amount_->get_visible() || orderId_->get_visible());
+  code_->set_text(screen_.codeText());
+  code_->set_visible(!screen_.codeText().empty());
+  note_->set_text(screen_.noteText());
+  setActionEnabled("view-order", !screen_.orderIdText().empty());
 }
 
 }  // namespace qmv::gtk

@@ -1,12 +1,13 @@
 #pragma once
-// Checkout: the submit screen (quantity and total) and the pay-now screen (the balance,
-// one channel, confirm). The screens hand the payment to the payment applications and
-// leave by themselves when it succeeds.
+// Checkout: the submit screen (labelled prices, quantity and total), the pay-now screen
+// (the balance, one channel, confirm) and the payment result. The screens hand the
+// payment to the payment applications and open the result by themselves when it ends.
 #include <array>
 
 #include "apps/gtk/boxed_rows.h"
 #include "apps/gtk/screen_page.h"
 #include "features/orders/checkout_texts.h"
+#include "features/orders/pay_result_view_controller.h"
 #include "features/orders/qx_pay_now_view_controller.h"
 #include "features/orders/qx_submit_oder_view_controller.h"
 
@@ -20,6 +21,7 @@ class SubmitOrderPage : public ScreenPage {
  private:
   QXSubmitOderViewController screen_;
   Gtk::Label* quantity_ = nullptr;
+  Gtk::Label* breakdown_ = nullptr;
   Gtk::Label* total_ = nullptr;
   Gtk::Button* minus_ = nullptr;
 };
@@ -56,6 +58,24 @@ class PayNowPage : public ScreenPage {
   BoxedRows receipt_{"receipt"};
   Gtk::Label* note_ = nullptr;
   std::string shownReceipt_;
+};
+
+// Where a payment ends, paid or failed: the order, the amount, the redemption code once
+// paid, and 查看订单.
+class PayResultPage : public ScreenPage {
+ public:
+  PayResultPage(PageContext& context, const Json& payload);
+  void refresh() override;
+  PayResultViewController& screen() { return screen_; }
+
+ private:
+  PayResultViewController screen_;
+  Gtk::Label* name_ = nullptr;
+  Gtk::ListBox* facts_ = nullptr;
+  Gtk::Widget* amount_ = nullptr;
+  Gtk::Widget* orderId_ = nullptr;
+  Gtk::Label* code_ = nullptr;
+  Gtk::Label* note_ = nullptr;
 };
 
 }  // namespace qmv::gtk

@@ -10,8 +10,8 @@ namespace {
 using Tab = MyFavoriteViewController::Tab;
 
 RowTexts offerTexts(const ActivityModel& offer) {
-  return {offer.name, offer.storeName + "\n" + offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(),
-          !offer.commodityID.empty(), firstPicture(offer)};
+  return {offer.name, offer.storeName + "\n" + offer.originalPriceText() + "  " + offer.soldText(),
+          offer.labelledPriceText(), !offer.commodityID.empty(), firstPicture(offer)};
 }
 
 bool drawnAlike(const FavoriteRow& a, const FavoriteRow& b) {

@@ -302,6 +302,10 @@ TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutIt) {
   };
   const auto paidAndBack = [&](long times) {
     EXPECT_TRUE(toasted("支付成功", times));
+    // The result opens over the offer; leaving it returns there.
+    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "PayResultViewController"; }))
+        << driver_->topName();
+    ASSERT_TRUE(tap("back"));
     EXPECT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXActivitiesViewController"; }))
         << "a payment returns to the offer: " << driver_->topName();
   };
@@ -340,6 +344,84 @@ TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutIt) {
   driver_->app().navigator().popToRoot();
   tabs_->select(4);
   EXPECT_TRUE(waitFor("￥0.00"));
+}
+
+// Whether the label named `name` under `root` is drawn struck through.
+bool struckThrough(Gtk::Widget& root, const std::string& name) {
+  auto* label = dynamic_cast<Gtk::Label*>(finders::findNamed(root, name));
+  PangoAttrList* attrs = label != nullptr ? gtk_label_get_attributes(label->gobj()) : nullptr;
+  if (attrs == nullptr) return false;
+  GSList* list = pango_attr_list_get_attributes(attrs);
+  bool struck = false;
+  for (GSList* a = list; a != nullptr; a = a->next) {
+    const auto* attr = static_cast<PangoAttribute*>(a->data);
+    struck =
+        struck || (attr->klass->type == PANGO_ATTR_STRIKETHROUGH && reinterpret_cast<const PangoAttrInt*>(attr)->value);
+  }
+  g_slist_free_full(list, reinterpret_cast<GDestroyNotify>(pango_attribute_destroy));
+  return struck;
+}
+
+TEST_F(GtkClientTest, AFirstPurchaseShowsLabelledPricesAndOneTotalThroughToItsResult) {
+  signIn("13800000000", "qmv123");
+  // 温泉汗蒸通票 (offer 25 of store 13): 88.00 now, 44.00 for a first purchase, 132.00
+  // listed; the demo member has never bought it.
+  driver_->app().navigator().push("QXRStoreDetailViewController", {{"storeId", "13"}});
+  EXPECT_TRUE(waitFor("首单价 ¥44.00")) << "the store's row names the price it shows";
+  driver_->app().navigator().push("QXActivitiesViewController", {{"commodityId", "25"}});
+  ASSERT_TRUE(driver_->waitUntil([&] { return shownAs("price") == "¥44.00"; }));
+  EXPECT_EQ(shownAs("price-label"), "首单价");
+  EXPECT_EQ(shownAs("original-price"), "原价:¥132.00");
+  EXPECT_TRUE(struckThrough(top(), "original-price"));
+
+  // Two units: the first at its first-purchase price, the second at the current one.
+  ASSERT_TRUE(tap("buy"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXSubmitOderViewController"; }));
+  EXPECT_TRUE(finders::shows(top(), "现价") && finders::shows(top(), "88.00元"));
+  EXPECT_TRUE(finders::shows(top(), "首单价") && finders::shows(top(), "44.00元"));
+  ASSERT_TRUE(tap("plus"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return shownAs("quantity") == "2"; }));
+  EXPECT_EQ(shownAs("breakdown"), "首单价 44.00元 x 1 + 现价 88.00元 x 1");
+  EXPECT_EQ(shownAs("total"), "¥132.00");
+  ASSERT_TRUE(tap("submit"));
+  ASSERT_TRUE(payNowReady());
+  EXPECT_EQ(shownAs("total"), "¥132.00");
+  ASSERT_TRUE(tap("confirm"));
+
+  // The result: paid, the same total, the redemption code once the order is read again.
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "PayResultViewController"; }))
+      << driver_->topName();
+  EXPECT_EQ(shownAs("result"), "支付成功");
+  EXPECT_TRUE(waitFor("实付 ¥132.00"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return shownAs("code").size() > std::string("验证码:").size(); }));
+  const std::string code = shownAs("code");
+  ASSERT_TRUE(tap("view-order", true));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyActivityOrderDetailViewController"; }));
+  ASSERT_TRUE(waitFor("总价:132.00"));
+  EXPECT_TRUE(finders::shows(top(), "单价 ￥88.00 x 2件"));
+  EXPECT_TRUE(finders::shows(top(), "首单优惠 -¥44.00")) << "what makes 2 x 88.00 come to 132.00";
+  EXPECT_EQ(shownAs("code"), code);
+
+  // The list shows the same total, and its refund and rating buttons look apart.
+  ASSERT_TRUE(openFromMemberTab("我的订单", "QXMyOrderViewController"));
+  auto* list = dynamic_cast<OrderListPage*>(&top());
+  ASSERT_NE(list, nullptr);
+  ASSERT_TRUE(driver_->waitUntil([&] { return list->rows().size() > 0 && !list->screen().isLoading(); }));
+  const std::string orderId = list->screen().orderList.at(0).orderId;
+  Gtk::Widget* row = nullptr;
+  ASSERT_TRUE(driver_->waitUntil([&] { return (row = finders::findNamed(top(), "order-" + orderId)) != nullptr; }));
+  EXPECT_TRUE(finders::shows(*row, "总价:¥132.00"));
+  EXPECT_TRUE(finders::shows(*row, "数量:2"));
+  Gtk::Button* refund = finders::findButton(*row, "退款");
+  ASSERT_NE(refund, nullptr);
+  EXPECT_TRUE(refund->has_css_class("destructive-action"));
+  ASSERT_TRUE(tap("order-tab2"));
+  Gtk::Button* rate = nullptr;
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return list->screen().index == 2 && !list->screen().isLoading() && (rate = finders::findButton(top(), "评价"));
+  }));
+  EXPECT_TRUE(rate->has_css_class("suggested-action"));
+  EXPECT_FALSE(rate->has_css_class("destructive-action"));
 }
 
 TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
@@ -422,6 +504,10 @@ TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
     const auto& rows = list->screen().orderList;
     return !rows.empty() && rows[0].orderId == orderId && firstRow() != nullptr && finders::shows(*firstRow(), "已退款");
   }));
+  // Its status reads so too, not 已完成 (a used voucher).
+  const auto shown = finders::texts(*firstRow());
+  EXPECT_EQ(std::count(shown.begin(), shown.end(), "已退款"), 2);
+  EXPECT_EQ(std::count(shown.begin(), shown.end(), "已完成"), 0);
 }
 
 TEST_F(GtkClientTest, RatesAStoreOrderWhichThenLeavesTheToRateTab) {

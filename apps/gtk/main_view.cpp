@@ -153,6 +153,7 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   if (name == discovery_texts::kMapScreen) return Gtk::make_managed<StoreMapPage>(context_, StoreInfoModel(payload));
   if (name == checkout_texts::kSubmitScreen) return Gtk::make_managed<SubmitOrderPage>(context_, payload);
   if (name == checkout_texts::kPayNowScreen) return Gtk::make_managed<PayNowPage>(context_, payload);
+  if (name == checkout_texts::kPayResultScreen) return Gtk::make_managed<PayResultPage>(context_, payload);
   if (name == wallet_texts::kMyBankCardScreen) return Gtk::make_managed<BankCardPage>(context_);
   if (name == wallet_texts::kBindScreen) return Gtk::make_managed<BindCardPage>(context_);
   if (name == wallet_texts::kWithDrawScreen) return Gtk::make_managed<WithdrawPage>(context_);

@@ -1,5 +1,7 @@
 #include "apps/gtk/order_pages.h"
 
+#include <adwaita.h>
+
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/ui.h"
@@ -61,6 +63,8 @@ Gtk::Widget* newOrderRow(const Glib::RefPtr<Gtk::ListItem>&) {
   texts->set_hexpand(true);
   auto* row = new OrderRow{ui::label("", "heading"), ui::label("", "dim-label"), ui::label(""), ui::label(""),
                            ui::label("", "dim-label", false), Gtk::make_managed<Gtk::Button>()};
+  row->button->set_name("order-action");
+  gtk_button_set_child(row->button->gobj(), adw_button_content_new());
   for (Gtk::Label* label : {row->name, row->orderId, row->price, row->number}) texts->append(*label);
   line->append(*texts);
   auto* side = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 4);
@@ -81,18 +85,38 @@ void bindOrderRow(Gtk::Widget& line, const QXMyOrderTableViewCell& cell) {
   row.number->set_text(cell.numberText);
   row.number->set_visible(!cell.numberHidden);
   row.status->set_text(cell.look.statusText);
-  row.button->set_label(cell.look.buttonTitle);
-  // Refund asks first and rating opens its screen: the cell decides, by the status.
+  // Refund asks first and rating opens its screen: the cell decides, by the status. The
+  // two look apart (a warning red with an undo mark, the accent with a star), since one
+  // tap on the wrong one takes back the voucher.
   const bool enabled = cell.look.buttonEnabled;
+  const bool rate = enabled && cell.orderInfo.status == "2";
+  const bool refund = enabled && !rate;
+  auto* content = ADW_BUTTON_CONTENT(gtk_button_get_child(row.button->gobj()));
+  adw_button_content_set_label(content, cell.look.buttonTitle.c_str());
+  // A refunded order keeps the undo mark, greyed; a finished one a tick.
+  const bool undo = refund || cell.orderInfo.status == "3";
+  adw_button_content_set_icon_name(content, rate   ? "starred-symbolic"
+                                            : undo ? "edit-undo-symbolic"
+                                                   : "object-select-symbolic");
   if (enabled) {
     // The target first: the button must never name the action without its parameter.
     row.button->set_action_target_value(Glib::Variant<Glib::ustring>::create(cell.orderInfo.orderId));
-    row.button->set_action_name(cell.orderInfo.status == "2" ? "page.rate" : "page.refund");
-    row.button->add_css_class("destructive-action");
+    row.button->set_action_name(rate ? "page.rate" : "page.refund");
   } else {
     gtk_actionable_set_action_name(GTK_ACTIONABLE(row.button->gobj()), nullptr);
+  }
+  if (refund) {
+    row.button->add_css_class("destructive-action");
+  } else {
     row.button->remove_css_class("destructive-action");
   }
+  if (rate) {
+    row.button->add_css_class("suggested-action");
+  } else {
+    row.button->remove_css_class("suggested-action");
+  }
+  // Heard with the order it acts on: a list reads many alike buttons.
+  ui::setAccessibleLabel(*row.button, cell.look.buttonTitle + " " + cell.nameText);
   row.button->set_sensitive(enabled);
 }
 
@@ -194,8 +218,8 @@ void StoreOrderPage::refresh() {
   setTitle(screen_.title());
   content_->set_visible(screen_.orderInfo.has_value());
   if (!screen_.orderInfo) return;
-  ui::setRowTexts(*product_, screen_.nameText, screen_.priceText);
-  const std::string* texts[] = {&screen_.orderIdText, &screen_.phoneText, &screen_.timeText};
+  ui::setRowTexts(*product_, screen_.nameText, std::string(texts::kPaidPriceLabel) + " " + screen_.priceText);
+  const std::string* texts[] = {&screen_.statusText, &screen_.orderIdText, &screen_.phoneText, &screen_.timeText};
   for (std::size_t i = 0; i < facts_.size(); ++i) ui::setRowTexts(*facts_[i], *texts[i], "");
   rate_->set_visible(!screen_.commentHidden);
 }
@@ -227,7 +251,7 @@ void ActivityOrderPage::refresh() {
   setTitle(screen_.title());
   content_->set_visible(screen_.orderInfo.has_value());
   if (!screen_.orderInfo) return;
-  ui::setRowTexts(*product_, screen_.nameText, screen_.priceText);
+  ui::setRowTexts(*product_, screen_.nameText, std::string(texts::kUnitPriceLabel) + " " + screen_.priceText);
   code_->set_text(screen_.codeText);
   // The picture is drawn again only for another code.
   if (drawnCode_ != screen_.codeText || screen_.qrCode.has_value() != (qrPicture_ != nullptr)) {
@@ -239,9 +263,12 @@ void ActivityOrderPage::refresh() {
       qr_->append(*qrPicture_);
     }
   }
-  const std::string* texts[] = {&screen_.numberText, &screen_.totalText, &screen_.orderIdText, &screen_.phoneText,
-                                &screen_.timeText};
-  for (std::size_t i = 0; i < facts_.size(); ++i) ui::setRowTexts(*facts_[i], *texts[i], "");
+  const std::string* texts[] = {&screen_.statusText,  &screen_.numberText, &screen_.savingText, &screen_.totalText,
+                                &screen_.orderIdText, &screen_.phoneText,  &screen_.timeText};
+  for (std::size_t i = 0; i < facts_.size(); ++i) {
+    ui::setRowTexts(*facts_[i], *texts[i], "");
+    facts_[i]->set_visible(!texts[i]->empty());
+  }
   note_->set_text(screen_.contentText);
   note_->set_visible(!screen_.contentText.empty());
 }

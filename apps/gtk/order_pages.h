@@ -45,7 +45,7 @@ class StoreOrderPage : public ScreenPage {
   QXMyStoreOrderDetailViewController screen_;
   Gtk::Box* content_ = nullptr;
   Gtk::Widget* product_ = nullptr;
-  std::array<Gtk::Widget*, 3> facts_{};  // order id, phone, time
+  std::array<Gtk::Widget*, 4> facts_{};  // status, order id, phone, time
   Gtk::ListBox* rate_ = nullptr;
 };
 
@@ -63,7 +63,7 @@ class ActivityOrderPage : public ScreenPage {
   Gtk::Box* qr_ = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
   Gtk::Widget* qrPicture_ = nullptr;  // in qr_ while there is a code
   std::string drawnCode_;
-  std::array<Gtk::Widget*, 5> facts_{};  // number, total, order id, phone, time
+  std::array<Gtk::Widget*, 7> facts_{};  // status, number, saving, total, order id, phone, time
   Gtk::Label* note_ = nullptr;
 };
 

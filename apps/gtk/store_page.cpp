@@ -73,7 +73,7 @@ void StorePage::refresh() {
 
   std::vector<BoxedRow> offers;
   for (const ActivityModel& offer : store->activityList) {
-    offers.push_back({{offer.name, offer.originalPriceText() + "  " + offer.soldText(), offer.priceText(), true,
+    offers.push_back({{offer.name, offer.originalPriceText() + "  " + offer.soldText(), offer.labelledPriceText(), true,
                        firstPicture(offer)},
                       "page.open-offer", offer.commodityID});
   }

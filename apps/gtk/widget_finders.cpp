@@ -63,7 +63,14 @@ bool shows(Gtk::Widget& root, const std::string& text) {
 Gtk::Button* findButton(Gtk::Widget& root, const std::string& text) {
   return static_cast<Gtk::Button*>(find(root, [&text](Gtk::Widget& w) {
     auto* b = dynamic_cast<Gtk::Button*>(&w);
-    return b != nullptr && b->get_label().raw() == text && shown(w);
+    if (b == nullptr || !shown(w)) return false;
+    // A button with an icon beside its words carries them in its content.
+    GtkWidget* child = gtk_button_get_child(b->gobj());
+    if (child != nullptr && ADW_IS_BUTTON_CONTENT(child)) {
+      const char* words = adw_button_content_get_label(ADW_BUTTON_CONTENT(child));
+      return words != nullptr && text == words;
+    }
+    return b->get_label().raw() == text;
   }));
 }
 

@@ -16,6 +16,7 @@
 #include "features/orders/order_screens.h"
 #include "features/orders/pay_cash_view.h"
 #include "features/orders/pay_now_runner.h"
+#include "features/orders/pay_result_view_controller.h"
 #include "features/orders/qx_submit_oder_view_controller.h"
 #include "platform/navigator.h"
 #include "shell/app_links.h"
@@ -82,6 +83,33 @@ Json printPayNow(CliOutput& out, const QXPayNowViewController& screen) {
   return shown;
 }
 
+// The payment result the screen opened: what the member reads there, and where 查看订单
+// leads (this CLI's order command).
+void printPayResult(CliApp& app, const Json& payload) {
+  CliOutput& out = app.output();
+  PayResultViewController result(payload);
+  // A paid result reads the order for its code; without an answer it shows what it has.
+  awaitSlot(app, result.onLoaded, [&result] { result.viewDidLoad(); });
+  out.line(result.title());
+  Json shown = {{"paid", result.paid()}, {"result", result.resultText()}};
+  for (const auto& [key, text] : {std::pair<const char*, std::string>{"result", result.resultText()},
+                                  {"name", result.nameText()},
+                                  {"amount", result.amountText()},
+                                  {"orderId", result.orderIdText()},
+                                  {"code", result.codeText()},
+                                  {"note", result.noteText()}}) {
+    if (text.empty()) continue;
+    out.line(text);
+    shown[key] = text;
+  }
+  if (!result.orderIdText().empty()) {
+    const std::string orderId = payload.value("orderId", "");
+    out.line(std::string(texts::kViewOrder) + ": qmv order " + orderId);
+    shown["viewOrder"] = "qmv order " + orderId;
+  }
+  out.data("payResult", shown);
+}
+
 int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
   CliOutput& out = app.output();
   PayNowRunner runner(payload);
@@ -121,7 +149,9 @@ int runPayNow(CliApp& app, const Json& payload, const PayChoices& choices) {
     out.line(PayCashView::note());
     out.data("receipt", {{"rows", rows}, {"orderId", receipt->orderNumber()}});
   }
-  if (const auto top = Env::current().navigator->topScreen()) out.data("screen", top->name);
+  const auto top = Env::current().navigator->topScreen();
+  if (top) out.data("screen", top->name);
+  if (top && top->name == texts::kPayResultScreen) printPayResult(app, top->payload);
   return outcome == Outcome::Paid ? kExitOk : kExitFailure;
 }
 
@@ -142,15 +172,22 @@ int runBuy(CliApp& app, const BuyArgs& args) {
   const auto loaded = awaitSlot(app, offer.onLoaded, [&offer] { offer.loadDetail(); });
   if (!loaded) return timedOut("the offer");
   if (!*loaded) return kExitFailure;
-  out.line(offer.activity()->name + " | " + offer.priceText());
+  out.line(offer.activity()->name + " | " + offer.priceLabel() + " " + offer.priceText());
 
   if (!offer.openSubmitOrder()) return kExitFailure;
   QXSubmitOderViewController submit(navigator->topScreen()->payload);
   for (long i = 1; i < args.quantity; ++i) submit.plusAction();
   out.line(texts::kSubmitTitle);
-  out.line(submit.unitPriceText() + " x " + submit.quantityText() + " = " + submit.totalText());
+  // Each price after its label, then how they make the total.
+  out.line(std::string(discovery_texts::kNowPriceLabel) + " " + submit.unitPriceText());
+  if (!submit.firstPriceText().empty()) {
+    out.line(std::string(discovery_texts::kFirstPriceLabel) + " " + submit.firstPriceText());
+  }
+  out.line(submit.totalBreakdownText() + " = " + submit.totalText());
   out.data("submit", {{"unitPrice", submit.unitPriceText()},
+                      {"firstPrice", submit.firstPriceText()},
                       {"quantity", submit.quantityText()},
+                      {"breakdown", submit.totalBreakdownText()},
                       {"total", submit.totalText()},
                       {"isFirst", submit.isFirst()}});
 

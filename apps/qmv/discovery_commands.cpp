@@ -291,10 +291,11 @@ int runStore(CliApp& app, const std::string& id) {
   out.line(texts::kOffersSection);
   Json offers = Json::array();
   for (const ActivityModel& offer : store->activityList) {
-    out.line("  " + offer.commodityID + " " + offer.name + " | " + offer.priceText() + " " + offer.originalPriceText() +
-             " | " + offer.soldText());
+    out.line("  " + offer.commodityID + " " + offer.name + " | " + offer.labelledPriceText() + " " +
+             offer.originalPriceText() + " | " + offer.soldText());
     offers.push_back({{"commodityId", offer.commodityID},
                       {"name", offer.name},
+                      {"priceLabel", offer.priceLabel()},
                       {"price", offer.priceText()},
                       {"originalPrice", offer.originalPriceText()},
                       {"sold", offer.soldText()}});
@@ -320,7 +321,7 @@ int runActivity(CliApp& app, const std::string& id) {
   const ActivityModel& offer = *screen.activity();
   CliOutput& out = app.output();
   out.line(offer.name + " | " + offer.storeName);
-  out.line(screen.priceText() + " " + screen.originalPriceText() + " " + screen.soldText());
+  out.line(screen.priceLabel() + " " + screen.priceText() + " " + screen.originalPriceText() + " " + screen.soldText());
   out.line(texts::kPackageSection);
   Json packages = Json::array();
   for (const auto& package : screen.packages()) {
@@ -338,6 +339,7 @@ int runActivity(CliApp& app, const std::string& id) {
                         {"name", offer.name},
                         {"storeId", offer.storeId},
                         {"storeName", offer.storeName},
+                        {"priceLabel", screen.priceLabel()},
                         {"price", screen.priceText()},
                         {"originalPrice", screen.originalPriceText()},
                         {"sold", screen.soldText()},

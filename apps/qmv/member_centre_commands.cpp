@@ -68,12 +68,13 @@ int runFavorites(CliApp& app, bool offers, long pages) {
     if (list.rows().empty()) out.line(screen.emptyText());
     for (std::size_t i = *from; i < list.rows().size(); ++i) {
       const ActivityModel& offer = list.rows()[i];
-      out.line("  " + offer.commodityID + " " + offer.name + " | " + offer.storeName + " | " + offer.priceText() + " " +
-               offer.originalPriceText() + " | " + offer.soldText());
+      out.line("  " + offer.commodityID + " " + offer.name + " | " + offer.storeName + " | " +
+               offer.labelledPriceText() + " " + offer.originalPriceText() + " | " + offer.soldText());
       rows.push_back({{"commodityId", offer.commodityID},
                       {"name", offer.name},
                       {"storeId", offer.storeId},
                       {"storeName", offer.storeName},
+                      {"priceLabel", offer.priceLabel()},
                       {"price", offer.priceText()},
                       {"originalPrice", offer.originalPriceText()},
                       {"sold", offer.soldText()},

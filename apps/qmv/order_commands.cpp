@@ -133,10 +133,12 @@ bool loadDetail(CliApp& app, OrderDetailViewController& screen) {
   return loaded.value_or(false);
 }
 
-void printCommon(CliOutput& out, const OrderDetailViewController& screen, const std::string& price) {
+void printCommon(CliOutput& out, const OrderDetailViewController& screen, const char* priceLabel,
+                 const std::string& price) {
   out.line(screen.title());
   out.line(screen.nameText);
-  out.line(price);
+  out.line(std::string(priceLabel) + " " + price);
+  out.line(screen.statusText);
   out.line(screen.orderIdText);
   out.line(screen.phoneText);
   out.line(screen.timeText);
@@ -144,7 +146,9 @@ void printCommon(CliOutput& out, const OrderDetailViewController& screen, const 
   out.data("orderId", screen.orderId);
   out.data("name", screen.nameText);
   out.data("image", screen.imageURL);
+  out.data("priceLabel", priceLabel);
   out.data("price", price);
+  out.data("status", screen.statusText);
   out.data("orderIdText", screen.orderIdText);
   out.data("phone", screen.phoneText);
   out.data("time", screen.timeText);
@@ -154,7 +158,7 @@ int showStoreOrder(CliApp& app, const std::string& orderId) {
   QXMyStoreOrderDetailViewController screen(orderId);
   if (!loadDetail(app, screen)) return kExitFailure;
   CliOutput& out = app.output();
-  printCommon(out, screen, screen.priceText);
+  printCommon(out, screen, texts::kPaidPriceLabel, screen.priceText);
   out.line(std::string("comment button: ") + (screen.commentHidden ? "hidden" : "shown"));
   out.data("commentShown", !screen.commentHidden);
   return kExitOk;
@@ -164,15 +168,17 @@ int showActivityOrder(CliApp& app, const std::string& orderId, const std::string
   QXMyActivityOrderDetailViewController screen(orderId);
   if (!loadDetail(app, screen)) return kExitFailure;
   CliOutput& out = app.output();
-  printCommon(out, screen, screen.priceText);
+  printCommon(out, screen, texts::kUnitPriceLabel, screen.priceText);
   out.line(screen.codeText);
   out.line(screen.numberText);
+  if (!screen.savingText.empty()) out.line(screen.savingText);
   out.line(screen.totalText);
   char height[32];
   std::snprintf(height, sizeof height, "%.1f", screen.contentHeight);
   out.line(screen.contentText + " (height " + height + ")");
   out.data("code", screen.codeText);
   out.data("number", screen.numberText);
+  out.data("saving", screen.savingText);
   out.data("total", screen.totalText);
   out.data("content", screen.contentText);
   out.data("contentHeight", screen.contentHeight);

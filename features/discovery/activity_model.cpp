@@ -65,8 +65,14 @@ void ActivityModel::setContentHeight(const TextMeasurer& measurer) {
 }
 
 std::string ActivityModel::priceText() const {
-  return discovery_texts::kOfferPricePrefix + (isFirst != "0" ? firstPrice : nowPrice);
+  return discovery_texts::kOfferPricePrefix + (showsFirstPrice() ? firstPrice : nowPrice);
 }
+
+const char* ActivityModel::priceLabel() const {
+  return showsFirstPrice() ? discovery_texts::kFirstPriceLabel : discovery_texts::kNowPriceLabel;
+}
+
+std::string ActivityModel::labelledPriceText() const { return std::string(priceLabel()) + " " + priceText(); }
 
 std::string ActivityModel::originalPriceText() const { return discovery_texts::kOfferOriginalPricePrefix + price; }
 

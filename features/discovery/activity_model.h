@@ -50,6 +50,12 @@ class ActivityModel : public BaseModel {
   // "¥" + firstPrice when the member buys for the first time (isFirst is not "0"),
   // else "¥" + nowPrice.
   std::string priceText() const;
+  // Whether priceText is the first-purchase price.
+  bool showsFirstPrice() const { return isFirst != "0"; }
+  // "首单价" or "现价", after showsFirstPrice.
+  const char* priceLabel() const;
+  // priceLabel, a blank, priceText: the form every list and screen shows the price in.
+  std::string labelledPriceText() const;
   // "原价:¥" + price.
   std::string originalPriceText() const;
   // "已售" + num + "份".

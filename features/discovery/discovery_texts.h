@@ -17,6 +17,10 @@ inline constexpr const char* kSoldSuffix = "份";
 // Offer screen (half-width yen sign).
 inline constexpr const char* kOfferPricePrefix = "¥";
 inline constexpr const char* kOfferOriginalPricePrefix = "原价:¥";
+// What the price beside them is: the first-purchase price or the current one. A price
+// shown without one of these reads as the other when two screens disagree.
+inline constexpr const char* kFirstPriceLabel = "首单价";
+inline constexpr const char* kNowPriceLabel = "现价";
 
 }  // namespace qmv::discovery_texts
 

@@ -60,6 +60,8 @@ bool QXActivitiesViewController::showsDescImage() const { return activity_ && ac
 
 std::string QXActivitiesViewController::priceText() const { return activity_ ? activity_->priceText() : ""; }
 
+std::string QXActivitiesViewController::priceLabel() const { return activity_ ? activity_->priceLabel() : ""; }
+
 std::string QXActivitiesViewController::originalPriceText() const {
   return activity_ ? activity_->originalPriceText() : "";
 }

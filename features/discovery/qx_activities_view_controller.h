@@ -44,6 +44,8 @@ class QXActivitiesViewController : public BaseViewController {
   bool showsDescImage() const;
   // "¥%@" of firstPrice for a first purchase (isFirst not "0"), else of nowPrice.
   std::string priceText() const;
+  // "首单价" or "现价": which of the two priceText is, shown beside it.
+  std::string priceLabel() const;
   std::string originalPriceText() const;  // "原价:¥%@"
   std::string soldText() const;           // "已售%@份"
   // packageList: each element's "title" and its "contentList" items.

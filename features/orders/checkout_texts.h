@@ -18,6 +18,8 @@ inline constexpr const char* kPayNowTitle = "支付订单";
 // Submit screen: the unit price "%@元", quantities "%ld", the total "%.2f".
 inline constexpr const char* kYuanSuffix = "元";
 inline constexpr const char* kQuantityFormat = "%ld";
+// Between a price and the number of units it is paid for.
+inline constexpr const char* kTimesSign = " x ";
 inline constexpr const char* kTotalFormat = "%.2f";
 // A total that no price list can mean (not a finite number, or beyond what one checkout
 // may take): shown in its place, and said when submitting.
@@ -64,5 +66,13 @@ inline constexpr const char* kReceiptBalance = "余额抵现";
 inline constexpr const char* kReceiptMoney = "还需支付";
 inline constexpr const char* kReceiptValueFormat = "%.2f元";
 inline constexpr const char* kReceiptNote = "为了确保您成功消费，请尽快和商家确认";
+
+// The payment result, opened when a payment has ended.
+inline constexpr const char* kPayResultScreen = "PayResultViewController";
+inline constexpr const char* kPayResultTitle = "支付结果";
+inline constexpr const char* kPaidAmountPrefix = "实付 ¥";
+inline constexpr const char* kUnpaidAmountPrefix = "未支付 ¥";
+inline constexpr const char* kPayAgainNote = "支付未完成,可返回重新支付";
+inline constexpr const char* kViewOrder = "查看订单";
 
 }  // namespace qmv::checkout_texts

@@ -2,6 +2,7 @@
 
 #include "features/orders/order_detail_net_api.h"
 #include "features/orders/order_texts.h"
+#include "features/orders/qx_my_order_table_view_cell.h"
 
 namespace qmv {
 
@@ -44,6 +45,7 @@ void OrderDetailViewController::refreshView() {
   orderIdText = order_texts::kOrderIdPrefix + orderInfo->orderId;
   phoneText = order_texts::kPhonePrefix + orderInfo->phone;
   timeText = order_texts::kPaidTimePrefix + orderInfo->time;
+  statusText = order_texts::kStatusPrefix + QXMyOrderTableViewCell::lookOfStatus(orderInfo->status).statusText;
 }
 
 }  // namespace qmv

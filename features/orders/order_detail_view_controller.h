@@ -44,6 +44,8 @@ class OrderDetailViewController : public BaseViewController {
   std::string orderIdText;  // "订单号:%@"
   std::string phoneText;    // "手机号码:%@"
   std::string timeText;     // "付款时间:%@"
+  // "状态:" and the status as the order list shows it (a refunded order reads 已退款).
+  std::string statusText;
 
   // After every answer: whether a record arrived.
   std::function<void(bool loaded)> onLoaded;

@@ -25,7 +25,7 @@ class OrderInfoModel : public BaseModel {
   std::string time;       // payment time
   std::string isComment;  // "1" once rated
   std::string orderId;
-  std::string price;      // unit price; the list labels it as the total
+  std::string price;      // unit price; the order's total is totalPrices
   // The system's blance.
   std::string balancePaid;  // balance used; filled by whoever knows it, never from JSON
   std::string money;      // filled by whoever knows it, never from JSON

@@ -39,6 +39,14 @@ inline constexpr const char* kPhonePrefix = "手机号码:";
 inline constexpr const char* kPaidTimePrefix = "付款时间:";
 inline constexpr const char* kCodePrefix = "验证码:";
 inline constexpr const char* kTotalPrefix = "总价:";
+// What the detail's price is: the price of one unit of an activity order, the amount
+// paid of a store order; and, when units cost less than that in total, the first-purchase
+// saving that makes up the difference ("首单优惠 -¥%.2f").
+inline constexpr const char* kUnitPriceLabel = "单价";
+inline constexpr const char* kPaidPriceLabel = "实付";
+inline constexpr const char* kFirstOrderSavingFormat = "首单优惠 -¥%.2f";
+// Before the status in a detail.
+inline constexpr const char* kStatusPrefix = "状态:";
 
 // The rating screen.
 inline constexpr const char* kRateTitle = "评价";

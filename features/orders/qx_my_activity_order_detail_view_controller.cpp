@@ -1,6 +1,8 @@
 #include "features/orders/qx_my_activity_order_detail_view_controller.h"
 
+#include "core/common/fen.h"
 #include "features/discovery/discovery_texts.h"
+#include "features/orders/amount_text.h"
 #include "features/orders/order_texts.h"
 #include "platform/env.h"
 #include "platform/navigator.h"
@@ -34,6 +36,18 @@ void QXMyActivityOrderDetailViewController::refreshView() {
   numberText = texts::kNumberPrefix + order.number;
   totalText = texts::kTotalPrefix + order.totalPrices;
   contentText = order.content;
+  savingText.clear();
+  // Only plain amounts and counts within what one checkout may take: the product stays
+  // far inside 64 bits.
+  const auto unit = plainYuanFen(order.price);
+  const auto total = plainYuanFen(order.totalPrices);
+  const auto units = plainYuanFen(order.number);  // a count: digits only, as a whole amount
+  if (unit && total && units && order.number.find('.') == std::string::npos && *unit <= kMaxPayFen &&
+      *units / 100 <= kMaxPayFen) {
+    const std::int64_t listed = *unit * (*units / 100);
+    if (*total < listed)
+      savingText = formatAmount(texts::kFirstOrderSavingFormat, Fen(listed - *total).yuanForFormat());
+  }
   const Env& env = Env::current();
   contentHeight = 0;
   if (!contentText.empty()) {

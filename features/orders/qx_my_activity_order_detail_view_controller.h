@@ -28,7 +28,11 @@ class QXMyActivityOrderDetailViewController : public OrderDetailViewController {
   // commodityId.
   void gotoProductDetail();
 
-  std::string priceText;   // "￥%@ x %@件" with price and number
+  std::string priceText;   // "￥%@ x %@件" with price and number, shown after "单价"
+  // "首单优惠 -¥%.2f" with price × number − totalPrices when that is above 0 (the first
+  // unit was sold at its first-purchase price), so that the unit price and the total
+  // agree on the screen; empty otherwise, and when either is not a plain amount.
+  std::string savingText;
   std::string codeText;    // "验证码:" + groupedCode(promotionCode)
   std::string numberText;  // "数量:%@"
   std::string totalText;   // "总价:%@" with totalPrices

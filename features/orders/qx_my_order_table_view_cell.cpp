@@ -12,8 +12,7 @@ namespace texts = order_texts;
 QXMyOrderTableViewCell::StatusLook QXMyOrderTableViewCell::lookOfStatus(const std::string& status) {
   if (status == "1") return {texts::kStatusToUse, texts::kButtonRefund, true};
   if (status == "2") return {texts::kStatusToRate, texts::kButtonRate, true};
-  // "3" keeps the done text with a refunded button: the pairing is the system's own.
-  if (status == "3") return {texts::kStatusDone, texts::kButtonRefunded, false};
+  if (status == "3") return {texts::kButtonRefunded, texts::kButtonRefunded, false};
   return {texts::kStatusDone, texts::kButtonDone, false};
 }
 
@@ -23,7 +22,7 @@ void QXMyOrderTableViewCell::setData(const OrderInfoModel& order) {
   placeholderImage = texts::kPlaceholderImage;
   nameText = order.orderName;
   orderIdText = texts::kOrderIdPrefix + order.orderId;
-  priceText = texts::kRowTotalPrefix + order.price;
+  priceText = texts::kRowTotalPrefix + (order.totalPrices.empty() ? order.price : order.totalPrices);
   numberText = texts::kNumberPrefix + order.number;
   numberHidden = order.number == texts::kHiddenNumber;
   look = lookOfStatus(order.status);

@@ -17,7 +17,9 @@ class QXMyOrderTableViewCell {
   static constexpr double kButtonCornerRadius = 3.0;
 
   // What a status shows: "1" 待使用 with an enabled 退款, "2" 待评价 with an enabled 评价,
-  // "3" 已完成 with a disabled 已退款, anything else 已完成 with a disabled 已完成.
+  // "3" 已退款 with a disabled 已退款, anything else 已完成 with a disabled 已完成. A refunded
+  // order reads as refunded wherever its status is shown: "已完成" there would tell the
+  // member the voucher was used.
   struct StatusLook {
     std::string statusText;
     std::string buttonTitle;
@@ -37,7 +39,10 @@ class QXMyOrderTableViewCell {
   std::string placeholderImage;
   std::string nameText;       // orderName
   std::string orderIdText;    // "订单号:%@"
-  std::string priceText;      // "总价:¥%@" with price
+  // "总价:¥%@" with the order's total (totalPrices), which its detail shows too; with
+  // price, the unit price, only when the server sends no total (a unit price read as the
+  // total is wrong as soon as the quantity is 2).
+  std::string priceText;
   std::string numberText;     // "数量:%@"
   bool numberHidden = false;  // when number is "0"
   StatusLook look;

@@ -11,6 +11,7 @@
 #include "features/orders/amount_text.h"
 #include "features/orders/checkout_texts.h"
 #include "features/orders/indiana_product_net_api.h"
+#include "features/orders/pay_result_view_controller.h"
 #include "features/orders/payment_results.h"
 #include "features/orders/prepare_pay_net_api.h"
 #include "features/orders/wechat_pay_request.h"
@@ -284,7 +285,7 @@ std::optional<PayCashView> QXPayNowViewController::receipt() const {
   const auto price = plainYuanFen(order_->price);
   const auto used = plainYuanFen(order_->balancePaid);
   const auto due = plainYuanFen(order_->money);
-  if (!price || !used || !due || *used + *due != *price) return std::nullopt;
+  if (!price || !used || !due || *used + *due != *price || *price != total_.count()) return std::nullopt;
   return PayCashView(*order_);
 }
 
@@ -299,6 +300,7 @@ void QXPayNowViewController::handOver(const std::string& code, const std::string
     return;
   }
   step(PayStep::HandedOver);
+  failures_ = std::make_unique<PaymentFailureWatch>([this] { paymentFailed(); });
   if (code == texts::kAlipayCode) {
     payments->alipay->payOrder(prepayId, payments->scheme, [alive = std::weak_ptr<bool>(alive_), this](const Json& r) {
       handleAlipayResult(r, [&alive, this] {
@@ -321,7 +323,24 @@ void QXPayNowViewController::paymentSucceeded() {
   const auto back = GlobalData::sharedInstance().popToAfterPayVC();
   // A return screen that has been closed since counts as none.
   if (!back || !env.navigator->popTo(*back)) env.navigator->pop();
+  failures_.reset();
+  openResult(true);
   step(PayStep::Paid);
+}
+
+void QXPayNowViewController::paymentFailed() {
+  if (paid_) return;
+  failures_.reset();
+  openResult(false);
+  // The order was not paid: no receipt for it stays on the screen.
+  order_.reset();
+  if (onChange) onChange();
+}
+
+void QXPayNowViewController::openResult(bool paid) {
+  Env::current().navigator->push(texts::kPayResultScreen,
+                                 PayResultViewController::payloadFor(paid, order_.value_or(OrderInfoModel()), name,
+                                                                     totalKnown_ ? yuanOfFen(total_) : totalFee));
 }
 
 void QXPayNowViewController::step(PayStep value) {

@@ -16,7 +16,10 @@
 //
 // A success (the balance payment, the wallet's callback, or "pay_success_noti" from the
 // payment-result handling) shows "支付成功" and leaves the screen once: later successes
-// of the same screen are ignored, however they arrive.
+// of the same screen are ignored, however they arrive. Either ending opens the payment
+// result (see PayResultViewController): a success after leaving, a failure reported by
+// the payment application this screen handed the payment to on top of this screen, which
+// then drops the receipt of the order that was not paid.
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -27,6 +30,7 @@
 #include "core/session/base_view_controller.h"
 #include "features/orders/order_info_model.h"
 #include "features/orders/pay_cash_view.h"
+#include "features/orders/payment_failure_watch.h"
 #include "platform/notification_center.h"
 
 namespace qmv {
@@ -105,6 +109,10 @@ class QXPayNowViewController : public BaseViewController {
   // "支付成功", then back to GlobalData's popToAfterPayVC when it is still open, else one
   // screen back. Only the first call of a screen does anything.
   void paymentSucceeded();  // the system's paySuceessNoti:
+  // The payment application came back without success: the receipt goes and the failed
+  // result opens over this screen, where the member may confirm again. Nothing after a
+  // success.
+  void paymentFailed();
 
   bool balanceSelected() const { return balanceSelected_; }    // the system's yueSelected
   bool alipaySelected() const { return alipaySelected_; }      // the system's zhifubaoSelected
@@ -130,7 +138,8 @@ class QXPayNowViewController : public BaseViewController {
   // the rest (`money`) as the server stated them under those keys; nullopt before one.
   const std::optional<OrderInfoModel>& order() const { return order_; }
   // The receipt of that order, when the server stated its price, the balance used and
-  // the amount due as plain amounts that add up; nullopt otherwise.
+  // the amount due as plain amounts that add up, and that price is the total this screen
+  // showed (a unit price there would contradict it); nullopt otherwise.
   std::optional<PayCashView> receipt() const;
 
   std::function<void(PayStep)> onPayStep;
@@ -145,6 +154,7 @@ class QXPayNowViewController : public BaseViewController {
   void prepared(PreparePayNetApi& api, const std::string& code);
   void handOver(const std::string& code, const std::string& prepayId);
   void step(PayStep value);
+  void openResult(bool paid);
 
   bool balanceSelected_ = false;
   bool alipaySelected_ = false;
@@ -167,6 +177,8 @@ class QXPayNowViewController : public BaseViewController {
   std::shared_ptr<PreparePayNetApi> prepareNet_;
   std::shared_ptr<UserInfoNetApi> userInfoNet_;
   std::shared_ptr<IndianaProductNetApi> priceNet_;
+  // Lives while a payment application has the payment.
+  std::unique_ptr<PaymentFailureWatch> failures_;
   std::shared_ptr<NotificationCenter> notifications_;
   NotificationCenter::ObserverToken paySuccessToken_ = 0;
   // Callbacks handed to a payment library may outlive the screen; they check this first.

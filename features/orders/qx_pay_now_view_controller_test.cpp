@@ -4,6 +4,7 @@
 
 #include "core/request/net_api_test_support.h"
 #include "features/orders/pay_now_runner.h"
+#include "features/orders/pay_result_view_controller.h"
 #include "features/orders/payment_results.h"
 #include "platform/testing/recording_payment_channels.h"
 
@@ -124,6 +125,16 @@ TEST_F(PayNowScreenTest, NoPrepayIdHandsNothingOverAndUnionPayRunsInProduction) 
   uppay_->nextCode = "fail";
   UPPayUtil::handleURL("qqqmmmvvv://uppayresult?code=fail", nullptr);
   EXPECT_EQ(runner.outcome(), Outcome::NotPaid);
+  // The failed result opens over the screen, and no receipt of the unpaid order stays.
+  EXPECT_FALSE(runner.screen().receipt().has_value());
+  ASSERT_EQ(topName(), "PayResultViewController");
+  PayResultViewController failed(navigator_->topScreen()->payload);
+  EXPECT_FALSE(failed.paid());
+  EXPECT_EQ(failed.resultText(), "支付失败");
+  EXPECT_EQ(failed.amountText(), "未支付 ¥12.50");
+  EXPECT_EQ(failed.orderIdText(), "订单号:A1");
+  EXPECT_EQ(failed.codeText(), "");
+  EXPECT_NE(failed.noteText(), "为了确保您成功消费，请尽快和商家确认");
 
   answer("postPayForStore",
          R"({"success":"0","data":{"prepay_id":"TN8","price":"88.00","blance":"463.00","money":"65.00"}})");
@@ -132,6 +143,14 @@ TEST_F(PayNowScreenTest, NoPrepayIdHandsNothingOverAndUnionPayRunsInProduction) 
   confirm(unbalanced);
   EXPECT_TRUE(unbalanced.screen().order().has_value());
   EXPECT_FALSE(unbalanced.screen().receipt().has_value());
+  // Figures that add up but to another amount than the total shown (a unit price).
+  answer("postPayForStore",
+         R"({"success":"0","data":{"prepay_id":"TN7","price":"25.00","blance":"0.00","money":"25.00"}})");
+  PayNowRunner elsewhere(kStoreTotal);
+  appear(elsewhere);
+  confirm(elsewhere);
+  EXPECT_TRUE(elsewhere.screen().order().has_value());
+  EXPECT_FALSE(elsewhere.screen().receipt().has_value());
 }
 
 TEST_F(PayNowScreenTest, TotalsOfPartFenAreSentAsPercentZeroFRoundsThem) {

@@ -6,6 +6,7 @@
 #include "core/session/global_data.h"
 #include "core/session/login_screen.h"
 #include "core/session/user_info_net_api.h"
+#include "features/discovery/discovery_texts.h"
 #include "features/orders/amount_text.h"
 #include "features/orders/checkout_texts.h"
 #include "platform/env.h"
@@ -25,6 +26,24 @@ QXSubmitOderViewController::QXSubmitOderViewController(const Json& payload)
 QXSubmitOderViewController::~QXSubmitOderViewController() { detachRequest(userInfoNet_); }
 
 std::string QXSubmitOderViewController::unitPriceText() const { return activityInfo_.nowPrice + texts::kYuanSuffix; }
+
+std::string QXSubmitOderViewController::firstPriceText() const {
+  return isFirst_ == "0" ? std::string() : activityInfo_.firstPrice + texts::kYuanSuffix;
+}
+
+std::string QXSubmitOderViewController::totalBreakdownText() const {
+  const auto part = [](const char* label, const std::string& price, long long count) {
+    return std::string(label) + " " + price + texts::kTimesSign + std::to_string(count);
+  };
+  const long long quantity = integerValueOf(quantity_);
+  if (isFirst_ == "0") return part(discovery_texts::kNowPriceLabel, unitPriceText(), quantity);
+  std::string text = part(discovery_texts::kFirstPriceLabel, firstPriceText(), 1);
+  // Any flag but "1" sells the one unit at the first-purchase price alone.
+  if (isFirst_ == "1" && quantity > 1) {
+    text += " + " + part(discovery_texts::kNowPriceLabel, unitPriceText(), quantity - 1);
+  }
+  return text;
+}
 
 namespace {
 

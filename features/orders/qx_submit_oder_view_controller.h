@@ -33,8 +33,16 @@ class QXSubmitOderViewController : public BaseViewController {
   const std::string& isFirst() const { return isFirst_; }
   // The quantity label ("%ld"), "1" at first.
   const std::string& quantityText() const { return quantity_; }
-  // "%@元" with nowPrice.
+  // "%@元" with nowPrice, the price every unit after a first one costs; shown after its
+  // label "现价".
   std::string unitPriceText() const;
+  // "%@元" with firstPrice when the first unit is bought at it (isFirst not "0"), shown
+  // after "首单价"; empty otherwise. The total is made of these two.
+  std::string firstPriceText() const;
+  // How the total is made, so that it can be checked against the prices beside it:
+  // "首单价 A元 x 1 + 现价 B元 x n" (each part only when it counts a unit), or
+  // "现价 B元 x n" for a member who bought before.
+  std::string totalBreakdownText() const;
   // The total in yuan by the rule above (infinite when a price is beyond single
   // precision), and its "%.2f" text (what the pay-now screen is given as totalFee), or
   // "金额有误" when the total is not payable.
