@@ -220,7 +220,8 @@ TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
     std::vector<graphene_rect_t> shown;
     for (GtkWidget* title : widgets("pin-title")) {
       graphene_rect_t box;
-      if (!gtk_widget_get_visible(title) || !gtk_widget_compute_bounds(title, maps[0], &box)) continue;
+      GtkWidget* bubble = gtk_widget_get_parent(gtk_widget_get_parent(title));
+      if (!gtk_widget_get_visible(title) || !gtk_widget_compute_bounds(bubble, maps[0], &box)) continue;
       for (const graphene_rect_t& other : shown) {
         EXPECT_FALSE(graphene_rect_intersection(&box, &other, nullptr)) << "zoom " << zoom;
       }

@@ -82,21 +82,18 @@ void PinMap::placeTitles() {
     double x = 0;
     double y = 0;
     shumate_viewport_location_to_widget_coords(viewport, map, wgs.latitude, wgs.longitude, &x, &y);
-    // The marker is centred on its place with the title on top. A hidden title measures
-    // nothing, so each is measured once while still shown and kept.
+    // The marker's bubble (title over pin) is centred on its place. A hidden title
+    // measures nothing, so each bubble is measured once while its title is shown.
     if (sizes_[i].height == 0) {
-      int pinHeight = 0;
-      gtk_widget_measure(titles_[i], GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &sizes_[i].width, nullptr, nullptr);
-      gtk_widget_measure(titles_[i], GTK_ORIENTATION_VERTICAL, -1, nullptr, &sizes_[i].height, nullptr, nullptr);
-      gtk_widget_measure(gtk_widget_get_next_sibling(titles_[i]), GTK_ORIENTATION_VERTICAL, -1, nullptr, &pinHeight,
-                         nullptr, nullptr);
-      sizes_[i].pin = pinHeight;
+      GtkWidget* bubble = gtk_widget_get_parent(gtk_widget_get_parent(titles_[i]));
+      gtk_widget_measure(bubble, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &sizes_[i].width, nullptr, nullptr);
+      gtk_widget_measure(bubble, GTK_ORIENTATION_VERTICAL, -1, nullptr, &sizes_[i].height, nullptr, nullptr);
     }
     const TitleSize& size = sizes_[i];
-    boxes.push_back({x - size.width / 2.0, y - (size.height + size.pin) / 2.0, static_cast<double>(size.width),
+    boxes.push_back({x - size.width / 2.0, y - size.height / 2.0, static_cast<double>(size.width),
                      static_cast<double>(size.height)});
   }
-  const std::vector<bool> shown = shownLabels(boxes);
+  const std::vector<bool> shown = shownLabels(boxes, 2);
   for (std::size_t i = 0; i < titles_.size(); ++i) {
     // Not measurable yet (the map is not on screen): shown, and tried again next frame.
     if (sizes_[i].height == 0) titlesDirty_ = true;

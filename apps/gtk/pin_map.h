@@ -54,9 +54,8 @@ class PinMap {
   struct TitleSize {
     int width = 0;
     int height = 0;
-    int pin = 0;  // the pin icon's height under the title
   };
-  std::vector<TitleSize> sizes_;  // per title, measured while it was shown
+  std::vector<TitleSize> sizes_;  // per pin, its bubble as measured with the title shown
   GtkWidget* myLocation_ = nullptr;  // a marker in layer_, or null
   bool titlesDirty_ = true;
   int placedWidth_ = 0;
