@@ -28,14 +28,14 @@ RegisterPage::RegisterPage(PageContext& context) : ScreenPage(context, QXRegiste
   codeButton_->set_name("get-code");
   codeRow->append(*code);
   codeRow->append(*codeButton_);
-  auto* name = iconEntry("avatar-default-symbolic", "", screen_.userNameText);
+  auto* name = iconEntry("avatar-default-symbolic", texts::kUserNamePlaceholder, screen_.userNameText);
   name->set_name("user-name");
   auto* password = iconEntry("dialog-password-symbolic", texts::kPasswordPlaceholder, screen_.passwordText, true);
   password->set_name("password");
-  auto* confirm = iconEntry("dialog-password-symbolic", "", screen_.confirmText, true);
+  auto* confirm = iconEntry("dialog-password-symbolic", texts::kConfirmPasswordPlaceholder, screen_.confirmText, true);
   confirm->set_name("confirm");
   auto* inviteRow = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
-  invite_ = iconEntry("contact-new-symbolic", "", screen_.inviteText);
+  invite_ = iconEntry("contact-new-symbolic", texts::kInvitePlaceholder, screen_.inviteText);
   invite_->set_name("invite");
   invite_->set_hexpand(true);
   auto* scan = Gtk::make_managed<Gtk::Button>();

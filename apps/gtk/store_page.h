@@ -3,6 +3,7 @@
 // hours, spend per person, call and map actions, the offers and the latest comments.
 // Built once; a redraw sets the texts and the rows whose data changed.
 #include "apps/gtk/boxed_rows.h"
+#include "apps/gtk/page_context.h"
 #include "apps/gtk/picture_strip.h"
 #include "apps/gtk/screen_page.h"
 #include "features/discovery/qxr_store_detail_view_controller.h"

@@ -102,7 +102,7 @@ WithdrawPage::WithdrawPage(PageContext& context) : ScreenPage(context, QXWithDra
   form->append(*card_);
   auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
   row->append(*ui::label(QXWithDrawViewController::kAmountLabel, "", false));
-  auto* amount = ui::entry("", screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
+  auto* amount = ui::entry(wallet_texts::kNoAmount, screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
   amount->set_name("amount");
   amount->set_hexpand(true);
   amount->set_input_purpose(Gtk::InputPurpose::NUMBER);
@@ -128,7 +128,7 @@ void WithdrawPage::refresh() {
   if (balance_ == nullptr) return;  // still being built
   balance_->set_text(screen_.balanceText());
   const auto& bank = screen_.bank();
-  card_->set_text(bank ? bank->name + wallet_texts::kNameBankSeparator + bank->cardBank + "\n" + bank->cardId : "");
+  card_->set_text(bank ? bank->name + wallet_texts::kNameBankSeparator + bank->cardBank + "\n" + screen_.cardNumberText() : "");
 }
 
 }  // namespace qmv::gtk
