@@ -51,7 +51,7 @@ CityPage::CityPage(PageContext& context)
   fillPage();
   auto* search = Gtk::make_managed<Gtk::SearchEntry>();
   search->set_name("city-key");
-  search->set_placeholder_text(discovery_texts::kCitySearchPlaceholder);
+  g_object_set(search->gobj(), "placeholder-text", discovery_texts::kCitySearchPlaceholder, nullptr);
   search->set_margin(12);
   search->signal_search_changed().connect([this, search] {
     key_ = search->get_text();

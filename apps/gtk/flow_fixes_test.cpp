@@ -264,7 +264,12 @@ TEST_F(FlowFixesTest, FieldsSayWhatTheyHoldPasswordsShowOnAskingKeysGoBackAndMen
 
   // The search fields say what to type.
   ASSERT_NO_FATAL_FAILURE(searchNearby("潜水"));
-  EXPECT_FALSE(dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "keyword"))->get_placeholder_text().empty());
+  auto* keyword = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "keyword"));
+  ASSERT_NE(keyword, nullptr);
+  gchar* placeholder = nullptr;
+  g_object_get(keyword->gobj(), "placeholder-text", &placeholder, nullptr);
+  EXPECT_STRNE(placeholder != nullptr ? placeholder : "", "");
+  g_free(placeholder);
   auto& nearby = static_cast<NearbyPage&>(tabs_->tab(1));
   const NearbyView& list = nearby.screen().nearbyView();
   ASSERT_TRUE(driver_->waitUntil([&] { return list.isKeySearchModel && !list.isSearching(); }));

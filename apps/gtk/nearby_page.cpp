@@ -154,7 +154,8 @@ void NearbyPage::buildSearchFace() {
   auto* face = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 12);
   keyword_ = Gtk::make_managed<Gtk::SearchEntry>();
   keyword_->set_name("keyword");
-  keyword_->set_placeholder_text(discovery_texts::kSearchPlaceholder);
+  // A property: a search entry is not a GtkEntry.
+  g_object_set(keyword_->gobj(), "placeholder-text", discovery_texts::kSearchPlaceholder, nullptr);
   keyword_->signal_activate().connect([this] { screen_->searchView().searchText(keyword_->get_text()); });
   face->append(*keyword_);
   auto* header = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
