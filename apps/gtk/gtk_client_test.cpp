@@ -475,8 +475,10 @@ TEST_F(GtkClientTest, WalksTheContactsAndSpinsTheWheel) {
   EXPECT_TRUE(finders::shows(top(), "邀请2人"));
   // Another member's phone is masked.
   const auto rowTexts = finders::texts(top());
-  EXPECT_TRUE(std::any_of(rowTexts.begin(), rowTexts.end(), [](const std::string& t) { return t.starts_with("手机号:138****0001"); }));
-  EXPECT_FALSE(std::any_of(rowTexts.begin(), rowTexts.end(), [](const std::string& t) { return t.find("13800000001") != std::string::npos; }));
+  EXPECT_TRUE(std::any_of(rowTexts.begin(), rowTexts.end(),
+                          [](const std::string& t) { return t.starts_with("手机号:138****0001"); }));
+  EXPECT_FALSE(std::any_of(rowTexts.begin(), rowTexts.end(),
+                           [](const std::string& t) { return t.find("13800000001") != std::string::npos; }));
   ASSERT_TRUE(finders::activateRow(top(), "张三"));
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "MySecondContactViewController"; }));
   ASSERT_TRUE(waitFor("赵六"));

@@ -63,16 +63,18 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
         return true;
       })));
   // Escape and Alt+Left go back as the button does, from the page the member sees. A
-  // dialog is a window of its own and a popover takes its Escape first: neither loses it.
+  // message dialog is a window of its own and keeps its Escape; the picture browser is no
+  // such page and closes on its own.
   if (withBack) {
-    for (const auto& [key, modifiers] : {std::pair{GDK_KEY_Escape, Gdk::ModifierType(0)},
-                                         std::pair{GDK_KEY_Left, Gdk::ModifierType::ALT_MASK}}) {
-      shortcuts->add_shortcut(Gtk::Shortcut::create(
-          Gtk::KeyvalTrigger::create(key, modifiers), Gtk::CallbackAction::create([this](Gtk::Widget&, const Glib::VariantBase&) {
-            if (!get_mapped()) return false;
-            goBack();
-            return true;
-          })));
+    for (const auto& [key, modifiers] :
+         {std::pair{GDK_KEY_Escape, Gdk::ModifierType(0)}, std::pair{GDK_KEY_Left, Gdk::ModifierType::ALT_MASK}}) {
+      shortcuts->add_shortcut(
+          Gtk::Shortcut::create(Gtk::KeyvalTrigger::create(key, modifiers),
+                                Gtk::CallbackAction::create([this](Gtk::Widget&, const Glib::VariantBase&) {
+                                  if (!get_mapped()) return false;
+                                  goBack();
+                                  return true;
+                                })));
     }
   }
   add_controller(shortcuts);

@@ -102,7 +102,8 @@ WithdrawPage::WithdrawPage(PageContext& context) : ScreenPage(context, QXWithDra
   form->append(*card_);
   auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
   row->append(*ui::label(QXWithDrawViewController::kAmountLabel, "", false));
-  auto* amount = ui::entry(wallet_texts::kNoAmount, screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
+  auto* amount =
+      ui::entry(wallet_texts::kNoAmount, screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
   amount->set_name("amount");
   amount->set_hexpand(true);
   amount->set_input_purpose(Gtk::InputPurpose::NUMBER);

@@ -126,7 +126,8 @@ void WheelFace::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural,
 // The picture turned with the face, cut to its circle.
 void WheelFace::drawPicture(GtkSnapshot* snapshot, double cx, double cy, double radius) const {
   const auto r = static_cast<float>(radius);
-  const graphene_rect_t bounds = GRAPHENE_RECT_INIT(static_cast<float>(cx) - r, static_cast<float>(cy) - r, 2 * r, 2 * r);
+  const graphene_rect_t bounds =
+      GRAPHENE_RECT_INIT(static_cast<float>(cx) - r, static_cast<float>(cy) - r, 2 * r, 2 * r);
   GskRoundedRect circle;
   gsk_rounded_rect_init_from_rect(&circle, &bounds, r);
   gtk_snapshot_push_rounded_clip(snapshot, &circle);
