@@ -117,6 +117,9 @@ set(CPACK_DEBIAN_SANDBOX_PACKAGE_SECTION net)
 # The client and the sandbox read the shipped databases of the qmv package.
 set(CPACK_DEBIAN_GTK_PACKAGE_DEPENDS "qmv (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_SANDBOX_PACKAGE_DEPENDS "qmv (= ${PROJECT_VERSION})")
+# The client switches GTK's and WebKit's own texts to Chinese when a zh_CN.UTF-8 locale
+# is there; without one it runs, with those texts in the desktop's language.
+set(CPACK_DEBIAN_GTK_PACKAGE_RECOMMENDS "locales-all")
 set(CPACK_COMPONENTS_ALL cli sandbox)
 if(TARGET qmv-gtk)
   list(APPEND CPACK_COMPONENTS_ALL gtk)

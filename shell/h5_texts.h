@@ -23,6 +23,9 @@ inline constexpr long kAddressType = 3;
 inline constexpr long kLevelType = 4;
 inline constexpr long kMyTopicType = 5;
 
+// A page that could not be shown, whatever the reason (which goes to the log).
+inline constexpr const char* kPageLoadFailed = "页面加载失败,请稍后再试";
+
 inline constexpr const char* kBackImage = "back_3";
 inline constexpr const char* kShareButtonImage = "share_h5";
 

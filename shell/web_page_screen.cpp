@@ -1,6 +1,8 @@
 #include "shell/web_page_screen.h"
 
+#include "core/common/log.h"
 #include "platform/env.h"
+#include "shell/h5_texts.h"
 
 namespace qmv {
 
@@ -22,6 +24,8 @@ bool WebPageScreen::makeWebView() {
   return true;
 }
 
+const char* WebPageScreen::loadErrorText() const { return loadError_.empty() ? "" : h5_texts::kPageLoadFailed; }
+
 void WebPageScreen::webViewDidFinishLoad() {
   loadError_.clear();
   if (onLoadEnded) onLoadEnded();
@@ -29,6 +33,7 @@ void WebPageScreen::webViewDidFinishLoad() {
 
 void WebPageScreen::didFailLoadWithError(const std::string& error) {
   loadError_ = error;
+  if (logLineEnabled()) logLine("page not loaded: " + error);
   if (onLoadEnded) onLoadEnded();
 }
 

@@ -21,8 +21,11 @@ class WebPageScreen : public WebViewDelegate {
   // Null before the view has loaded, or when the platform has no web views.
   WebView* webView() const { return webView_.get(); }
   double progress() const { return progress_; }
-  // Why the last load failed; "" once a load has finished.
+  // Why the last load failed, for the log and the command line (the web view's or the
+  // transport's words, often English); "" once a load has finished.
   const std::string& loadError() const { return loadError_; }
+  // What the member reads instead while loadError() is set; "" otherwise.
+  const char* loadErrorText() const;
 
   void updateProgress(double progress) override { progress_ = progress; }
   void webViewDidFinishLoad() override;

@@ -23,11 +23,11 @@ TEST_F(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesT
   const auto first = run({"contacts"});
   ASSERT_EQ(first.status, 0) << first.out;
   EXPECT_TRUE(first.has("我的人脉\n一级人脉: 3  二级人脉: 3\n")) << first.out;
-  EXPECT_TRUE(first.has("  张三 | 手机号:13800000001 | 加入时间:")) << first.out;
+  EXPECT_TRUE(first.has("  张三 | 手机号:138****0001 | 加入时间:")) << first.out;
   EXPECT_TRUE(first.has(" | 邀请2人\n")) << first.out;
-  const auto second = run({"contacts", "13800000001"});
+  const auto second = run({"contacts", "138****0001"});  // as listed
   ASSERT_EQ(second.status, 0) << second.out;
-  EXPECT_TRUE(second.has("张三的邀请\n  赵六 | 手机号:13800000004")) << second.out;
+  EXPECT_TRUE(second.has("张三的邀请\n  赵六 | 手机号:138****0004")) << second.out;
   EXPECT_TRUE(second.has("孙七")) << second.out;
   EXPECT_FALSE(second.has("邀请0人")) << "the second level shows no counts";
   EXPECT_EQ(run({"contacts", "13800000004"}).status, 1) << "a second-level contact has no row of its own";

@@ -10,6 +10,7 @@ namespace {
 
 // Luhn-valid 19-digit card and an identity number.
 constexpr const char* kCard = "6222020200112233446";
+constexpr const char* kMaskedCard = "6222 *********** 3446";  // as screens show it
 constexpr const char* kIdNumber = "37130219900101123X";
 constexpr const char* kSubmitted = "您的提现申请已提交,申请将在1-3个工作日内处理完成";
 
@@ -53,7 +54,7 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
   EXPECT_EQ(shownCard["cardId"], kCard);
   const std::string cardBank = shownCard["cardBank"];
   auto text = run({"card"});
-  EXPECT_TRUE(text.has("张三   " + cardBank + "\n" + kCard + "\n")) << text.out;
+  EXPECT_TRUE(text.has("张三   " + cardBank + "\n" + kMaskedCard + "\n")) << text.out;
 
   // The demo balance is 500.00 yuan. The amount's checks are the screen's own test's; the
   // run shows the field as the screen left it (clamped) and fails.
@@ -83,7 +84,7 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
   auto kept = run({"card", "unbind", "--answer", "取消"});
   EXPECT_EQ(kept.status, 1) << "nothing was unbound";
   EXPECT_TRUE(kept.said("the card stays bound")) << kept.err;
-  EXPECT_TRUE(run({"card"}).has(kCard));
+  EXPECT_TRUE(run({"card"}).has(kMaskedCard));
   auto unbound = run({"card", "unbind", "--answer", "确定"});
   ASSERT_EQ(unbound.status, 0) << unbound.out;
   EXPECT_TRUE(unbound.has("解绑成功\n")) << unbound.out;

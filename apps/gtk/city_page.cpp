@@ -52,6 +52,7 @@ CityPage::CityPage(PageContext& context)
   auto* search = Gtk::make_managed<Gtk::SearchEntry>();
   search->set_name("city-key");
   ui::setAccessibleLabel(*search, gtk_texts::kSearch);
+  g_object_set(search->gobj(), "placeholder-text", discovery_texts::kCitySearchPlaceholder, nullptr);
   search->set_margin(12);
   search->signal_search_changed().connect([this, search] {
     key_ = search->get_text();

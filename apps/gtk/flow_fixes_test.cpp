@@ -1,16 +1,20 @@
 // Flows a new member walks through the graphical client, each checked where it once went
 // wrong: a chosen city reaching every tab at once, a keyword search that can be left, a
 // home category reaching the nearby list on screen, the sign-out, an untouched rating
-// form, and screen titles.
+// form, screen titles, forms that say what their fields hold, the keys that go back, the
+// menus' marks and GTK's own words in Chinese.
 #include <gtest/gtest.h>
 
 #include <adwaita.h>
 #include <shumate/shumate.h>
 
 #include <algorithm>
+#include <clocale>
 #include <functional>
 #include <set>
+#include <string_view>
 
+#include "apps/gtk/chinese_locale.h"
 #include "apps/gtk/dialog_alerts.h"
 #include "apps/gtk/gtk_client_test_support.h"
 #include "apps/gtk/home_page.h"
@@ -42,6 +46,46 @@ class FlowFixesTest : public testsupport::GtkClientTest {
     std::set<std::string> ids;
     for (const StoreInfoModel& store : stores) ids.insert(store.storeId);
     return ids;
+  }
+  // The key as the shortcuts of the page on top take it; false when none took it.
+  bool pressKey(guint keyval, GdkModifierType modifiers = GdkModifierType(0)) {
+    GtkShortcutTrigger* key = gtk_keyval_trigger_new(keyval, modifiers);
+    bool taken = false;
+    GListModel* controllers = gtk_widget_observe_controllers(top().gobj());
+    for (guint i = 0; !taken && i < g_list_model_get_n_items(controllers); ++i) {
+      auto* controller = static_cast<GObject*>(g_list_model_get_item(controllers, i));
+      for (guint j = 0; GTK_IS_SHORTCUT_CONTROLLER(controller) && !taken &&
+                        j < g_list_model_get_n_items(G_LIST_MODEL(controller));
+           ++j) {
+        auto* shortcut = static_cast<GtkShortcut*>(g_list_model_get_item(G_LIST_MODEL(controller), j));
+        if (gtk_shortcut_trigger_equal(gtk_shortcut_get_trigger(shortcut), key)) {
+          taken = gtk_shortcut_action_activate(gtk_shortcut_get_action(shortcut), GtkShortcutActionFlags(0),
+                                               top().gobj(), nullptr);
+        }
+        g_object_unref(shortcut);
+      }
+      g_object_unref(controller);
+    }
+    g_object_unref(controllers);
+    g_object_unref(key);
+    return taken;
+  }
+  // Whether the drawn row titled `title` on the page on top carries the current choice's mark.
+  bool marked(const std::string& title) {
+    bool inRow = false;
+    bool result = false;
+    const std::function<void(GtkWidget*)> walk = [&](GtkWidget* w) {
+      if (!gtk_widget_get_visible(w)) return;
+      const bool row = ADW_IS_PREFERENCES_ROW(w) && title == adw_preferences_row_get_title(ADW_PREFERENCES_ROW(w));
+      if (row) inRow = true;
+      if (inRow && GTK_IS_IMAGE(w) && std::string_view("object-select-symbolic") == gtk_image_get_icon_name(GTK_IMAGE(w))) {
+        result = true;
+      }
+      for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) walk(c);
+      if (row) inRow = false;
+    };
+    walk(top().gobj());
+    return result;
   }
   // Waits until the nearby list has answered its last search.
   bool nearbySettled(NearbyPage& page) {
@@ -257,6 +301,67 @@ TEST_F(GuideTest, TheGuideLocatesTheMemberAndTheCityChosenOnItOpensTheTabs) {
   EXPECT_TRUE(waitFor("当前城市：济南市"));
   passGuide();
   EXPECT_TRUE(driver_->waitUntil([&] { return titleOf(&tabs_->tab(0)) == "济南市"; })) << titleOf(&tabs_->tab(0));
+}
+
+TEST_F(FlowFixesTest, FieldsSayWhatTheyHoldPasswordsShowOnAskingKeysGoBackAndMenusMarkTheChoice) {
+  // GTK's own words are Chinese wherever the system has a Chinese locale.
+  EXPECT_TRUE(messagesAreChinese("zh_CN.UTF-8", nullptr));
+  EXPECT_TRUE(messagesAreChinese("zh_TW.UTF-8", "zh_TW:zh"));
+  EXPECT_FALSE(messagesAreChinese("zh_CN.UTF-8", "en_US:en")) << "LANGUAGE comes first";
+  EXPECT_FALSE(messagesAreChinese("C", "zh_CN")) << "LANGUAGE is not read under C";
+  EXPECT_FALSE(messagesAreChinese("en_US.UTF-8", ""));
+  if (std::string_view(std::setlocale(LC_MESSAGES, nullptr)).starts_with("zh")) {
+    EXPECT_STRNE(g_dgettext("gtk40", "_Cancel"), "_Cancel");
+  }
+
+  // Registration: every field says what it holds; a password shows itself on asking.
+  driver_->app().navigator().push("QXRegisterViewController");
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRegisterViewController"; }));
+  for (const char* name : {"phone", "code", "user-name", "password", "confirm", "invite"}) {
+    ASSERT_NE(field(name), nullptr) << name;
+    EXPECT_FALSE(field(name)->get_placeholder_text().empty()) << name;
+  }
+  Gtk::Entry* password = field("password");
+  EXPECT_FALSE(password->get_visibility());
+  g_signal_emit_by_name(password->gobj(), "icon-release", GTK_ENTRY_ICON_SECONDARY);
+  EXPECT_TRUE(password->get_visibility());
+  g_signal_emit_by_name(password->gobj(), "icon-release", GTK_ENTRY_ICON_SECONDARY);
+  EXPECT_FALSE(password->get_visibility());
+  EXPECT_FALSE(field("confirm")->get_visibility());
+
+  // Escape and Alt+Left go back from a pushed page; a tab's root keeps them.
+  ASSERT_TRUE(pressKey(GDK_KEY_Escape));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  driver_->app().navigator().push("FindPwdViewController");
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "FindPwdViewController"; }));
+  ASSERT_TRUE(pressKey(GDK_KEY_Left, GDK_ALT_MASK));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  EXPECT_FALSE(pressKey(GDK_KEY_Escape));
+
+  // The search fields say what to type.
+  ASSERT_NO_FATAL_FAILURE(searchNearby("潜水"));
+  auto* keyword = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "keyword"));
+  ASSERT_NE(keyword, nullptr);
+  gchar* placeholder = nullptr;
+  g_object_get(keyword->gobj(), "placeholder-text", &placeholder, nullptr);
+  EXPECT_STRNE(placeholder != nullptr ? placeholder : "", "");
+  g_free(placeholder);
+  auto& nearby = static_cast<NearbyPage&>(tabs_->tab(1));
+  const NearbyView& list = nearby.screen().nearbyView();
+  ASSERT_TRUE(driver_->waitUntil([&] { return list.isKeySearchModel && !list.isSearching(); }));
+
+  // The sort and area menus mark the current choice, and follow a new one.
+  ASSERT_TRUE(tap("filter-sort"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return marked("智能排序"); }));
+  EXPECT_FALSE(marked("离我最近"));
+  ASSERT_TRUE(finders::activateRow(top(), "离我最近"));
+  ASSERT_TRUE(nearbySettled(nearby));
+  ASSERT_TRUE(tap("filter-sort"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return marked("离我最近"); }));
+  EXPECT_FALSE(marked("智能排序"));
+  ASSERT_TRUE(tap("filter-area"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return marked("全部"); }));
+  EXPECT_FALSE(marked("离我最近")) << "one menu at a time";
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "apps/cli_docs/manual.h"
+#include "apps/gtk/chinese_locale.h"
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/picture_view.h"
@@ -93,7 +94,10 @@ docs::ManPage manPage() {
                 {"/usr/lib/qmv/modules/libqmv_gtk_webkit.so", "The WebKit module that shows the server's pages."}};
   page.environment = {{"XDG_DATA_HOME", "Where the default home is made."},
                       {"QMV_RESOURCE_DIR", "Read the shipped databases from this directory instead."},
-                      {"GSK_RENDERER", "GTK's renderer; left to GTK when set."}};
+                      {"GSK_RENDERER", "GTK's renderer; left to GTK when set."},
+                      {"LANGUAGE", "Unless the messages locale is Chinese already, the client runs under zh_CN.UTF-8 "
+                                   "(when installed) so that GTK's and WebKit's own texts are Chinese; programs it "
+                                   "opens get the desktop's locale back."}};
   page.seeAlso = {"qmv(1)", "qmv-sandbox(1)"};
   return page;
 }
@@ -269,6 +273,9 @@ int runGtkApplication(int argc, char** argv) {
     for (const ValueOption& option : kValueOptions) std::cerr << " [" << option.name << ' ' << option.value << ']';
     std::cerr << " [URL...]\n";
     return 2;
+  }
+  if (!speakChinese()) {
+    std::cerr << "qmv-gtk: no zh_CN.UTF-8 locale installed; GTK's own texts follow the desktop's language\n";
   }
   chooseRenderer();
   AdwApplication* application = adw_application_new(kApplicationId, G_APPLICATION_HANDLES_OPEN);

@@ -248,6 +248,7 @@ TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
   type("holder", "Zhang");
   type("id-number", "37130219900101123X");
   type("card-number", "6222020200112233446");
+  EXPECT_TRUE(field("card-number")->get_visibility()) << "the member's own number, whole while he types it";
   EXPECT_FALSE(dynamic_cast<Gtk::Label*>(finders::findNamed(top(), "bank-name"))->get_text().empty());
   ASSERT_TRUE(tap("get-code"));
   EXPECT_TRUE(toasted("验证码发送成功"));
@@ -264,12 +265,21 @@ TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
   ASSERT_TRUE(driver_->waitUntil([&] {
     return driver_->topName() == "MyBankCardViewController" && drawn("card");
   }));
-  EXPECT_TRUE(finders::shows(top(), "6222020200112233446"));
+  // Once bound, and on the withdrawal, the number is masked on screen.
+  EXPECT_TRUE(finders::shows(top(), "6222 *********** 3446"));
+  EXPECT_FALSE(finders::shows(top(), "6222020200112233446"));
 
   // Withdrawal (its checks are the screen's own test's).
   driver_->app().navigator().popToRoot();
   ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), "提现"); }));
   ASSERT_TRUE(waitFor("500.00元"));
+  const auto showsPart = [&](const std::string& part) {
+    const auto all = finders::texts(top());
+    return std::any_of(all.begin(), all.end(), [&](const std::string& t) { return t.find(part) != std::string::npos; });
+  };
+  EXPECT_TRUE(driver_->waitUntil([&] { return showsPart("6222 *********** 3446"); }));
+  EXPECT_FALSE(showsPart("6222020200112233446"));
+  EXPECT_FALSE(field("amount")->get_placeholder_text().empty());
   type("amount", "100");
   ASSERT_TRUE(tap("提现"));
   EXPECT_TRUE(toasted("您的提现申请已提交,申请将在1-3个工作日内处理完成"));
@@ -550,6 +560,12 @@ TEST_F(GtkClientTest, WalksTheContactsAndSpinsTheWheel) {
   ASSERT_TRUE(driver_->waitUntil([&] { return shownAs("num") == "3" && finders::shows(top(), "张三"); }));
   EXPECT_EQ(shownAs("sub-num"), "3");
   EXPECT_TRUE(finders::shows(top(), "邀请2人"));
+  // Another member's phone is masked.
+  const auto rowTexts = finders::texts(top());
+  EXPECT_TRUE(std::any_of(rowTexts.begin(), rowTexts.end(),
+                          [](const std::string& t) { return t.starts_with("手机号:138****0001"); }));
+  EXPECT_FALSE(std::any_of(rowTexts.begin(), rowTexts.end(),
+                           [](const std::string& t) { return t.find("13800000001") != std::string::npos; }));
   ASSERT_TRUE(finders::activateRow(top(), "张三"));
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "MySecondContactViewController"; }));
   ASSERT_TRUE(waitFor("赵六"));
@@ -560,6 +576,8 @@ TEST_F(GtkClientTest, WalksTheContactsAndSpinsTheWheel) {
   ASSERT_TRUE(openFromMemberTab("幸运大转盘", "WheelViewController"));
   auto* wheel = dynamic_cast<WheelPage*>(&top());
   ASSERT_NE(wheel, nullptr);
+  // Its face is the wheel's picture, with each sector's prize on it.
+  EXPECT_TRUE(driver_->waitUntil([&] { return wheel->face().showsPicture(); }));
   ASSERT_TRUE(waitFor("剩余抽奖次数: 3"));
   EXPECT_EQ(wheel->face().pointedSector(), wheel->screen().restSector());
   ASSERT_TRUE(tap("spin"));

@@ -3,6 +3,7 @@
 #include <adwaita.h>
 #include <gtkmm/init.h>
 
+#include "apps/gtk/chinese_locale.h"
 #include "apps/gtk/gtk_application.h"
 #include "apps/gtk/main_view.h"
 #include "apps/gtk/renderer_choice.h"
@@ -14,6 +15,7 @@ namespace qmv::gtk {
 
 bool GtkDriver::initToolkit() {
   static const bool ok = [] {
+    speakChinese();
     chooseRenderer();
     if (!gtk_init_check()) return false;
     adw_init();

@@ -2,6 +2,7 @@
 
 #include <gtkmm.h>
 
+#include "apps/gtk/chinese_locale.h"
 #include "apps/gtk/gtk_texts.h"
 #include "platform/alerts.h"
 #include "platform/env.h"
@@ -43,13 +44,17 @@ bool LauncherUrlOpener::canOpenURL(const std::string& url) const {
 bool LauncherUrlOpener::openURL(const std::string& url) {
   opened_.push_back(url);
   GError* error = nullptr;
-  const bool opened = g_app_info_launch_default_for_uri(url.c_str(), nullptr, &error) != FALSE;
+  // The program opened speaks the member's language, not the client's.
+  GAppLaunchContext* context = g_app_launch_context_new();
+  restoreMemberLocale(context);
+  const bool opened = g_app_info_launch_default_for_uri(url.c_str(), context, &error) != FALSE;
+  g_object_unref(context);
   if (error != nullptr) g_error_free(error);
   return opened;
 }
 
 void FileChooserCamera::scanQrCode(std::function<void(std::optional<std::string>)> completion) {
-  chooser_ = Gtk::FileChooserNative::create("", Gtk::FileChooser::Action::OPEN);
+  chooser_ = Gtk::FileChooserNative::create(gtk_texts::kChooseQrPicture, Gtk::FileChooser::Action::OPEN);
   Gtk::FileChooserNative* chooser = chooser_.get();
   if (Gtk::Window* parent = window_ ? window_() : nullptr) chooser->set_transient_for(*parent);
   auto filter = Gtk::FileFilter::create();

@@ -6,6 +6,9 @@
 namespace qmv::gtk_texts {
 
 inline constexpr const char* kBack = "返回";  // the back button's tooltip
+// The eye of a password field.
+inline constexpr const char* kShowPassword = "显示密码";
+inline constexpr const char* kHidePassword = "隐藏密码";
 inline constexpr const char* kYuanPrefix = "￥";
 inline constexpr const char* kUnreadablePicture = "无法读取图片";
 inline constexpr const char* kLaunchPicture = "启动图";
@@ -22,6 +25,7 @@ inline constexpr const char* kMyLocation = "我的位置";  // the member's mark
 inline constexpr const char* kCancel = "取消";
 inline constexpr const char* kSave = "保存";
 inline constexpr const char* kChoosePortrait = "选择头像";
+inline constexpr const char* kChooseQrPicture = "选择二维码图片";  // the scanner without a camera
 inline constexpr const char* kCopyLink = "复制链接";
 inline constexpr const char* kSaveQrCode = "保存二维码";
 inline constexpr const char* kQrSaved = "二维码已保存";

@@ -29,8 +29,10 @@ bool nearbyDrawsAlike(const NearbyRow& a, const NearbyRow& b) {
   return a.texts == b.texts;
 }
 
-NearbyRow nearbyChoice(NearbyRow::Kind kind, std::size_t index, const std::string& title, const std::string& trailing = "") {
-  return {kind, index, {title, "", trailing, true}, {}};
+NearbyRow nearbyChoice(NearbyRow::Kind kind, std::size_t index, const std::string& title, bool current = false) {
+  RowTexts texts{title, "", "", true};
+  texts.current = current;
+  return {kind, index, texts, {}};
 }
 
 std::vector<NearbyRow> storeRows(const std::vector<StoreInfoModel>& stores) {
@@ -155,6 +157,8 @@ void NearbyPage::buildSearchFace() {
   keyword_ = Gtk::make_managed<Gtk::SearchEntry>();
   keyword_->set_name("keyword");
   ui::setAccessibleLabel(*keyword_, gtk_texts::kSearch);
+  // A property: a search entry is not a GtkEntry.
+  g_object_set(keyword_->gobj(), "placeholder-text", discovery_texts::kSearchPlaceholder, nullptr);
   keyword_->signal_activate().connect([this] { screen_->searchView().searchText(keyword_->get_text()); });
   face->append(*keyword_);
   auto* header = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
@@ -280,19 +284,22 @@ std::vector<NearbyRow> NearbyPage::filterRows() {
     const CategoryScreenView& categories = view.categoryScreen;
     for (std::size_t i = 0; i < categories.categoryList.size(); ++i) {
       const bool selected = static_cast<long>(i) == categories.selectedLeftIndex;
-      rows.push_back(nearbyChoice(NearbyRow::Kind::Category, i, categories.categoryList[i].name, selected ? "●" : ""));
+      rows.push_back(nearbyChoice(NearbyRow::Kind::Category, i, categories.categoryList[i].name, selected));
       if (!selected) continue;
       const auto& subs = categories.categoryList[i].list;
       for (std::size_t j = 0; j < subs.size(); ++j) {
-        rows.push_back(nearbyChoice(NearbyRow::Kind::SubCategory, j, "    " + subs[j].name));
+        const bool current = static_cast<long>(j) == categories.selectedRightIndex;
+        rows.push_back(nearbyChoice(NearbyRow::Kind::SubCategory, j, "    " + subs[j].name, current));
       }
     }
     return rows;
   }
   const bool area = view.openFilter == NearbyView::Filter::Area;
   const auto& entries = area ? view.areaList : view.sortList;
+  const long current = area ? view.areaSelectedIndex : view.sortSelectedIndex;
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    rows.push_back(nearbyChoice(area ? NearbyRow::Kind::Area : NearbyRow::Kind::Sort, i, entries[i]));
+    rows.push_back(nearbyChoice(area ? NearbyRow::Kind::Area : NearbyRow::Kind::Sort, i, entries[i],
+                                static_cast<long>(i) == current));
   }
   return rows;
 }

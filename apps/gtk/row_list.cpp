@@ -14,6 +14,7 @@ namespace {
 constexpr const char* kTrailingKey = "qmv-trailing";
 constexpr const char* kChevronKey = "qmv-chevron";
 constexpr const char* kThumbnailKey = "qmv-thumbnail";
+constexpr const char* kCheckKey = "qmv-check";
 constexpr int kThumbnailSide = 56;
 // Decoded at twice the drawn size, for scaled displays.
 constexpr ImageSize kThumbnailBox{2 * kThumbnailSide, 2 * kThumbnailSide};
@@ -43,6 +44,12 @@ GtkWidget* newActionRow(ImageLoader* pictures) {
   GtkWidget* trailing = gtk_label_new("");
   gtk_widget_add_css_class(trailing, "accent");
   adw_action_row_add_suffix(ADW_ACTION_ROW(row), trailing);
+  // The mark of a menu's current choice, in the theme's accent colour (light and dark).
+  GtkWidget* check = gtk_image_new_from_icon_name("object-select-symbolic");
+  gtk_widget_add_css_class(check, "accent");
+  gtk_widget_set_visible(check, FALSE);
+  adw_action_row_add_suffix(ADW_ACTION_ROW(row), check);
+  g_object_set_data(G_OBJECT(row), kCheckKey, check);
   GtkWidget* chevron = gtk_image_new_from_icon_name("go-next-symbolic");
   adw_action_row_add_suffix(ADW_ACTION_ROW(row), chevron);
   g_object_set_data(G_OBJECT(row), kTrailingKey, trailing);
@@ -88,6 +95,9 @@ void fillListActionRow(Gtk::Widget& row, const RowTexts& texts) {
   gtk_widget_set_visible(trailing, !texts.trailing.empty());
   gtk_widget_set_visible(static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(raw), kChevronKey)), texts.activatable);
   gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(raw), texts.activatable);
+  gtk_widget_set_visible(static_cast<GtkWidget*>(g_object_get_data(G_OBJECT(raw), kCheckKey)), texts.current);
+  // A screen reader hears the mark too.
+  gtk_accessible_update_state(GTK_ACCESSIBLE(raw), GTK_ACCESSIBLE_STATE_SELECTED, texts.current, -1);
   if (auto* thumbnail = static_cast<PictureView*>(g_object_get_data(G_OBJECT(raw), kThumbnailKey))) {
     thumbnail->setUrl(texts.picture);
     thumbnail->set_visible(!texts.picture.empty());  // choice rows among store rows have none

@@ -107,6 +107,7 @@ struct RowTexts {
   std::string trailing;
   bool activatable = false;  // a tap opens the row (the list's activate, page.open-row)
   std::string picture = {};  // a thumbnail's URL in front; empty: the placeholder
+  bool current = false;      // the current choice of a menu: checked
   friend bool operator==(const RowTexts&, const RowTexts&) = default;
 };
 

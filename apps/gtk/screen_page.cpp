@@ -21,13 +21,7 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
     back->set_icon_name("go-previous-symbolic");
     ui::nameIcon(*back, gtk_texts::kBack);
     back->set_name("back");
-    back->signal_clicked().connect([this] {
-      if (backAction_) {
-        backAction_();
-      } else {
-        activate_action("win.back");
-      }
-    });
+    back->signal_clicked().connect([this] { goBack(); });
     adw_header_bar_pack_start(ADW_HEADER_BAR(header), GTK_WIDGET(back->gobj()));
   }
   header_ = Glib::wrap(header);
@@ -69,6 +63,21 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
         refresh->activate();
         return true;
       })));
+  // Escape and Alt+Left go back as the button does, from the page the member sees. A
+  // message dialog is a window of its own and keeps its Escape; the picture browser is no
+  // such page and closes on its own.
+  if (withBack) {
+    for (const auto& [key, modifiers] :
+         {std::pair{GDK_KEY_Escape, Gdk::ModifierType(0)}, std::pair{GDK_KEY_Left, Gdk::ModifierType::ALT_MASK}}) {
+      shortcuts->add_shortcut(
+          Gtk::Shortcut::create(Gtk::KeyvalTrigger::create(key, modifiers),
+                                Gtk::CallbackAction::create([this](Gtk::Widget&, const Glib::VariantBase&) {
+                                  if (!get_mapped()) return false;
+                                  goBack();
+                                  return true;
+                                })));
+    }
+  }
   add_controller(shortcuts);
 }
 
@@ -101,6 +110,14 @@ Gtk::Button* ScreenPage::submitButton(const std::string& label, std::function<vo
 
 void ScreenPage::addHeaderButton(Gtk::Widget& widget) {
   adw_header_bar_pack_end(ADW_HEADER_BAR(header_->gobj()), GTK_WIDGET(widget.gobj()));
+}
+
+void ScreenPage::goBack() {
+  if (backAction_) {
+    backAction_();
+  } else {
+    activate_action("win.back");
+  }
 }
 
 void ScreenPage::setBackAction(std::function<void()> back) {

@@ -72,6 +72,7 @@ class ScreenPage : public Gtk::Box {
   PageContext& context_;
 
  private:
+  void goBack();
   void coverChanged();
   void drawState();
 

@@ -23,6 +23,7 @@
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/web_page_view.h"
+#include "apps/gtk/wheel_page.h"
 #include "apps/gtk/widget_finders.h"
 #include "core/session/global_data.h"
 #include "features/discovery/discovery_texts.h"
@@ -226,8 +227,15 @@ int run(const std::filesystem::path& out) {
     shot("22-contacts");
     app.navigator().popToRoot();
     app.navigator().push(wheel_texts::kWheelScreen);
-    driver.waitUntil([&] { return finders::shows(driver.top(), "剩余抽奖次数: 3"); });
+    driver.waitUntil([&] {
+      auto* wheel = dynamic_cast<WheelPage*>(&driver.top());
+      return finders::shows(driver.top(), "剩余抽奖次数: 3") && wheel != nullptr && wheel->face().showsPicture();
+    });
     shot("23-wheel");
+    // The face and its pointer read in the dark style too.
+    adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_FORCE_DARK);
+    shot("23-wheel-dark");
+    adw_style_manager_set_color_scheme(adw_style_manager_get_default(), ADW_COLOR_SCHEME_DEFAULT);
     app.navigator().popToRoot();
     app.navigator().push(h5_texts::kH5Screen, {{"h5Type", h5_texts::kCoinType}});
     driver.waitUntil([&] {

@@ -44,6 +44,20 @@ Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::
   if (password) {
     e->set_visibility(false);
     e->set_input_purpose(Gtk::InputPurpose::PASSWORD);
+    // The eye at the end shows what was typed, and hides it again.
+    const auto showEye = [e] {
+      const bool shown = e->get_visibility();
+      e->set_icon_from_icon_name(shown ? "view-conceal-symbolic" : "view-reveal-symbolic",
+                                 Gtk::Entry::IconPosition::SECONDARY);
+      e->set_icon_tooltip_text(shown ? gtk_texts::kHidePassword : gtk_texts::kShowPassword,
+                               Gtk::Entry::IconPosition::SECONDARY);
+    };
+    showEye();
+    e->signal_icon_release().connect([e, showEye](Gtk::Entry::IconPosition position) {
+      if (position != Gtk::Entry::IconPosition::SECONDARY) return;
+      e->set_visibility(!e->get_visibility());
+      showEye();
+    });
   }
   e->signal_changed().connect([e, changed = std::move(changed)] { changed(e->get_text()); });
   return e;

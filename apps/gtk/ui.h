@@ -19,6 +19,7 @@ Gtk::Label* label(const std::string& text, const std::string& cssClass = "", boo
 Gtk::Button* button(const std::string& text, std::function<void()> clicked, const std::string& cssClass = "");
 // The flat button under a list that asks for its next page (the page's "page.load-more").
 Gtk::Button* loadMoreButton();
+// A password field has an eye at its end that shows and hides the typed text.
 Gtk::Entry* entry(const std::string& placeholder, const std::string& text, std::function<void(const std::string&)> changed,
                   bool password = false);
 // A linked row of toggle buttons, one per label, named `namePrefix` and the index; a tap

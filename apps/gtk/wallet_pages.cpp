@@ -103,7 +103,8 @@ WithdrawPage::WithdrawPage(PageContext& context) : ScreenPage(context, QXWithDra
   auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 6);
   auto* amountLabel = ui::label(QXWithDrawViewController::kAmountLabel, "", false);
   row->append(*amountLabel);
-  auto* amount = ui::entry("", screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
+  auto* amount =
+      ui::entry(wallet_texts::kNoAmount, screen_.amountText, [this](const std::string& t) { screen_.amountText = t; });
   ui::labelledBy(*amount, *amountLabel);
   amount->set_name("amount");
   amount->set_hexpand(true);
@@ -130,7 +131,7 @@ void WithdrawPage::refresh() {
   if (balance_ == nullptr) return;  // still being built
   balance_->set_text(screen_.balanceText());
   const auto& bank = screen_.bank();
-  card_->set_text(bank ? bank->name + wallet_texts::kNameBankSeparator + bank->cardBank + "\n" + bank->cardId : "");
+  card_->set_text(bank ? bank->name + wallet_texts::kNameBankSeparator + bank->cardBank + "\n" + screen_.cardNumberText() : "");
 }
 
 }  // namespace qmv::gtk

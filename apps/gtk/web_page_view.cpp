@@ -62,7 +62,7 @@ bool WebPageView::pollProgress() {
 void WebPageView::refresh() {
   if (screen_ == nullptr) return;
   pollProgress();
-  error_.set_text(screen_->loadError());
+  error_.set_text(screen_->loadErrorText());
   error_.set_visible(!screen_->loadError().empty());
   if (!drawn_ && screen_->webView() != nullptr) {
     // The text and link buttons are set again by position: a redraw of the same page

@@ -4,18 +4,45 @@
 #include <numbers>
 
 #include "apps/gtk/gtk_texts.h"
+#include "apps/gtk/page_context.h"
 #include "apps/gtk/ui.h"
+#include "core/images/image_loader.h"
 #include "features/wheel/wheel_texts.h"
 
 namespace qmv::gtk {
 
-WheelFace::WheelFace() : Glib::ObjectBase("QmvWheelFace") {
+WheelFace::WheelFace(ImageLoader* pictures) : Glib::ObjectBase("QmvWheelFace"), pictures_(pictures) {
   set_name("wheel-face");
   set_halign(Gtk::Align::CENTER);
 }
 
 WheelFace::~WheelFace() {
+  ticket_.cancel();
   if (tick_ != 0) remove_tick_callback(tick_);
+  g_clear_object(&texture_);
+}
+
+void WheelFace::setPicture(const std::string& url) {
+  if (url == url_) return;
+  url_ = url;
+  ticket_ = ImageTicket();  // an answer for the old address must not land
+  g_clear_object(&texture_);
+  queue_draw();
+  if (url.empty() || pictures_ == nullptr) return;
+  // Decoded at twice the drawn size, for scaled displays.
+  ticket_ = pictures_->load(url, ImageSize{2 * kSize, 2 * kSize}, [this](ImageOutcome outcome) {
+    const DecodedImage* image = outcome.image.get();
+    if (image == nullptr || image->size().empty() ||
+        image->pixels.size() < image->stride * static_cast<std::size_t>(image->height)) {
+      return;
+    }
+    GBytes* bytes = g_bytes_new(image->pixels.data(), image->pixels.size());
+    g_clear_object(&texture_);
+    texture_ = gdk_memory_texture_new(image->width, image->height, GDK_MEMORY_R8G8B8A8_PREMULTIPLIED, bytes,
+                                      image->stride);
+    g_bytes_unref(bytes);
+    queue_draw();
+  });
 }
 
 void WheelFace::setSectors(int count) {
@@ -67,6 +94,24 @@ void WheelFace::stop() {
   }
 }
 
+namespace {
+
+// The pointer over the top of the face: the application's orange edged in white, which
+// stands out on the face and on a light or a dark page alike.
+void drawPointer(Cairo::Context& cr, double cx, double cy, double radius) {
+  cr.move_to(cx - 11, cy - radius - 11);
+  cr.line_to(cx + 11, cy - radius - 11);
+  cr.line_to(cx, cy - radius + 16);
+  cr.close_path();
+  cr.set_source_rgb(241 / 255.0, 161 / 255.0, 72 / 255.0);
+  cr.fill_preserve();
+  cr.set_source_rgb(1, 1, 1);
+  cr.set_line_width(2);
+  cr.stroke();
+}
+
+}  // namespace
+
 int WheelFace::pointedSector() const {
   if (sectors_ <= 0) return -1;
   const double at = std::fmod(position_, sectors_);
@@ -79,16 +124,40 @@ void WheelFace::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural,
   minimumBaseline = naturalBaseline = -1;
 }
 
+// The picture turned with the face, cut to its circle.
+void WheelFace::drawPicture(GtkSnapshot* snapshot, double cx, double cy, double radius) const {
+  const auto r = static_cast<float>(radius);
+  const graphene_rect_t bounds =
+      GRAPHENE_RECT_INIT(static_cast<float>(cx) - r, static_cast<float>(cy) - r, 2 * r, 2 * r);
+  GskRoundedRect circle;
+  gsk_rounded_rect_init_from_rect(&circle, &bounds, r);
+  gtk_snapshot_push_rounded_clip(snapshot, &circle);
+  gtk_snapshot_save(snapshot);
+  const graphene_point_t centre = GRAPHENE_POINT_INIT(static_cast<float>(cx), static_cast<float>(cy));
+  gtk_snapshot_translate(snapshot, &centre);
+  if (sectors_ > 0) gtk_snapshot_rotate(snapshot, static_cast<float>((0.5 - position_) * 360.0 / sectors_));
+  const graphene_rect_t face = GRAPHENE_RECT_INIT(-r, -r, 2 * r, 2 * r);
+  gtk_snapshot_append_texture(snapshot, texture_, &face);
+  gtk_snapshot_restore(snapshot);
+  gtk_snapshot_pop(snapshot);
+}
+
 void WheelFace::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   const int width = get_width();
   const int height = get_height();
-  auto cr = snapshot->append_cairo(Gdk::Rectangle(0, 0, width, height));
   const double cx = width / 2.0;
   const double cy = height / 2.0;
   const double radius = std::min(width, height) / 2.0 - 12;
   if (radius <= 0) return;
+  // The picture first: the pointer is drawn over it.
+  if (texture_ != nullptr) drawPicture(snapshot->gobj(), cx, cy, radius);
+  auto cr = snapshot->append_cairo(Gdk::Rectangle(0, 0, width, height));
   constexpr double kTurn = 2 * std::numbers::pi;
   constexpr double kTop = -std::numbers::pi / 2;
+  if (texture_ != nullptr) {
+    drawPointer(*cr, cx, cy, radius);
+    return;
+  }
   // The hub and the pointer in the text's colour, which the light and dark styles
   // each set against their background.
   const Gdk::RGBA ink = get_style_context()->get_color();
@@ -117,14 +186,11 @@ void WheelFace::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   cr->set_source_rgb(ink.get_red(), ink.get_green(), ink.get_blue());
   cr->arc(cx, cy, radius * 0.12, 0, kTurn);
   cr->fill();
-  cr->move_to(cx - 10, cy - radius - 10);
-  cr->line_to(cx + 10, cy - radius - 10);
-  cr->line_to(cx, cy - radius + 14);
-  cr->close_path();
-  cr->fill();
+  drawPointer(*cr, cx, cy, radius);
 }
 
-WheelPage::WheelPage(PageContext& context) : ScreenPage(context, wheel_texts::kTitle, true) {
+WheelPage::WheelPage(PageContext& context)
+    : ScreenPage(context, wheel_texts::kTitle, true), face_(context.pictures()) {
   setTitle(screen_.title());
   follow(screen_);
   period_ = ui::label("", "dim-label");
@@ -168,6 +234,7 @@ WheelPage::WheelPage(PageContext& context) : ScreenPage(context, wheel_texts::kT
 }
 
 void WheelPage::refresh() {
+  face_.setPicture(screen_.wheel() ? screen_.wheel()->imgURL : std::string());
   period_->set_text(screen_.periodText());
   left_->set_text(screen_.leftCountText());
   rule_->set_text(screen_.wheel() ? screen_.wheel()->rule : "");

@@ -2,10 +2,23 @@
 // The prize wheel: the period, the spins left and the rule over the face, drawn with
 // GtkSnapshot. A spin turns the face a few rounds and stops it on the sector the server
 // drew; the prize shows once it stands still.
+//
+// The face is the wheel's own picture ("imgURL"), which carries each sector's prize text
+// (the record names no sector's prize but the one drawn): sector 0 centred at the top of
+// the picture, the others following clockwise, as the pointer counts them. Until the
+// picture arrives, or when it cannot be read, plain sectors stand in for it.
+#include <gdk/gdk.h>
+
 #include <functional>
+#include <string>
 
 #include "apps/gtk/screen_page.h"
+#include "core/images/image_ticket.h"
 #include "features/wheel/wheel_view_controller.h"
+
+namespace qmv {
+class ImageLoader;
+}
 
 namespace qmv::gtk {
 
@@ -14,9 +27,13 @@ class WheelFace : public Gtk::Widget {
   static constexpr int kSize = 280;
   static constexpr double kSpinSeconds = 2.5;
 
-  WheelFace();
+  // `pictures` may be null: the plain sectors then stay.
+  explicit WheelFace(ImageLoader* pictures = nullptr);
   ~WheelFace() override;
 
+  // The face's picture; the same URL again keeps what is shown or asked, "" drops it.
+  void setPicture(const std::string& url);
+  bool showsPicture() const { return texture_ != nullptr; }
   void setSectors(int count);
   // Puts the pointer on `sector` at once (no spin running).
   void restOn(int sector);
@@ -33,7 +50,12 @@ class WheelFace : public Gtk::Widget {
 
  private:
   void stop();
+  void drawPicture(GtkSnapshot* snapshot, double cx, double cy, double radius) const;
 
+  ImageLoader* pictures_;
+  std::string url_;
+  ImageTicket ticket_;
+  GdkTexture* texture_ = nullptr;  // owned
   int sectors_ = 0;
   // Where the pointer is, in sectors from the start of sector 0 (sector i spans [i, i+1)).
   double position_ = 0.5;

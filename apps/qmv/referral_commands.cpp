@@ -8,6 +8,7 @@
 #include "apps/qmv/cli_flow.h"
 #include "apps/qmv/cli_texts.h"
 #include "apps/qmv/command_registry.h"
+#include "core/common/display_mask.h"
 #include "features/referral/my_contact_view_controller.h"
 #include "features/referral/my_second_contact_view_controller.h"
 #include "platform/navigator.h"
@@ -55,9 +56,17 @@ int runContacts(CliApp& app, const std::string& phone, long pages) {
     out.data("page", first.pageNum);
     return kExitOk;
   }
+  // The phone whole, or as the list shows it when only one contact shows it so.
+  const auto& list = first.contactList;
   std::size_t row = 0;
-  while (row < first.contactList.size() && first.contactList[row].phone != phone) ++row;
-  if (row == first.contactList.size()) {
+  while (row < list.size() && list[row].phone != phone) ++row;
+  if (row == list.size()) {
+    for (std::size_t i = 0, matches = 0; i < list.size(); ++i) {
+      if (display_mask::phone(list[i].phone) == phone && ++matches == 1) row = i;
+      if (matches > 1) row = list.size();
+    }
+  }
+  if (row == list.size()) {
     std::cerr << "qmv: none of your contacts has the phone " << phone << '\n';
     return kExitFailure;
   }
@@ -81,7 +90,8 @@ void registerReferralCommands(CommandRegistry& registry) {
   CLI::App* contacts =
       registry.add("contacts", "your contacts with their counts, or the members the contact PHONE invited",
                    [phone, pages](CliApp& app) { return runContacts(app, *phone, *pages); });
-  contacts->add_option("PHONE", *phone, "a contact's phone: list the members that contact invited");
+  contacts->add_option("PHONE", *phone,
+                        "a contact's phone, whole or as listed: list the members that contact invited");
   contacts->add_option("--page", *pages, "load up to this page")->check(CLI::Range(1L, 1000L));
 }
 

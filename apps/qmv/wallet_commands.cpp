@@ -140,7 +140,7 @@ int runWithdraw(CliApp& app, const std::string& amount) {
   CliOutput& out = app.output();
   if (const auto& bank = screen.bank()) {
     out.line(bank->name + texts::kNameBankSeparator + bank->cardBank);
-    out.line(bank->cardId);
+    out.line(screen.cardNumberText());
     out.data("card", cardJson(*bank));
   } else {
     out.line(QXWithDrawViewController::kChooseCardTitle);

@@ -34,6 +34,10 @@ inline constexpr const char* kNoCamera = "您的设备无法拍照，请至设�
 inline constexpr const char* kNoCameraButton = "知道了";
 inline constexpr const char* kBadQrCode = "无效二维码";
 inline constexpr const char* kInviteMarker = "inviteid=";
+// The fields that say nothing else about themselves.
+inline constexpr const char* kUserNamePlaceholder = "用户名";
+inline constexpr const char* kConfirmPasswordPlaceholder = "确认密码";
+inline constexpr const char* kInvitePlaceholder = "邀请码(选填)";
 
 // Password recovery.
 inline constexpr const char* kFindPwdTitle = "找回密码";

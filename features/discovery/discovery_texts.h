@@ -37,6 +37,9 @@ inline constexpr const char* kCategoryButtonTitle = "全部分类";
 inline constexpr const char* kSortButtonTitle = "智能排序";
 inline constexpr const char* kSortLabels[] = {"智能排序", "离我最近", "人均最低", "好评最多"};
 inline constexpr const char* kHistoryTitle = "历史搜索";
+// The keyword field of the nearby tab and the city picker's field.
+inline constexpr const char* kSearchPlaceholder = "搜索商家";
+inline constexpr const char* kCitySearchPlaceholder = "输入城市名或拼音";
 inline constexpr const char* kHistoryClear = "清空";
 inline constexpr const char* kHistoryEmpty = "暂无历史记录";
 // The nearby list without stores: in the city under its filters, or for a keyword.

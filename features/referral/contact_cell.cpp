@@ -1,5 +1,6 @@
 #include "features/referral/contact_cell.h"
 
+#include "core/common/display_mask.h"
 #include "features/referral/referral_texts.h"
 
 namespace qmv {
@@ -11,7 +12,8 @@ ContactCell ContactCell::secondLevel(const UserInfoModel& contact) {
   cell.portraitUrl = contact.imgUrl;
   cell.placeholderImage = texts::kPortraitPlaceholder;
   cell.name = contact.name;
-  cell.phoneText = texts::kPhonePrefix + contact.phone;
+  // Another member's number: masked on every screen.
+  cell.phoneText = texts::kPhonePrefix + display_mask::phone(contact.phone);
   cell.timeText = texts::kJoinTimePrefix + contact.time;
   return cell;
 }

@@ -26,7 +26,7 @@ TEST_F(ContactListTest, PagesAppendRetryAFailedPageAndEndOnAnEmptyOne) {
   EXPECT_EQ(first.subNum(), "") << "a missing count stays empty, not 0";
   EXPECT_FALSE(first.loadMoreFooterHidden);
   const ContactCell cell = first.cellAt(0);
-  EXPECT_EQ(cell.phoneText, "手机号:13800000001");
+  EXPECT_EQ(cell.phoneText, "手机号:138****0001");
   EXPECT_EQ(cell.timeText, "加入时间:2016-05-01");
   EXPECT_EQ(cell.invitedText, "邀请2人");
   EXPECT_EQ(cell.placeholderImage, "v4_morentouxiang");

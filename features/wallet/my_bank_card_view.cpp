@@ -1,5 +1,7 @@
 #include "features/wallet/my_bank_card_view.h"
 
+#include "core/common/display_mask.h"
+
 namespace qmv {
 
 void MyBankCardView::hiddenSubView() {
@@ -11,7 +13,7 @@ void MyBankCardView::hiddenSubView() {
 void MyBankCardView::refreshWith(const BankModel& bank) {
   bank_ = bank;
   nameText_ = bank.name + wallet_texts::kNameBankSeparator + bank.cardBank;
-  cardNumberText_ = bank.cardId;
+  cardNumberText_ = display_mask::cardNumber(bank.cardId);
 }
 
 }  // namespace qmv

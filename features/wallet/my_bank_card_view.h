@@ -25,6 +25,7 @@ class MyBankCardView {
   const std::optional<BankModel>& bank() const { return bank_; }
   // "%@   %@" of the holder's name and the bank; "" while the card panel is hidden.
   const std::string& nameText() const { return nameText_; }
+  // The card number masked (display_mask::cardNumber); bank() keeps it whole.
   const std::string& cardNumberText() const { return cardNumberText_; }
 
  private:

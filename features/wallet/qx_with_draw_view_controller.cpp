@@ -6,6 +6,7 @@
 
 #include "core/common/control_util.h"
 #include "core/common/dictionary.h"
+#include "core/common/display_mask.h"
 #include "core/common/string_util.h"
 #include "core/session/global_data.h"
 #include "features/wallet/wallet_texts.h"
@@ -158,6 +159,10 @@ std::string QXWithDrawViewController::clampedAmount(std::string_view text) {
   static const long limit = *decimalMagnitude(kFieldLimit);
   const auto magnitude = decimalMagnitude(leadingNumber(text));
   return magnitude && *magnitude >= limit ? std::string(kFieldClamp) : std::string(text);
+}
+
+std::string QXWithDrawViewController::cardNumberText() const {
+  return bank_ ? display_mask::cardNumber(bank_->cardId) : std::string();
 }
 
 std::string QXWithDrawViewController::balanceText() const {

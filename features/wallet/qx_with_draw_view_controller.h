@@ -60,6 +60,8 @@ class QXWithDrawViewController : public BaseViewController {
   std::string balanceText() const;
   // The bound card, once its answer arrived with one.
   const std::optional<BankModel>& bank() const { return bank_; }
+  // The bound card's number masked for the screen; "" without a card.
+  std::string cardNumberText() const;
   bool isRefreshing() const { return refresh_.isRunning(); }
 
   // `text` unless its value is kFieldLimit or more, then kFieldClamp.

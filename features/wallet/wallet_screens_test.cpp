@@ -42,7 +42,8 @@ TEST_F(WalletScreensTest, MyBankCardShowsOnlyACardWithANumberAndLeavesOnAFailedL
   EXPECT_TRUE(screen.view().addPanelShown());
   EXPECT_TRUE(load(R"({"success":"0","data":{"cardId":"6222020200112233446","name":"张三","cardBank":"中国银行"}})"));
   EXPECT_EQ(screen.view().nameText(), "张三   中国银行");
-  EXPECT_EQ(screen.view().cardNumberText(), "6222020200112233446");
+  EXPECT_EQ(screen.view().cardNumberText(), "6222 *********** 3446");
+  EXPECT_EQ(screen.view().bank()->cardId, "6222020200112233446");
   EXPECT_EQ(topName(), wallet_texts::kMyBankCardScreen);
 
   // A correct unbinding: the member has no card any more, and the screen loads again.
