@@ -79,6 +79,8 @@ MainView::MainView(PageContext& context, std::shared_ptr<NearbyViewController> n
   adw_leaflet_page_set_navigatable(divider, FALSE);
   adw_leaflet_append(ADW_LEAFLET(leaflet_), GTK_WIDGET(detail_.gobj()));
   gtk_widget_set_vexpand(leaflet_, TRUE);
+  // Panes appear and go with the screens they show, not with an animation of their own.
+  adw_leaflet_set_mode_transition_duration(ADW_LEAFLET(leaflet_), 0);
   showSplit(false);
   overlay_.set_child(*Gtk::manage(Glib::wrap(leaflet_)));
   // A box lays its children out through a layout manager, never through a vfunc of its
@@ -163,7 +165,7 @@ void MainView::showSplit(bool split) {
   gtk_widget_set_hexpand(listClamp_, !split);
   divider_.set_visible(split);
   detail_.set_visible(split);
-  adw_leaflet_set_can_unfold(ADW_LEAFLET(leaflet_), wide_);
+  adw_leaflet_set_can_unfold(ADW_LEAFLET(leaflet_), split);
   adw_leaflet_set_visible_child(ADW_LEAFLET(leaflet_), split ? GTK_WIDGET(detail_.gobj()) : listClamp_);
 }
 

@@ -12,8 +12,8 @@
 // Narrower windows never split, so phones keep their one column, its slides and its back
 // button. The rule lives here alone, applied on every sync and on a width change: pages
 // know nothing of it, and moving a page between panes keeps it (and its screen) alive.
-// The leaflet may only unfold when the window is wide, and folds by itself when the
-// panes' least widths do not fit; folded, it shows the screen on top.
+// The leaflet may only unfold while split, and folds by itself when the panes' least
+// widths do not fit; folded, it shows the screen on top.
 #include <gtkmm.h>
 
 #include <map>

@@ -112,6 +112,11 @@ void ScreenPage::fillPage() {
   body_.set_vexpand(true);
 }
 
+void ScreenPage::fillWidth() {
+  adw_clamp_set_maximum_size(ADW_CLAMP(clamp_->gobj()), G_MAXINT / 2);
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(clamp_->gobj()), G_MAXINT / 2);
+}
+
 void ScreenPage::pullToRefresh(std::function<void()> refresh) {
   addAction("refresh", std::move(refresh));
   addPullToRefresh(scroller_, [this] { activate_action("page.refresh"); });

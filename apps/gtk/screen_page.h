@@ -48,6 +48,9 @@ class ScreenPage : public Gtk::Box {
   void setBackAction(std::function<void()> back);
   // The body takes the page's whole height and scrolls by itself (a web view).
   void fillPage();
+  // The body takes the page's whole width too, however wide (a map); other pages keep
+  // a reading width.
+  void fillWidth();
   // The page's reload: the action page.refresh, which Ctrl+R and a pull past the top of
   // the body run (the screen's pull-down refresh).
   void pullToRefresh(std::function<void()> refresh);
