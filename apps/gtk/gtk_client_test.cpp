@@ -256,6 +256,13 @@ TEST_F(GtkClientTest, AWideWindowShowsTheStoreBesideItsListAndFoldsAtPhoneWidth)
   ASSERT_TRUE(driver_->waitUntil([&] { return besideEachOther(*tabs_, *store); }));
   ASSERT_TRUE(tap("back"));
   ASSERT_TRUE(driver_->waitUntil([&] { return view.listPage() == nullptr && tabs_->get_width() == 1280; }));
+
+  // Every page fits a phone's width, the city picker with its longest names included.
+  driver_->app().navigator().push(kCityScreen);
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kCityScreen; }));
+  int minimum = 0, natural = 0, baseline = 0;
+  top().measure(Gtk::Orientation::HORIZONTAL, -1, minimum, natural, baseline, baseline);
+  EXPECT_LE(minimum, GtkDriver::kWidth);
 }
 
 TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
