@@ -154,6 +154,7 @@ void MainView::place(Gtk::Widget& page, ScreenId id, Gtk::Stack& pane) {
   if (auto* stack = dynamic_cast<Gtk::Stack*>(parent)) stack->remove(page);
   pane.add(page, std::to_string(id));
   g_object_unref(page.gobj());
+  if (auto* screen = dynamic_cast<ScreenPage*>(&page)) screen->moved();
 }
 
 void MainView::showSplit(bool split) {

@@ -31,6 +31,8 @@ class ScreenPage : public Gtk::Box {
   // The page became the one the member sees (the screen's viewWillAppear).
   virtual void appeared() {}
 
+  // The page was given another parent (a pane of a wide window).
+  void moved();
   void setTitle(const std::string& title);
   // refresh() from the next idle turn: a tap's handler must not destroy the widget that
   // is emitting it. Nothing runs once the page is gone.

@@ -338,8 +338,8 @@ int run(const std::filesystem::path& out) {
       driver.waitUntil([&] {
         Gtk::Widget* buy = driver.topName() == discovery_texts::kActivityScreen ? finders::findNamed(driver.top(), "buy")
                                                                                 : nullptr;
-        return buy != nullptr && buy->get_mapped() && buy->get_width() > 0;
-      });
+        return buy != nullptr && buy->get_mapped() && buy->get_width() > 0 && buy->is_sensitive();
+      }, std::chrono::seconds(5));
       shot(prefix + "offer", wholeWindow);
       app.navigator().popToRoot();
     };
