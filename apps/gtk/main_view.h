@@ -6,14 +6,14 @@
 //
 // Wide windows: a libadwaita leaflet holds two panes, the navigator's stack and a detail
 // pane beside it. On a window at least kWideWidth wide, a detail (a store, an offer, an
-// order, a contact's contacts, a store's map) opened from a list (the tabs, a store's
-// offers, the bookmarks, the orders, the contacts) moves to the detail pane, and the list
-// stays on the left at kListWidth; any other screen takes the whole window as on a phone.
-// Narrower windows never split, so phones keep their one column, its slides and its back
-// button. The rule lives here alone, applied on every sync and on a width change: pages
-// know nothing of it, and moving a page between panes keeps it (and its screen) alive.
-// The leaflet may only unfold while split, and folds by itself when the panes' least
-// widths do not fit; folded, it shows the screen on top.
+// order, a contact's contacts, a store's map or comments) opened from a list (the tabs,
+// a store's offers, the bookmarks, the orders, the contacts) moves to the detail pane,
+// and the list stays on the left at kListWidth; any other screen takes the whole window
+// as on a phone. Narrower windows never split, so phones keep their one column, its
+// slides and its back button. The rule lives here alone, applied on every sync and on a
+// width change: pages only hear that they moved, and a move keeps a page (and its
+// screen) alive. The leaflet may only unfold while split, and folds by itself when the
+// panes' least widths do not fit; folded, it shows the screen on top.
 #include <gtkmm.h>
 
 #include <map>
