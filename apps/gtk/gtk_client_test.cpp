@@ -242,7 +242,8 @@ TEST_F(GtkClientTest, AWideWindowShowsTheStoreBesideItsListAndFoldsAtPhoneWidth)
   Gtk::Widget* offer = &top();
   ASSERT_TRUE(driver_->waitUntil([&] { return view.listPage() == store && besideEachOther(*store, *offer); }));
   EXPECT_TRUE(driver_->waitUntil([&] { return !tabs_->get_mapped(); }));
-  // Moved into its pane, the page's buttons still reach its actions.
+  // Back is the right pane's alone; moved into its pane, a page's buttons still reach its actions.
+  EXPECT_FALSE(finders::findNamed(*store, "back")->get_visible());
   EXPECT_TRUE(driver_->waitUntil([&] { return finders::findNamed(*offer, "buy")->is_sensitive(); }));
 
   // A phone's width: the offer alone, the whole width; back walks the same pages.

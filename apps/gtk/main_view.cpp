@@ -3,6 +3,7 @@
 #include <adwaita.h>
 
 #include <set>
+#include <string_view>
 
 #include "apps/gtk/account_centre_pages.h"
 #include "apps/gtk/account_pages.h"
@@ -256,15 +257,20 @@ bool opensBeside(const std::string& list, const std::string& detail) {
   return fromList && isDetail;
 }
 
-// Two header bars side by side: only the right one has the window's buttons.
-void showWindowButtons(GtkWidget* widget, bool shown) {
+// Two header bars side by side: only the right one has the window's buttons and the way
+// back (the left one's would close the page on the right).
+void showHeaderButtons(GtkWidget* widget, bool shown, bool inHeader = false) {
   if (ADW_IS_HEADER_BAR(widget)) {
     adw_header_bar_set_show_end_title_buttons(ADW_HEADER_BAR(widget), shown);
+    inHeader = true;
+  }
+  if (inHeader && GTK_IS_BUTTON(widget) && std::string_view(gtk_widget_get_name(widget)) == "back") {
+    gtk_widget_set_visible(widget, shown);
     return;
   }
   for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
        child = gtk_widget_get_next_sibling(child)) {
-    showWindowButtons(child, shown);
+    showHeaderButtons(child, shown, inHeader);
   }
 }
 
@@ -311,8 +317,8 @@ void MainView::sync() {
     if (split) detail_.set_visible_child(std::to_string(top->id));
     showSplit(split);
     if (wasBeside != beside_) {
-      if (auto it = pages_.find(wasBeside); it != pages_.end()) showWindowButtons(it->second->gobj(), true);
-      if (Gtk::Widget* list = listPage()) showWindowButtons(list->gobj(), false);
+      if (auto it = pages_.find(wasBeside); it != pages_.end()) showHeaderButtons(it->second->gobj(), true);
+      if (Gtk::Widget* list = listPage()) showHeaderButtons(list->gobj(), false);
     }
     if (top->id != top_) {
       top_ = top->id;
