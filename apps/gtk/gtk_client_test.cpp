@@ -233,6 +233,12 @@ TEST_F(GtkClientTest, AWideWindowShowsTheStoreBesideItsListAndFoldsAtPhoneWidth)
   Gtk::Widget* store = &top();
   ASSERT_TRUE(driver_->waitUntil([&] { return view.listPage() == tabs_ && besideEachOther(*tabs_, *store); }));
   EXPECT_EQ(bounds(*tabs_).size.width, MainView::kListWidth);
+  // A tab first shown beside the store has the list's header: no second close button.
+  tabs_->select(4);
+  Gtk::Widget* header = finders::findNamed(tabs_->tab(4), "AdwHeaderBar");
+  ASSERT_NE(header, nullptr);
+  EXPECT_FALSE(adw_header_bar_get_show_end_title_buttons(ADW_HEADER_BAR(header->gobj())));
+  tabs_->select(0);
   // An offer of the store: the store moves to the left, the tabs go behind it.
   ASSERT_TRUE(waitFor("优惠活动"));
   auto* offers = finders::findNamed(top(), "offers");

@@ -60,6 +60,23 @@ class UndrawnPage : public ScreenPage {
   void refresh() override {}
 };
 
+// Two header bars side by side: only the right one has the window's buttons and the way
+// back (the left one's would close the page on the right).
+void showHeaderButtons(GtkWidget* widget, bool shown, bool inHeader = false) {
+  if (ADW_IS_HEADER_BAR(widget)) {
+    adw_header_bar_set_show_end_title_buttons(ADW_HEADER_BAR(widget), shown);
+    inHeader = true;
+  }
+  if (inHeader && GTK_IS_BUTTON(widget) && std::string_view(gtk_widget_get_name(widget)) == "back") {
+    gtk_widget_set_visible(widget, shown);
+    return;
+  }
+  for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
+       child = gtk_widget_get_next_sibling(child)) {
+    showHeaderButtons(child, shown, inHeader);
+  }
+}
+
 }  // namespace
 
 MainView::MainView(PageContext& context, std::shared_ptr<NearbyViewController> nearby)
@@ -185,6 +202,10 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
     TabBarViewController* tabBar = context_.appDelegate().tabBarViewCtrl();
     if (tabBar == nullptr) return nullptr;
     tabBar_ = Gtk::make_managed<TabBarPage>(context_, *tabBar, nearby_);
+    // A tab built while the tabs are the list beside a detail takes the list's header.
+    tabBar_->onTabShown = [this] {
+      if (beside_ != 0 && listPage() == tabBar_) showHeaderButtons(GTK_WIDGET(tabBar_->gobj()), false);
+    };
     return tabBar_;
   }
   if (name == kGuideScreen) return Gtk::make_managed<GuidePage>(context_);
@@ -255,23 +276,6 @@ bool opensBeside(const std::string& list, const std::string& detail) {
                         detail == order_texts::kActivityOrderDetailScreen ||
                         detail == referral_texts::kSecondContactScreen;
   return fromList && isDetail;
-}
-
-// Two header bars side by side: only the right one has the window's buttons and the way
-// back (the left one's would close the page on the right).
-void showHeaderButtons(GtkWidget* widget, bool shown, bool inHeader = false) {
-  if (ADW_IS_HEADER_BAR(widget)) {
-    adw_header_bar_set_show_end_title_buttons(ADW_HEADER_BAR(widget), shown);
-    inHeader = true;
-  }
-  if (inHeader && GTK_IS_BUTTON(widget) && std::string_view(gtk_widget_get_name(widget)) == "back") {
-    gtk_widget_set_visible(widget, shown);
-    return;
-  }
-  for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
-       child = gtk_widget_get_next_sibling(child)) {
-    showHeaderButtons(child, shown, inHeader);
-  }
 }
 
 }  // namespace
