@@ -23,7 +23,9 @@ void appendCitySection(Gtk::Box& box, const std::string& letter, const std::vect
   box.append(*ui::label(letter, "heading"));
   auto* flow = Gtk::make_managed<Gtk::FlowBox>();
   flow->set_selection_mode(Gtk::SelectionMode::NONE);
-  flow->set_min_children_per_line(2);
+  // One a line at the least: two of the longest names (autonomous prefectures) would
+  // not fit a phone's width.
+  flow->set_min_children_per_line(1);
   flow->set_max_children_per_line(4);
   for (const std::string& name : names) {
     auto* city = Gtk::make_managed<Gtk::Button>(name);

@@ -208,6 +208,73 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
   EXPECT_TRUE(toasted("支付成功"));
 }
 
+// A desktop window keeps the list beside what it opened; a phone's width folds back to one
+// column with the detail on top and back working.
+TEST_F(GtkClientTest, AWideWindowShowsTheStoreBesideItsListAndFoldsAtPhoneWidth) {
+  MainView& view = driver_->app().view();
+  const auto bounds = [&](Gtk::Widget& widget) {
+    graphene_rect_t rect;
+    EXPECT_TRUE(gtk_widget_compute_bounds(widget.gobj(), GTK_WIDGET(view.gobj()), &rect));
+    return rect;
+  };
+  const auto besideEachOther = [&](Gtk::Widget& list, Gtk::Widget& detail) {
+    if (!list.get_mapped() || !detail.get_mapped()) return false;
+    const graphene_rect_t left = bounds(list);
+    const graphene_rect_t right = bounds(detail);
+    return left.origin.x + left.size.width <= right.origin.x && right.size.width > left.size.width;
+  };
+  ASSERT_TRUE(driver_->resize(1280, 800));
+  ASSERT_TRUE(waitFor("名店推荐"));
+  auto* popular = finders::findNamed(tabs_->tab(0), "popular");
+  ASSERT_NE(popular, nullptr);
+  auto* row = GTK_WIDGET(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0));
+  ASSERT_NE(row, nullptr);
+  adw_action_row_activate(ADW_ACTION_ROW(row));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
+  Gtk::Widget* store = &top();
+  ASSERT_TRUE(driver_->waitUntil([&] { return view.listPage() == tabs_ && besideEachOther(*tabs_, *store); }));
+  EXPECT_EQ(bounds(*tabs_).size.width, MainView::kListWidth);
+  // A tab first shown beside the store has the list's header: no second close button.
+  tabs_->select(4);
+  Gtk::Widget* header = finders::findNamed(tabs_->tab(4), "AdwHeaderBar");
+  ASSERT_NE(header, nullptr);
+  EXPECT_FALSE(adw_header_bar_get_show_end_title_buttons(ADW_HEADER_BAR(header->gobj())));
+  tabs_->select(0);
+  // An offer of the store: the store moves to the left, the tabs go behind it.
+  ASSERT_TRUE(waitFor("优惠活动"));
+  auto* offers = finders::findNamed(top(), "offers");
+  ASSERT_NE(offers, nullptr);
+  adw_action_row_activate(ADW_ACTION_ROW(gtk_list_box_get_row_at_index(GTK_LIST_BOX(offers->gobj()), 0)));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXActivitiesViewController"; }));
+  Gtk::Widget* offer = &top();
+  ASSERT_TRUE(driver_->waitUntil([&] { return view.listPage() == store && besideEachOther(*store, *offer); }));
+  EXPECT_TRUE(driver_->waitUntil([&] { return !tabs_->get_mapped(); }));
+  // Back is the right pane's alone; moved into its pane, a page's buttons still reach its actions.
+  EXPECT_FALSE(finders::findNamed(*store, "back")->get_visible());
+  EXPECT_TRUE(driver_->waitUntil([&] { return finders::findNamed(*offer, "buy")->is_sensitive(); }));
+
+  // A phone's width: the offer alone, the whole width; back walks the same pages.
+  ASSERT_TRUE(driver_->resize(360, 720));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return view.listPage() == nullptr && !store->get_mapped() && offer->get_mapped() && offer->get_width() == 360;
+  }));
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
+  ASSERT_TRUE(driver_->waitUntil([&] { return store->get_mapped() && store->get_width() == 360 && !tabs_->get_mapped(); }));
+  // Widened again, the store finds its list beside it.
+  ASSERT_TRUE(driver_->resize(1280, 800));
+  ASSERT_TRUE(driver_->waitUntil([&] { return besideEachOther(*tabs_, *store); }));
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return view.listPage() == nullptr && tabs_->get_width() == 1280; }));
+
+  // Every page fits a phone's width, the city picker with its longest names included.
+  driver_->app().navigator().push(kCityScreen);
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kCityScreen; }));
+  int minimum = 0, natural = 0, baseline = 0;
+  top().measure(Gtk::Orientation::HORIZONTAL, -1, minimum, natural, baseline, baseline);
+  EXPECT_LE(minimum, GtkDriver::kWidth);
+}
+
 TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
   // An invitation picture that cannot be read is named, not called an invalid code.
   bool scanned = false;

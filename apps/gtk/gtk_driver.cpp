@@ -65,6 +65,13 @@ Gtk::Widget& GtkDriver::top() {
   return page != nullptr ? *page : static_cast<Gtk::Widget&>(frontEnd_->view());
 }
 
+bool GtkDriver::resize(int width, int height) {
+  window_->set_default_size(width, height);
+  const bool done = waitUntil([&] { return frontEnd_->view().get_width() == width; }, std::chrono::seconds(5));
+  settle();
+  return done;
+}
+
 std::string GtkDriver::topName() { return top().get_name(); }
 
 bool GtkDriver::renderToPng(Gtk::Widget& widget, const std::string& path) {

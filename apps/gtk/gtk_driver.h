@@ -38,6 +38,10 @@ class GtkDriver {
   // The widget name of the page on top: the screen's name, e.g. "QXRStoreDetailViewController".
   std::string topName();
 
+  // Resizes the window and waits until its content has been laid out at the new width
+  // (and any change of panes that follows has been drawn). Returns whether it was.
+  bool resize(int width, int height);
+
   // Renders `widget` at its allocated size to a PNG file. Returns whether it was written.
   bool renderToPng(Gtk::Widget& widget, const std::string& path);
 

@@ -3,6 +3,7 @@
 #include <adwaita.h>
 
 #include <set>
+#include <string_view>
 
 #include "apps/gtk/account_centre_pages.h"
 #include "apps/gtk/account_pages.h"
@@ -60,6 +61,23 @@ class UndrawnPage : public ScreenPage {
   void refresh() override {}
 };
 
+// Two header bars side by side: only the right one has the window's buttons and the way
+// back (the left one's would close the page on the right).
+void showHeaderButtons(GtkWidget* widget, bool shown, bool inHeader = false) {
+  if (ADW_IS_HEADER_BAR(widget)) {
+    adw_header_bar_set_show_end_title_buttons(ADW_HEADER_BAR(widget), shown);
+    inHeader = true;
+  }
+  if (inHeader && GTK_IS_BUTTON(widget) && std::string_view(gtk_widget_get_name(widget)) == "back") {
+    gtk_widget_set_visible(widget, shown);
+    return;
+  }
+  for (GtkWidget* child = gtk_widget_get_first_child(widget); child != nullptr;
+       child = gtk_widget_get_next_sibling(child)) {
+    showHeaderButtons(child, shown, inHeader);
+  }
+}
+
 }  // namespace
 
 MainView::MainView(PageContext& context, std::shared_ptr<NearbyViewController> nearby)
@@ -67,7 +85,29 @@ MainView::MainView(PageContext& context, std::shared_ptr<NearbyViewController> n
       toasts_(ADW_TOAST_OVERLAY(adw_toast_overlay_new())) {
   stack_.set_transition_type(Gtk::StackTransitionType::SLIDE_LEFT_RIGHT);
   stack_.set_vexpand(true);
-  overlay_.set_child(stack_);
+  stack_.set_hexpand(true);
+  // The list pane's width while split; unbounded (the whole window) otherwise.
+  listClamp_ = adw_clamp_new();
+  adw_clamp_set_child(ADW_CLAMP(listClamp_), GTK_WIDGET(stack_.gobj()));
+  detail_.set_vexpand(true);
+  detail_.set_hexpand(true);
+  detail_.set_transition_type(Gtk::StackTransitionType::CROSSFADE);
+  leaflet_ = adw_leaflet_new();
+  adw_leaflet_append(ADW_LEAFLET(leaflet_), listClamp_);
+  AdwLeafletPage* divider = adw_leaflet_append(ADW_LEAFLET(leaflet_), GTK_WIDGET(divider_.gobj()));
+  adw_leaflet_page_set_navigatable(divider, FALSE);
+  adw_leaflet_append(ADW_LEAFLET(leaflet_), GTK_WIDGET(detail_.gobj()));
+  gtk_widget_set_vexpand(leaflet_, TRUE);
+  // Panes appear and go with the screens they show, not with an animation of their own.
+  adw_leaflet_set_mode_transition_duration(ADW_LEAFLET(leaflet_), 0);
+  showSplit(false);
+  overlay_.set_child(*Gtk::manage(Glib::wrap(leaflet_)));
+  // A box lays its children out through a layout manager, never through a vfunc of its
+  // own: an empty area over the content is told the width instead.
+  widthWatch_.set_can_target(false);
+  widthWatch_.set_can_focus(false);
+  widthWatch_.signal_resize().connect([this](int width, int) { widthChanged(width); });
+  overlay_.add_overlay(widthWatch_);
   // The launch view: the placeholder's colours with the application's name, covered by
   // the server's welcome picture once it has arrived. A picture still on its way when the
   // view goes is drawn for the next showing rather than dropped.
@@ -112,6 +152,43 @@ Gtk::Widget* MainView::topPage() {
   return it == pages_.end() ? nullptr : it->second;
 }
 
+Gtk::Widget* MainView::listPage() {
+  auto it = pages_.find(beside_);
+  return it == pages_.end() ? nullptr : it->second;
+}
+
+void MainView::widthChanged(int width) {
+  // Panes change on the next idle turn: no widget may be moved while the window lays out.
+  if (const bool wide = width >= kWideWidth; wide != wide_) {
+    wide_ = wide;
+    queueSync();
+  }
+}
+
+void MainView::place(Gtk::Widget& page, ScreenId id, Gtk::Stack& pane) {
+  Gtk::Widget* parent = page.get_parent();
+  if (parent == &pane) return;
+  // Held while it has no parent, which would otherwise destroy it.
+  g_object_ref(page.gobj());
+  if (auto* stack = dynamic_cast<Gtk::Stack*>(parent)) stack->remove(page);
+  pane.add(page, std::to_string(id));
+  g_object_unref(page.gobj());
+  if (auto* screen = dynamic_cast<ScreenPage*>(&page)) screen->moved();
+}
+
+void MainView::showSplit(bool split) {
+  constexpr int kUnbounded = 1 << 20;
+  const int width = split ? kListWidth : kUnbounded;
+  adw_clamp_set_maximum_size(ADW_CLAMP(listClamp_), width);
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(listClamp_), width);
+  // Left alone, the clamp would share the spare width and centre the list in it.
+  gtk_widget_set_hexpand(listClamp_, !split);
+  divider_.set_visible(split);
+  detail_.set_visible(split);
+  adw_leaflet_set_can_unfold(ADW_LEAFLET(leaflet_), split);
+  adw_leaflet_set_visible_child(ADW_LEAFLET(leaflet_), split ? GTK_WIDGET(detail_.gobj()) : listClamp_);
+}
+
 Gtk::Widget* MainView::makePage(const Screen& screen) {
   const std::string& name = screen.name;
   const Json& payload = screen.payload;
@@ -126,6 +203,10 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
     TabBarViewController* tabBar = context_.appDelegate().tabBarViewCtrl();
     if (tabBar == nullptr) return nullptr;
     tabBar_ = Gtk::make_managed<TabBarPage>(context_, *tabBar, nearby_);
+    // A tab built while the tabs are the list beside a detail takes the list's header.
+    tabBar_->onTabShown = [this] {
+      if (beside_ != 0 && listPage() == tabBar_) showHeaderButtons(GTK_WIDGET(tabBar_->gobj()), false);
+    };
     return tabBar_;
   }
   if (name == kGuideScreen) return Gtk::make_managed<GuidePage>(context_);
@@ -185,15 +266,33 @@ Gtk::Widget* MainView::makePage(const Screen& screen) {
   return nullptr;
 }
 
+namespace {
+
+// Whether `detail`, opened from `list`, is drawn beside it on a wide window.
+bool opensBeside(const std::string& list, const std::string& detail) {
+  using namespace discovery_texts;
+  const bool fromList = list == kTabBarScreen || list == kStoreDetailScreen || list == kFavoritesScreen ||
+                        list == order_texts::kMyOrdersScreen || list == referral_texts::kMyContactScreen;
+  const bool isDetail = detail == kStoreDetailScreen || detail == kActivityScreen || detail == kMapScreen ||
+                        detail == kCommentsScreen || detail == order_texts::kStoreOrderDetailScreen ||
+                        detail == order_texts::kActivityOrderDetailScreen ||
+                        detail == referral_texts::kSecondContactScreen;
+  return fromList && isDetail;
+}
+
+}  // namespace
+
 void MainView::sync() {
   pending_.disconnect();
   const auto layers = context_.navigator().layers();
   std::set<ScreenId> live;
-  ScreenId top = 0;
+  const Screen* top = nullptr;
+  const Screen* below = nullptr;  // under the top screen, in its layer
   for (const auto& layer : layers) {
     for (const Screen& screen : layer) {
       live.insert(screen.id);
-      top = screen.id;
+      below = top != nullptr && &screen != &layer.front() ? top : nullptr;
+      top = &screen;
       if (pages_.contains(screen.id)) continue;
       Gtk::Widget* page = makePage(screen);
       if (page == nullptr) page = Gtk::make_managed<UndrawnPage>(context_);
@@ -202,14 +301,37 @@ void MainView::sync() {
       pages_.emplace(screen.id, page);
     }
   }
-  if (top != 0 && top != top_) {
-    stack_.set_transition_type(top > top_ ? Gtk::StackTransitionType::SLIDE_LEFT
-                                          : Gtk::StackTransitionType::SLIDE_RIGHT);
-    stack_.set_visible_child(std::to_string(top));
-    top_ = top;
-    Gtk::Widget* page = pages_[top];
-    if (auto* screen = dynamic_cast<ScreenPage*>(page)) screen->appeared();
-    if (page == tabBar_) tabBar_->appeared();
+  if (top != nullptr) {
+    const bool split = wide_ && below != nullptr && opensBeside(below->name, top->name);
+    const ScreenId left = split ? below->id : top->id;
+    const ScreenId wasBeside = beside_;
+    beside_ = split ? below->id : 0;
+    for (const auto& [id, page] : pages_) {
+      if (live.contains(id)) place(*page, id, split && id == top->id ? detail_ : stack_);
+    }
+    const std::string leftName = std::to_string(left);
+    if (stack_.get_visible_child_name().raw() != leftName) {
+      const Glib::ustring shown = stack_.get_visible_child_name();
+      const ScreenId before = shown.empty() ? 0 : std::stol(shown);
+      // A resize that folds or unfolds the panes does not slide.
+      stack_.set_transition_type(top->id == top_ && (beside_ != 0) != (wasBeside != 0)
+                                     ? Gtk::StackTransitionType::NONE
+                                 : left > before ? Gtk::StackTransitionType::SLIDE_LEFT
+                                                 : Gtk::StackTransitionType::SLIDE_RIGHT);
+      stack_.set_visible_child(leftName);
+    }
+    if (split) detail_.set_visible_child(std::to_string(top->id));
+    showSplit(split);
+    if (wasBeside != beside_) {
+      if (auto it = pages_.find(wasBeside); it != pages_.end()) showHeaderButtons(it->second->gobj(), true);
+      if (Gtk::Widget* list = listPage()) showHeaderButtons(list->gobj(), false);
+    }
+    if (top->id != top_) {
+      top_ = top->id;
+      Gtk::Widget* page = pages_[top_];
+      if (auto* screen = dynamic_cast<ScreenPage*>(page)) screen->appeared();
+      if (page == tabBar_) tabBar_->appeared();
+    }
   }
   for (auto it = pages_.begin(); it != pages_.end();) {
     if (live.contains(it->first)) {
@@ -217,7 +339,7 @@ void MainView::sync() {
       continue;
     }
     if (it->second == tabBar_) tabBar_ = nullptr;
-    stack_.remove(*it->second);
+    if (auto* pane = dynamic_cast<Gtk::Stack*>(it->second->get_parent())) pane->remove(*it->second);
     it = pages_.erase(it);
   }
 }

@@ -85,6 +85,13 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
 // already.
 ScreenPage::~ScreenPage() { pendingRefresh_.disconnect(); }
 
+void ScreenPage::moved() {
+  // GTK 4.8 leaves the page's buttons and rows looking at its actions as they were before
+  // the move, all disabled: the page's group is offered to them again.
+  remove_action_group("page");
+  insert_action_group("page", actions_);
+}
+
 void ScreenPage::setTitle(const std::string& title) {
   adw_window_title_set_title(ADW_WINDOW_TITLE(title_->gobj()), title.c_str());
 }
@@ -128,6 +135,11 @@ void ScreenPage::fillPage() {
   scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::NEVER);
   body_.set_margin(0);
   body_.set_vexpand(true);
+}
+
+void ScreenPage::fillWidth() {
+  adw_clamp_set_maximum_size(ADW_CLAMP(clamp_->gobj()), G_MAXINT / 2);
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(clamp_->gobj()), G_MAXINT / 2);
 }
 
 void ScreenPage::pullToRefresh(std::function<void()> refresh) {

@@ -31,6 +31,8 @@ class ScreenPage : public Gtk::Box {
   // The page became the one the member sees (the screen's viewWillAppear).
   virtual void appeared() {}
 
+  // The page was given another parent (a pane of a wide window).
+  void moved();
   void setTitle(const std::string& title);
   // refresh() from the next idle turn: a tap's handler must not destroy the widget that
   // is emitting it. Nothing runs once the page is gone.
@@ -48,6 +50,9 @@ class ScreenPage : public Gtk::Box {
   void setBackAction(std::function<void()> back);
   // The body takes the page's whole height and scrolls by itself (a web view).
   void fillPage();
+  // The body takes the page's whole width too, however wide (a map); other pages keep
+  // a reading width.
+  void fillWidth();
   // The page's reload: the action page.refresh, which Ctrl+R and a pull past the top of
   // the body run (the screen's pull-down refresh).
   void pullToRefresh(std::function<void()> refresh);

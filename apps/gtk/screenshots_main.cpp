@@ -1,6 +1,8 @@
 // Renders every screen of the graphical client at 360x720 to PNG files, through GTK's
 // own snapshot path, walking the screens as a member would against the embedded
-// sandbox in a fresh home. Run it under a display (scripts/screenshots uses Xvfb).
+// sandbox in a fresh home; then a few in a 1280x800 window (the whole window, a list
+// beside what it opened) and a few in the dark style at both sizes. Run it under a
+// display (scripts/screenshots uses Xvfb).
 //
 // usage: qmv-gtk-screenshots OUTDIR
 #include <unistd.h>
@@ -45,6 +47,15 @@ namespace {
 using namespace qmv;
 using namespace qmv::gtk;
 
+// Whether no stack below `root` is still sliding from one page to another.
+bool transitionsEnded(Gtk::Widget& root) {
+  if (auto* stack = dynamic_cast<Gtk::Stack*>(&root); stack != nullptr && stack->get_transition_running()) return false;
+  for (Gtk::Widget* child = root.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
+    if (child->get_mapped() && !transitionsEnded(*child)) return false;
+  }
+  return true;
+}
+
 // Whether every picture on screen below `root` with an address has arrived.
 bool picturesDrawn(Gtk::Widget& root) {
   for (Gtk::Widget* child = root.get_first_child(); child != nullptr; child = child->get_next_sibling()) {
@@ -76,14 +87,16 @@ int run(const std::filesystem::path& out) {
       Gtk::Widget* cover = finders::findNamed(driver.top(), "loading");
       return cover == nullptr || !cover->get_visible();  // the state view is renamed once loaded
     };
-    const auto shot = [&](const std::string& name) {
+    // The page on top, or with `wholeWindow` every pane the window shows.
+    const auto shot = [&](const std::string& name, bool wholeWindow = false) {
+      const auto shown = [&]() -> Gtk::Widget& { return wholeWindow ? app.view() : driver.top(); };
       driver.settle(std::chrono::milliseconds(400));
-      driver.waitUntil([&] { return picturesDrawn(driver.top()); }, std::chrono::seconds(10));
+      driver.waitUntil([&] { return picturesDrawn(shown()) && transitionsEnded(shown()); }, std::chrono::seconds(10));
       // A page full of widgets (the city picker's letters) may take longer to get a size.
       driver.waitUntil([&] { return driver.top().get_width() > 0 && driver.top().get_height() > 0; },
                        std::chrono::seconds(10));
       const std::string path = (out / (name + ".png")).string();
-      if (driver.renderToPng(driver.top(), path)) {
+      if (driver.renderToPng(shown(), path)) {
         std::cout << path << '\n';
       } else {
         std::cerr << "qmv-gtk-screenshots: could not render " << name << '\n';
@@ -315,6 +328,59 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] { return finders::findNamed(driver.top(), "invite-qr") != nullptr; });
     shot("35-invite");
     app.navigator().popToRoot();
+
+    // A desktop window: the lists with what they opened beside them.
+    const auto styled = [&](AdwColorScheme scheme) {
+      adw_style_manager_set_color_scheme(adw_style_manager_get_default(), scheme);
+    };
+    const auto openStoreAndOffer = [&](const std::string& prefix, bool wholeWindow) {
+      openStoreDetail(home.screen().popularStores().front());
+      driver.waitUntil([&] { return finders::findNamed(driver.top(), "offers") != nullptr; });
+      shot(prefix + "store", wholeWindow);
+      if (auto* offers = finders::findNamed(driver.top(), "offers")) {
+        if (auto* row = gtk_list_box_get_row_at_index(GTK_LIST_BOX(offers->gobj()), 0)) {
+          adw_action_row_activate(ADW_ACTION_ROW(row));
+        }
+      }
+      // Laid out in its pane, not only made.
+      driver.waitUntil([&] {
+        Gtk::Widget* buy = driver.topName() == discovery_texts::kActivityScreen ? finders::findNamed(driver.top(), "buy")
+                                                                                : nullptr;
+        return buy != nullptr && buy->get_mapped() && buy->get_width() > 0 && buy->is_sensitive();
+      }, std::chrono::seconds(5));
+      shot(prefix + "offer", wholeWindow);
+      app.navigator().popToRoot();
+    };
+    driver.resize(1280, 800);
+    tabs->select(0);
+    shot("40-desktop-home", true);
+    openStoreAndOffer("41-desktop-", true);
+    openStoreDetail(home.screen().popularStores().front());
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "offers") != nullptr; });
+    openStoreMap(home.screen().popularStores().front());
+    driver.waitUntil([&] { return driver.topName() == discovery_texts::kMapScreen; });
+    shot("42-desktop-map", true);
+    app.navigator().popToRoot();
+    app.navigator().push(order_texts::kMyOrdersScreen, {{"type", 0}});
+    driver.waitUntil([&] {
+      auto* orders = dynamic_cast<OrderListPage*>(&driver.top());
+      return orders != nullptr && orders->rows().size() > 0 && !orders->screen().isLoading();
+    });
+    driver.top().activate_action("page.open-row", Glib::Variant<guint32>::create(0));
+    driver.waitUntil([&] { return finders::findNamed(driver.top(), "qr") != nullptr; });
+    shot("43-desktop-order", true);
+    app.navigator().popToRoot();
+
+    // The dark style, on the desktop and on a phone.
+    styled(ADW_COLOR_SCHEME_FORCE_DARK);
+    openStoreAndOffer("50-dark-desktop-", true);
+    driver.resize(GtkDriver::kWidth, GtkDriver::kHeight);
+    tabs->select(0);
+    shot("51-dark-home");
+    openStoreAndOffer("52-dark-", false);
+    tabs->select(4);
+    shot("53-dark-mine");
+    styled(ADW_COLOR_SCHEME_DEFAULT);
   }
   std::filesystem::remove_all(home);
   return failures == 0 ? 0 : 1;

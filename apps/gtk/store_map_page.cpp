@@ -16,8 +16,12 @@ StoreMapPage::StoreMapPage(PageContext& context, StoreInfoModel store)
   ui::nameIcon(*route, gtk_texts::kNavigate);
   route->set_action_name("page.navigate");
   addHeaderButton(*route);
+  // The map grows with the window, the address under it.
+  fillPage();
+  fillWidth();
   body().append(map_.widget());
   address_ = ui::label("", "dim-label");
+  address_->set_margin(12);
   body().append(*address_);
   screen_.viewDidLoad();
   refresh();

@@ -81,6 +81,7 @@ TabBarPage::TabBarPage(PageContext& context, TabBarViewController& tabBar, std::
                      const int index = self->selected();
                      if (index < 0) return;
                      self->tab(index);
+                     if (self->onTabShown) self->onTabShown();
                      if (index != self->tabBar_.selectedIndex()) self->tabBar_.selectItem(index);
                    }),
                    this);

@@ -4,6 +4,7 @@
 // ways: a tap selects the item, and the core's jumps (to nearby with a category) select
 // the tab. A tab's page is built when the tab is first shown, not at start.
 #include <array>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -31,6 +32,9 @@ class TabBarPage : public Gtk::Box {
   ScreenPage& tab(int index);
   // The selected tab became visible again (e.g. the login layer closed).
   void appeared();
+
+  // After another tab was shown (its page built when it was not yet).
+  std::function<void()> onTabShown;
 
  private:
   static constexpr std::size_t kTabCount = 5;
