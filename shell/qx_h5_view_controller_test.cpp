@@ -189,7 +189,8 @@ TEST_F(QXH5ViewControllerTest, PlainPagesAndTheCommunityTab) {
   EXPECT_TRUE(cookies_->cookies().empty());
   EXPECT_TRUE(plain.webView()->tapLink(0));
   settle(plain);
-  EXPECT_EQ(plain.loadError(), h5_texts::kAppLinkOnPlainPage);
+  EXPECT_EQ(plain.loadError(), "no such page");
+  EXPECT_STREQ(plain.loadErrorText(), h5_texts::kAppLinkOnPlainPage);
   EXPECT_EQ(plain.failedAppLink(), "qmv://login");
   EXPECT_EQ(navigator_->topScreen()->name, "TabBarViewController");
   EXPECT_TRUE(plain.openFailedAppLink());

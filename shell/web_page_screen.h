@@ -25,7 +25,7 @@ class WebPageScreen : public WebViewDelegate {
   // transport's words, often English); "" once a load has finished.
   const std::string& loadError() const { return loadError_; }
   // What the member reads instead while loadError() is set; "" otherwise.
-  const char* loadErrorText() const;
+  virtual const char* loadErrorText() const;
 
   void updateProgress(double progress) override { progress_ = progress; }
   void webViewDidFinishLoad() override;

@@ -27,7 +27,11 @@ void WebViewController::webViewDidFinishLoad() {
 
 void WebViewController::didFailLoadWithError(const std::string& error) {
   failedAppLink_ = isAppLink(started_) ? started_ : std::string();
-  WebPageScreen::didFailLoadWithError(failedAppLink_.empty() ? error : h5_texts::kAppLinkOnPlainPage);
+  WebPageScreen::didFailLoadWithError(error);
+}
+
+const char* WebViewController::loadErrorText() const {
+  return failedAppLink_.empty() ? WebPageScreen::loadErrorText() : h5_texts::kAppLinkOnPlainPage;
 }
 
 bool WebViewController::openFailedAppLink() { return openAppLink(failedAppLink_); }

@@ -30,6 +30,7 @@ class WebViewController : public WebPageScreen {
   bool shouldStartLoadWithRequest(const std::string& url, WebNavigationType type) override;
   void webViewDidFinishLoad() override;
   void didFailLoadWithError(const std::string& error) override;
+  const char* loadErrorText() const override;
 
  private:
   std::string title_;
