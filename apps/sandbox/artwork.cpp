@@ -460,6 +460,9 @@ std::string drawWheel(int64_t id, const std::vector<std::string>& prizes, int wi
       cairo_restore(cr);
     }
   }
+  // The labels leave a current point behind: without a new path the rim would start with
+  // a line drawn across the face from the last label.
+  cairo_new_path(cr);
   cairo_set_line_width(cr, 14);
   cairo_arc(cr, cx, cy, radius, 0, 2 * kPi);
   cairo_set_source_rgb(cr, 1, 1, 1);
