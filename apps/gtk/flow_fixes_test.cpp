@@ -3,9 +3,8 @@
 // home category reaching the nearby list on screen, the sign-out, an untouched rating
 // form, screen titles, forms that say what their fields hold, the keys that go back, the
 // menus' marks and GTK's own words in Chinese.
-#include <gtest/gtest.h>
-
 #include <adwaita.h>
+#include <gtest/gtest.h>
 #include <shumate/shumate.h>
 
 #include <algorithm>
@@ -47,29 +46,6 @@ class FlowFixesTest : public testsupport::GtkClientTest {
     for (const StoreInfoModel& store : stores) ids.insert(store.storeId);
     return ids;
   }
-  // The key as the shortcuts of the page on top take it; false when none took it.
-  bool pressKey(guint keyval, GdkModifierType modifiers = GdkModifierType(0)) {
-    GtkShortcutTrigger* key = gtk_keyval_trigger_new(keyval, modifiers);
-    bool taken = false;
-    GListModel* controllers = gtk_widget_observe_controllers(top().gobj());
-    for (guint i = 0; !taken && i < g_list_model_get_n_items(controllers); ++i) {
-      auto* controller = static_cast<GObject*>(g_list_model_get_item(controllers, i));
-      for (guint j = 0; GTK_IS_SHORTCUT_CONTROLLER(controller) && !taken &&
-                        j < g_list_model_get_n_items(G_LIST_MODEL(controller));
-           ++j) {
-        auto* shortcut = static_cast<GtkShortcut*>(g_list_model_get_item(G_LIST_MODEL(controller), j));
-        if (gtk_shortcut_trigger_equal(gtk_shortcut_get_trigger(shortcut), key)) {
-          taken = gtk_shortcut_action_activate(gtk_shortcut_get_action(shortcut), GtkShortcutActionFlags(0),
-                                               top().gobj(), nullptr);
-        }
-        g_object_unref(shortcut);
-      }
-      g_object_unref(controller);
-    }
-    g_object_unref(controllers);
-    g_object_unref(key);
-    return taken;
-  }
   // Whether the drawn row titled `title` on the page on top carries the current choice's mark.
   bool marked(const std::string& title) {
     bool inRow = false;
@@ -78,7 +54,8 @@ class FlowFixesTest : public testsupport::GtkClientTest {
       if (!gtk_widget_get_visible(w)) return;
       const bool row = ADW_IS_PREFERENCES_ROW(w) && title == adw_preferences_row_get_title(ADW_PREFERENCES_ROW(w));
       if (row) inRow = true;
-      if (inRow && GTK_IS_IMAGE(w) && std::string_view("object-select-symbolic") == gtk_image_get_icon_name(GTK_IMAGE(w))) {
+      if (inRow && GTK_IS_IMAGE(w) &&
+          std::string_view("object-select-symbolic") == gtk_image_get_icon_name(GTK_IMAGE(w))) {
         result = true;
       }
       for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) walk(c);
@@ -240,7 +217,8 @@ TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
   std::vector<GtkWidget*> found;
   const std::function<void(GtkWidget*, const char*)> collect = [&](GtkWidget* w, const char* cssClass) {
     if (gtk_widget_has_css_class(w, cssClass)) found.push_back(w);
-    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) collect(c, cssClass);
+    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c))
+      collect(c, cssClass);
   };
   const auto widgets = [&](const char* cssClass) {
     found.clear();
@@ -272,9 +250,8 @@ TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
     return shown;
   };
   const auto same = [](const std::vector<graphene_rect_t>& a, const std::vector<graphene_rect_t>& b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](const auto& x, const auto& y) {
-             return graphene_rect_equal(&x, &y);
-           });
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                              [](const auto& x, const auto& y) { return graphene_rect_equal(&x, &y); });
   };
   const auto shownTitles = [&](double zoom) {
     shumate_viewport_set_zoom_level(viewport, zoom);

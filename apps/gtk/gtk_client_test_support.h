@@ -2,10 +2,9 @@
 // The graphical client driven in-process as a member would, against the embedded sandbox,
 // under a display (ctest runs the GTK tests under Xvfb): each test is one start of the
 // application in a fresh home, past the guide, with the helpers the tests walk flows with.
+#include <adwaita.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
-
-#include <adwaita.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -161,9 +160,9 @@ class GtkClientTest : public ::testing::Test {
     });
   }
 
-  // Ctrl+R as the page on top's shortcuts take it; false when nothing took it.
-  bool pressCtrlR() {
-    GtkShortcutTrigger* ctrlR = gtk_keyval_trigger_new(GDK_KEY_r, GDK_CONTROL_MASK);
+  // The key as the shortcuts of the page on top take it; false when none took it.
+  bool pressKey(guint keyval, GdkModifierType modifiers = GdkModifierType(0)) {
+    GtkShortcutTrigger* key = gtk_keyval_trigger_new(keyval, modifiers);
     bool taken = false;
     GListModel* controllers = gtk_widget_observe_controllers(top().gobj());
     for (guint i = 0; !taken && i < g_list_model_get_n_items(controllers); ++i) {
@@ -172,7 +171,7 @@ class GtkClientTest : public ::testing::Test {
                         j < g_list_model_get_n_items(G_LIST_MODEL(controller));
            ++j) {
         auto* shortcut = static_cast<GtkShortcut*>(g_list_model_get_item(G_LIST_MODEL(controller), j));
-        if (gtk_shortcut_trigger_equal(gtk_shortcut_get_trigger(shortcut), ctrlR)) {
+        if (gtk_shortcut_trigger_equal(gtk_shortcut_get_trigger(shortcut), key)) {
           taken = gtk_shortcut_action_activate(gtk_shortcut_get_action(shortcut), GtkShortcutActionFlags(0),
                                                top().gobj(), nullptr);
         }
@@ -181,9 +180,10 @@ class GtkClientTest : public ::testing::Test {
       g_object_unref(controller);
     }
     g_object_unref(controllers);
-    g_object_unref(ctrlR);
+    g_object_unref(key);
     return taken;
   }
+  bool pressCtrlR() { return pressKey(GDK_KEY_r, GDK_CONTROL_MASK); }
 
   // Opens the member tab's row titled `title` and waits for the screen `name`.
   bool openFromMemberTab(const std::string& title, const std::string& name) {

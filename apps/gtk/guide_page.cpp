@@ -41,7 +41,8 @@ GuidePage::GuidePage(PageContext& context) : ScreenPage(context, "", false) {
   adw_carousel_append(pages_, GTK_WIDGET(guidePage(LaunchViewController::page(0), nullptr)->gobj()));
 
   auto* location = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
-  Gtk::Button* ask = ui::button(shell_texts::kGuideAskLocation, [this] { screen_.askForLocation(); }, "pill");
+  Gtk::Button* ask = ui::button(
+      shell_texts::kGuideAskLocation, [this] { screen_.askForLocation(); }, "pill");
   ask->set_name("guide-locate");
   ask->set_halign(Gtk::Align::CENTER);
   location->append(*ask);
@@ -49,24 +50,27 @@ GuidePage::GuidePage(PageContext& context) : ScreenPage(context, "", false) {
   locationText_->set_name("guide-location-text");
   locationText_->set_justify(Gtk::Justification::CENTER);
   location->append(*locationText_);
-  adw_carousel_append(pages_,
-                      GTK_WIDGET(guidePage(LaunchViewController::page(LaunchViewController::kLocationPage), location)->gobj()));
+  adw_carousel_append(
+      pages_, GTK_WIDGET(guidePage(LaunchViewController::page(LaunchViewController::kLocationPage), location)->gobj()));
 
   auto* city = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 8);
   city_ = ui::label("", "heading");
   city_->set_name("guide-city");
   city->append(*city_);
-  Gtk::Button* choose = ui::button(shell_texts::kGuideChooseCity, [] { LaunchViewController::chooseCity(); }, "pill");
+  Gtk::Button* choose = ui::button(
+      shell_texts::kGuideChooseCity, [] { LaunchViewController::chooseCity(); }, "pill");
   choose->set_name("guide-choose-city");
   choose->set_halign(Gtk::Align::CENTER);
   city->append(*choose);
-  adw_carousel_append(pages_, GTK_WIDGET(guidePage(LaunchViewController::page(LaunchViewController::kCityPage), city)->gobj()));
+  adw_carousel_append(pages_,
+                      GTK_WIDGET(guidePage(LaunchViewController::page(LaunchViewController::kCityPage), city)->gobj()));
 
   body().append(*carousel);
   Gtk::Widget* dots = Gtk::manage(Glib::wrap(adw_carousel_indicator_dots_new()));
   adw_carousel_indicator_dots_set_carousel(ADW_CAROUSEL_INDICATOR_DOTS(dots->gobj()), pages_);
   body().append(*dots);
-  next_ = ui::button(shell_texts::kGuideNext, [this] { next(); }, "suggested-action");
+  next_ = ui::button(
+      shell_texts::kGuideNext, [this] { next(); }, "suggested-action");
   next_->add_css_class("pill");
   next_->set_name("guide-next");
   next_->set_halign(Gtk::Align::CENTER);

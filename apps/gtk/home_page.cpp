@@ -49,9 +49,8 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   adw_carousel_indicator_dots_set_carousel(ADW_CAROUSEL_INDICATOR_DOTS(dots->gobj()), ADW_CAROUSEL(categoryPages_->gobj()));
   // Every page's pictures at start cost the first start a transfer and a decode per
   // sub-category; they are asked for as their page comes near.
-  g_signal_connect_swapped(categoryPages_->gobj(), "page-changed", G_CALLBACK(+[](HomePage* self, guint index) {
-    self->showCategoryPictures(index);
-  }), this);
+  g_signal_connect_swapped(categoryPages_->gobj(), "page-changed",
+                           G_CALLBACK(+[](HomePage* self, guint index) { self->showCategoryPictures(index); }), this);
   categories_.append(*categoryPages_);
   categories_.append(*dots);
   body().append(categories_);
@@ -174,7 +173,8 @@ void HomePage::setCategories() {
   while (adw_carousel_get_n_pages(carousel) > 0) adw_carousel_remove(carousel, adw_carousel_get_nth_page(carousel, 0));
   categoryPictures_.assign(groups.size(), {});
   for (std::size_t i = 0; i < groups.size(); ++i) {
-    adw_carousel_append(carousel, GTK_WIDGET(categoryPage(groups[i], context_.pictures(), categoryPictures_[i])->gobj()));
+    adw_carousel_append(carousel,
+                        GTK_WIDGET(categoryPage(groups[i], context_.pictures(), categoryPictures_[i])->gobj()));
   }
   groups_ = std::move(groups);
   showCategoryPictures(0);

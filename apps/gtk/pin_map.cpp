@@ -12,10 +12,11 @@ namespace {
 
 // The map's own zoom buttons carry only English tooltips: they get names of this client's.
 void nameZoomButtons(GtkWidget* root) {
-  for (GtkWidget* child = gtk_widget_get_first_child(root); child != nullptr; child = gtk_widget_get_next_sibling(child)) {
+  for (GtkWidget* child = gtk_widget_get_first_child(root); child != nullptr;
+       child = gtk_widget_get_next_sibling(child)) {
     GtkWidget* face = GTK_IS_BUTTON(child) ? gtk_button_get_child(GTK_BUTTON(child)) : nullptr;
     const char* icon = face != nullptr && GTK_IS_IMAGE(face) ? gtk_image_get_icon_name(GTK_IMAGE(face)) : nullptr;
-    const char* name = icon == nullptr                                 ? nullptr
+    const char* name = icon == nullptr                          ? nullptr
                        : g_str_equal(icon, "zoom-in-symbolic")  ? gtk_texts::kZoomIn
                        : g_str_equal(icon, "zoom-out-symbolic") ? gtk_texts::kZoomOut
                                                                 : nullptr;
@@ -42,11 +43,9 @@ PinMap::PinMap() : map_(shumate_simple_map_new()) {
   gtk_widget_set_vexpand(GTK_WIDGET(map_), TRUE);
   gtk_widget_set_size_request(GTK_WIDGET(map_), -1, 320);
   // The attribution and the scale share the bottom edge and meet on a phone's width.
-  if (ShumateScale* scale = shumate_simple_map_get_scale(map_)) gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_START);
-  g_signal_connect_swapped(viewport, "notify", G_CALLBACK(+[](PinMap* self) {
-                             self->titlesDirty_ = true;
-                           }),
-                           this);
+  if (ShumateScale* scale = shumate_simple_map_get_scale(map_))
+    gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_START);
+  g_signal_connect_swapped(viewport, "notify", G_CALLBACK(+[](PinMap* self) { self->titlesDirty_ = true; }), this);
   tick_ = gtk_widget_add_tick_callback(
       GTK_WIDGET(map_),
       +[](GtkWidget*, GdkFrameClock*, gpointer self) -> gboolean {

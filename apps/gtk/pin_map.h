@@ -55,7 +55,7 @@ class PinMap {
     int width = 0;
     int height = 0;
   };
-  std::vector<TitleSize> sizes_;  // per pin, its bubble as measured with the title shown
+  std::vector<TitleSize> sizes_;     // per pin, its bubble as measured with the title shown
   GtkWidget* myLocation_ = nullptr;  // a marker in layer_, or null
   bool titlesDirty_ = true;
   int placedWidth_ = 0;

@@ -222,9 +222,9 @@ void setPicture(Gtk::Picture& picture, std::shared_ptr<const DecodedImage> image
   const DecodedImage& shown = *image;
   auto* owner = new std::shared_ptr<const DecodedImage>(std::move(image));
   setTexture(picture, shown,
-             g_bytes_new_with_free_func(shown.pixels.data(), shown.pixels.size(),
-                                        [](gpointer data) { delete static_cast<std::shared_ptr<const DecodedImage>*>(data); },
-                                        owner));
+             g_bytes_new_with_free_func(
+                 shown.pixels.data(), shown.pixels.size(),
+                 [](gpointer data) { delete static_cast<std::shared_ptr<const DecodedImage>*>(data); }, owner));
 }
 
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {
