@@ -29,6 +29,7 @@ class NearbyPage : public ScreenPage {
   ~NearbyPage() override;
   void refresh() override;
   NearbyViewController& screen() { return *screen_; }
+  PinMap& map() { return map_; }
   const RowList<NearbyRow>& rows() const { return rows_; }
 
   // The keyword face: the search field with the history under it.

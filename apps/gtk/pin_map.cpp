@@ -74,6 +74,7 @@ void PinMap::placeTitles() {
   placedWidth_ = width;
   placedHeight_ = height;
   ShumateViewport* viewport = shumate_simple_map_get_viewport(map_);
+  placedZoom_ = shumate_viewport_get_zoom_level(viewport);
   std::vector<LabelBox> boxes;
   boxes.reserve(titles_.size());
   for (std::size_t i = 0; i < titles_.size(); ++i) {

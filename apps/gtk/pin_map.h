@@ -39,8 +39,10 @@ class PinMap {
   std::size_t pinCount() const { return pins_.size(); }
   // The member's position (WGS-84, as located); empty takes the marker away.
   void setMyLocation(std::optional<Coordinate> wgs);
-  // Whether pin `i`'s title is drawn, as the last thinning left it.
+  // Whether pin `i`'s title is drawn, as the last thinning left it, and the zoom level
+  // that thinning was for (the markers are laid out for it in the same frame).
   bool titleShown(std::size_t i) const;
+  double placedZoom() const { return placedZoom_; }
 
  private:
   // Thins the titles when the view moved, zoomed or changed size since the last frame.
@@ -60,6 +62,7 @@ class PinMap {
   bool titlesDirty_ = true;
   int placedWidth_ = 0;
   int placedHeight_ = 0;
+  double placedZoom_ = -1;
   guint tick_ = 0;
 };
 
