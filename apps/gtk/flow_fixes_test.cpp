@@ -225,6 +225,7 @@ TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
     collect(GTK_WIDGET(nearby.gobj()), cssClass);
     return found;
   };
+  ASSERT_TRUE(driver_->waitUntil([&] { return nearby.map().pinCount() == view.pins.size(); }));
   ASSERT_TRUE(driver_->waitUntil([&] { return widgets("my-location").size() == 1; })) << "the member was located";
   std::vector<GtkWidget*> maps;
   const std::function<void(GtkWidget*)> findMap = [&](GtkWidget* w) {
