@@ -225,10 +225,13 @@ TEST_F(GtkClientTest, AWideWindowShowsTheStoreBesideItsListAndFoldsAtPhoneWidth)
   };
   ASSERT_TRUE(driver_->resize(1280, 800));
   ASSERT_TRUE(waitFor("名店推荐"));
-  auto* popular = finders::findNamed(tabs_->tab(0), "popular");
-  ASSERT_NE(popular, nullptr);
-  auto* row = GTK_WIDGET(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0));
-  ASSERT_NE(row, nullptr);
+  // The popular stores load after the recommended ones.
+  GtkWidget* row = nullptr;
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    Gtk::Widget* popular = finders::findNamed(tabs_->tab(0), "popular");
+    if (popular != nullptr) row = GTK_WIDGET(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0));
+    return row != nullptr;
+  }));
   adw_action_row_activate(ADW_ACTION_ROW(row));
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
   Gtk::Widget* store = &top();
