@@ -194,37 +194,41 @@ bool drawable(const DecodedImage* image) {
          image->pixels.size() >= image->stride * static_cast<std::size_t>(image->height);
 }
 
-void setTexture(Gtk::Picture& picture, const DecodedImage& image, GBytes* bytes) {
+// Takes `bytes`.
+GdkTexture* textureOver(const DecodedImage& image, GBytes* bytes) {
   GdkTexture* texture =
       gdk_memory_texture_new(image.width, image.height, GDK_MEMORY_R8G8B8A8_PREMULTIPLIED, bytes, image.stride);
   g_bytes_unref(bytes);
-  gtk_picture_set_paintable(picture.gobj(), GDK_PAINTABLE(texture));
-  g_object_unref(texture);
+  return texture;
+}
+
+// Shows `texture` (null clears the picture) and gives up the reference.
+void show(Gtk::Picture& picture, GdkTexture* texture) {
+  gtk_picture_set_paintable(picture.gobj(), texture != nullptr ? GDK_PAINTABLE(texture) : nullptr);
+  if (texture != nullptr) g_object_unref(texture);
 }
 
 }  // namespace
 
 void setPicture(Gtk::Picture& picture, const DecodedImage* image) {
-  if (!drawable(image)) {
-    gtk_picture_set_paintable(picture.gobj(), nullptr);
-    return;
-  }
-  setTexture(picture, *image, g_bytes_new(image->pixels.data(), image->pixels.size()));
+  show(picture, drawable(image) ? textureOver(*image, g_bytes_new(image->pixels.data(), image->pixels.size()))
+                                : nullptr);
 }
 
-void setPicture(Gtk::Picture& picture, std::shared_ptr<const DecodedImage> image) {
-  if (!drawable(image.get())) {
-    gtk_picture_set_paintable(picture.gobj(), nullptr);
-    return;
-  }
+GdkTexture* newTexture(std::shared_ptr<const DecodedImage> image) {
+  if (!drawable(image.get())) return nullptr;
   // The texture holds the cache's pixels instead of a copy: a screen of pictures would
   // otherwise keep every one twice.
   const DecodedImage& shown = *image;
   auto* owner = new std::shared_ptr<const DecodedImage>(std::move(image));
-  setTexture(picture, shown,
-             g_bytes_new_with_free_func(
-                 shown.pixels.data(), shown.pixels.size(),
-                 [](gpointer data) { delete static_cast<std::shared_ptr<const DecodedImage>*>(data); }, owner));
+  return textureOver(shown, g_bytes_new_with_free_func(
+                                shown.pixels.data(), shown.pixels.size(),
+                                [](gpointer data) { delete static_cast<std::shared_ptr<const DecodedImage>*>(data); },
+                                owner));
+}
+
+void setPicture(Gtk::Picture& picture, std::shared_ptr<const DecodedImage> image) {
+  show(picture, newTexture(std::move(image)));
 }
 
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {

@@ -51,6 +51,9 @@ Gtk::Picture* qrPicture(const QrMatrix& code);
 void setPicture(Gtk::Picture& picture, const DecodedImage* image);
 // The same without copying the pixels: the picture keeps `image` alive while it shows it.
 void setPicture(Gtk::Picture& picture, std::shared_ptr<const DecodedImage> image);
+// A texture over `image`'s pixels, keeping it alive; null when it has nothing to draw.
+// The caller owns the reference.
+GdkTexture* newTexture(std::shared_ptr<const DecodedImage> image);
 // What a screen reader says for `widget` (a field without a visible label, a bar).
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
 // Names `widget` by what `label` shows, so that the name follows the text.

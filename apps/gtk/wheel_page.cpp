@@ -31,16 +31,10 @@ void WheelFace::setPicture(const std::string& url) {
   if (url.empty() || pictures_ == nullptr) return;
   // Decoded at twice the drawn size, for scaled displays.
   ticket_ = pictures_->load(url, ImageSize{2 * kSize, 2 * kSize}, [this](ImageOutcome outcome) {
-    const DecodedImage* image = outcome.image.get();
-    if (image == nullptr || image->size().empty() ||
-        image->pixels.size() < image->stride * static_cast<std::size_t>(image->height)) {
-      return;
-    }
-    GBytes* bytes = g_bytes_new(image->pixels.data(), image->pixels.size());
+    GdkTexture* texture = ui::newTexture(std::move(outcome.image));
+    if (texture == nullptr) return;
     g_clear_object(&texture_);
-    texture_ = gdk_memory_texture_new(image->width, image->height, GDK_MEMORY_R8G8B8A8_PREMULTIPLIED, bytes,
-                                      image->stride);
-    g_bytes_unref(bytes);
+    texture_ = texture;
     queue_draw();
   });
 }
