@@ -102,6 +102,12 @@ void PinMap::placeTitles() {
 }
 
 void PinMap::setMyLocation(std::optional<Coordinate> wgs) {
+  // The pages set it on every redraw; the marker is made again only when it moved.
+  if (myLocation_ != nullptr && wgs &&
+      shumate_location_get_latitude(SHUMATE_LOCATION(myLocation_)) == wgs->latitude &&
+      shumate_location_get_longitude(SHUMATE_LOCATION(myLocation_)) == wgs->longitude) {
+    return;
+  }
   if (myLocation_ != nullptr) {
     shumate_marker_layer_remove_marker(layer_, SHUMATE_MARKER(myLocation_));
     myLocation_ = nullptr;
