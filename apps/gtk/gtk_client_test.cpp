@@ -171,8 +171,11 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
   }));
   driver_->settle();
   EXPECT_TRUE(finders::shows(*nearby, "火锅")) << "the keyword is the list's title";
-  // One row per store the search returned.
-  EXPECT_EQ(nearbyPage.rows().size(), nearbyPage.screen().nearbyView().storeList.size());
+  // One row per store the search returned, once the page has redrawn: the wait above can
+  // end on a store the list before the search showed too.
+  EXPECT_TRUE(driver_->waitUntil(
+      [&] { return nearbyPage.rows().size() == nearbyPage.screen().nearbyView().storeList.size(); }))
+      << nearbyPage.rows().size() << " rows for " << nearbyPage.screen().nearbyView().storeList.size() << " stores";
   ASSERT_TRUE(tap("search"));
   EXPECT_TRUE(waitFor("清空", nearby));
   EXPECT_TRUE(finders::activateRow(*nearby, "火锅")) << "the word is in the history";
