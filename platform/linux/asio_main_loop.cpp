@@ -107,8 +107,9 @@ bool AsioMainLoop::runUntil(const std::function<bool()>& done, Duration timeout)
   const auto deadline = std::chrono::steady_clock::now() + timeout;
   impl_->io.restart();
   while (!done()) {
-    // Nothing run: the deadline passed or the loop was stopped.
-    if (impl_->io.run_one_until(deadline) == 0 || impl_->io.stopped()) return done();
+    // Nothing run: the deadline passed or the loop was stopped (a stopped loop runs
+    // nothing, so a task that stops it ends the wait at the next turn).
+    if (impl_->io.run_one_until(deadline) == 0) return done();
   }
   return true;
 }
