@@ -11,6 +11,8 @@ ResponseHeaders::ResponseHeaders(HeaderFields fields) : fields_(std::move(fields
 }
 
 void ResponseHeaders::appendLine(std::string_view line) {
+  // The blank line that ends every block holds no field: nothing to keep.
+  if (line == "\r\n" || line == "\n") return;
   // A small answer's block in one allocation.
   if (lines_.empty()) lines_.reserve(256);
   lines_.append(line);

@@ -59,12 +59,12 @@ std::string formEncoded(const Json& arguments) {
   return out;
 }
 
-std::string withQuery(std::string url, const Json& arguments) {
+// In place: most requests have no arguments, and their URL is then left as it is.
+void appendQuery(std::string& url, const Json& arguments) {
   const std::string query = formEncoded(arguments);
-  if (query.empty()) return url;
+  if (query.empty()) return;
   url += url.find('?') != std::string::npos ? '&' : '?';
   url += query;
-  return url;
 }
 
 // Form fields of the arguments first, then the parts the block appends.
@@ -162,12 +162,14 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
           http.resume = true;
           http.progress = request->resumableDownloadProgressBlock();
         } else {
-          http.url = withQuery(std::move(url), arguments);
+          http.url = std::move(url);
+          appendQuery(http.url, arguments);
         }
         break;
       case RequestMethod::HEAD:
       case RequestMethod::DELETE:
-        http.url = withQuery(std::move(url), arguments);
+        http.url = std::move(url);
+        appendQuery(http.url, arguments);
         break;
       case RequestMethod::POST:
         http.url = std::move(url);

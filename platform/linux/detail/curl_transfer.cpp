@@ -144,7 +144,7 @@ void Transfer::deliver(HttpResponse&& r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
     // In place, the loop is the driver's own and not needed again.
-    outbox.letters.push_back(Outbox::Letter{outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r)});
+    outbox.letters.emplace_back(outbox.inPlace ? nullptr : loop, std::move(completion), std::move(r));
   } else {
     completion(std::move(r));
   }
@@ -233,7 +233,9 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
   const HttpRequest& r = request;
   now_ = now;
   lastActivity_ = *now;
-  plain_ = r.method == "GET" && !r.basicAuth && r.downloadPath.empty() && r.body.empty() && r.timeout.count() > 0;
+  const bool get = r.method == "GET";
+  const bool head = !get && r.method == "HEAD";
+  plain_ = get && !r.basicAuth && r.downloadPath.empty() && r.body.empty() && r.timeout.count() > 0;
   spares_ = spares;
   if (spares_ != nullptr && !spares_->empty()) {
     handle_ = std::move(spares_->back());
@@ -287,9 +289,9 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
     handle.maxFileSize = limit;
   }
 
-  if (r.method == "GET") {
+  if (get) {
     if (!kept) curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
-  } else if (r.method == "HEAD") {
+  } else if (head) {
     curl_easy_setopt(easy, CURLOPT_NOBODY, 1L);
   } else {
     if (r.method == "POST") {
@@ -320,8 +322,7 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
   // Only a body can make curl add "Expect: 100-continue"; without one, a request with no
   // fields of its own needs no list at all, which curl would search for every field it
   // writes.
-  const bool sendsBody =
-      r.method != "GET" && r.method != "HEAD" && (r.method == "POST" || !r.body.empty() || !r.form.empty());
+  const bool sendsBody = !get && !head && (r.method == "POST" || !r.body.empty() || !r.form.empty());
   if (r.contentType.empty() && r.headers.empty()) {
     if (!sendsBody) {
       if (!handle.noHeaderList) curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);

@@ -33,6 +33,10 @@ using Clock = std::chrono::steady_clock;
 // transfers, or run in place by a driver on that thread already.
 struct Outbox {
   struct Letter {
+    // A constructor of its own lets a letter be built in place in the list (clang 14
+    // cannot emplace an aggregate from its members), not built and then moved there.
+    Letter(std::shared_ptr<MainLoop> loop, HttpTransport::Completion&& completion, HttpResponse&& response)
+        : loop(std::move(loop)), completion(std::move(completion)), response(std::move(response)) {}
     std::shared_ptr<MainLoop> loop;
     HttpTransport::Completion completion;
     HttpResponse response;
