@@ -211,8 +211,10 @@ void NetworkAgent::handleRequestResult(const std::shared_ptr<RequestOperation>& 
       if (request->delegate != nullptr) request->delegate->requestFinished(*request);
       if (auto block = request->successCompletionBlock) block(*request);
     } else {
-      logLine("Request " + request->className() +
-              " failed, status code = " + std::to_string(request->responseStatusCode()));
+      if (logLineEnabled()) {
+        logLine("Request " + request->className() +
+                " failed, status code = " + std::to_string(request->responseStatusCode()));
+      }
       request->toggleAccessoriesWillStopCallBack();
       request->requestFailedFilter();
       if (request->delegate != nullptr) request->delegate->requestFailed(*request);

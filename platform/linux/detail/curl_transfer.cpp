@@ -333,11 +333,15 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
     }
   } else {
     if (sendsBody) headerList_ = curl_slist_append(headerList_, "Expect:");
+    // curl copies each field: one buffer serves them all.
+    std::string field;
     if (!r.contentType.empty()) {
-      headerList_ = curl_slist_append(headerList_, ("Content-Type: " + r.contentType).c_str());
+      field.assign("Content-Type: ").append(r.contentType);
+      headerList_ = curl_slist_append(headerList_, field.c_str());
     }
     for (const auto& [name, value] : r.headers) {
-      headerList_ = curl_slist_append(headerList_, (name + ": " + value).c_str());
+      field.assign(name).append(": ").append(value);
+      headerList_ = curl_slist_append(headerList_, field.c_str());
     }
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headerList_);
     handle.noHeaderList = false;
