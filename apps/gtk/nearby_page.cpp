@@ -1,7 +1,5 @@
 #include "apps/gtk/nearby_page.h"
 
-#include <adwaita.h>
-
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/page_context.h"
 #include "apps/gtk/store_rows.h"
@@ -17,7 +15,6 @@ namespace {
 
 constexpr NearbyView::Filter kFilters[] = {NearbyView::Filter::Area, NearbyView::Filter::Category,
                                            NearbyView::Filter::Sort};
-constexpr int kMapHeight = 320;
 constexpr const char* kFilterNames[] = {"filter-area", "filter-category", "filter-sort"};
 
 std::string nearbyKey(const NearbyRow& row) {
@@ -47,7 +44,10 @@ std::vector<NearbyRow> storeRows(const std::vector<StoreInfoModel>& stores) {
 }  // namespace
 
 NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewController> screen)
-    : ScreenPage(context, "", false), screen_(std::move(screen)), rows_(&nearbyKey, &nearbyDrawsAlike) {
+    : ScreenPage(context, "", false),
+      screen_(std::move(screen)),
+      rows_(&nearbyKey, &nearbyDrawsAlike),
+      map_(context.mapTiles()) {
   if (!screen_->isViewLoaded()) screen_->viewDidLoad();
   NearbyView& list = screen_->nearbyView();
   follow(list);
@@ -118,14 +118,8 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
 
   buildSearchFace();
   buildListFace();
-  // The map keeps its own height above the list: a map asks for as much as it can get.
-  map_.widget().set_vexpand(false);
-  GtkWidget* mapHeight = adw_clamp_new();
-  gtk_orientable_set_orientation(GTK_ORIENTABLE(mapHeight), GTK_ORIENTATION_VERTICAL);
-  adw_clamp_set_maximum_size(ADW_CLAMP(mapHeight), kMapHeight);
-  adw_clamp_set_tightening_threshold(ADW_CLAMP(mapHeight), kMapHeight);
-  adw_clamp_set_child(ADW_CLAMP(mapHeight), GTK_WIDGET(map_.widget().gobj()));
-  faces_.add(*Gtk::manage(Glib::wrap(mapHeight)), "map");
+  // The map shares the page's height with the stores under it (see refresh()).
+  faces_.add(map_.widget(), "map");
   faces_.set_vhomogeneous(false);
   faces_.set_hhomogeneous(false);
   body().append(faces_);
@@ -225,6 +219,13 @@ void NearbyPage::showSearch(bool shown) {
 void NearbyPage::refresh() {
   NearbyView& view = screen_->nearbyView();
   bool more = false;
+  // On the map face the map grows with the window, sharing the height with the stores
+  // under it and taking the page's width; the other faces keep their own size and a
+  // reading width. A stack expands when any of its children does, so the map expands
+  // only while shown.
+  const bool mapShown = !searching_ && !screen_->isLeft();
+  map_.widget().set_vexpand(mapShown);
+  fillWidth(mapShown);
   if (searching_) {
     setTitle(discovery_texts::kHistoryTitle);
     faces_.set_visible_child("search");

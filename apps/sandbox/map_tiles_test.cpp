@@ -92,7 +92,9 @@ TEST_F(MapTilesTest, HostileTileAddressesAreRefusedWithoutDrawing) {
     const auto res = http.Get(c.path);
     ASSERT_TRUE(res) << c.path;
     EXPECT_EQ(res->status, c.status) << c.path;
-    if (c.status == 200) EXPECT_FALSE(coloursOf(res->body).empty()) << c.path;
+    if (c.status == 200) {
+      EXPECT_FALSE(coloursOf(res->body).empty()) << c.path;
+    }
   }
 }
 
