@@ -330,6 +330,14 @@ TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
     g_object_unref(texture);
     return seen.first == wanted.first && seen.second > 0.3;
   })) << "the map draws the sandbox's tiles: " << std::hex << seen.first << " on " << seen.second;
+
+  // The map grows with the window, leaving the stores room under it on a phone.
+  const int phone = gtk_widget_get_height(maps[0]);
+  EXPECT_LT(phone, GtkDriver::kHeight * 2 / 3);
+  ASSERT_TRUE(driver_->resize(1280, 800));
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    return gtk_widget_get_height(maps[0]) > phone && gtk_widget_get_width(maps[0]) > 640;
+  })) << gtk_widget_get_width(maps[0]) << "x" << gtk_widget_get_height(maps[0]);
 }
 
 class GuideTest : public FlowFixesTest {
