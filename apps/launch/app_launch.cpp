@@ -100,10 +100,11 @@ Status AppLaunch::prepare() {
     config_.serverBaseUrl = sandbox_->baseUrl();
     if (config_.webHost.empty()) config_.webHost = sandbox_->rootUrl();
     if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
-    // The sandbox draws its own map, so that the map has a base layer offline.
+    // The sandbox draws its own map, so that the map has a base layer offline; a credit
+    // configured alone was meant for other tiles.
     if (config_.mapTileUrl.empty()) {
       config_.mapTileUrl = sandbox_->rootUrl() + sandbox::kTileRoute;
-      if (config_.mapTileAttribution.empty()) config_.mapTileAttribution = sandbox::kTileAttribution;
+      config_.mapTileAttribution = sandbox::kTileAttribution;
     }
     if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
     if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();
