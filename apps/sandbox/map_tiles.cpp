@@ -211,10 +211,12 @@ PangoLayout* layoutOf(cairo_t* cr, const std::string& text, double px, bool bold
 std::vector<Label> labelsOf(cairo_t* cr, const std::vector<Area>& areas, int zoom, const View& view) {
   std::vector<Label> labels;
   std::vector<Box> cityBoxes;
-  const Box reach{-kLabelReach, -kLabelReach, kTileSide + kLabelReach, kTileSide + kLabelReach};
   for (const bool cities : {true, false}) {
     if (cities && (zoom < kFirstCityNameZoom || zoom > kLastCityNameZoom)) continue;
     if (!cities && zoom < kFirstCountyNameZoom) continue;
+    // A city's name is looked at farther out: the county names it covers may reach in.
+    const double out = cities ? 2 * kLabelReach : kLabelReach;
+    const Box reach{-out, -out, kTileSide + out, kTileSide + out};
     for (const Area& area : areas) {
       if (area.city != cities) continue;
       const double x = view.px(area.labelX);
