@@ -53,6 +53,7 @@ endfunction()
 # qmv
 install(TARGETS qmv RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT cli)
 install(FILES ${CMAKE_BINARY_DIR}/resources/area.db ${CMAKE_BINARY_DIR}/resources/bank_card_bin.db
+              ${CMAKE_BINARY_DIR}/resources/map.db
         DESTINATION ${CMAKE_INSTALL_DATADIR}/qmv COMPONENT cli)
 install(FILES ${QMV_DOCS_OUT}/qmv.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT cli)
 install(FILES ${QMV_DOCS_OUT}/qmv.bash RENAME qmv

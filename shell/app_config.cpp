@@ -6,11 +6,13 @@
 #include <string_view>
 
 #include "core/common/string_util.h"
+#include "core/common/url_parts.h"
 
 namespace qmv {
 namespace {
 
 constexpr const char* kMaxResponseBytesKey = "max_response_bytes";
+constexpr const char* kMapTileUrlKey = "map_tile_url";
 
 }  // namespace
 
@@ -22,6 +24,7 @@ bool AppConfig::set(const std::string& key, const std::string& value) {
       {"object_storage_host", &AppConfig::objectStorageHost},
       {"welcome_image_url", &AppConfig::welcomeImageUrl},
       {"web_host", &AppConfig::webHost},
+      {"map_tile_attribution", &AppConfig::mapTileAttribution},
       {"crash_reporter_app_id", &AppConfig::crashReporterAppId},
       {"push_app_key", &AppConfig::pushAppKey},
       {"analytics_app_key", &AppConfig::analyticsAppKey},
@@ -38,10 +41,32 @@ bool AppConfig::set(const std::string& key, const std::string& value) {
     maxResponseBytes = bytes;
     return true;
   }
+  if (key == kMapTileUrlKey) {
+    if (!isTileUrlTemplate(value)) return false;
+    mapTileUrl = value;
+    return true;
+  }
   const auto it = kFields.find(key);
   if (it == kFields.end()) return false;
   this->*(it->second) = value;
   return true;
+}
+
+bool AppConfig::isTileUrlTemplate(const std::string& url) {
+  const std::string scheme = qmv::urlScheme(url);
+  if ((scheme != "http" && scheme != "https") || urlHost(url).empty()) return false;
+  for (const unsigned char c : url) {
+    if (c <= ' ' || c == 0x7f) return false;
+  }
+  for (const char* placeholder : {"{z}", "{x}", "{y}"}) {
+    if (url.find(placeholder) == std::string::npos) return false;
+  }
+  return true;
+}
+
+MapTiles AppConfig::mapTiles() const {
+  if (mapTileUrl.empty()) return {kDefaultTileUrl, kDefaultTileAttribution};
+  return {mapTileUrl, mapTileAttribution};
 }
 
 std::string AppConfig::welcomeImage() const {
@@ -68,7 +93,10 @@ AppConfig AppConfig::parse(std::string_view text, const std::string& name, std::
     }
     const std::string key(trimmed(std::string_view(text).substr(0, eq)));
     if (!config.set(key, std::string(trimmed(std::string_view(text).substr(eq + 1))))) {
-      warn(line, key == kMaxResponseBytesKey ? "expected a positive byte count" : "unknown key \"" + key + "\"");
+      warn(line, key == kMaxResponseBytesKey ? "expected a positive byte count"
+                 : key == kMapTileUrlKey
+                     ? "expected an http or https URL with {z}, {x} and {y}; the map keeps its default tiles"
+                     : "unknown key \"" + key + "\"");
     }
   }
   return config;

@@ -10,6 +10,17 @@
 
 namespace qmv {
 
+// Where a map's base layer comes from: a URL template with {z}, {x} and {y} for a
+// 256-pixel Web Mercator tile, and the credit the map shows for it.
+struct MapTiles {
+  std::string urlTemplate;
+  std::string attribution;
+};
+
+// The public OpenStreetMap tile server, the map's base layer when nothing else is set.
+inline constexpr const char* kDefaultTileUrl = "https://tile.openstreetmap.org/{z}/{x}/{y}.png";
+inline constexpr const char* kDefaultTileAttribution = "© OpenStreetMap contributors";
+
 struct AppConfig {
   // Empty: no server configured (the CLI then embeds the sandbox).
   std::string serverBaseUrl;
@@ -18,6 +29,10 @@ struct AppConfig {
   std::string objectStorageHost;
   std::string welcomeImageUrl;  // the remote "welcome.png"; see welcomeImage()
   std::string webHost;          // root of the server-hosted pages
+  // "map_tile_url" (only an http or https URL with {z}, {x} and {y} is taken) and
+  // "map_tile_attribution"; empty: see mapTiles().
+  std::string mapTileUrl;
+  std::string mapTileAttribution;
   std::string crashReporterAppId;
   std::string pushAppKey;
   std::string analyticsAppKey;
@@ -34,9 +49,16 @@ struct AppConfig {
   // Problems are appended to `warnings` as "NAME:LINE: what" texts.
   static AppConfig parse(std::string_view text, const std::string& name, std::vector<std::string>* warnings = nullptr);
 
-  // Applies one "key = value" setting; false for an unknown key or, for
-  // "max_response_bytes", a value that is not a positive byte count.
+  // Applies one "key = value" setting; false for an unknown key, for
+  // "max_response_bytes" a value that is not a positive byte count, and for
+  // "map_tile_url" one that isTileUrlTemplate refuses (the setting is then left as it was).
   bool set(const std::string& key, const std::string& value);
+
+  // An http or https URL with a host and each of {z}, {x} and {y}.
+  static bool isTileUrlTemplate(const std::string& url);
+
+  // The configured tile server, else the public OpenStreetMap one with its credit.
+  MapTiles mapTiles() const;
 
   // The launch image's URL: welcomeImageUrl when configured, else "welcome.png" on the
   // object-storage host; empty when neither is known.

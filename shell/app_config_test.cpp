@@ -31,5 +31,28 @@ TEST(AppConfigTest, ReadsKnownKeysAndReportsBadLines) {
   EXPECT_EQ(missing.urlScheme, "qqqmmmvvv");
 }
 
+TEST(AppConfigTest, MapTilesComeFromAValidTemplateElseTheDefaultServer) {
+  std::vector<std::string> warnings;
+  const AppConfig defaults = AppConfig::parse("", "qmv.conf", &warnings);
+  EXPECT_EQ(defaults.mapTiles().urlTemplate, kDefaultTileUrl);
+  EXPECT_EQ(defaults.mapTiles().attribution, kDefaultTileAttribution);
+
+  const AppConfig configured = AppConfig::parse(
+      "map_tile_url = https://tiles.test/{z}/{x}/{y}.png\nmap_tile_attribution = © Test\n"
+      "map_tile_url = ftp://tiles.test/{z}/{x}/{y}.png\n",
+      "qmv.conf", &warnings);
+  EXPECT_EQ(configured.mapTiles().urlTemplate, "https://tiles.test/{z}/{x}/{y}.png") << "a bad line keeps the good one";
+  EXPECT_EQ(configured.mapTiles().attribution, "© Test");
+  ASSERT_EQ(warnings.size(), 1u);
+  EXPECT_NE(warnings[0].find("qmv.conf:3: expected an http or https URL with {z}, {x} and {y}"), std::string::npos);
+
+  for (const char* bad : {"", "tiles.test/{z}/{x}/{y}.png", "javascript://{z}/{x}/{y}", "http:///{z}/{x}/{y}",
+                          "https://tiles.test/{z}/{x}.png", "https://tiles.test/{z}/{x}/{Y}.png",
+                          "https://tiles.test/{z}/{x}/{y}.png?a=b c"}) {
+    EXPECT_FALSE(AppConfig::isTileUrlTemplate(bad)) << bad;
+  }
+  EXPECT_TRUE(AppConfig::isTileUrlTemplate("http://127.0.0.1:8080/tiles/{z}/{x}/{y}.png"));
+}
+
 }  // namespace
 }  // namespace qmv

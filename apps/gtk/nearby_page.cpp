@@ -17,7 +17,9 @@ namespace {
 
 constexpr NearbyView::Filter kFilters[] = {NearbyView::Filter::Area, NearbyView::Filter::Category,
                                            NearbyView::Filter::Sort};
-constexpr int kMapHeight = 320;
+// The map's share of the page's height, on a tall and on a wide window.
+constexpr double kMapShare = 0.5;
+constexpr double kWideMapShare = 0.65;
 constexpr const char* kFilterNames[] = {"filter-area", "filter-category", "filter-sort"};
 
 std::string nearbyKey(const NearbyRow& row) {
@@ -47,7 +49,10 @@ std::vector<NearbyRow> storeRows(const std::vector<StoreInfoModel>& stores) {
 }  // namespace
 
 NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewController> screen)
-    : ScreenPage(context, "", false), screen_(std::move(screen)), rows_(&nearbyKey, &nearbyDrawsAlike) {
+    : ScreenPage(context, "", false),
+      screen_(std::move(screen)),
+      rows_(&nearbyKey, &nearbyDrawsAlike),
+      map_(context.mapTiles()) {
   if (!screen_->isViewLoaded()) screen_->viewDidLoad();
   NearbyView& list = screen_->nearbyView();
   follow(list);
@@ -118,14 +123,15 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
 
   buildSearchFace();
   buildListFace();
-  // The map keeps its own height above the list: a map asks for as much as it can get.
+  // The map takes a share of the page's height (see fitMap), the stores the rest.
   map_.widget().set_vexpand(false);
-  GtkWidget* mapHeight = adw_clamp_new();
-  gtk_orientable_set_orientation(GTK_ORIENTABLE(mapHeight), GTK_ORIENTATION_VERTICAL);
-  adw_clamp_set_maximum_size(ADW_CLAMP(mapHeight), kMapHeight);
-  adw_clamp_set_tightening_threshold(ADW_CLAMP(mapHeight), kMapHeight);
-  adw_clamp_set_child(ADW_CLAMP(mapHeight), GTK_WIDGET(map_.widget().gobj()));
-  faces_.add(*Gtk::manage(Glib::wrap(mapHeight)), "map");
+  mapHeight_ = adw_clamp_new();
+  gtk_orientable_set_orientation(GTK_ORIENTABLE(mapHeight_), GTK_ORIENTATION_VERTICAL);
+  adw_clamp_set_child(ADW_CLAMP(mapHeight_), GTK_WIDGET(map_.widget().gobj()));
+  faces_.add(*Gtk::manage(Glib::wrap(mapHeight_)), "map");
+  // A box has no signal for its size changing; the map's own frame callback already keeps
+  // the frames coming while the map is on screen, so this one costs a comparison a frame.
+  fitTick_ = add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) { return fitMap(); });
   faces_.set_vhomogeneous(false);
   faces_.set_hhomogeneous(false);
   body().append(faces_);
@@ -144,12 +150,28 @@ NearbyPage::NearbyPage(PageContext& context, std::shared_ptr<NearbyViewControlle
 }
 
 NearbyPage::~NearbyPage() {
+  remove_tick_callback(fitTick_);
   if (!screen_->isViewLoaded()) return;
   screen_->nearbyView().onLoaded = nullptr;
   screen_->mapView().onLoaded = nullptr;
   screen_->mapView().onChange = nullptr;
   screen_->searchView().onSearch = coreSearch_;
   screen_->searchView().onClear = coreClear_;
+}
+
+int NearbyPage::mapHeightFor(int width, int height) {
+  // A wide window gives the map more of its height: the stores fit in fewer rows there.
+  // The map's own least height holds on small windows.
+  return static_cast<int>(height * (width > height ? kWideMapShare : kMapShare));
+}
+
+bool NearbyPage::fitMap() {
+  const int wanted = mapHeightFor(get_width(), get_height());
+  if (get_height() > 0 && wanted != adw_clamp_get_maximum_size(ADW_CLAMP(mapHeight_))) {
+    adw_clamp_set_maximum_size(ADW_CLAMP(mapHeight_), wanted);
+    adw_clamp_set_tightening_threshold(ADW_CLAMP(mapHeight_), wanted);
+  }
+  return true;
 }
 
 void NearbyPage::buildSearchFace() {
@@ -225,6 +247,8 @@ void NearbyPage::showSearch(bool shown) {
 void NearbyPage::refresh() {
   NearbyView& view = screen_->nearbyView();
   bool more = false;
+  // The map face takes the page's whole width; the others keep a reading width.
+  fillWidth(!searching_ && !screen_->isLeft());
   if (searching_) {
     setTitle(discovery_texts::kHistoryTitle);
     faces_.set_visible_child("search");

@@ -41,12 +41,19 @@ class NearbyPage : public ScreenPage {
   std::vector<NearbyRow> searchRows();
   std::vector<NearbyRow> filterRows();
   void showPins();
+  // The map's height on a page of this size.
+  static int mapHeightFor(int width, int height);
+  // Gives the map its share of the page's height when the page's size changed; true
+  // (the frame callback stays).
+  bool fitMap();
   void openRow(guint position);
 
   std::shared_ptr<NearbyViewController> screen_;
   RowList<NearbyRow> rows_;
   Gtk::Stack faces_;
   PinMap map_;
+  GtkWidget* mapHeight_ = nullptr;  // the clamp that sizes the map, owned by faces_
+  guint fitTick_ = 0;
   std::string shownPins_;  // what the map shows, so that a redraw does not re-centre it
   Gtk::SearchEntry* keyword_ = nullptr;
   Gtk::Label* historyTitle_ = nullptr;

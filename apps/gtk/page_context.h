@@ -1,8 +1,11 @@
 #pragma once
 // What pages reach besides their own screen: the navigator (the back action), the
 // application delegate (tab jumps, inbound URLs), the tab bar and the window (for file
-// choosers), the home directory, and the one picture loader every page shares.
+// choosers), the home directory, the one picture loader every page shares, and where the
+// maps' tiles come from.
 #include <filesystem>
+
+#include "shell/app_config.h"
 
 namespace Gtk {
 class Window;
@@ -29,6 +32,8 @@ class PageContext {
   // Pictures by URL, cached in memory and under the client's cache directory; null
   // before start-up.
   virtual ImageLoader* pictures() = 0;
+  // The maps' base layer as the configuration chose it.
+  virtual MapTiles mapTiles() = 0;
 };
 
 }  // namespace qmv::gtk

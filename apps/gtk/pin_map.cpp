@@ -2,6 +2,8 @@
 
 #include <shumate/shumate.h>
 
+#include <functional>
+
 #include "apps/gtk/gtk_texts.h"
 #include "features/discovery/location_converter.h"
 #include "features/discovery/map_label_layout.h"
@@ -9,6 +11,12 @@
 namespace qmv::gtk {
 
 namespace {
+
+constexpr guint kMinZoom = 0;
+constexpr guint kMaxZoom = 19;
+constexpr guint kTileSide = 256;
+// Below this the map is a strip; above it the map takes what its page gives it.
+constexpr int kMinHeight = 240;
 
 // The map's own zoom buttons carry only English tooltips: they get names of this client's.
 void nameZoomButtons(GtkWidget* root) {
@@ -30,18 +38,21 @@ void nameZoomButtons(GtkWidget* root) {
 
 }  // namespace
 
-PinMap::PinMap() : map_(shumate_simple_map_new()) {
+PinMap::PinMap(const MapTiles& tiles) : map_(shumate_simple_map_new()) {
   g_object_ref_sink(map_);
-  ShumateMapSourceRegistry* registry = shumate_map_source_registry_new_with_defaults();
-  ShumateMapSource* source = shumate_map_source_registry_get_by_id(registry, SHUMATE_MAP_SOURCE_OSM_MAPNIK);
-  if (source != nullptr) shumate_simple_map_set_map_source(map_, source);
-  g_object_unref(registry);
+  // An id per template, so that tiles of one server never pass for another's.
+  const std::string id = "qmv-" + std::to_string(std::hash<std::string>{}(tiles.urlTemplate));
+  ShumateRasterRenderer* source = shumate_raster_renderer_new_full_from_url(
+      id.c_str(), "qmv", tiles.attribution.c_str(), "", kMinZoom, kMaxZoom, kTileSide, SHUMATE_MAP_PROJECTION_MERCATOR,
+      tiles.urlTemplate.c_str());
+  shumate_simple_map_set_map_source(map_, SHUMATE_MAP_SOURCE(source));
+  g_object_unref(source);
   ShumateViewport* viewport = shumate_simple_map_get_viewport(map_);
   shumate_viewport_set_zoom_level(viewport, 14);
   layer_ = shumate_marker_layer_new(viewport);
   shumate_simple_map_add_overlay_layer(map_, SHUMATE_LAYER(layer_));
   gtk_widget_set_vexpand(GTK_WIDGET(map_), TRUE);
-  gtk_widget_set_size_request(GTK_WIDGET(map_), -1, 320);
+  gtk_widget_set_size_request(GTK_WIDGET(map_), -1, kMinHeight);
   // The attribution and the scale share the bottom edge and meet on a phone's width.
   if (ShumateScale* scale = shumate_simple_map_get_scale(map_))
     gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_START);

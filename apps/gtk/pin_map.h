@@ -1,7 +1,8 @@
 #pragma once
-// A libshumate map with pins. Pins come in GCJ-02 (the datum the core hands to maps);
-// OpenStreetMap tiles are WGS-84, so each pin is converted before it is placed. Without
-// reachable tiles the map is an empty canvas that still shows the pins. Pin titles that
+// A libshumate map with pins over the configured tiles (a Web Mercator URL template:
+// OpenStreetMap's, a configured server's, or the embedded sandbox's own map). Pins come
+// in GCJ-02 (the datum the core hands to maps); tiles are WGS-84, so each pin is converted
+// before it is placed. Pin titles that
 // would cover one another are thinned after every move and zoom (the earlier pin keeps
 // its title); the member's own position is a marker of its own; the scale sits at the
 // top so that the tiles' attribution at the bottom never covers it.
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "core/common/coordinate.h"
+#include "shell/app_config.h"
 
 typedef struct _ShumateSimpleMap ShumateSimpleMap;
 typedef struct _ShumateMarkerLayer ShumateMarkerLayer;
@@ -28,7 +30,7 @@ class PinMap {
     std::function<void()> tapped;  // may be empty
   };
 
-  PinMap();
+  explicit PinMap(const MapTiles& tiles);
   ~PinMap();
   PinMap(const PinMap&) = delete;
   PinMap& operator=(const PinMap&) = delete;

@@ -11,6 +11,15 @@
 
 namespace qmv::gtk {
 
+namespace {
+
+// The body's reading width, and where the clamp starts narrowing its margins (libadwaita's
+// own default).
+constexpr int kReadingWidth = 640;
+constexpr int kReadingThreshold = 400;
+
+}  // namespace
+
 ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool withBack)
     : Gtk::Box(Gtk::Orientation::VERTICAL), context_(context) {
   GtkWidget* header = adw_header_bar_new();
@@ -29,7 +38,8 @@ ScreenPage::ScreenPage(PageContext& context, const std::string& title, bool with
 
   body_.set_margin(12);
   auto* clamp = adw_clamp_new();
-  adw_clamp_set_maximum_size(ADW_CLAMP(clamp), 640);
+  adw_clamp_set_maximum_size(ADW_CLAMP(clamp), kReadingWidth);
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(clamp), kReadingThreshold);
   adw_clamp_set_child(ADW_CLAMP(clamp), GTK_WIDGET(body_.gobj()));
   clamp_ = Glib::wrap(clamp);
   scroller_.set_child(*clamp_);
@@ -137,9 +147,11 @@ void ScreenPage::fillPage() {
   body_.set_vexpand(true);
 }
 
-void ScreenPage::fillWidth() {
-  adw_clamp_set_maximum_size(ADW_CLAMP(clamp_->gobj()), G_MAXINT / 2);
-  adw_clamp_set_tightening_threshold(ADW_CLAMP(clamp_->gobj()), G_MAXINT / 2);
+void ScreenPage::fillWidth(bool fill) {
+  const int width = fill ? G_MAXINT / 2 : kReadingWidth;
+  if (adw_clamp_get_maximum_size(ADW_CLAMP(clamp_->gobj())) == width) return;
+  adw_clamp_set_maximum_size(ADW_CLAMP(clamp_->gobj()), width);
+  adw_clamp_set_tightening_threshold(ADW_CLAMP(clamp_->gobj()), fill ? width : kReadingThreshold);
 }
 
 void ScreenPage::pullToRefresh(std::function<void()> refresh) {

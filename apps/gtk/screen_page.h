@@ -51,8 +51,8 @@ class ScreenPage : public Gtk::Box {
   // The body takes the page's whole height and scrolls by itself (a web view).
   void fillPage();
   // The body takes the page's whole width too, however wide (a map); other pages keep
-  // a reading width.
-  void fillWidth();
+  // a reading width, and `fill` false gives it back.
+  void fillWidth(bool fill = true);
   // The page's reload: the action page.refresh, which Ctrl+R and a pull past the top of
   // the body run (the screen's pull-down refresh).
   void pullToRefresh(std::function<void()> refresh);

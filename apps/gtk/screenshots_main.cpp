@@ -44,6 +44,9 @@
 
 namespace {
 
+// The maps' tiles come from the embedded sandbox a moment after the map is shown.
+constexpr std::chrono::milliseconds kTilesLoad{2000};
+
 using namespace qmv;
 using namespace qmv::gtk;
 
@@ -137,6 +140,7 @@ int run(const std::filesystem::path& out) {
     nearby.showSearch(false);
     if (auto* face = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "map-switch"))) face->activate();
     driver.waitUntil([&] { return finders::findNamed(driver.top(), "pin") != nullptr; }, std::chrono::seconds(5));
+    driver.settle(kTilesLoad);
     shot("05-map");
     if (auto* face = dynamic_cast<Gtk::Button*>(finders::findNamed(driver.top(), "map-switch"))) face->activate();
 
@@ -359,6 +363,7 @@ int run(const std::filesystem::path& out) {
     driver.waitUntil([&] { return finders::findNamed(driver.top(), "offers") != nullptr; });
     openStoreMap(home.screen().popularStores().front());
     driver.waitUntil([&] { return driver.topName() == discovery_texts::kMapScreen; });
+    driver.settle(kTilesLoad);
     shot("42-desktop-map", true);
     app.navigator().popToRoot();
     app.navigator().push(order_texts::kMyOrdersScreen, {{"type", 0}});

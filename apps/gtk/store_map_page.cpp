@@ -1,13 +1,14 @@
 #include "apps/gtk/store_map_page.h"
 
 #include "apps/gtk/gtk_texts.h"
+#include "apps/gtk/page_context.h"
 #include "apps/gtk/ui.h"
 #include "core/session/global_data.h"
 
 namespace qmv::gtk {
 
 StoreMapPage::StoreMapPage(PageContext& context, StoreInfoModel store)
-    : ScreenPage(context, store.storeName, true), screen_(std::move(store)) {
+    : ScreenPage(context, store.storeName, true), screen_(std::move(store)), map_(context.mapTiles()) {
   addAction("navigate", [this] { screen_.navigate(); });
   auto* route = Gtk::make_managed<Gtk::Button>();
   // An icon every Adwaita theme has (some lack a route icon and would draw a broken one).

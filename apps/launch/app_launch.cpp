@@ -4,6 +4,7 @@
 
 #include <iostream>
 
+#include "apps/sandbox/map_tiles.h"
 #include "apps/sandbox/sandbox_server.h"
 #include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
@@ -99,6 +100,12 @@ Status AppLaunch::prepare() {
     config_.serverBaseUrl = sandbox_->baseUrl();
     if (config_.webHost.empty()) config_.webHost = sandbox_->rootUrl();
     if (config_.objectStorageHost.empty()) config_.objectStorageHost = sandbox_->rootUrl() + "/oss";
+    // The sandbox draws its own map, so that the map has a base layer offline; a credit
+    // configured alone was meant for other tiles.
+    if (config_.mapTileUrl.empty()) {
+      config_.mapTileUrl = sandbox_->rootUrl() + sandbox::kTileRoute;
+      config_.mapTileAttribution = sandbox::kTileAttribution;
+    }
     if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
     if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();
     // The sandbox's merchant with the messaging application; real ones come from qmv.conf.

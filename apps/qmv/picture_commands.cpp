@@ -1,9 +1,12 @@
 // One picture through the client's image loader: where it came from (memory, disk or
 // network) and its decoded size; --out saves the bytes as the server sent them, or the
-// decoded picture as PNG when the server asked for its bytes not to be kept.
+// decoded picture as PNG when the server asked for its bytes not to be kept. --tile Z/X/Y
+// takes the picture from the maps' tile server instead of a URL.
 #include <fstream>
+#include <iostream>
 #include <memory>
 #include <optional>
+#include <regex>
 #include <string>
 
 #include "apps/qmv/cli_app.h"
@@ -21,8 +24,24 @@ namespace {
 struct PictureOptions {
   std::string url;
   std::string out;
+  std::string tile;
   int width = 0;
 };
+
+// The configured tile template with "Z/X/Y" put in; empty when `tile` is not three numbers.
+std::string tileUrl(const std::string& urlTemplate, const std::string& tile) {
+  static const std::regex numbers(R"(([0-9]{1,2})/([0-9]{1,7})/([0-9]{1,7}))");
+  std::smatch m;
+  if (!std::regex_match(tile, m, numbers)) return {};
+  std::string url = urlTemplate;
+  const char* placeholders[] = {"{z}", "{x}", "{y}"};
+  for (int i = 0; i < 3; ++i) {
+    for (auto at = url.find(placeholders[i]); at != std::string::npos; at = url.find(placeholders[i])) {
+      url.replace(at, 3, m[i + 1].str());
+    }
+  }
+  return url;
+}
 
 // A name without a scheme is an object in the application's object store.
 std::string absoluteUrl(CliApp& app, const std::string& url) {
@@ -31,8 +50,19 @@ std::string absoluteUrl(CliApp& app, const std::string& url) {
 }
 
 int runPicture(CliApp& app, const PictureOptions& options) {
-  if (options.url.empty()) return failWith("picture: an empty URL");
-  const std::string url = absoluteUrl(app, options.url);
+  const MapTiles tiles = app.config().mapTiles();
+  if (!options.tile.empty() && !options.url.empty()) {
+    std::cerr << "picture: give a URL or --tile, not both\n";
+    return kExitUsage;
+  }
+  std::string url;
+  if (!options.tile.empty()) {
+    url = tileUrl(tiles.urlTemplate, options.tile);
+    if (url.empty()) return failWith("picture: --tile expects Z/X/Y, three whole numbers");
+  } else {
+    if (options.url.empty()) return failWith("picture: an empty URL");
+    url = absoluteUrl(app, options.url);
+  }
   ImageLoader& loader = app.pictures();
   // --size is a width: the height follows from the picture's proportions.
   const ImageSize box = options.width > 0 ? ImageSize{options.width, ImageLimits{}.maxSide} : ImageSize{};
@@ -47,6 +77,11 @@ int runPicture(CliApp& app, const PictureOptions& options) {
   out.line(std::string(image_texts::kSourceLabel) + image_texts::sourceWord(outcome->source));
   out.line(std::string(image_texts::kSizeLabel) + std::to_string(size.width) + "×" + std::to_string(size.height));
   out.data("url", url);
+  if (!options.tile.empty()) {
+    if (!tiles.attribution.empty()) out.line(tiles.attribution);
+    out.data("map_tile_url", tiles.urlTemplate);
+    out.data("attribution", tiles.attribution);
+  }
   out.data("source", image_texts::sourceKey(outcome->source));
   out.data("width", size.width);
   out.data("height", size.height);
@@ -75,7 +110,8 @@ void registerPictureCommands(CommandRegistry& registry) {
   auto options = std::make_shared<PictureOptions>();
   CLI::App* picture = registry.add("picture", "fetch a picture through the image cache and say where it came from",
                                    [options](CliApp& app) { return runPicture(app, *options); });
-  picture->add_option("URL", options->url, "the picture's address, or a name in the object store")->required();
+  picture->add_option("URL", options->url, "the picture's address, or a name in the object store");
+  picture->add_option("--tile", options->tile, "fetch map tile Z/X/Y from the maps' tile server instead of a URL");
   picture->add_option("--out", options->out, "write the picture's original bytes to FILE");
   picture->add_option("--size", options->width, "scale to W pixels wide")->check(CLI::Range(1, 8192));
 }

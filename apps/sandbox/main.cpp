@@ -42,10 +42,11 @@ qmv::docs::ManPage manPage(const CLI::App& app) {
                 {"<home>/sandbox.db", "Members, sessions, balances and orders (SQLite)."},
                 {"<home>/oss", "Uploaded objects."},
                 {"/usr/share/qmv/area.db", "The areas served (share/qmv under the install prefix)."},
+                {"/usr/share/qmv/map.db", "The outlines the map tiles under /tiles/ are drawn from."},
                 {"/usr/lib/systemd/user/qmv-sandbox.service", "The user service."}};
   page.environment = {{"XDG_STATE_HOME", "Where the default home is made."},
                       {"HOME", "The default home when XDG_STATE_HOME is not set."},
-                      {"QMV_RESOURCE_DIR", "Read area.db from this directory instead."},
+                      {"QMV_RESOURCE_DIR", "Read area.db and map.db from this directory instead."},
                       {"QMV_SANDBOX_RECORD", "A directory in which every request and answer is saved."}};
   page.seeAlso = {"qmv(1)", "qmv-gtk(1)"};
   return page;

@@ -20,6 +20,7 @@
 #include "apps/sandbox/fair_lock.h"
 #include "apps/sandbox/guarded_http_server.h"
 #include "apps/sandbox/login_throttle.h"
+#include "apps/sandbox/map_tiles.h"
 #include "apps/sandbox/object_handlers.h"
 #include "apps/sandbox/order_payment.h"
 #include "apps/sandbox/page_handlers.h"
@@ -103,6 +104,7 @@ struct SandboxServer::Impl {
   std::string paymentKey;
   Endpoint completion;
   std::unique_ptr<LoginThrottle> throttle;
+  std::shared_ptr<const TileMap> tiles;
   // Requests take the store in the order they arrive (see FairLock).
   FairLock turns;
 
@@ -210,6 +212,7 @@ struct SandboxServer::Impl {
     db = std::move(opened).value();
     const std::filesystem::path resources = options.resources.empty() ? defaultResourceDirectory() : options.resources;
     Status prepared = prepareDatabase(*db, resources / "area.db");
+    tiles = std::make_shared<TileMap>(resources / "map.db");
     if (prepared.ok()) prepared = prepareUserNameKeys(*db);
     if (!prepared.ok()) {
       db.reset();
@@ -280,6 +283,7 @@ struct SandboxServer::Impl {
       }
       res.set_content(*html, "text/html; charset=utf-8");
     });
+    registerTileRoutes(*http, tiles);
     registerArtRoutes(*http, options.home / "oss" / "art", [this](const std::string& sql, const std::vector<Json>& params) {
       Json row;
       std::lock_guard turn(turns);

