@@ -66,7 +66,7 @@ bool AppConfig::isTileUrlTemplate(const std::string& url) {
 
 MapTiles AppConfig::mapTiles() const {
   if (mapTileUrl.empty()) return {kDefaultTileUrl, kDefaultTileAttribution};
-  return {mapTileUrl, mapTileAttribution};
+  return {mapTileUrl, mapTileAttribution, mapTileCacheName};
 }
 
 std::string AppConfig::welcomeImage() const {

@@ -15,11 +15,14 @@ namespace qmv {
 struct MapTiles {
   std::string urlTemplate;
   std::string attribution;
+  // Names the tiles' disk cache; empty: named after the template. The embedded sandbox's
+  // port changes every start while its tiles do not, so it keeps one name.
+  std::string cacheName;
 };
 
 // The public OpenStreetMap tile server, the map's base layer when nothing else is set.
 inline constexpr const char* kDefaultTileUrl = "https://tile.openstreetmap.org/{z}/{x}/{y}.png";
-inline constexpr const char* kDefaultTileAttribution = "© OpenStreetMap contributors";
+inline constexpr const char* kDefaultTileAttribution = "© OpenStreetMap 贡献者";
 
 struct AppConfig {
   // Empty: no server configured (the CLI then embeds the sandbox).
@@ -33,6 +36,7 @@ struct AppConfig {
   // "map_tile_attribution"; empty: see mapTiles().
   std::string mapTileUrl;
   std::string mapTileAttribution;
+  std::string mapTileCacheName;  // not a setting: see MapTiles::cacheName
   std::string crashReporterAppId;
   std::string pushAppKey;
   std::string analyticsAppKey;

@@ -40,8 +40,10 @@ void nameZoomButtons(GtkWidget* root) {
 
 PinMap::PinMap(const MapTiles& tiles) : map_(shumate_simple_map_new()) {
   g_object_ref_sink(map_);
-  // An id per template, so that tiles of one server never pass for another's.
-  const std::string id = "qmv-" + std::to_string(std::hash<std::string>{}(tiles.urlTemplate));
+  // An id per template unless named, so that tiles of one server never pass for another's.
+  const std::string id = !tiles.cacheName.empty()
+                             ? tiles.cacheName
+                             : "qmv-" + std::to_string(std::hash<std::string>{}(tiles.urlTemplate));
   ShumateRasterRenderer* source = shumate_raster_renderer_new_full_from_url(
       id.c_str(), "qmv", tiles.attribution.c_str(), "", kMinZoom, kMaxZoom, kTileSide, SHUMATE_MAP_PROJECTION_MERCATOR,
       tiles.urlTemplate.c_str());
@@ -54,8 +56,10 @@ PinMap::PinMap(const MapTiles& tiles) : map_(shumate_simple_map_new()) {
   gtk_widget_set_vexpand(GTK_WIDGET(map_), TRUE);
   gtk_widget_set_size_request(GTK_WIDGET(map_), -1, kMinHeight);
   // The attribution and the scale share the bottom edge and meet on a phone's width.
-  if (ShumateScale* scale = shumate_simple_map_get_scale(map_))
+  if (ShumateScale* scale = shumate_simple_map_get_scale(map_)) {
     gtk_widget_set_valign(GTK_WIDGET(scale), GTK_ALIGN_START);
+    shumate_scale_set_unit(scale, SHUMATE_UNIT_METRIC);
+  }
   g_signal_connect_swapped(viewport, "notify", G_CALLBACK(+[](PinMap* self) { self->titlesDirty_ = true; }), this);
   tick_ = gtk_widget_add_tick_callback(
       GTK_WIDGET(map_),

@@ -105,6 +105,7 @@ Status AppLaunch::prepare() {
     if (config_.mapTileUrl.empty()) {
       config_.mapTileUrl = sandbox_->rootUrl() + sandbox::kTileRoute;
       config_.mapTileAttribution = sandbox::kTileAttribution;
+      config_.mapTileCacheName = "qmv-sandbox";
     }
     if (config_.productionServer.empty()) config_.productionServer = sandbox_->baseUrl();
     if (config_.testServer.empty()) config_.testServer = sandbox_->baseUrl();

