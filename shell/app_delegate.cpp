@@ -156,8 +156,10 @@ bool AppDelegate::openURL(const std::string& url, const std::string& sourceAppli
 
 void AppDelegate::onResp(int errCode) {
   if (errCode == 0) {
+    // A pay-now screen that waits for this payment says it on the notification.
+    const bool screenSaysIt = PaymentFailureWatch::anyWaiting();
     Env::current().notifications->post(kPaySuccessNotification);
-    Env::current().overlay->showImage("", checkout_texts::kPaySuccess);
+    if (!screenSaysIt) Env::current().overlay->showImage("", checkout_texts::kPaySuccess);
   } else {
     Env::current().overlay->showImage("", checkout_texts::kPayFailed);
     PaymentFailureWatch::report();

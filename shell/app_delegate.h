@@ -48,7 +48,9 @@ class AppDelegate {
   // (bank-card result): no user information, port or fragment. Returns whether a
   // handler took it.
   bool openURL(const std::string& url, const std::string& sourceApplication);
-  // The messaging application's payment response.
+  // The messaging application's payment response: 0 posts "pay_success_noti" and shows
+  // "支付成功" (unless a pay-now screen waits for the payment and says it), else
+  // "支付失败".
   void onResp(int errCode);
   void postPaySuccessLater();  // the system's postPaySuccessNotiDelay
 

@@ -11,6 +11,7 @@
 #include "core/session/global_data.h"
 #include "core/session/login_net_api.h"
 #include "features/discovery/main_view_controller.h"
+#include "features/orders/payment_failure_watch.h"
 #include "platform/env.h"
 #include "platform/linux/headless_app_window.h"
 #include "platform/manual_main_loop.h"
@@ -326,6 +327,16 @@ TEST_F(ShellFixture, InboundUrlsRouteBySourceFirstThenHost) {
   EXPECT_EQ(uppay->handledUrls.size(), 2u);
   loop->advance(AppDelegate::kPaySuccessDelay);
   EXPECT_EQ(posted, std::vector<std::string>{"pay_success_noti"});
+
+  // A pay-now screen waiting for the payment says its success on the notification: the
+  // returns only post it, so that it is said once.
+  PaymentFailureWatch waiting([] {});
+  wechat->nextErrCode = 0;
+  EXPECT_TRUE(app.openURL("wxapp://pay/", "com.tencent.xin"));
+  EXPECT_TRUE(app.openURL("qqqmmmvvv://uppayresult?code=success", ""));
+  loop->advance(AppDelegate::kPaySuccessDelay);
+  EXPECT_EQ(posted, (std::vector<std::string>{"pay_success_noti", "pay_success_noti", "pay_success_noti"}));
+  EXPECT_EQ(overlay->statuses().size(), before);
 }
 
 TEST_F(ShellFixture, HomeJumpsToNearbyDeliverAtOnceOrAfterTheTabLoads) {

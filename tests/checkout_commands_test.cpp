@@ -68,6 +68,8 @@ TEST_F(CheckoutCommandsTest, EveryChannelPaysAndCancelOrFailPaysNothing) {
     auto paid = run({"buy", kFirstPriceOffer, "--channel", channel});
     EXPECT_EQ(paid.status, 0) << channel << "\n" << paid.out;
     EXPECT_TRUE(paid.has("现价 15.00元 x 1 = 15.00\n")) << "the first-purchase price is spent";
+    // The return and the pay-now screen both say it, while it is on show: one note.
+    EXPECT_TRUE(paid.has("确认支付¥15.00\n支付成功\noutcome: paid\n")) << paid.out;
   }
 
   // Exactly the three payments that succeeded are orders to be used, each with its code.

@@ -4,6 +4,8 @@
 #include "apps/sandbox/demo_data.h"
 #include "core/common/dictionary.h"
 #include "core/common/settings_keys.h"
+#include "core/session/auto_login.h"
+#include "core/session/self_info_change.h"
 #include "core/storage/db_util.h"
 #include "features/discovery/location_converter.h"
 #include "features/discovery/main_view_controller.h"
@@ -154,6 +156,41 @@ TEST_F(DiscoveryScreensTest, OfferScreenShowsPricesPackagesAndNotice) {
   screen.callStore();
   ASSERT_EQ(urls_->opened().size(), 1u);
   EXPECT_EQ(urls_->opened()[0], "tel:" + offer.storePhone);
+}
+
+TEST_F(DiscoveryScreensTest, OpenStoreAndOfferLoadAgainWhenTheMemberSignsInOrOut) {
+  // Opened before the automatic sign-in has ended: the first-purchase price of offer 1,
+  // which the demo member has bought before.
+  QXRStoreDetailViewController store("1", "");
+  QXActivitiesViewController offer("1");
+  ASSERT_TRUE(load(store, [&] { store.loadDetail(); }));
+  ASSERT_TRUE(load(offer, [&] { offer.loadDetail(); }));
+  const auto firstOfStore = [&store] {
+    const auto& list = store.store()->activityList;
+    const auto it = std::find_if(list.begin(), list.end(), [](const ActivityModel& a) { return a.commodityID == "1"; });
+    return it != list.end() && it->showsFirstPrice();
+  };
+  ASSERT_TRUE(firstOfStore());
+  EXPECT_EQ(offer.priceText(), "¥" + offer.activity()->firstPrice);
+
+  int storeLoads = 0;
+  int offerLoads = 0;
+  store.onLoaded = [&storeLoads](bool loaded) { storeLoads += loaded; };
+  offer.onLoaded = [&offerLoads](bool loaded) { offerLoads += loaded; };
+  ASSERT_TRUE(home_.settings().setObjects(Json{{kUserPhoneKey, "13800000000"}, {kPasswordKey, "qmv123"}}).ok());
+  AutoLogin autoLogin;
+  ASSERT_TRUE(autoLogin.autoLoginNet());
+  ASSERT_TRUE(runUntil([&] { return storeLoads == 1 && offerLoads == 1; }));
+  EXPECT_FALSE(firstOfStore());
+  EXPECT_EQ(offer.priceText(), "¥" + offer.activity()->nowPrice);
+
+  // The same session again is no change; signed out, first purchases again.
+  changeSelfInfo(GlobalData::sharedInstance().selfInfo());
+  EXPECT_FALSE(loop_->runUntil([&] { return storeLoads + offerLoads > 2; }, std::chrono::milliseconds(500)));
+  changeSelfInfo(nullptr);
+  ASSERT_TRUE(runUntil([&] { return storeLoads == 2 && offerLoads == 2; }));
+  EXPECT_TRUE(firstOfStore());
+  EXPECT_EQ(offer.priceText(), "¥" + offer.activity()->firstPrice);
 }
 
 TEST_F(DiscoveryScreensTest, HomeRefreshLoadsTheCurrentCityAndPagesPopularStores) {

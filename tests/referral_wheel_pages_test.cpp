@@ -3,6 +3,7 @@
 // sandbox records.
 #include <gtest/gtest.h>
 
+#include "apps/sandbox/sandbox_server.h"
 #include "core/common/json.h"
 #include "features/wallet/top_up_record_net_api.h"
 #include "features/wheel/wheel_view_controller.h"
@@ -57,7 +58,27 @@ TEST_F(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesT
   EXPECT_TRUE(community.has("title: 我的帖子\n")) << "a page link loads in place: " << community.out;
   EXPECT_EQ(run({"page", "0", "--follow", "99"}).status, 2);
   EXPECT_EQ(run({"page", "6"}).status, 2);
-  EXPECT_EQ(run({"web", "qmv://login"}).status, 1) << "the plain screen does not intercept";
+  // The plain screen does not intercept an application link: the load fails in the
+  // client's words and offers the screen, which --open-in-app opens.
+  const auto plain = run({"web", "qmv://login"});
+  EXPECT_EQ(plain.status, 1);
+  EXPECT_TRUE(plain.has("这是应用内的链接，网页无法打开\n[在应用中打开] -> qmv://login\n")) << plain.out;
+  EXPECT_FALSE(plain.has("opened ")) << plain.out;
+  {
+    // A page's link, tapped: pages need a known web host, so the sandbox stands apart.
+    sandbox::SandboxServer server(sandbox::SandboxOptions{home_.home() / "sandbox", 0});
+    ASSERT_TRUE(server.start().ok());
+    const auto pay = run({"--server", server.baseUrl(), "web", server.rootUrl() + "/static/dial/index.html", "--follow",
+                          "1", "--open-in-app"});
+    ASSERT_EQ(pay.status, 0) << pay.out << pay.err;
+    EXPECT_TRUE(
+        pay.has("follow [1] qmv://pay?productId=1&series=12&acount=1\n这是应用内的链接，网页无法打开\n"
+                "[在应用中打开] -> qmv://pay?productId=1&series=12&acount=1\n"
+                "opened QXPayNowViewController\n"))
+        << pay.out;
+    EXPECT_TRUE(pay.has("支付成功\noutcome: paid\n")) << pay.out;
+  }
+  EXPECT_EQ(balance(), before - 600) << "five shares, then one";
 
   // Nobody signed in: the page is anonymous and its pay link asks for a login first.
   TempHome fresh;

@@ -1,6 +1,6 @@
 // Every page of the graphical client as a screen reader and a keyboard meet it: each
 // control a member acts on has a name and a role that says what it does, and Tab reaches
-// it; and the drawn wheel stays readable in the dark style.
+// it; and coloured text and the drawn wheel stay readable in the light and dark styles.
 //
 // GTK 4.8 reads accessible values back only through its test API, which hands back a
 // property's value when it differs from the one expected; a name is what GTK itself
@@ -18,6 +18,8 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "apps/gtk/gtk_client_test_support.h"
@@ -445,6 +447,81 @@ TEST_F(AccessibilityTest, EveryPageSignedInNamesAndReachesItsControls) {
   ASSERT_TRUE(payNowReady());
   audit("pay now");
   expectNoFaults();
+}
+
+std::string rgb(const GdkRGBA& c) {
+  std::ostringstream out;
+  out << c.red * 255 << ',' << c.green * 255 << ',' << c.blue * 255;
+  return out.str();
+}
+
+// Text on a coloured background, and a category's name in its colour on the window: each
+// reads at the ratio its size needs (the launch view's name and a banner's title are
+// large text) in both styles.
+TEST_F(AccessibilityTest, ColouredTextReadsInLightAndDarkStyles) {
+  auto& home = static_cast<HomePage&>(tabs_->tab(0));
+  const auto categoryNames = [&] {
+    std::vector<GtkWidget*> names;
+    forEachBelow(GTK_WIDGET(home.gobj()), [&](GtkWidget* c) {
+      if (GTK_IS_LABEL(c) && std::string_view(gtk_widget_get_name(c)) == "category-name") names.push_back(c);
+    });
+    return names;
+  };
+  ASSERT_TRUE(driver_->waitUntil([&] { return categoryNames().size() == 5; })) << categoryNames().size();
+  auto* categories = dynamic_cast<Gtk::Box*>(finders::findNamed(home, "categories"));
+  ASSERT_NE(categories, nullptr);
+  // The launch view and a banner before its picture, drawn as they are styled.
+  std::vector<Gtk::Label*> samples;
+  for (const char* style : {"launch", "banner"}) {
+    auto* sample = Gtk::make_managed<Gtk::Label>("qmv");
+    sample->add_css_class(style);
+    sample->add_css_class("title-2");
+    sample->set_size_request(240, 120);
+    categories->append(*sample);
+    samples.push_back(sample);
+  }
+  AdwStyleManager* styles = adw_style_manager_get_default();
+  const std::unique_ptr<AdwStyleManager, void (*)(AdwStyleManager*)> restore(
+      styles, [](AdwStyleManager* m) { adw_style_manager_set_color_scheme(m, ADW_COLOR_SCHEME_DEFAULT); });
+  for (const AdwColorScheme scheme : {ADW_COLOR_SCHEME_FORCE_LIGHT, ADW_COLOR_SCHEME_FORCE_DARK}) {
+    adw_style_manager_set_color_scheme(styles, scheme);
+    driver_->settle();
+    const char* named = scheme == ADW_COLOR_SCHEME_FORCE_DARK ? "dark" : "light";
+    GdkRGBA window;
+    ASSERT_TRUE(gtk_style_context_lookup_color(gtk_widget_get_style_context(GTK_WIDGET(home.gobj())), "window_bg_color",
+                                               &window));
+    for (Gtk::Label* sample : samples) {
+      GtkWidget* widget = GTK_WIDGET(sample->gobj());
+      GdkRGBA text;
+      gtk_style_context_get_color(gtk_widget_get_style_context(widget), &text);
+      const int w = gtk_widget_get_width(widget);
+      const int h = gtk_widget_get_height(widget);
+      ASSERT_GT(w, 40);
+      ASSERT_GT(h, 40);
+      // Both ends of the gradient, inside the rounded corners.
+      for (const auto& [x, y] :
+           {std::pair{w / 2, 1}, std::pair{w / 2, h - 2}, std::pair{14, 14}, std::pair{w - 15, h - 15}}) {
+        const GdkRGBA under = drawnAt(widget, x, y, window);
+        EXPECT_GE(contrast(text, under), 3.0)
+            << named << ' ' << sample->get_css_classes()[0] << ": " << rgb(text) << " on " << rgb(under);
+      }
+    }
+    for (GtkWidget* c : categoryNames()) {
+      PangoAttrList* attributes = gtk_label_get_attributes(GTK_LABEL(c));
+      ASSERT_NE(attributes, nullptr);
+      PangoAttrIterator* at = pango_attr_list_get_iterator(attributes);
+      const auto* foreground = reinterpret_cast<PangoAttrColor*>(pango_attr_iterator_get(at, PANGO_ATTR_FOREGROUND));
+      const GdkRGBA colour = foreground == nullptr
+                                 ? GdkRGBA{}
+                                 : GdkRGBA{foreground->color.red / 65535.0f, foreground->color.green / 65535.0f,
+                                           foreground->color.blue / 65535.0f, 1};
+      pango_attr_iterator_destroy(at);
+      ASSERT_NE(foreground, nullptr);
+      EXPECT_GE(contrast(colour, window), 4.5)
+          << named << ' ' << gtk_label_get_text(GTK_LABEL(c)) << ": " << rgb(colour) << " on " << rgb(window);
+    }
+  }
+  for (Gtk::Label* sample : samples) categories->remove(*sample);
 }
 
 // The wheel's pointer stands above the face, on the window's own background: it has to

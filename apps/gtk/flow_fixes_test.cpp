@@ -22,6 +22,7 @@
 #include "apps/gtk/nearby_page.h"
 #include "core/images/image_loader.h"
 #include "core/session/global_data.h"
+#include "core/session/login_screen.h"
 #include "shell/app_delegate.h"
 #include "shell/qx_h5_view_controller.h"
 #include "shell/shell_texts.h"
@@ -166,6 +167,19 @@ TEST_F(FlowFixesTest, SigningOutAsksForgetsThePasswordFieldAndTheCommunityPageFo
   ASSERT_NE(field("phone"), nullptr);
   EXPECT_EQ(field("phone")->get_text().raw(), "13800000000");
   EXPECT_EQ(field("password")->get_text().raw(), "");
+}
+
+TEST_F(FlowFixesTest, AnOfferOpenWhileTheMemberSignsInShowsHisPrice) {
+  // Signed out, offer 1 is a first purchase; the demo member has bought it before.
+  driver_->app().navigator().push("QXActivitiesViewController", {{"commodityId", "1"}});
+  ASSERT_TRUE(driver_->waitUntil([&] { return shownAs("price-label") == "首单价"; }));
+  presentLoginScreen();
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "LoginViewController"; }));
+  type("phone", "13800000000");
+  type("password", "qmv123");
+  ASSERT_TRUE(tap("登录"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXActivitiesViewController"; }));
+  EXPECT_TRUE(driver_->waitUntil([&] { return shownAs("price-label") == "现价"; })) << shownAs("price-label");
 }
 
 TEST_F(FlowFixesTest, CommentsAndUndrawnScreensHaveReadableTitlesAndARatingNeedsAStar) {

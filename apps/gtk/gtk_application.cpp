@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <string>
 #include <string_view>
 
 #include "apps/cli_docs/manual.h"
@@ -15,6 +16,7 @@
 #include "apps/gtk/picture_view.h"
 #include "apps/gtk/renderer_choice.h"
 #include "apps/gtk/tab_bar_page.h"
+#include "core/common/color_contrast.h"
 #include "qmv/version.h"
 
 // The generated resource bundle (apps/gtk/qmv.gresource.xml).
@@ -28,13 +30,12 @@ constexpr const char* kApplicationId = "org.qmv.Client";
 
 // The platform's look with the application's own orange (the navigation bar's tint
 // that start-up configures) for accents, prices and the launch view. The accent as text
-// is a deeper orange, readable on the light background.
+// is a deeper orange, readable on the light background. Colours that carry text are
+// set by brandColours().
 constexpr const char* kStyle = R"css(
 @define-color accent_bg_color rgb(241, 161, 72);
 @define-color accent_color rgb(166, 84, 0);
-.launch { background: linear-gradient(rgb(241, 161, 72), rgb(230, 120, 40)); color: white; }
-button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), rgb(236, 110, 70)); color: white;
-          border-radius: 12px; padding: 0; margin: 0 4px; }
+button.banner, .banner { border-radius: 12px; padding: 0; margin: 0 4px; }
 .thumbnail { border-radius: 6px; }
 .portrait { border-radius: 9999px; }
 .picture-strip button { padding: 0; border-radius: 8px; }
@@ -47,6 +48,28 @@ button.banner, .banner { background: linear-gradient(135deg, rgb(241, 161, 72), 
 .pin-title { font-size: 0.8em; font-weight: bold; }
 .my-location { color: rgb(53, 132, 228); -gtk-icon-size: 24px; }
 )css";
+
+constexpr Color kOrange{241, 161, 72};
+constexpr Color kWhite{255, 255, 255};
+
+std::string cssColour(const Color& c) {
+  return "rgb(" + std::to_string(c.red) + ", " + std::to_string(c.green) + ", " + std::to_string(c.blue) + ")";
+}
+
+// Text on the orange, measured rather than assumed: a button's label on the accent is
+// normal text, dark where white would not read; the launch view's name and a banner's
+// title are large white text, on the orange made as much deeper as they need. The same
+// in both styles, which do not change these backgrounds.
+std::string brandColours() {
+  const auto gradient = [](const char* direction, const Color& from, const Color& to) {
+    return "linear-gradient(" + std::string(direction) + cssColour(readableOn(from, kWhite, kLargeTextContrast)) +
+           ", " + cssColour(readableOn(to, kWhite, kLargeTextContrast)) + ")";
+  };
+  return "@define-color accent_fg_color " + cssColour(readableOn(kWhite, kOrange, kNormalTextContrast)) +
+         ";\n.launch { background: " + gradient("", kOrange, Color{230, 120, 40}) +
+         "; color: white; }\nbutton.banner, .banner { background: " +
+         gradient("135deg, ", kOrange, Color{236, 110, 70}) + "; color: white; }\n";
+}
 
 // Added over the light sheet while the style is dark: the accent as text turns light.
 constexpr const char* kDarkStyle = R"css(
@@ -228,7 +251,7 @@ void loadStyle() {
   (void)registered;
   Gtk::IconTheme::get_for_display(Gdk::Display::get_default())->add_resource_path("/org/qmv/Client/icons");
   auto provider = Gtk::CssProvider::create();
-  provider->load_from_data(kStyle);
+  provider->load_from_data(kStyle + brandColours());
   Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   // The style follows the system's (libadwaita's default scheme); the dark sheet comes

@@ -391,6 +391,8 @@ TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutIt) {
     ASSERT_TRUE(tap("back"));
     EXPECT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXActivitiesViewController"; }))
         << "a payment returns to the offer: " << driver_->topName();
+    const auto& shown = driver_->app().overlay().shown();
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), "支付成功"), times) << "said once per payment";
   };
 
   // The balance covers it: no channels, the balance pays at once.

@@ -10,6 +10,7 @@
 #include "apps/gtk/screen_names.h"
 #include "apps/gtk/store_rows.h"
 #include "apps/gtk/ui.h"
+#include "core/common/color_contrast.h"
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/store_screens.h"
 #include "shell/app_delegate.h"
@@ -53,6 +54,10 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
                            G_CALLBACK(+[](HomePage* self, guint index) { self->showCategoryPictures(index); }), this);
   categories_.append(*categoryPages_);
   categories_.append(*dots);
+  // A category's own colour may not read on the window of the other style.
+  darkChanged_ =
+      g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
+                               G_CALLBACK(+[](HomePage* self, GParamSpec*) { self->colourCategoryNames(); }), this);
   body().append(categories_);
   recommendHeading_ = ui::label(discovery_texts::kRecommendSection, "heading");
   body().append(*recommendHeading_);
@@ -70,6 +75,8 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   });
   refresh();
 }
+
+HomePage::~HomePage() { g_signal_handler_disconnect(adw_style_manager_get_default(), darkChanged_); }
 
 void HomePage::refresh() {
   setTitle(screen_.addressButtonTitle());
@@ -113,7 +120,8 @@ Gtk::Button* categoryButton(const std::string& typeId, Gtk::Widget& content) {
 // sub-categories, each the server's picture over its name. The pictures are left without
 // their address, which goes into `pending` to be set when the page comes near the screen.
 Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageLoader* pictures,
-                          std::vector<std::pair<PictureView*, std::string>>& pending) {
+                          std::vector<std::pair<PictureView*, std::string>>& pending,
+                          std::vector<std::pair<Gtk::Label*, Color>>& names) {
   auto* page = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 6);
   page->set_hexpand(true);
   auto* heading = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
@@ -123,12 +131,8 @@ Gtk::Widget* categoryPage(const MainViewController::CategoryGroup& group, ImageL
   ui::setAccessibleLabel(*icon, group.main.name);
   heading->append(*icon);
   auto* name = ui::label(group.main.name, "heading", false);
-  Pango::AttrList colour;
-  auto foreground = Pango::Attribute::create_attr_foreground(static_cast<guint16>(group.nameColor.red * 257),
-                                                             static_cast<guint16>(group.nameColor.green * 257),
-                                                             static_cast<guint16>(group.nameColor.blue * 257));
-  colour.insert(foreground);
-  name->set_attributes(colour);
+  name->set_name("category-name");
+  names.emplace_back(name, group.nameColor);
   heading->append(*name);
   Gtk::Button* main = categoryButton(group.main.typeId, *heading);
   ui::labelledBy(*main, *name);
@@ -172,12 +176,30 @@ void HomePage::setCategories() {
   AdwCarousel* carousel = ADW_CAROUSEL(categoryPages_->gobj());
   while (adw_carousel_get_n_pages(carousel) > 0) adw_carousel_remove(carousel, adw_carousel_get_nth_page(carousel, 0));
   categoryPictures_.assign(groups.size(), {});
+  categoryNames_.clear();
   for (std::size_t i = 0; i < groups.size(); ++i) {
-    adw_carousel_append(carousel,
-                        GTK_WIDGET(categoryPage(groups[i], context_.pictures(), categoryPictures_[i])->gobj()));
+    adw_carousel_append(
+        carousel,
+        GTK_WIDGET(categoryPage(groups[i], context_.pictures(), categoryPictures_[i], categoryNames_)->gobj()));
   }
   groups_ = std::move(groups);
+  colourCategoryNames();
   showCategoryPictures(0);
+}
+
+void HomePage::colourCategoryNames() {
+  // libadwaita's window background in the light and the dark style.
+  const Color window =
+      adw_style_manager_get_dark(adw_style_manager_get_default()) ? Color{36, 36, 36} : Color{250, 250, 250};
+  for (const auto& [label, colour] : categoryNames_) {
+    const Color shown = readableOn(colour, window, kNormalTextContrast);
+    Pango::AttrList attributes;
+    auto foreground = Pango::Attribute::create_attr_foreground(static_cast<guint16>(shown.red * 257),
+                                                               static_cast<guint16>(shown.green * 257),
+                                                               static_cast<guint16>(shown.blue * 257));
+    attributes.insert(foreground);
+    label->set_attributes(attributes);
+  }
 }
 
 void HomePage::showCategoryPictures(std::size_t page) {

@@ -25,6 +25,7 @@ namespace qmv::gtk {
 class HomePage : public ScreenPage {
  public:
   explicit HomePage(PageContext& context);
+  ~HomePage() override;
   void refresh() override;
 
   MainViewController& screen() { return screen_; }
@@ -34,6 +35,8 @@ class HomePage : public ScreenPage {
   void setBanners();
   void setCategories();
   void showCategoryPictures(std::size_t page);
+  // Each main category's name in its colour, or as near it as reads on the window.
+  void colourCategoryNames();
   void openStore(const std::string& storeId);
 
   MainViewController screen_;
@@ -44,6 +47,8 @@ class HomePage : public ScreenPage {
   std::vector<MainViewController::CategoryGroup> groups_;
   // Per category page, its pictures and the addresses they are yet to be given.
   std::vector<std::vector<std::pair<PictureView*, std::string>>> categoryPictures_;
+  std::vector<std::pair<Gtk::Label*, Color>> categoryNames_;  // owned by their pages
+  gulong darkChanged_ = 0;
   Gtk::Label* recommendHeading_ = nullptr;
   BoxedRows recommend_{"", context_.pictures()};
   Gtk::Label* popularHeading_ = nullptr;

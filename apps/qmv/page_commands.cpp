@@ -1,6 +1,7 @@
 // Commands of the server pages: the page host of one page type (with its cookies, and a
 // tap on one of its links, which may lead to a native screen: the login, or the pay-now
-// screen and its payment), and the plain page screen for any URL.
+// screen and its payment), and the plain page screen for any URL, where an application
+// link fails to load and the member may open its screen from the failure.
 #include <iostream>
 #include <memory>
 
@@ -12,6 +13,7 @@
 #include "core/session/base_view_controller.h"
 #include "features/orders/checkout_texts.h"
 #include "platform/navigator.h"
+#include "shell/h5_texts.h"
 #include "shell/qx_h5_view_controller.h"
 #include "shell/web_view_controller.h"
 
@@ -20,6 +22,9 @@ namespace {
 
 struct PageOptions {
   long type = 0;
+  std::string url;    // the plain page screen's
+  std::string title;  // the plain page screen's
+  bool openInApp = false;
   long follow = 0;  // 0: no link is followed
   std::optional<std::string> phone;
   std::optional<std::string> password;
@@ -110,11 +115,47 @@ int runPage(CliApp& app, const PageOptions& options) {
   return kExitOk;
 }
 
-int runWeb(CliApp& app, const std::string& url, const std::string& title) {
-  WebViewController screen(title, url);
+// A plain page's load that failed at an application link: the screen says so and offers
+// to open it, which --open-in-app taps.
+int failedAppLink(CliApp& app, const PageOptions& options, WebViewController& screen) {
+  CliOutput& out = app.output();
+  out.line(screen.loadErrorText());
+  out.line(std::string("[") + h5_texts::kOpenAppLink + "] -> " + screen.failedAppLink());
+  out.data("appLink", screen.failedAppLink());
+  if (!options.openInApp) return failWith(screen.loadError());
+  const auto before = Env::current().navigator->topScreen();
+  if (!screen.openFailedAppLink()) return failWith("the application link opened nothing");
+  return followNative(app, options, before);
+}
+
+// Waits for the plain page's load; on failure, the application link's step or why.
+std::optional<int> awaitPlainLoad(CliApp& app, const PageOptions& options, WebViewController& screen) {
+  if (!awaitSlot(app, screen.onLoadEnded, [] {})) return failWith("the page did not load in time");
+  if (!screen.failedAppLink().empty()) return failedAppLink(app, options, screen);
+  if (!screen.loadError().empty()) return failWith(screen.loadError());
+  return std::nullopt;
+}
+
+int runWeb(CliApp& app, const PageOptions& options) {
+  WebViewController screen(options.title, options.url);
+  Env::current().navigator->push("WebViewController", {{"title", options.title}, {"url", options.url}});
   screen.viewDidLoad();
-  if (!awaitLoad(app, screen)) return kExitFailure;
-  app.output().data("page", printPage(app.output(), screen.title(), screen.webView()->page()));
+  if (const auto ended = awaitPlainLoad(app, options, screen)) return *ended;
+  CliOutput& out = app.output();
+  out.data("page", printPage(out, screen.title(), screen.webView()->page()));
+  if (options.follow == 0) return kExitOk;
+  const auto& links = screen.webView()->page().links;
+  if (options.follow > static_cast<long>(links.size())) {
+    std::cerr << "qmv: the page has " << links.size() << " links\n";
+    return kExitUsage;
+  }
+  out.line("follow [" + std::to_string(options.follow) + "] " + links[options.follow - 1].url);
+  // The plain screen lets every link load, so a tap that loads nothing is a failure.
+  if (!screen.webView()->tapLink(static_cast<std::size_t>(options.follow - 1))) {
+    return failWith("the link was not loaded");
+  }
+  if (const auto ended = awaitPlainLoad(app, options, screen)) return *ended;
+  out.data("followed", printPage(out, screen.title(), screen.webView()->page()));
   return kExitOk;
 }
 
@@ -134,12 +175,18 @@ void registerPageCommands(CommandRegistry& registry) {
     addPayNowOptions(page, options->noBalance, options->channel);
   }
   {
-    auto url = std::make_shared<std::string>();
-    auto title = std::make_shared<std::string>();
+    auto options = std::make_shared<PageOptions>();
     CLI::App* web = registry.add("web", "the plain page screen: any URL, no cookies given, every link loads",
-                                 [url, title](CliApp& app) { return runWeb(app, *url, *title); });
-    web->add_option("URL", *url, "the page")->required();
-    web->add_option("--title", *title, "the screen's title");
+                                 [options](CliApp& app) { return runWeb(app, *options); });
+    web->add_option("URL", options->url, "the page")->required();
+    web->add_option("--title", options->title, "the screen's title");
+    web->add_option("--follow", options->follow, "tap link N of the page (numbered from 1)")
+        ->check(CLI::Range(1L, 100000L));
+    web->add_flag("--open-in-app", options->openInApp,
+                  std::string("when an application link fails to load, tap ") + h5_texts::kOpenAppLink);
+    web->add_option("--phone", options->phone, "phone typed on a login screen the link opens");
+    web->add_option("--password", options->password, "password typed on a login screen the link opens");
+    addPayNowOptions(web, options->noBalance, options->channel);
   }
 }
 

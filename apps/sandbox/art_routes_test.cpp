@@ -3,6 +3,7 @@
 #include "apps/sandbox/demo_catalogue.h"
 #include "apps/sandbox/sandbox_store.h"
 #include "apps/sandbox/sandbox_test_support.h"
+#include "core/common/color_contrast.h"
 #include "platform/codecs/image_codecs.h"
 
 namespace qmv::sandbox::testing {
@@ -60,6 +61,26 @@ TEST_F(ArtRoutesTest, EveryPictureHasItsDeclaredSizeAndRecordsDiffer) {
   // The records hand these addresses out.
   const Json store = api_->get("getStoreDetailInfo", {{"storeId", "1"}});
   EXPECT_NE(store.dump().find("/oss/art/store_1_1.jpg"), std::string::npos) << store.dump();
+}
+
+TEST_F(ArtRoutesTest, WhiteTitlesReadOnEveryBannerAndStorePhoto) {
+  // The category colours (banners by id, stores by category); the corners are the
+  // gradient's far ends.
+  for (const std::string path : {"/oss/art/banner_1.jpg", "/oss/art/banner_2.jpg", "/oss/art/banner_3.jpg",
+                                 "/oss/art/store_1_1.jpg", "/oss/art/store_11_1.jpg", "/oss/art/store_18_2.jpg",
+                                 "/oss/art/store_22_1.jpg"}) {
+    const auto res = api_->raw().Get(path);
+    ASSERT_TRUE(res && res->status == 200) << path;
+    const auto picture = decodeImage(res->body, {});
+    ASSERT_TRUE(picture.ok()) << path;
+    for (const auto& [x, y] : {std::pair{2, 2}, std::pair{picture->width - 3, 2}, std::pair{2, picture->height - 3},
+                               std::pair{picture->width - 3, picture->height - 3}}) {
+      const auto* p = reinterpret_cast<const unsigned char*>(&picture->pixels[y * picture->stride + x * 4]);
+      const Color ground{p[0], p[1], p[2]};
+      EXPECT_GE(contrastRatio(ground, {255, 255, 255}), kLargeTextContrast)
+          << path << " at " << x << ',' << y << ": " << ground.red << ',' << ground.green << ',' << ground.blue;
+    }
+  }
 }
 
 TEST_F(ArtRoutesTest, PicturesAreKeptAndRevalidated) {

@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "apps/sandbox/sandbox_texts.h"
+#include "core/common/color_contrast.h"
 #include "core/common/decoded_image.h"
 #include "platform/codecs/image_codecs.h"
 
@@ -148,7 +149,16 @@ class Canvas {
 
 void setColour(cairo_t* cr, Rgb c, double alpha = 1) { cairo_set_source_rgba(cr, c.r, c.g, c.b, alpha); }
 
-// A diagonal gradient of `base` whose lightness and angle `v` picks, with soft circles.
+// `c` deepened as far as white text on it needs: to the normal text's ratio, so that the
+// large white titles keep theirs where the soft circles lighten the ground.
+Rgb underWhiteText(Rgb c) {
+  const auto byte = [](double v) { return static_cast<int>(std::lround(std::clamp(v, 0.0, 1.0) * 255)); };
+  const Color deep = readableOn({byte(c.r), byte(c.g), byte(c.b)}, {255, 255, 255}, kNormalTextContrast);
+  return {deep.red / 255.0, deep.green / 255.0, deep.blue / 255.0};
+}
+
+// A diagonal gradient of `base` whose lightness and angle `v` picks, with soft circles;
+// white text reads anywhere on it.
 void background(Canvas& canvas, Rgb base, Variation& v) {
   cairo_t* cr = canvas.cr();
   const double angle = v.next() * kPi;
@@ -156,7 +166,7 @@ void background(Canvas& canvas, Rgb base, Variation& v) {
   const double w = canvas.width(), h = canvas.height();
   const double dx = std::cos(angle) * w / 2, dy = std::sin(angle) * h / 2;
   cairo_pattern_t* gradient = cairo_pattern_create_linear(w / 2 - dx, h / 2 - dy, w / 2 + dx, h / 2 + dy);
-  const Rgb from = shade(base, light * 1.18), to = shade(base, light * 0.72);
+  const Rgb from = underWhiteText(shade(base, light * 1.18)), to = underWhiteText(shade(base, light * 0.72));
   cairo_pattern_add_color_stop_rgb(gradient, 0, from.r, from.g, from.b);
   cairo_pattern_add_color_stop_rgb(gradient, 1, to.r, to.g, to.b);
   cairo_set_source(cr, gradient);

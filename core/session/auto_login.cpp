@@ -5,6 +5,7 @@
 #include "core/session/account_ports.h"
 #include "core/session/base_view_controller.h"
 #include "core/session/global_data.h"
+#include "core/session/self_info_change.h"
 #include "platform/env.h"
 #include "platform/push_service.h"
 
@@ -31,7 +32,7 @@ void AutoLogin::finished(bool correct) {
   std::shared_ptr<UserInfoModel> info;
   if (correct) {
     info = loginApi_->getUserInfo();
-    GlobalData::sharedInstance().setSelfInfo(info);
+    changeSelfInfo(info);
   }
   const bool signedIn = info != nullptr;
   failureReason_ = signedIn ? std::string() : correct ? "the answer carried no member" : loginApi_->failureReason();

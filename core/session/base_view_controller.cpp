@@ -3,6 +3,7 @@
 #include "core/request/base_net_api.h"
 #include "core/session/global_data.h"
 #include "core/session/login_screen.h"
+#include "core/session/self_info_change.h"
 #include "platform/cookie_store.h"
 #include "platform/env.h"
 #include "platform/push_service.h"
@@ -16,7 +17,7 @@ void BaseViewController::changed() {
 
 void BaseViewController::sessionExpired(BaseNetApi& /*request*/) {
   Env& env = Env::current();
-  GlobalData::sharedInstance().setSelfInfo(nullptr);
+  changeSelfInfo(nullptr);
   env.push->setAlias(kInvalidAlias, kAliasType);
   for (const Cookie& cookie : env.cookies->cookies()) {
     if (cookie.name == "sessionID" || cookie.name == "sessionId") env.cookies->deleteCookie(cookie);

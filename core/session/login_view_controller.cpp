@@ -5,6 +5,7 @@
 #include "core/common/string_util.h"
 #include "core/session/account_ports.h"
 #include "core/session/global_data.h"
+#include "core/session/self_info_change.h"
 #include "core/session/sign_out_note.h"
 #include "platform/navigator.h"
 #include "platform/object_storage.h"
@@ -47,7 +48,7 @@ void LoginViewController::loginFinished(bool correct) {
     return;
   }
   auto info = loginApi_->getUserInfo();
-  GlobalData::sharedInstance().setSelfInfo(info);
+  changeSelfInfo(info);
   sign_out_note::forget();
   // The phone and password the member typed are one account: written apart, a crash
   // between them would pair the new phone with the old password. The answer's "phone"

@@ -3,6 +3,7 @@
 #include "core/common/settings_keys.h"
 #include "core/session/account_ports.h"
 #include "core/session/global_data.h"
+#include "core/session/self_info_change.h"
 #include "core/session/sign_out_note.h"
 #include "platform/alerts.h"
 
@@ -38,7 +39,7 @@ bool LogoutFlow::logout() {
 }
 
 void LogoutFlow::finished(bool confirmed) {
-  GlobalData::sharedInstance().setSelfInfo(nullptr);
+  changeSelfInfo(nullptr);
   sign_out_note::note();
   Env::current().settings->removeObjectForKey(kHeaderImageNowKey);
   Env::current().settings->synchronize();

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/session/base_view_controller.h"
+#include "core/session/self_info_change.h"
 #include "features/discovery/activity_model.h"
 #include "platform/navigator.h"
 
@@ -77,6 +78,11 @@ class QXActivitiesViewController : public BaseViewController {
   std::shared_ptr<ActivityDetailNetApi> request_;
   std::shared_ptr<BookmarkActivityNetApi> bookmarkRequest_;
   bool loadedOnce_ = false;
+  // A sign-in or sign-out changes prices and bookmarks: a loaded or loading screen loads
+  // again.
+  SelfInfoChangeObserver selfInfoChanged_{[this] {
+    if (request_) loadDetail();
+  }};
 };
 
 }  // namespace qmv

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/session/base_view_controller.h"
+#include "core/session/self_info_change.h"
 #include "features/discovery/grade_model.h"
 #include "features/discovery/store_info_model.h"
 
@@ -66,6 +67,11 @@ class QXRStoreDetailViewController : public BaseViewController {
   std::vector<GradeModel> gradeList_;
   std::shared_ptr<StoreDetailNetApi> request_;
   std::shared_ptr<BookmarkStoreNetApi> bookmarkRequest_;
+  // A sign-in or sign-out changes prices and bookmarks: a loaded or loading screen loads
+  // again.
+  SelfInfoChangeObserver selfInfoChanged_{[this] {
+    if (request_) loadDetail();
+  }};
 };
 
 }  // namespace qmv

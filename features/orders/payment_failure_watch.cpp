@@ -33,4 +33,6 @@ void PaymentFailureWatch::report() {
   }
 }
 
+bool PaymentFailureWatch::anyWaiting() { return !watches().empty(); }
+
 }  // namespace qmv

@@ -18,6 +18,10 @@ class PaymentFailureWatch {
 
   // Tells every live watch. Called by the payment-result handling.
   static void report();
+  // Whether a watch lives: a pay-now screen waits for the payment it handed over, and
+  // says its success itself when "pay_success_noti" reaches it, so the payment-result
+  // handling that posts it does not say it too.
+  static bool anyWaiting();
 
  private:
   std::uint64_t id_;

@@ -32,7 +32,7 @@ void UPPayUtil::handleURL(const std::string& url, std::function<void()> postPayS
   payments->uppay->handlePaymentResult(
       url, [post = std::move(postPaySuccessLater)](const std::string& code, const Json&) {
         if (code == "success") {
-          Env::current().overlay->showImage("", checkout_texts::kPaySuccess);
+          if (!PaymentFailureWatch::anyWaiting()) Env::current().overlay->showImage("", checkout_texts::kPaySuccess);
           if (post) post();
         } else if (code == "fail") {
           Env::current().overlay->showImage("", checkout_texts::kPayFailed);

@@ -11,7 +11,8 @@ class UPPayUtil {
  public:
   // Hands the transaction number to the bank-card plug-in (production mode "00").
   static bool uppayWithTN(const std::string& tn, const std::string& controller, const std::string& scheme);
-  // An inbound "uppayresult" URL: "success" shows "支付成功" and runs
+  // An inbound "uppayresult" URL: "success" shows "支付成功" (unless a pay-now screen
+  // waits for the payment: it says so itself once the success is posted) and runs
   // `postPaySuccessLater`; "fail" shows "支付失败"; "cancel" shows "支付取消".
   static void handleURL(const std::string& url, std::function<void()> postPaySuccessLater);
 };
