@@ -65,7 +65,7 @@ bool AppConfig::isTileUrlTemplate(const std::string& url) {
 }
 
 MapTiles AppConfig::mapTiles() const {
-  if (mapTileUrl.empty()) return {kDefaultTileUrl, kDefaultTileAttribution};
+  if (mapTileUrl.empty()) return {kDefaultTileUrl, shell_texts::kDefaultTileAttribution, ""};
   return {mapTileUrl, mapTileAttribution, mapTileCacheName};
 }
 

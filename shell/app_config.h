@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/shell_texts.h"
+
 namespace qmv {
 
 // Where a map's base layer comes from: a URL template with {z}, {x} and {y} for a
@@ -22,7 +24,6 @@ struct MapTiles {
 
 // The public OpenStreetMap tile server, the map's base layer when nothing else is set.
 inline constexpr const char* kDefaultTileUrl = "https://tile.openstreetmap.org/{z}/{x}/{y}.png";
-inline constexpr const char* kDefaultTileAttribution = "© OpenStreetMap 贡献者";
 
 struct AppConfig {
   // Empty: no server configured (the CLI then embeds the sandbox).

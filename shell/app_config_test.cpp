@@ -35,7 +35,7 @@ TEST(AppConfigTest, MapTilesComeFromAValidTemplateElseTheDefaultServer) {
   std::vector<std::string> warnings;
   const AppConfig defaults = AppConfig::parse("", "qmv.conf", &warnings);
   EXPECT_EQ(defaults.mapTiles().urlTemplate, kDefaultTileUrl);
-  EXPECT_EQ(defaults.mapTiles().attribution, kDefaultTileAttribution);
+  EXPECT_EQ(defaults.mapTiles().attribution, shell_texts::kDefaultTileAttribution);
 
   const AppConfig configured = AppConfig::parse(
       "map_tile_url = https://tiles.test/{z}/{x}/{y}.png\nmap_tile_attribution = © Test\n"

@@ -31,4 +31,7 @@ inline constexpr const char* kGuideCityPrefix = "当前城市：";
 // The city picker's screen, which the guide opens.
 inline constexpr const char* kCityScreen = "AreaSelectView";
 
+// The public OpenStreetMap tile server's credit, shown on the map.
+inline constexpr const char* kDefaultTileAttribution = "© OpenStreetMap 贡献者";
+
 }  // namespace qmv::shell_texts

