@@ -1,5 +1,7 @@
 #include "features/discovery/main_view_controller.h"
 
+#include <chrono>
+
 #include "core/common/notification_names.h"
 #include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
@@ -320,16 +322,24 @@ void MainViewController::getAreaListNet() {
   detachRequest(areaRequest_);
   auto request = std::make_shared<AreaNetApi>();
   areaRequest_ = request;
+  areaAnswered_ = false;
   request->startWithCompletionBlockWithSuccess(
       [this](AreaNetApi& api) {
-        const Json list = api.isCorrectResult() ? api.getAreaList() : Json();
-        const bool start = list.is_array() && !list.empty();
-        if (start) areaRebuild_ = DBUtil::applyAreaList(list, api.getAreaVersion());
+        areaAnswered_ = true;
+        AreaNetApi::Areas areas = api.isCorrectResult() ? api.readAreas() : AreaNetApi::Areas{};
+        const bool start = !areas.rows.areas.empty();
+        if (start) areaRebuild_ = DBUtil::applyAreaList(std::move(areas.rows), areas.ver);
         if (onAreaRefreshed) onAreaRefreshed(start);
       },
       [this](BaseRequest&) {
+        areaAnswered_ = true;
         if (onAreaRefreshed) onAreaRefreshed(false);
       });
+}
+
+bool MainViewController::areaRefreshed() const {
+  return areaAnswered_ &&
+         (!areaRebuild_.valid() || areaRebuild_.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
 }
 
 }  // namespace qmv

@@ -80,6 +80,9 @@ class MainViewController : public BaseViewController {
   // The running or finished cache rebuild of the last area refresh; invalid when none
   // was started.
   const std::shared_future<Status>& areaRebuild() const { return areaRebuild_; }
+  // True once the last area refresh has ended: its answer arrived or failed, and the
+  // rebuild it started, if any, is done.
+  bool areaRefreshed() const;
 
   // A tap on banner `index`: its page on the plain page screen, under the banner's
   // title. Nothing (false) for an index out of range or a URL that is not http(s).
@@ -176,6 +179,7 @@ class MainViewController : public BaseViewController {
   std::shared_ptr<AreaNetApi> areaRequest_;
   AutoLogin autoLogin_;
   std::shared_future<Status> areaRebuild_;
+  bool areaAnswered_ = false;
   // Cleared on destruction so that late position or alert callbacks do nothing.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
