@@ -1,6 +1,7 @@
 #include "features/discovery/main_view_controller.h"
 
 #include <chrono>
+#include <utility>
 
 #include "core/common/notification_names.h"
 #include "core/common/settings_keys.h"
@@ -62,7 +63,9 @@ void MainViewController::viewDidLoad() {
   if (!autoLoginSent_) autoLoginNet();
   startLocate();
   refreshNet();
-  getAreaListNet();
+  // The area table (the whole of it at a first start) waits for the home's content, whose
+  // transfers, decoding and drawing it would otherwise slow down and add its memory to.
+  areaRefreshDue_ = true;
 }
 
 bool MainViewController::autoLoginNet() {
@@ -164,7 +167,9 @@ void MainViewController::sendHomeRequest(std::shared_ptr<Api>& slot, std::shared
 
 void MainViewController::homeRequestEnded() {
   if (onChange) onChange();
-  if (pendingHomeRequests_ > 0 && --pendingHomeRequests_ == 0 && onLoaded) onLoaded();
+  if (pendingHomeRequests_ == 0 || --pendingHomeRequests_ > 0) return;
+  if (std::exchange(areaRefreshDue_, false)) getAreaListNet();
+  if (onLoaded) onLoaded();
 }
 
 void MainViewController::refreshNet() {

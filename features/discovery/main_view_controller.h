@@ -5,7 +5,7 @@
 // cached area database from the server.
 //
 // viewDidLoad runs, in order: the automatic login with the stored phone and password,
-// startLocate, refreshNet and the area refresh. Once loaded, the screen follows
+// startLocate, refreshNet and, once that first load has ended, the area refresh. Once loaded, the screen follows
 // "city_changed_noti" whoever posts it (the city picker, the located city's switch): the
 // address button names the new city at once and the content reloads for it. Outcome callbacks tell a front end (or a
 // command waiting for the flow to end) when each part is done.
@@ -49,8 +49,8 @@ class MainViewController : public BaseViewController {
   MainViewController(const MainViewController&) = delete;
   MainViewController& operator=(const MainViewController&) = delete;
 
-  // Runs autoLoginNet (unless this screen has sent it already), startLocate, refreshNet
-  // and getAreaListNet.
+  // Runs autoLoginNet (unless this screen has sent it already), startLocate and
+  // refreshNet; getAreaListNet follows when that load has ended (before onLoaded).
   void viewDidLoad();
   bool isViewLoaded() const { return viewLoaded_; }
 
@@ -180,6 +180,7 @@ class MainViewController : public BaseViewController {
   AutoLogin autoLogin_;
   std::shared_future<Status> areaRebuild_;
   bool areaAnswered_ = false;
+  bool areaRefreshDue_ = false;
   // Cleared on destruction so that late position or alert callbacks do nothing.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
