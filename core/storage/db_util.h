@@ -39,6 +39,7 @@ struct AreaRecord {
   std::string pyName;
   std::int64_t type = 0;
   std::int64_t special = 0;
+  friend bool operator==(const AreaRecord&, const AreaRecord&) = default;
 };
 
 // A server area list taken apart: its areas in order and the text of the last one's "id",
