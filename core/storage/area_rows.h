@@ -4,7 +4,9 @@
 // the whole table is thousands of objects, and in place it needs no Json tree at all.
 #include <charconv>
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/common/fast_json.h"
 #include "core/storage/db_util.h"
@@ -15,9 +17,8 @@ namespace qmv {
 // text starts with (a fraction keeps its integer part); anything else reads as 0.
 inline std::int64_t areaIntegerIn(std::string_view text) {
   long long value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  (void)end;
-  return error == std::errc() ? value : 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+  return read.ec == std::errc() ? value : 0;
 }
 
 // The areas of `list`, which must be an array; an element that is no object reads as an
