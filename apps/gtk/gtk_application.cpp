@@ -151,13 +151,16 @@ void quitWhenHomeDrawn(GtkApplication* application, App& app, bool withPictures)
           std::cout << "home drawn at " << std::chrono::duration_cast<std::chrono::milliseconds>(now).count() << '\n'
                     << std::flush;
         }
+        // The whole first load shown: every request ended and the page redrawn from it (at a
+        // first start the categories and their pictures come with the load, not from storage).
+        const bool shown = !home.screen().popularStores().empty() && !home.screen().isLoading() &&
+                           !home.refreshPending() && (!watch->withPictures || picturesDrawn(GTK_WIDGET(home.gobj())));
         if (watch->drawn) {
-          if (!home.screen().areaRefreshed()) return G_SOURCE_CONTINUE;
+          if (!shown || !home.screen().areaRefreshed()) return G_SOURCE_CONTINUE;
           g_application_quit(G_APPLICATION(watch->application));
           return G_SOURCE_REMOVE;
         }
-        watch->contentSeen = !home.screen().popularStores().empty() &&
-                             (!watch->withPictures || picturesDrawn(GTK_WIDGET(home.gobj())));
+        watch->contentSeen = shown;
         return G_SOURCE_CONTINUE;
       },
       new Watch{application, &app, withPictures}, [](gpointer data) { delete static_cast<Watch*>(data); });

@@ -70,6 +70,8 @@ class MainViewController : public BaseViewController {
   bool loadMorePopular();
   // Hidden once a page arrived without stores: there is nothing more to load.
   bool popularFooterHidden() const { return popularFooterHidden_; }
+  // True while requests of the last refreshNet are out (onLoaded has not run yet).
+  bool isLoading() const { return pendingHomeRequests_ > 0; }
 
   // Starts locating the member; see LocateOutcome for the ends, told through onLocated.
   void startLocate();
