@@ -19,6 +19,7 @@
 #include "platform/alerts.h"
 #include "platform/env.h"
 #include "platform/location_source.h"
+#include "platform/main_loop.h"
 #include "platform/navigator.h"
 #include "platform/notification_center.h"
 #include "platform/reverse_geocoder.h"
@@ -55,6 +56,7 @@ MainViewController::~MainViewController() {
   detachRequest(popularRequest_);
   detachRequest(templatesRequest_);
   detachRequest(areaRequest_);
+  if (areaTimer_ != 0) Env::current().mainLoop->cancelTimer(areaTimer_);
 }
 
 void MainViewController::viewDidLoad() {
@@ -168,7 +170,18 @@ void MainViewController::sendHomeRequest(std::shared_ptr<Api>& slot, std::shared
 void MainViewController::homeRequestEnded() {
   if (onChange) onChange();
   if (pendingHomeRequests_ == 0 || --pendingHomeRequests_ > 0) return;
-  if (std::exchange(areaRefreshDue_, false)) getAreaListNet();
+  if (std::exchange(areaRefreshDue_, false)) {
+    if (areaRefreshDelay.count() <= 0) {
+      getAreaListNet();
+    } else {
+      std::weak_ptr<bool> alive = alive_;
+      areaTimer_ = Env::current().mainLoop->postAfter(areaRefreshDelay, [this, alive] {
+        if (!alive.lock()) return;
+        areaTimer_ = 0;
+        getAreaListNet();
+      });
+    }
+  }
   if (onLoaded) onLoaded();
 }
 

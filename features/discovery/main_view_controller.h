@@ -9,6 +9,7 @@
 // "city_changed_noti" whoever posts it (the city picker, the located city's switch): the
 // address button names the new city at once and the content reloads for it. Outcome callbacks tell a front end (or a
 // command waiting for the flow to end) when each part is done.
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <future>
@@ -145,6 +146,9 @@ class MainViewController : public BaseViewController {
   std::function<void(LocateOutcome)> onLocated;
   // true when a rebuild was started (areaRebuild() is valid), false otherwise.
   std::function<void(bool started)> onAreaRefreshed;
+  // How long after the first load has ended the area refresh starts. A front end that then
+  // still fetches, decodes and draws the load's pictures gives them this head start.
+  std::chrono::milliseconds areaRefreshDelay{0};
 
  private:
   template <typename Api>
@@ -183,6 +187,7 @@ class MainViewController : public BaseViewController {
   std::shared_future<Status> areaRebuild_;
   bool areaAnswered_ = false;
   bool areaRefreshDue_ = false;
+  std::uint64_t areaTimer_ = 0;
   // Cleared on destruction so that late position or alert callbacks do nothing.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
