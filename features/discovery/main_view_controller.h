@@ -5,8 +5,8 @@
 // cached area database from the server.
 //
 // viewDidLoad runs, in order: the automatic login with the stored phone and password,
-// startLocate, refreshNet and, once that first load has ended, the area refresh. Once loaded, the screen follows
-// "city_changed_noti" whoever posts it (the city picker, the located city's switch): the
+// startLocate, refreshNet and, once that first load has ended, the area refresh. Once
+// loaded, the screen follows "city_changed_noti" whoever posts it (the city picker, the located city's switch): the
 // address button names the new city at once and the content reloads for it. Outcome callbacks tell a front end (or a
 // command waiting for the flow to end) when each part is done.
 #include <chrono>
@@ -51,7 +51,7 @@ class MainViewController : public BaseViewController {
   MainViewController& operator=(const MainViewController&) = delete;
 
   // Runs autoLoginNet (unless this screen has sent it already), startLocate and
-  // refreshNet; getAreaListNet follows when that load has ended (before onLoaded).
+  // refreshNet; getAreaListNet follows areaRefreshDelay after that load has ended.
   void viewDidLoad();
   bool isViewLoaded() const { return viewLoaded_; }
 
