@@ -356,14 +356,23 @@ TEST_F(DiscoveryScreensTest, AreaRefreshFillsTheCacheWhichIsUsedOnlyOnceComplete
   EXPECT_FALSE(cacheInUse());
   MainViewController home;
   std::optional<bool> started;
+  bool loaded = false;
   home.onAreaRefreshed = [&](bool s) { started = s; };
-  home.getAreaListNet();
+  home.onLoaded = [&] { loaded = true; };
+  // The table waits for the home's own load, then for the delay its front end asked for.
+  home.areaRefreshDelay = std::chrono::milliseconds(300);
+  home.viewDidLoad();
+  ASSERT_TRUE(runUntil([&] { return loaded; }));
+  loop_->advance(std::chrono::milliseconds(299));
+  EXPECT_FALSE(loop_->runUntil([&] { return started.has_value(); }, std::chrono::milliseconds(300)));
+  loop_->advance(std::chrono::milliseconds(1));
   ASSERT_TRUE(runUntil([&] { return started.has_value(); }));
   ASSERT_TRUE(*started) << "a fresh client asks with version 0 and gets every area";
   EXPECT_EQ(home_.settings().stringForKey(kAreaVersionKey), std::to_string(sandbox::kAreaVersion));
   ASSERT_TRUE(home_.settings().stringForKey(kLastAreaIdKey));
   ASSERT_EQ(home.areaRebuild().wait_for(std::chrono::seconds(10)), std::future_status::ready);
   EXPECT_TRUE(home.areaRebuild().get().ok());
+  EXPECT_TRUE(home.areaRefreshed());
   EXPECT_TRUE(DBUtil::cacheDBValid());
   EXPECT_TRUE(cacheInUse());
   EXPECT_EQ(DBUtil::getDistrictIdWithName("河东区", "371300"), "371312");

@@ -2,6 +2,8 @@
 
 #include <adwaita.h>
 
+#include <chrono>
+
 #include "apps/gtk/gtk_texts.h"
 #include "apps/gtk/local_pictures.h"
 #include "apps/gtk/page_context.h"
@@ -23,6 +25,9 @@ HomePage::HomePage(PageContext& context) : ScreenPage(context, "", false) {
   screen_.onLoaded = [this] { refreshSoon(); };
   screen_.onPopularLoaded = [this](bool) { refreshSoon(); };
   screen_.onLocated = [this](MainViewController::LocateOutcome) { refreshSoon(); };
+  // The load's banners and thumbnails are fetched, decoded and drawn after it ends; at a
+  // first start the whole area table would compete with them for the two cores.
+  screen_.areaRefreshDelay = std::chrono::seconds(1);
   pullToRefresh([this] { screen_.refreshNet(); });
   addAction("open-banner", Glib::VariantType("u"), [this](const Glib::VariantBase& value) {
     screen_.didSelectBanner(Glib::VariantBase::cast_dynamic<Glib::Variant<guint32>>(value).get());

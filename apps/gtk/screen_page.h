@@ -37,6 +37,8 @@ class ScreenPage : public Gtk::Box {
   // refresh() from the next idle turn: a tap's handler must not destroy the widget that
   // is emitting it. Nothing runs once the page is gone.
   void refreshSoon();
+  // True while a refreshSoon has not run yet: the widgets still show older content.
+  bool refreshPending() const { return pendingRefresh_.connected(); }
 
  protected:
   // Follows the cover and warnings of `screen` and redraws on each change. `screen` lives

@@ -2,15 +2,19 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <mutex>
 #include <thread>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "core/common/area_texts.h"
 #include "core/common/control_util.h"
 #include "core/common/dictionary.h"
 #include "core/common/log.h"
 #include "core/common/settings_keys.h"
+#include "core/storage/area_rows.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
 #include "platform/settings_store.h"
@@ -81,22 +85,6 @@ std::string lastAreaId() {
   return textOf(Env::current().settings->objectForKey(kLastAreaIdKey));
 }
 
-// A server number (or numeric text) as the client has always stored it: its integer
-// part; anything else reads as 0.
-std::int64_t integerOf(const Json& area, std::string_view key) {
-  const std::string text = strForKey(area, key);
-  long long value = 0;
-  const char* end = text.data() + text.size();
-  const auto [ptr, ec] = std::from_chars(text.data(), end, value);
-  if (ec != std::errc() || ptr == text.data()) {
-    // Fractional numbers keep their integer part, as "%d" of intValue did.
-    const auto number = numForKey(area, key);
-    if (number && number->is_number_float()) return static_cast<std::int64_t>(number->get<double>());
-    return 0;
-  }
-  return value;
-}
-
 // Logs a failed look-up once; the caller then answers as if nothing was found.
 Json rowsOrNone(const Result<Json>& rows, std::string_view what) {
   if (rows.ok()) return rows.value();
@@ -104,17 +92,19 @@ Json rowsOrNone(const Result<Json>& rows, std::string_view what) {
   return Json::array();
 }
 
-Status rebuildCache(SQLiteDatabase& cache, const Json& areas) {
-  std::vector<BoundStatement> inserts;
-  inserts.reserve(areas.size());
-  for (const auto& area : areas) {
-    inserts.push_back({kInsertAreaSql,
-                       {integerOf(area, "id"), integerOf(area, "parentId"), strForKey(area, "name"),
-                        strForKey(area, "pyName"), std::int64_t{1}, integerOf(area, "type"), integerOf(area, "special")}});
-  }
+Status rebuildCache(SQLiteDatabase& cache, const std::vector<AreaRecord>& areas) {
   const Status status = cache.replaceWith([&](SQLiteDatabase& fresh) {
     if (Status created = fresh.doQuery(kCreateAreasSql); !created.ok()) return created;
-    return fresh.runInTransaction(inserts);
+    // One transaction on one connection, the insert prepared once and bound per area: no
+    // statement list as large as the table is built beside it.
+    return fresh.transaction(SQLiteDatabase::TransactionKind::kImmediate, [&]() -> Status {
+      for (const AreaRecord& area : areas) {
+        const auto inserted = fresh.getRowsForQuery(
+            kInsertAreaSql, {area.id, area.parentId, area.name, area.pyName, std::int64_t{1}, area.type, area.special});
+        if (!inserted.ok()) return inserted.status();
+      }
+      return {};
+    });
   });
   if (!status.ok()) logLine("area cache rebuild failed: " + status.message());
   return status;
@@ -165,7 +155,7 @@ bool DBUtil::cacheDBValid() {
 
 Status DBUtil::rebuildAreaCache(const Json& areas) {
   if (!areas.is_array()) return Status::invalidArgument("the area list is not an array");
-  return rebuildCache(*sharedCacheManager(), areas);
+  return rebuildCache(*sharedCacheManager(), areaRowsOf(areas).areas);
 }
 
 std::map<std::string, std::vector<AreaModel>> DBUtil::getAllCity() {
@@ -230,9 +220,14 @@ std::string DBUtil::getBankNameWithBankNum(std::string_view cardNum) {
 }
 
 std::shared_future<Status> DBUtil::applyAreaList(const Json& list, const std::string& ver) {
+  if (!list.is_array()) return applyAreaList(AreaRows{}, ver);
+  return applyAreaList(areaRowsOf(list), ver);
+}
+
+std::shared_future<Status> DBUtil::applyAreaList(AreaRows rows, const std::string& ver) {
   std::promise<Status> promise;
   std::shared_future<Status> done = promise.get_future().share();
-  if (!list.is_array() || list.empty()) {
+  if (rows.areas.empty()) {
     promise.set_value(Status::invalidArgument("the area list is empty"));
     return done;
   }
@@ -240,14 +235,23 @@ std::shared_future<Status> DBUtil::applyAreaList(const Json& list, const std::st
   // current while the cache it describes is never used.
   Json marks = Json::object();
   if (!ver.empty()) marks[kAreaVersionKey] = ver;
-  marks[kLastAreaIdKey] = strForKey(list.back(), "id");
+  marks[kLastAreaIdKey] = rows.lastId;
   // A failed write is the store's to log and report (lastWriteStatus); the cache is rebuilt
   // either way, and the next start asks for the list again.
   const auto& settings = Env::current().settings;
   if (settings->setObjects(marks).ok()) settings->synchronize();
   // The thread owns what it needs; Env is not touched off the interface thread.
-  std::thread([cache = sharedCacheManager(), areas = list, promise = std::move(promise)]() mutable {
-    promise.set_value(rebuildCache(*cache, areas));
+  std::thread([cache = sharedCacheManager(), areas = std::move(rows.areas), promise = std::move(promise)]() mutable {
+    Status status = rebuildCache(*cache, areas);
+    areas = {};
+    cache.reset();
+#ifdef __GLIBC__
+    // The table's rows and SQLite's pages were the largest allocations of the start, spread
+    // over this thread's arena and the interface thread's; what they freed goes back to the
+    // system instead of staying resident for the rest of the session.
+    malloc_trim(0);
+#endif
+    promise.set_value(std::move(status));
   }).detach();
   return done;
 }

@@ -14,6 +14,7 @@
 //
 // REQUIRES: called on the interface thread; only the rebuild started by applyAreaList
 // runs elsewhere.
+#include <cstdint>
 #include <future>
 #include <map>
 #include <memory>
@@ -28,6 +29,25 @@
 #include "core/sqlite/sqlite_database.h"
 
 namespace qmv {
+
+// One area of the server's list as the cache stores it (see core/storage/area_rows.h for
+// reading them from a list).
+struct AreaRecord {
+  std::int64_t id = 0;
+  std::int64_t parentId = 0;
+  std::string name;
+  std::string pyName;
+  std::int64_t type = 0;
+  std::int64_t special = 0;
+  friend bool operator==(const AreaRecord&, const AreaRecord&) = default;
+};
+
+// A server area list taken apart: its areas in order and the text of the last one's "id",
+// which the rebuilt cache's highest area_id must equal for the cache to be used.
+struct AreaRows {
+  std::vector<AreaRecord> areas;
+  std::string lastId;
+};
 
 class DBUtil {
  public:
@@ -68,6 +88,9 @@ class DBUtil {
   // completes with the rebuild's outcome; dropping it does not wait. An empty or
   // non-array list changes nothing and completes at once with an error.
   static std::shared_future<Status> applyAreaList(const Json& list, const std::string& ver);
+  // The same for a list already taken apart, whose areas move to the rebuild: a list of
+  // thousands of areas is held once, in its compact form, while the cache is written.
+  static std::shared_future<Status> applyAreaList(AreaRows rows, const std::string& ver);
 
   // Forgets the three managers so that the next use creates them from the Env installed
   // then. For tests, which install a fresh Env each.

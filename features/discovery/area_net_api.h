@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/request/net_api.h"
+#include "core/storage/db_util.h"
 
 namespace qmv {
 
@@ -23,6 +24,15 @@ class AreaNetApi : public NetApi<AreaNetApi> {
   Json getAreaList() const;
   // "data"."ver" as text ("" when absent).
   std::string getAreaVersion() const;
+
+  // What a refresh takes from the answer: the areas of getAreaList() and getAreaVersion(),
+  // read from the text in place. The whole table is thousands of objects: as a Json tree
+  // (and the copies a rebuild would make of it) it weighs many times its compact rows.
+  struct Areas {
+    AreaRows rows;
+    std::string ver;
+  };
+  Areas readAreas() const;
 };
 
 }  // namespace qmv

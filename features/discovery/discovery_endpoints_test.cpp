@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "core/request/net_api_test_support.h"
+#include "core/storage/area_rows.h"
 #include "core/storage/db_util.h"
+#include "features/discovery/area_net_api.h"
 #include "features/discovery/category_catalogue.h"
 #include "features/discovery/feedback_net_api.h"
 #include "features/discovery/grade_store_net_api.h"
@@ -128,6 +130,38 @@ TEST_F(DiscoveryEndpointsTest, SavedCatalogueWinsOverTheBuiltInOne) {
   auto api = std::make_shared<SearchTypeNetApi>();
   ASSERT_EQ(run(api), "success");
   EXPECT_EQ(last().endpoint, "getCategoryList");
+}
+
+TEST_F(DiscoveryEndpointsTest, AreaAnswersAreReadInPlaceAsTheirTreeReadsAndBrokenOnesGiveNoAreas) {
+  // Numeric texts, a fraction, a text that is no number, a missing field, an element that is
+  // no object. With "-0" in it the answer is one only the full reader decides on.
+  const std::string list =
+      R"([{"id":"12","parentId":3,"name":"甲市","pyName":"jiashi","type":2,"special":"1"},)"
+      R"({"id":15.9,"parentId":"x3","name":"乙","type":true},"no area",{"id":"20"}])";
+  for (const std::string extra : {"0", "-0"}) {
+    answer("getAreaList", R"({"success":"0","data":{"ver":"7","extra":)" + extra + R"(,"dataList":)" + list + "}}");
+    auto api = std::make_shared<AreaNetApi>();
+    ASSERT_EQ(run(api), "success");
+    const AreaNetApi::Areas areas = api->readAreas();
+    EXPECT_EQ(areas.ver, "7") << extra;
+    EXPECT_EQ(areas.rows.lastId, "20") << extra;
+    EXPECT_EQ(areas.rows.areas, (std::vector<AreaRecord>{{12, 3, "甲市", "jiashi", 2, 1},
+                                                          {15, 0, "乙", "", 1, 0},
+                                                          {0, 0, "", "", 0, 0},
+                                                          {20, 0, "", "", 0, 0}}))
+        << extra;
+    EXPECT_EQ(areaRowsOf(api->getAreaList()).areas, areas.rows.areas) << extra;
+  }
+
+  // Nothing to rebuild from: the stored table stays as it is.
+  for (const std::string body : {R"({"success":"0","data":{"ver":"8","dataList":[{"id":1},)",
+                                 R"({"success":"0","data":{"ver":"8","dataList":{"id":1}}})",
+                                 R"({"success":"0","data":[{"id":1}]})", R"({"success":"1","message":"忙"})"}) {
+    answer("getAreaList", body);
+    auto api = std::make_shared<AreaNetApi>();
+    ASSERT_EQ(run(api), "success");
+    EXPECT_TRUE(api->readAreas().rows.areas.empty()) << body;
+  }
 }
 
 TEST_F(DiscoveryEndpointsTest, TheNearbyTabSavesTheCatalogueAndOnlyAReadableOne) {

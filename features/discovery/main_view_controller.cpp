@@ -1,5 +1,8 @@
 #include "features/discovery/main_view_controller.h"
 
+#include <chrono>
+#include <utility>
+
 #include "core/common/notification_names.h"
 #include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
@@ -16,6 +19,7 @@
 #include "platform/alerts.h"
 #include "platform/env.h"
 #include "platform/location_source.h"
+#include "platform/main_loop.h"
 #include "platform/navigator.h"
 #include "platform/notification_center.h"
 #include "platform/reverse_geocoder.h"
@@ -52,6 +56,7 @@ MainViewController::~MainViewController() {
   detachRequest(popularRequest_);
   detachRequest(templatesRequest_);
   detachRequest(areaRequest_);
+  if (areaTimer_ != 0) Env::current().mainLoop->cancelTimer(areaTimer_);
 }
 
 void MainViewController::viewDidLoad() {
@@ -60,7 +65,9 @@ void MainViewController::viewDidLoad() {
   if (!autoLoginSent_) autoLoginNet();
   startLocate();
   refreshNet();
-  getAreaListNet();
+  // The area table (the whole of it at a first start) waits for the home's content, whose
+  // transfers, decoding and drawing it would otherwise slow down and add its memory to.
+  areaRefreshDue_ = true;
 }
 
 bool MainViewController::autoLoginNet() {
@@ -162,7 +169,20 @@ void MainViewController::sendHomeRequest(std::shared_ptr<Api>& slot, std::shared
 
 void MainViewController::homeRequestEnded() {
   if (onChange) onChange();
-  if (pendingHomeRequests_ > 0 && --pendingHomeRequests_ == 0 && onLoaded) onLoaded();
+  if (pendingHomeRequests_ == 0 || --pendingHomeRequests_ > 0) return;
+  if (std::exchange(areaRefreshDue_, false)) {
+    if (areaRefreshDelay.count() <= 0) {
+      getAreaListNet();
+    } else {
+      std::weak_ptr<bool> alive = alive_;
+      areaTimer_ = Env::current().mainLoop->postAfter(areaRefreshDelay, [this, alive] {
+        if (!alive.lock()) return;
+        areaTimer_ = 0;
+        getAreaListNet();
+      });
+    }
+  }
+  if (onLoaded) onLoaded();
 }
 
 void MainViewController::refreshNet() {
@@ -320,16 +340,24 @@ void MainViewController::getAreaListNet() {
   detachRequest(areaRequest_);
   auto request = std::make_shared<AreaNetApi>();
   areaRequest_ = request;
+  areaAnswered_ = false;
   request->startWithCompletionBlockWithSuccess(
       [this](AreaNetApi& api) {
-        const Json list = api.isCorrectResult() ? api.getAreaList() : Json();
-        const bool start = list.is_array() && !list.empty();
-        if (start) areaRebuild_ = DBUtil::applyAreaList(list, api.getAreaVersion());
+        areaAnswered_ = true;
+        AreaNetApi::Areas areas = api.isCorrectResult() ? api.readAreas() : AreaNetApi::Areas{};
+        const bool start = !areas.rows.areas.empty();
+        if (start) areaRebuild_ = DBUtil::applyAreaList(std::move(areas.rows), areas.ver);
         if (onAreaRefreshed) onAreaRefreshed(start);
       },
       [this](BaseRequest&) {
+        areaAnswered_ = true;
         if (onAreaRefreshed) onAreaRefreshed(false);
       });
+}
+
+bool MainViewController::areaRefreshed() const {
+  return areaAnswered_ &&
+         (!areaRebuild_.valid() || areaRebuild_.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
 }
 
 }  // namespace qmv

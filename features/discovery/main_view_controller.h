@@ -5,10 +5,11 @@
 // cached area database from the server.
 //
 // viewDidLoad runs, in order: the automatic login with the stored phone and password,
-// startLocate, refreshNet and the area refresh. Once loaded, the screen follows
-// "city_changed_noti" whoever posts it (the city picker, the located city's switch): the
+// startLocate, refreshNet and, once that first load has ended, the area refresh. Once
+// loaded, the screen follows "city_changed_noti" whoever posts it (the city picker, the located city's switch): the
 // address button names the new city at once and the content reloads for it. Outcome callbacks tell a front end (or a
 // command waiting for the flow to end) when each part is done.
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <future>
@@ -49,8 +50,8 @@ class MainViewController : public BaseViewController {
   MainViewController(const MainViewController&) = delete;
   MainViewController& operator=(const MainViewController&) = delete;
 
-  // Runs autoLoginNet (unless this screen has sent it already), startLocate, refreshNet
-  // and getAreaListNet.
+  // Runs autoLoginNet (unless this screen has sent it already), startLocate and
+  // refreshNet; getAreaListNet follows areaRefreshDelay after that load has ended.
   void viewDidLoad();
   bool isViewLoaded() const { return viewLoaded_; }
 
@@ -70,6 +71,8 @@ class MainViewController : public BaseViewController {
   bool loadMorePopular();
   // Hidden once a page arrived without stores: there is nothing more to load.
   bool popularFooterHidden() const { return popularFooterHidden_; }
+  // True while requests of the last refreshNet are out (onLoaded has not run yet).
+  bool isLoading() const { return pendingHomeRequests_ > 0; }
 
   // Starts locating the member; see LocateOutcome for the ends, told through onLocated.
   void startLocate();
@@ -80,6 +83,9 @@ class MainViewController : public BaseViewController {
   // The running or finished cache rebuild of the last area refresh; invalid when none
   // was started.
   const std::shared_future<Status>& areaRebuild() const { return areaRebuild_; }
+  // True once the last area refresh has ended: its answer arrived or failed, and the
+  // rebuild it started, if any, is done.
+  bool areaRefreshed() const;
 
   // A tap on banner `index`: its page on the plain page screen, under the banner's
   // title. Nothing (false) for an index out of range or a URL that is not http(s).
@@ -140,6 +146,9 @@ class MainViewController : public BaseViewController {
   std::function<void(LocateOutcome)> onLocated;
   // true when a rebuild was started (areaRebuild() is valid), false otherwise.
   std::function<void(bool started)> onAreaRefreshed;
+  // How long after the first load has ended the area refresh starts. A front end that then
+  // still fetches, decodes and draws the load's pictures gives them this head start.
+  std::chrono::milliseconds areaRefreshDelay{0};
 
  private:
   template <typename Api>
@@ -176,6 +185,9 @@ class MainViewController : public BaseViewController {
   std::shared_ptr<AreaNetApi> areaRequest_;
   AutoLogin autoLogin_;
   std::shared_future<Status> areaRebuild_;
+  bool areaAnswered_ = false;
+  bool areaRefreshDue_ = false;
+  std::uint64_t areaTimer_ = 0;
   // Cleared on destruction so that late position or alert callbacks do nothing.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
