@@ -308,6 +308,19 @@ class AccessibilityTest : public testsupport::GtkClientTest {
     return topIs(name);
   }
 
+  // Runs `check` in the light style, then in the dark one ("light", "dark"), and gives the
+  // choice back to the system afterwards, however the check ended.
+  void inLightAndDarkStyles(const std::function<void(const char* style)>& check) {
+    AdwStyleManager* styles = adw_style_manager_get_default();
+    const std::unique_ptr<AdwStyleManager, void (*)(AdwStyleManager*)> restore(
+        styles, [](AdwStyleManager* m) { adw_style_manager_set_color_scheme(m, ADW_COLOR_SCHEME_DEFAULT); });
+    for (const AdwColorScheme scheme : {ADW_COLOR_SCHEME_FORCE_LIGHT, ADW_COLOR_SCHEME_FORCE_DARK}) {
+      adw_style_manager_set_color_scheme(styles, scheme);
+      driver_->settle();
+      check(scheme == ADW_COLOR_SCHEME_FORCE_DARK ? "dark" : "light");
+    }
+  }
+
   int audited_ = 0;
   std::vector<std::string> faults_;
 };
@@ -480,13 +493,7 @@ TEST_F(AccessibilityTest, ColouredTextReadsInLightAndDarkStyles) {
     categories->append(*sample);
     samples.push_back(sample);
   }
-  AdwStyleManager* styles = adw_style_manager_get_default();
-  const std::unique_ptr<AdwStyleManager, void (*)(AdwStyleManager*)> restore(
-      styles, [](AdwStyleManager* m) { adw_style_manager_set_color_scheme(m, ADW_COLOR_SCHEME_DEFAULT); });
-  for (const AdwColorScheme scheme : {ADW_COLOR_SCHEME_FORCE_LIGHT, ADW_COLOR_SCHEME_FORCE_DARK}) {
-    adw_style_manager_set_color_scheme(styles, scheme);
-    driver_->settle();
-    const char* named = scheme == ADW_COLOR_SCHEME_FORCE_DARK ? "dark" : "light";
+  inLightAndDarkStyles([&](const char* named) {
     GdkRGBA window;
     ASSERT_TRUE(gtk_style_context_lookup_color(gtk_widget_get_style_context(GTK_WIDGET(home.gobj())), "window_bg_color",
                                                &window));
@@ -520,7 +527,7 @@ TEST_F(AccessibilityTest, ColouredTextReadsInLightAndDarkStyles) {
       EXPECT_GE(contrast(colour, window), 4.5)
           << named << ' ' << gtk_label_get_text(GTK_LABEL(c)) << ": " << rgb(colour) << " on " << rgb(window);
     }
-  }
+  });
   for (Gtk::Label* sample : samples) categories->remove(*sample);
 }
 
@@ -532,12 +539,9 @@ TEST_F(AccessibilityTest, TheWheelPointerStandsOutInLightAndDarkStyles) {
   auto* page = dynamic_cast<WheelPage*>(&top());
   ASSERT_NE(page, nullptr);
   ASSERT_TRUE(waitFor("剩余抽奖次数: 3"));
-  AdwStyleManager* styles = adw_style_manager_get_default();
-  const std::unique_ptr<AdwStyleManager, void (*)(AdwStyleManager*)> restore(
-      styles, [](AdwStyleManager* m) { adw_style_manager_set_color_scheme(m, ADW_COLOR_SCHEME_DEFAULT); });
-  for (const AdwColorScheme scheme : {ADW_COLOR_SCHEME_FORCE_LIGHT, ADW_COLOR_SCHEME_FORCE_DARK}) {
-    adw_style_manager_set_color_scheme(styles, scheme);
-    driver_->settle();
+  // The wheel's picture comes after the count and redraws the face: measure the face it settles on.
+  ASSERT_TRUE(driver_->waitUntil([&] { return page->face().showsPicture(); }));
+  inLightAndDarkStyles([&](const char* named) {
     GtkWidget* face = GTK_WIDGET(page->face().gobj());
     GdkRGBA background;
     ASSERT_TRUE(gtk_style_context_lookup_color(gtk_widget_get_style_context(face), "window_bg_color", &background));
@@ -548,10 +552,9 @@ TEST_F(AccessibilityTest, TheWheelPointerStandsOutInLightAndDarkStyles) {
     // Just above the face's rim, inside the pointer.
     const GdkRGBA pointer = drawnAt(face, width / 2, height / 2 - radius - 4, background);
     EXPECT_GE(contrast(pointer, background), 3.0)
-        << (scheme == ADW_COLOR_SCHEME_FORCE_DARK ? "dark" : "light") << ": pointer " << pointer.red << ','
-        << pointer.green << ',' << pointer.blue << " on " << background.red << ',' << background.green << ','
-        << background.blue;
-  }
+        << named << ": pointer " << pointer.red << ',' << pointer.green << ',' << pointer.blue << " on "
+        << background.red << ',' << background.green << ',' << background.blue;
+  });
 }
 
 }  // namespace

@@ -84,6 +84,17 @@ int followNative(CliApp& app, const PageOptions& options, const std::optional<Sc
   return kExitOk;
 }
 
+// Says which link --follow taps; a usage failure when the page has no such link.
+std::optional<int> announceFollow(CliOutput& out, const PageOptions& options, WebPageScreen& screen) {
+  const auto& links = screen.webView()->page().links;
+  if (options.follow > static_cast<long>(links.size())) {
+    std::cerr << "qmv: the page has " << links.size() << " links\n";
+    return kExitUsage;
+  }
+  out.line("follow [" + std::to_string(options.follow) + "] " + links[options.follow - 1].url);
+  return std::nullopt;
+}
+
 int runPage(CliApp& app, const PageOptions& options) {
   QXH5ViewController screen(options.type);
   Env::current().navigator->push("QXH5ViewController", {{"h5Type", options.type}});
@@ -99,14 +110,9 @@ int runPage(CliApp& app, const PageOptions& options) {
   out.data("page", printPage(out, screen.title(), screen.webView()->page()));
   if (options.follow == 0) return kExitOk;
 
-  const auto& links = screen.webView()->page().links;
-  if (options.follow > static_cast<long>(links.size())) {
-    std::cerr << "qmv: the page has " << links.size() << " links\n";
-    return kExitUsage;
-  }
+  if (const auto refused = announceFollow(out, options, screen)) return *refused;
   const auto navigator = Env::current().navigator;
   const auto before = navigator->topScreen();
-  out.line("follow [" + std::to_string(options.follow) + "] " + links[options.follow - 1].url);
   if (!screen.webView()->tapLink(static_cast<std::size_t>(options.follow - 1))) {
     return followNative(app, options, before);
   }
@@ -144,12 +150,7 @@ int runWeb(CliApp& app, const PageOptions& options) {
   CliOutput& out = app.output();
   out.data("page", printPage(out, screen.title(), screen.webView()->page()));
   if (options.follow == 0) return kExitOk;
-  const auto& links = screen.webView()->page().links;
-  if (options.follow > static_cast<long>(links.size())) {
-    std::cerr << "qmv: the page has " << links.size() << " links\n";
-    return kExitUsage;
-  }
-  out.line("follow [" + std::to_string(options.follow) + "] " + links[options.follow - 1].url);
+  if (const auto refused = announceFollow(out, options, screen)) return *refused;
   // The plain screen lets every link load, so a tap that loads nothing is a failure.
   if (!screen.webView()->tapLink(static_cast<std::size_t>(options.follow - 1))) {
     return failWith("the link was not loaded");
