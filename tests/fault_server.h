@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "core/common/json.h"
 #include "platform/testing/loopback_server.h"
@@ -152,8 +153,10 @@ class FaultServer {
   static void huge(const httplib::Request&, httplib::Response& res) {
     res.set_content_provider(
         kHugeBytes, "application/json", [](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-          static const std::string head = R"({"success":"1","message":")";
-          static const std::string tail = R"("})";
+          // Views, not strings: a static FaultServer's worker may still be writing this answer
+          // while the program's statics are destroyed at exit.
+          constexpr std::string_view head = R"({"success":"1","message":")";
+          constexpr std::string_view tail = R"("})";
           std::string piece(std::min<std::size_t>(length, 64 * 1024), 'x');
           for (std::size_t i = 0; i < piece.size(); ++i) {
             const std::size_t at = offset + i;
@@ -165,7 +168,7 @@ class FaultServer {
   }
   void endless(const httplib::Request&, httplib::Response& res) {
     res.set_chunked_content_provider("application/json", [this](std::size_t, httplib::DataSink& sink) {
-      static const std::string chunk(64 * 1024, ' ');
+      const std::string chunk(64 * 1024, ' ');  // the worker's own, for the same reason
       return !loopback_.stopping() && sink.write(chunk.data(), chunk.size());
     });
   }
