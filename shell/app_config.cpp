@@ -4,6 +4,7 @@
 #include <map>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 #include "core/common/string_util.h"
 #include "core/common/url_parts.h"
@@ -62,6 +63,18 @@ bool AppConfig::isTileUrlTemplate(const std::string& url) {
     if (url.find(placeholder) == std::string::npos) return false;
   }
   return true;
+}
+
+std::string MapTiles::urlFor(int z, long x, long y) const {
+  std::string url = urlTemplate;
+  const std::pair<const char*, std::string> values[] = {
+      {"{z}", std::to_string(z)}, {"{x}", std::to_string(x)}, {"{y}", std::to_string(y)}};
+  for (const auto& [placeholder, value] : values) {
+    for (auto at = url.find(placeholder); at != std::string::npos; at = url.find(placeholder, at + value.size())) {
+      url.replace(at, 3, value);
+    }
+  }
+  return url;
 }
 
 MapTiles AppConfig::mapTiles() const {

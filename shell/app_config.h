@@ -20,6 +20,9 @@ struct MapTiles {
   // Names the tiles' disk cache; empty: named after the template. The embedded sandbox's
   // port changes every start while its tiles do not, so it keeps one name.
   std::string cacheName;
+
+  // The template with every {z}, {x} and {y} replaced by the tile's numbers.
+  std::string urlFor(int z, long x, long y) const;
 };
 
 // The public OpenStreetMap tile server, the map's base layer when nothing else is set.

@@ -317,10 +317,7 @@ TEST_F(FlowFixesTest, TheNearbyMapThinsCrowdedTitlesAndMarksTheMember) {
   const int x = static_cast<int>((lng + 180) / 360 * (1 << z));
   const int y = static_cast<int>((1 - std::asinh(std::tan(lat * G_PI / 180)) / G_PI) / 2 * (1 << z));
   // The sandbox's tile there, through the client's own picture loader.
-  std::string url = tiles.urlTemplate;
-  for (const auto& [key, value] : {std::pair<std::string, int>{"{z}", z}, {"{x}", x}, {"{y}", y}}) {
-    url.replace(url.find(key), key.size(), std::to_string(value));
-  }
+  const std::string url = tiles.urlFor(z, x, y);
   std::optional<ImageOutcome> fetched;
   const ImageTicket ticket = driver_->app().pictures()->load(url, {}, [&](ImageOutcome o) { fetched = std::move(o); });
   ASSERT_TRUE(driver_->waitUntil([&] { return fetched.has_value(); }));

@@ -28,19 +28,12 @@ struct PictureOptions {
   int width = 0;
 };
 
-// The configured tile template with "Z/X/Y" put in; empty when `tile` is not three numbers.
-std::string tileUrl(const std::string& urlTemplate, const std::string& tile) {
+// The tile template with "Z/X/Y" put in; empty when `tile` is not three numbers.
+std::string tileUrl(const MapTiles& tiles, const std::string& tile) {
   static const std::regex numbers(R"(([0-9]{1,2})/([0-9]{1,7})/([0-9]{1,7}))");
   std::smatch m;
   if (!std::regex_match(tile, m, numbers)) return {};
-  std::string url = urlTemplate;
-  const char* placeholders[] = {"{z}", "{x}", "{y}"};
-  for (int i = 0; i < 3; ++i) {
-    for (auto at = url.find(placeholders[i]); at != std::string::npos; at = url.find(placeholders[i])) {
-      url.replace(at, 3, m[i + 1].str());
-    }
-  }
-  return url;
+  return tiles.urlFor(std::stoi(m[1].str()), std::stol(m[2].str()), std::stol(m[3].str()));
 }
 
 // A name without a scheme is an object in the application's object store.
@@ -57,7 +50,7 @@ int runPicture(CliApp& app, const PictureOptions& options) {
   }
   std::string url;
   if (!options.tile.empty()) {
-    url = tileUrl(tiles.urlTemplate, options.tile);
+    url = tileUrl(tiles, options.tile);
     if (url.empty()) return failWith("picture: --tile expects Z/X/Y, three whole numbers");
   } else {
     if (options.url.empty()) return failWith("picture: an empty URL");
