@@ -15,6 +15,7 @@
 #include "core/session/login_net_api.h"
 #include "core/session/mobile_code_net_api.h"
 #include "core/session/search_sub_type_model.h"
+#include "core/storage/area_rows.h"
 #include "features/discovery/activity_detail_net_api.h"
 #include "features/discovery/area_net_api.h"
 #include "features/discovery/map_list_net_api.h"
@@ -80,7 +81,6 @@ std::size_t sizeOf(const std::vector<T>& value) {
 }
 std::size_t sizeOf(const std::string& value) { return value.size(); }
 std::size_t sizeOf(long value) { return static_cast<std::size_t>(value != 0); }
-std::size_t sizeOf(const Json& value) { return value.size(); }
 template <typename T>
 std::size_t sizeOf(const std::shared_ptr<T>& value) {
   return value ? 1 : 0;
@@ -105,8 +105,16 @@ const std::map<std::string, Exchange, std::less<>>& exchanges() {
        [] { exchange(std::make_shared<ActivityDetailNetApi>("1"), [](auto& a) { return sizeOf(a.getActivityDetail()); }); }},
       {"getAreaList",
        [] {
-         exchange(std::make_shared<AreaNetApi>(),
-                  [](auto& a) { return sizeOf(a.getAreaList()) + sizeOf(a.getAreaVersion()); });
+         // The refresh reads the table in place from the text; it must see what the tree sees.
+         exchange(std::make_shared<AreaNetApi>(), [](auto& a) {
+           const AreaRows tree = areaRowsOf(a.getAreaList());
+           const AreaNetApi::Areas inPlace = a.readAreas();
+           if (inPlace.rows.areas != tree.areas || inPlace.rows.lastId != tree.lastId ||
+               inPlace.ver != a.getAreaVersion()) {
+             __builtin_trap();
+           }
+           return tree.areas.size() + sizeOf(inPlace.ver);
+         });
        }},
       {"getMapList", [] { exchange(std::make_shared<MapListNetApi>("1"), [](auto& a) { return sizeOf(a.getMapList()); }); }},
       {"getPopularList",
