@@ -102,7 +102,9 @@ using Exchange = std::function<void()>;
 const std::map<std::string, Exchange, std::less<>>& exchanges() {
   static const std::map<std::string, Exchange, std::less<>> table = {
       {"getCommodityDetailInfo",
-       [] { exchange(std::make_shared<ActivityDetailNetApi>("1"), [](auto& a) { return sizeOf(a.getActivityDetail()); }); }},
+       [] {
+         exchange(std::make_shared<ActivityDetailNetApi>("1"), [](auto& a) { return sizeOf(a.getActivityDetail()); });
+       }},
       {"getAreaList",
        [] {
          // The refresh reads the table in place from the text; it must see what the tree sees.
@@ -116,14 +118,17 @@ const std::map<std::string, Exchange, std::less<>>& exchanges() {
            return tree.areas.size() + sizeOf(inPlace.ver);
          });
        }},
-      {"getMapList", [] { exchange(std::make_shared<MapListNetApi>("1"), [](auto& a) { return sizeOf(a.getMapList()); }); }},
+      {"getMapList",
+       [] { exchange(std::make_shared<MapListNetApi>("1"), [](auto& a) { return sizeOf(a.getMapList()); }); }},
       {"getPopularList",
        [] {
          exchange(std::make_shared<PopularStoreNetApi>("1", "1"),
                   [](auto& a) { return sizeOf(a.getPopularStores()) + sizeOf(a.totalCount()); });
        }},
       {"getRecommendStore",
-       [] { exchange(std::make_shared<RecommendStoreNetApi>("1"), [](auto& a) { return sizeOf(a.getRecommendStores()); }); }},
+       [] {
+         exchange(std::make_shared<RecommendStoreNetApi>("1"), [](auto& a) { return sizeOf(a.getRecommendStores()); });
+       }},
       {"getCarouselList",
        [] { exchange(std::make_shared<ResourcesNetApi>(), [](auto& a) { return sizeOf(a.getResources()); }); }},
       {"getSearchList",
@@ -139,7 +144,9 @@ const std::map<std::string, Exchange, std::less<>>& exchanges() {
                   [](auto& a) { return sizeOf(a.getStoreDetail()) + sizeOf(a.getGradeList()); });
        }},
       {"getCategorTemplates1",
-       [] { exchange(std::make_shared<TemplatesNetApi>(), [](auto& a) { return sizeOf(a.templatesFromResponse()); }); }},
+       [] {
+         exchange(std::make_shared<TemplatesNetApi>(), [](auto& a) { return sizeOf(a.templatesFromResponse()); });
+       }},
       {"getMyPosts",
        [] { exchange(std::make_shared<MyOrderNetApi>("1", 0), [](auto& a) { return sizeOf(a.getOrderList()); }); }},
       {"getOrderDetail",
@@ -155,14 +162,20 @@ const std::map<std::string, Exchange, std::less<>>& exchanges() {
            return sizeOf(a.getMyContacts()) + sizeOf(a.getFirstLevelCount()) + sizeOf(a.getSecondLevelCount());
          });
        }},
-      {"getBoundBankCard", [] { exchange(std::make_shared<MyBankNetApi>(), [](auto& a) { return sizeOf(a.getBank()); }); }},
+      {"getBoundBankCard",
+       [] { exchange(std::make_shared<MyBankNetApi>(), [](auto& a) { return sizeOf(a.getBank()); }); }},
       {"getWheels", [] { exchange(std::make_shared<WheelNetApi>(), [](auto& a) { return sizeOf(a.getWheel()); }); }},
       {"getWheelResult",
        [] { exchange(std::make_shared<WheelResultNetApi>("1"), [](auto& a) { return sizeOf(a.getWheel()); }); }},
       {"getUserLogin",
-       [] { exchange(std::make_shared<LoginNetApi>("13800000000", "x"), [](auto& a) { return sizeOf(a.getUserInfo()); }); }},
+       [] {
+         exchange(std::make_shared<LoginNetApi>("13800000000", "x"), [](auto& a) { return sizeOf(a.getUserInfo()); });
+       }},
       {"getMobileCode",
-       [] { exchange(std::make_shared<MobileCodeNetApi>("13800000000", 0), [](auto& a) { return sizeOf(a.getSessionId()); }); }},
+       [] {
+         exchange(std::make_shared<MobileCodeNetApi>("13800000000", 0),
+                  [](auto& a) { return sizeOf(a.getSessionId()); });
+       }},
   };
   return table;
 }
