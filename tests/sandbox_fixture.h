@@ -3,8 +3,7 @@
 // client environment of real adapters on the wire (Asio main loop, libcurl transport,
 // cookie store) with memory settings and a recording status overlay. Requests are the
 // client's own endpoint classes, sent through the process-wide agent; send() runs the
-// interface loop until the request has completed. `vendor()` speaks to the sandbox
-// directly, for what a payment application (not the client) would do.
+// interface loop until the request has completed.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -40,19 +39,12 @@
 
 namespace qmv::contract {
 
-class CountingSessionDelegate : public SessionExpireDelegate {
- public:
-  void sessionExpired(BaseNetApi&) override { ++calls; }
-  int calls = 0;
-};
-
 class SandboxContractTest : public ::testing::Test {
  protected:
   void SetUp() override {
     home_ = sandbox::testing::freshHome();
     server_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "server", 0});
     ASSERT_TRUE(server_->start().ok());
-    vendor_ = std::make_unique<sandbox::testing::ApiClient>(server_->port());
 
     Env env;
     env.mainLoop = loop_;
@@ -71,7 +63,6 @@ class SandboxContractTest : public ::testing::Test {
     GlobalData::resetSharedInstance();
     // The transport goes first: its kept-alive connections would hold the server's threads.
     scopedEnv_.reset();
-    vendor_.reset();
     server_.reset();
     std::filesystem::remove_all(home_);
   }
@@ -123,7 +114,6 @@ class SandboxContractTest : public ::testing::Test {
 
   std::filesystem::path home_;
   std::unique_ptr<sandbox::SandboxServer> server_;
-  std::unique_ptr<sandbox::testing::ApiClient> vendor_;
   std::shared_ptr<AsioMainLoop> loop_ = std::make_shared<AsioMainLoop>();
   std::shared_ptr<MemorySettingsStore> settings_ = std::make_shared<MemorySettingsStore>();
   std::shared_ptr<RecordingStatusOverlay> overlay_ = std::make_shared<RecordingStatusOverlay>();
