@@ -4,12 +4,12 @@
 #include "features/discovery/built_in_search_types.h"
 #include "features/discovery/search_type_net_api.h"
 #include "features/discovery/templates_net_api.h"
-#include "tests/sandbox_fixture.h"
+#include "tests/discovery_sandbox_fixture.h"
 
-namespace qmv::contract {
+namespace qmv {
 namespace {
 
-using CatalogueContractTest = SandboxContractTest;
+using CatalogueContractTest = testsupport::DiscoverySandboxTest;
 
 TEST_F(CatalogueContractTest, CatalogueAndTemplatesReadAsTheClientsOwnRecords) {
   auto catalogue = std::make_shared<SearchTypeNetApi>();
@@ -28,7 +28,7 @@ TEST_F(CatalogueContractTest, CatalogueAndTemplatesReadAsTheClientsOwnRecords) {
   ASSERT_TRUE(sendCorrect(templates));
   const auto read = templates->templatesFromResponse();
   ASSERT_FALSE(read.empty());
-  EXPECT_EQ(settings_->stringForKey("templates"), templates->responseString());
+  EXPECT_EQ(home_.settings().stringForKey("templates"), templates->responseString());
   TemplatesNetApi::resetTemplates(read);
   int merged = 0;
   for (const auto& home : GlobalData::sharedInstance().defaultTypeList()) {
@@ -43,4 +43,4 @@ TEST_F(CatalogueContractTest, CatalogueAndTemplatesReadAsTheClientsOwnRecords) {
 }
 
 }  // namespace
-}  // namespace qmv::contract
+}  // namespace qmv

@@ -1,9 +1,10 @@
 #pragma once
-// End-to-end fixture of the discovery screens: the sandbox server started in-process on a
-// free port with a fresh home, the real libcurl transport and a manual main loop, a
+// End-to-end fixture of the screens and endpoints: the sandbox server started in-process
+// on a free port with a fresh home, the real libcurl transport and a manual main loop, a
 // client home of its own (settings, shipped resources, caches), and recording fakes for
 // everything the member sees (overlay, alerts, navigator, URLs). The session object and
-// the area managers are rebuilt per test.
+// the area managers are rebuilt per test. Requests are the client's own endpoint classes,
+// sent through the process-wide agent.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -12,10 +13,16 @@
 #include <memory>
 #include <optional>
 
+#include "apps/sandbox/demo_data.h"
 #include "apps/sandbox/sandbox_server.h"
+#include "core/common/dictionary.h"
+#include "core/common/string_util.h"
+#include "core/request/base_net_api.h"
 #include "core/request/network_agent.h"
 #include "core/request/network_config.h"
 #include "core/session/global_data.h"
+#include "core/session/login_net_api.h"
+#include "core/session/user_info_net_api.h"
 #include "core/storage/db_util.h"
 #include "platform/cookie_store.h"
 #include "platform/env.h"
@@ -83,6 +90,46 @@ class DiscoverySandboxTest : public ::testing::Test {
     screen.onLoaded = nullptr;
     return outcome.value_or(false);
   }
+
+  // Starts `request` and runs the loop until it completes: "success" (a transport success,
+  // whatever the envelope says), "failure", or "none" when nothing arrived in time.
+  std::string send(const std::shared_ptr<BaseRequest>& request) {
+    std::string outcome = "none";
+    request->startWithCompletionBlockWithSuccess([&](BaseRequest&) { outcome = "success"; },
+                                                 [&](BaseRequest&) { outcome = "failure"; });
+    runUntil([&] { return outcome != "none"; });
+    return outcome;
+  }
+  // Sends `request` and returns whether the envelope said "success" "0".
+  bool sendCorrect(const std::shared_ptr<BaseNetApi>& request) {
+    return send(request) == "success" && request->isCorrectResult();
+  }
+  // "data" of a finished request's envelope (null when absent or not JSON).
+  static Json dataOf(const BaseRequest& request) {
+    const Json envelope = parseJson(request.responseString());
+    return envelope.is_object() && envelope.contains("data") ? envelope["data"] : Json();
+  }
+  // Signs in as the screens do: the member record of the answer becomes the session's.
+  std::shared_ptr<UserInfoModel> login(const std::string& phone = sandbox::kDemoPhone,
+                                       const std::string& password = sandbox::kDemoPassword) {
+    auto request = std::make_shared<LoginNetApi>(phone, StringUtil::getmd5WithString(password));
+    if (!sendCorrect(request)) return nullptr;
+    auto info = request->getUserInfo();
+    GlobalData::sharedInstance().setSelfInfo(info);
+    return info;
+  }
+  // The member's balance in fen as "getUserInfo" reports it, folded into the session's
+  // record the way the wallet screens do; nullopt when the request is not correct.
+  std::optional<long long> balance() {
+    auto request = std::make_shared<UserInfoNetApi>();
+    if (!sendCorrect(request)) return std::nullopt;
+    const Json data = dataOf(*request);
+    if (const auto& self = GlobalData::sharedInstance().selfInfo()) self->setWithDict(data);
+    const std::string text = strForKey(data, "balance");
+    if (text.empty()) return std::nullopt;
+    return std::stoll(text);
+  }
+  std::vector<std::string> shown() const { return overlay_->statuses(); }
 
   // The member's position in the demo city (WGS-84, near the People's Square of Linyi).
   static constexpr Coordinate kLinyi{35.0610, 118.3430};

@@ -5,8 +5,6 @@
 #include <set>
 
 #include "apps/sandbox/demo_data.h"
-#include "core/common/string_util.h"
-#include "core/session/login_net_api.h"
 #include "features/orders/grade_store_view_controller.h"
 #include "features/orders/qx_my_activity_order_detail_view_controller.h"
 #include "features/orders/qx_my_order_view_controller.h"
@@ -26,13 +24,7 @@ class OrderScreensTest : public testsupport::DiscoverySandboxTest {
     Env::current().qrGenerator = std::make_shared<QrencodeGenerator>();
     measurer_->setScreenWidth(100);
     Env::current().textMeasurer = measurer_;
-    auto login =
-        std::make_shared<LoginNetApi>(sandbox::kDemoPhone, StringUtil::getmd5WithString(sandbox::kDemoPassword));
-    bool done = false;
-    login->startWithCompletionBlockWithSuccess([&](BaseRequest&) { done = true; }, [&](BaseRequest&) { done = true; });
-    ASSERT_TRUE(runUntil([&] { return done; }));
-    ASSERT_TRUE(login->isCorrectResult());
-    GlobalData::sharedInstance().setSelfInfo(login->getUserInfo());
+    ASSERT_NE(login(), nullptr);
   }
 
   static std::set<std::string> statuses(const QXMyOrderViewController& list) {
