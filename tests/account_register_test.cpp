@@ -5,7 +5,7 @@
 #include "core/session/find_pwd_view_controller.h"
 #include "core/session/qx_register_view_controller.h"
 #include "platform/linux/qr_png.h"
-#include "tests/account_test_env.h"
+#include "tests/discovery_sandbox_fixture.h"
 
 namespace qmv::testsupport {
 namespace {
@@ -17,7 +17,7 @@ using sandbox::kDemoSmsCode;
 
 constexpr const char* kNewPhone = "13912345678";
 
-class AccountRegisterTest : public AccountE2ETest {
+class AccountRegisterTest : public DiscoverySandboxTest {
  protected:
   // The login screen presented over the main screen, with `screen` pushed onto it.
   void openFromLogin(const char* screen) {
@@ -146,8 +146,7 @@ TEST_F(AccountRegisterTest, RecoveryChecksTheCodeThenSetsTheNewPassword) {
 }
 
 TEST_F(AccountRegisterTest, ScannedInvitationFillsTheFieldFromAQrImage) {
-  const auto image = home_ / "invite.png";
-  std::filesystem::create_directories(home_);
+  const auto image = home_.home() / "invite.png";
   ASSERT_TRUE(writeQrPng("HTTP://QMV.EXAMPLE/static/register.html?INVITEID=42", image));
   installClient(image);
   QXRegisterViewController screen;
@@ -156,7 +155,7 @@ TEST_F(AccountRegisterTest, ScannedInvitationFillsTheFieldFromAQrImage) {
   EXPECT_EQ(screen.inviteText, "42");
   EXPECT_TRUE(overlay_->shown().empty());
 
-  const auto other = home_ / "other.png";
+  const auto other = home_.home() / "other.png";
   ASSERT_TRUE(writeQrPng("https://qmv.example/static/help.html", other));
   installClient(other);
   QXRegisterViewController second;

@@ -1,10 +1,11 @@
 #pragma once
 // End-to-end fixture of the screens and endpoints: the sandbox server started in-process
 // on a free port with a fresh home, the real libcurl transport and a manual main loop, a
-// client home of its own (settings, shipped resources, caches), and recording fakes for
-// everything the member sees (overlay, alerts, navigator, URLs). The session object and
-// the area managers are rebuilt per test. Requests are the client's own endpoint classes,
-// sent through the process-wide agent.
+// client home of its own (settings, shipped resources, caches), the HTTP object storage and
+// an image-file camera, and recording fakes for everything the member sees (overlay,
+// alerts, navigator, URLs, push alias). The session object and the area managers are
+// rebuilt per test and per installClient(), which models one application start. Requests are the client's own endpoint
+// classes, sent through the process-wide agent.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -28,11 +29,14 @@
 #include "platform/env.h"
 #include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
+#include "platform/linux/http_object_storage.h"
+#include "platform/linux/image_file_camera.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/manual_main_loop.h"
 #include "platform/stack_navigator.h"
 #include "platform/synchronous_notification_center.h"
 #include "platform/testing/fake_location_source.h"
+#include "platform/testing/recording_push_service.h"
 #include "platform/testing/recording_status_overlay.h"
 #include "platform/testing/recording_url_opener.h"
 #include "platform/testing/scripted_alerts.h"
@@ -47,7 +51,18 @@ class DiscoverySandboxTest : public ::testing::Test {
     sandboxHome_ = home_.home() / "sandbox";
     server_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{sandboxHome_, 0});
     ASSERT_TRUE(server_->start().ok());
+    installClient();
+  }
 
+  // One application start: fresh ports and recorders over the same settings and home, a
+  // fresh session; the camera "takes" `cameraImage`.
+  void installClient(std::filesystem::path cameraImage = {}) {
+    scopedEnv_.reset();
+    loop_ = std::make_shared<ManualMainLoop>();
+    overlay_ = std::make_shared<RecordingStatusOverlay>();
+    alerts_ = std::make_shared<ScriptedAlerts>();
+    navigator_ = std::make_shared<StackNavigator>();
+    push_ = std::make_shared<RecordingPushService>();
     Env env;
     env.settings = std::shared_ptr<SettingsStore>(&home_.settings(), [](SettingsStore*) {});
     env.files = home_.files();
@@ -60,7 +75,10 @@ class DiscoverySandboxTest : public ::testing::Test {
     env.navigator = navigator_;
     env.urlOpener = urls_;
     env.location = location_;
+    env.push = push_;
     env.geocoder = NearestCityGeocoder::fromResources(*home_.files());
+    env.objectStorage = std::make_shared<HttpObjectStorage>(server_->rootUrl() + "/oss");
+    env.camera = std::make_shared<ImageFileCamera>(std::move(cameraImage));
     scopedEnv_ = std::make_unique<ScopedEnv>(completedForTesting(std::move(env)));
     GlobalData::resetSharedInstance();
     DBUtil::resetManagersForTesting();
@@ -77,6 +95,19 @@ class DiscoverySandboxTest : public ::testing::Test {
 
   // Runs the loop until `done` (true) or ten seconds pass (false).
   bool runUntil(const std::function<bool()>& done) { return loop_->runUntil(done, std::chrono::milliseconds(10000)); }
+  // Waits for a callback of the form void(bool) and returns its value (nullopt: none came).
+  struct Outcome {
+    std::optional<bool> value;
+    std::function<void(bool)> callback() {
+      value.reset();
+      return [this](bool v) { value = v; };
+    }
+  };
+  std::optional<bool> await(Outcome& outcome) {
+    runUntil([&] { return outcome.value.has_value(); });
+    return outcome.value;
+  }
+  std::optional<std::string> stored(const char* key) { return home_.settings().stringForKey(key); }
   // Runs what is already queued on the loop, such as answers that arrived together.
   void drain() { loop_->runPending(); }
   // Runs `start`, then the loop until the screen's next onLoaded: whether the answer was
@@ -138,10 +169,12 @@ class DiscoverySandboxTest : public ::testing::Test {
   TempHome home_;
   std::filesystem::path sandboxHome_;
   std::unique_ptr<sandbox::SandboxServer> server_;
-  std::shared_ptr<ManualMainLoop> loop_ = std::make_shared<ManualMainLoop>();
-  std::shared_ptr<RecordingStatusOverlay> overlay_ = std::make_shared<RecordingStatusOverlay>();
-  std::shared_ptr<ScriptedAlerts> alerts_ = std::make_shared<ScriptedAlerts>();
-  std::shared_ptr<StackNavigator> navigator_ = std::make_shared<StackNavigator>();
+  MemorySettingsStore* const settings_ = &home_.settings();
+  std::shared_ptr<ManualMainLoop> loop_;
+  std::shared_ptr<RecordingStatusOverlay> overlay_;
+  std::shared_ptr<ScriptedAlerts> alerts_;
+  std::shared_ptr<StackNavigator> navigator_;
+  std::shared_ptr<RecordingPushService> push_;
   std::shared_ptr<RecordingUrlOpener> urls_ = std::make_shared<RecordingUrlOpener>();
   std::shared_ptr<FakeLocationSource> location_ = std::make_shared<FakeLocationSource>();
   std::unique_ptr<ScopedEnv> scopedEnv_;
