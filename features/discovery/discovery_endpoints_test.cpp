@@ -12,7 +12,6 @@
 #include "features/discovery/search_type_net_api.h"
 #include "features/discovery/store_grade_net_api.h"
 #include "features/discovery/templates_net_api.h"
-#include "features/referral/my_contacts_net_api.h"
 #include "features/wheel/wheel_result_net_api.h"
 
 namespace qmv {
@@ -47,28 +46,6 @@ TEST_F(DiscoveryEndpointsTest, ServerSpellingsAndFixedValues) {
   EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}}));
   ASSERT_EQ(run(std::make_shared<WheelResultNetApi>("w3")), "success");
   EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"id", "w3"}}));
-}
-
-TEST_F(DiscoveryEndpointsTest, ContactsEndpointByPhoneAndCounts) {
-  logIn("S1");
-  answer(
-      "getMyContacts",
-      R"({"success":"0","data":{"oneContact":"2","dataList":[{"name":"甲","phone":"13800000001","num":"3"},{"name":"乙"}]}})");
-  auto own = std::make_shared<MyContactsNetApi>("1", "");
-  ASSERT_EQ(run(own), "success");
-  EXPECT_EQ(last().endpoint, "getMyContacts");
-  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"page", "1"}}));
-  const auto contacts = own->getMyContacts();
-  ASSERT_EQ(contacts.size(), 2u);
-  EXPECT_EQ(contacts[0].num, "3");
-  EXPECT_EQ(own->getFirstLevelCount(), "2");
-  EXPECT_EQ(own->getSecondLevelCount(), "");  // missing is empty, not zero
-
-  auto second = std::make_shared<MyContactsNetApi>("2", "13800000001");
-  ASSERT_EQ(run(second), "success");
-  EXPECT_EQ(last().endpoint, "getIndirectContacts");
-  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"phone", "13800000001"}, {"page", "2"}}));
-  EXPECT_TRUE(second->getMyContacts().empty());
 }
 
 TEST_F(DiscoveryEndpointsTest, TemplatesAreSavedWholeAndMergedIntoTheHomeCategories) {
