@@ -1,11 +1,11 @@
 #pragma once
 // End-to-end fixture of the screens and endpoints: the sandbox server started in-process
 // on a free port with a fresh home, the real libcurl transport and a manual main loop, a
-// client home of its own (settings, shipped resources, caches), the HTTP object storage and
-// an image-file camera, and recording fakes for everything the member sees (overlay,
-// alerts, navigator, URLs, push alias). The session object and the area managers are
-// rebuilt per test and per installClient(), which models one application start. Requests are the client's own endpoint
-// classes, sent through the process-wide agent.
+// client home of its own (settings, shipped resources, caches), the HTTP object storage,
+// and recording fakes for everything the member sees (overlay, alerts, navigator, URLs,
+// push alias). The session object and the area managers are rebuilt per test and per
+// installClient(), which models one application start. Requests are the client's own
+// endpoint classes, sent through the process-wide agent.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -30,7 +30,6 @@
 #include "platform/linux/curl_cookie_store.h"
 #include "platform/linux/curl_transport.h"
 #include "platform/linux/http_object_storage.h"
-#include "platform/linux/image_file_camera.h"
 #include "platform/linux/nearest_city_geocoder.h"
 #include "platform/manual_main_loop.h"
 #include "platform/stack_navigator.h"
@@ -55,8 +54,8 @@ class DiscoverySandboxTest : public ::testing::Test {
   }
 
   // One application start: fresh ports and recorders over the same settings and home, a
-  // fresh session; the camera "takes" `cameraImage`.
-  void installClient(std::filesystem::path cameraImage = {}) {
+  // fresh session.
+  void installClient() {
     scopedEnv_.reset();
     loop_ = std::make_shared<ManualMainLoop>();
     overlay_ = std::make_shared<RecordingStatusOverlay>();
@@ -78,7 +77,6 @@ class DiscoverySandboxTest : public ::testing::Test {
     env.push = push_;
     env.geocoder = NearestCityGeocoder::fromResources(*home_.files());
     env.objectStorage = std::make_shared<HttpObjectStorage>(server_->rootUrl() + "/oss");
-    env.camera = std::make_shared<ImageFileCamera>(std::move(cameraImage));
     scopedEnv_ = std::make_unique<ScopedEnv>(completedForTesting(std::move(env)));
     GlobalData::resetSharedInstance();
     DBUtil::resetManagersForTesting();
