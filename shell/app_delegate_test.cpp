@@ -11,6 +11,7 @@
 #include "core/session/global_data.h"
 #include "core/session/login_net_api.h"
 #include "features/discovery/main_view_controller.h"
+#include "features/discovery/nearby_view_controller.h"
 #include "features/orders/payment_failure_watch.h"
 #include "platform/env.h"
 #include "platform/linux/headless_app_window.h"
@@ -203,7 +204,7 @@ TEST_F(ShellFixture, FirstRunStartsInOrderWithTheGuideAndLaterRunsGoToTheTabs) {
   ASSERT_NE(again.tabBarViewCtrl(), nullptr);
   ASSERT_NE(again.mainCtrl(), nullptr);
   EXPECT_FALSE(again.mainCtrl()->isViewLoaded()) << "the front end loads it when it shows the tab";
-  EXPECT_NE(again.nearbyCtrl(), nullptr) << "the home's hand-offs have a receiver";
+  EXPECT_NE(dynamic_cast<NearbyViewController*>(again.nearbyCtrl()), nullptr) << "the home's hand-offs reach the tab";
   EXPECT_EQ(navigator->topScreen()->name, "TabBarViewController");
   EXPECT_EQ(again.tabBarViewCtrl()->viewControllers().at(3), "QXH5ViewController");
   EXPECT_EQ(settings->stringForKey("select_city"), "济南市");  // the guide's default city is first-run only

@@ -13,12 +13,10 @@ namespace {
 class AccountCentreCommandsTest : public testsupport::DemoMemberCliTest {};
 
 TEST_F(AccountCentreCommandsTest, AChangedPasswordIsTheOneTheNextStartSignsInWith) {
+  // The form's checks are ChangePasswordViewController's own test's; here the server's refusal.
   const auto wrongOld = run({"password", "wrong12", "New456", "New456"});
   EXPECT_EQ(wrongOld.status, 1);
   EXPECT_TRUE(wrongOld.has("原密码错误\n")) << wrongOld.out << wrongOld.err;
-  const auto badNew = run({"password", "qmv123", "new 456", "new 456"});
-  EXPECT_EQ(badNew.status, 1);
-  EXPECT_TRUE(badNew.has("密码须为6-16位字母或数字的组合\n")) << badNew.out;
   EXPECT_EQ(run({"me"}).status, 0) << "a refused change keeps the stored password";
 
   const auto changed = run({"password", "qmv123", "New456", "New456"});
@@ -30,8 +28,6 @@ TEST_F(AccountCentreCommandsTest, AChangedPasswordIsTheOneTheNextStartSignsInWit
 
   EXPECT_EQ(run({"login", "13800000000", "qmv123"}).status, 1) << "the old password no longer signs in";
   EXPECT_EQ(run({"me"}).status, 0) << "a failed login keeps the stored new password";
-  EXPECT_EQ(run({"password", "New456", "qmv123", "qmv123"}).status, 0);
-  EXPECT_EQ(run({"login", "13800000000", "qmv123"}).status, 0);
 
   TempHome signedOut;
   EXPECT_EQ(testsupport::runQmv(signedOut.home(), {"password", "qmv123", "New456", "New456"}).status, 1);
@@ -43,13 +39,6 @@ TEST_F(AccountCentreCommandsTest, LevelShowsTheMembersLevelAndWhatTheNextNeeds) 
   ASSERT_EQ(level.status, 0) << level.out << level.err;
   EXPECT_TRUE(level.has("会员等级\nLV4  1250/1600\n[###########---------] 56%\n距离下一等级还需要350经验\n"))
       << level.out;
-  const auto json = run({"--json", "level"});
-  ASSERT_EQ(json.status, 0);
-  const Json data = parseJson(json.out).value("data", Json::object());
-  EXPECT_EQ(data["level"], 4);
-  EXPECT_EQ(data["currentTotal"], 1600);
-  EXPECT_EQ(data["currentProgress"], 0.5625);
-  EXPECT_EQ(data["remainingText"], "距离下一等级还需要350经验");
 
   TempHome signedOut;
   EXPECT_EQ(testsupport::runQmv(signedOut.home(), {"level"}).status, 1);

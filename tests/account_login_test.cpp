@@ -1,11 +1,12 @@
 // Login, automatic login on the next start, and logout, against the sandbox.
 #include <httplib.h>
 
+#include "apps/sandbox/sandbox_test_support.h"
 #include "core/common/settings_keys.h"
 #include "core/session/auto_login.h"
 #include "core/session/login_view_controller.h"
 #include "core/session/logout_flow.h"
-#include "tests/account_test_env.h"
+#include "tests/discovery_sandbox_fixture.h"
 
 namespace qmv::testsupport {
 namespace {
@@ -17,7 +18,7 @@ using Alias = std::pair<std::string, std::string>;
 
 const ObjectStorage::Bytes kJpegPortrait = {0xFF, 0xD8, 0xFF, 0xE0, 0x00, 0x10, 'J', 'F', 'I', 'F', 0x00, 0xFF, 0xD9};
 
-class AccountLoginTest : public AccountE2ETest {
+class AccountLoginTest : public DiscoverySandboxTest {
  protected:
   // The demo member's portrait as uploaded earlier, from another session.
   void storeEarlierPortrait(const ObjectStorage::Bytes& bytes) {
@@ -102,7 +103,7 @@ TEST_F(AccountLoginTest, CorrectLoginSignsInKeepsPasswordNamesAliasFetchesPortra
     leaving.loginNet();
     ASSERT_EQ(await(finished), std::optional<bool>(true));
   }
-  ASSERT_TRUE(waitFor([&] { return settings_->dataForKey(kHeaderImageNowKey).has_value(); }));
+  ASSERT_TRUE(runUntil([&] { return settings_->dataForKey(kHeaderImageNowKey).has_value(); }));
   EXPECT_FALSE(told);
 }
 

@@ -4,8 +4,7 @@
 #include "core/session/find_pwd_step2_view_controller.h"
 #include "core/session/find_pwd_view_controller.h"
 #include "core/session/qx_register_view_controller.h"
-#include "platform/linux/qr_png.h"
-#include "tests/account_test_env.h"
+#include "tests/discovery_sandbox_fixture.h"
 
 namespace qmv::testsupport {
 namespace {
@@ -17,7 +16,7 @@ using sandbox::kDemoSmsCode;
 
 constexpr const char* kNewPhone = "13912345678";
 
-class AccountRegisterTest : public AccountE2ETest {
+class AccountRegisterTest : public DiscoverySandboxTest {
  protected:
   // The login screen presented over the main screen, with `screen` pushed onto it.
   void openFromLogin(const char* screen) {
@@ -143,28 +142,6 @@ TEST_F(AccountRegisterTest, RecoveryChecksTheCodeThenSetsTheNewPassword) {
   EXPECT_EQ(navigator_->topScreen()->name, "LoginViewController");
 
   ASSERT_EQ(nextStartSignsIn(), std::optional<bool>(true));
-}
-
-TEST_F(AccountRegisterTest, ScannedInvitationFillsTheFieldFromAQrImage) {
-  const auto image = home_ / "invite.png";
-  std::filesystem::create_directories(home_);
-  ASSERT_TRUE(writeQrPng("HTTP://QMV.EXAMPLE/static/register.html?INVITEID=42", image));
-  installClient(image);
-  QXRegisterViewController screen;
-  screen.QRCodeAction();
-  loop_->runPending();
-  EXPECT_EQ(screen.inviteText, "42");
-  EXPECT_TRUE(overlay_->shown().empty());
-
-  const auto other = home_ / "other.png";
-  ASSERT_TRUE(writeQrPng("https://qmv.example/static/help.html", other));
-  installClient(other);
-  QXRegisterViewController second;
-  second.inviteText = "7";
-  second.QRCodeAction();
-  loop_->runPending();
-  EXPECT_EQ(second.inviteText, "7");
-  EXPECT_EQ(overlay_->statuses(), std::vector<std::string>{"无效二维码"});
 }
 
 }  // namespace

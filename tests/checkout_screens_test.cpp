@@ -3,16 +3,14 @@
 #include "features/orders/checkout_texts.h"
 #include "features/orders/pay_now_runner.h"
 #include "features/orders/qx_submit_oder_view_controller.h"
-#include "platform/stack_navigator.h"
-#include "platform/synchronous_notification_center.h"
 #include "platform/testing/recording_payment_channels.h"
 #include "shell/app_delegate.h"
-#include "tests/sandbox_fixture.h"
+#include "tests/discovery_sandbox_fixture.h"
 
-namespace qmv::contract {
+namespace qmv {
 namespace {
 
-class CheckoutScreensTest : public SandboxContractTest {};
+class CheckoutScreensTest : public testsupport::DiscoverySandboxTest {};
 
 TEST_F(CheckoutScreensTest, SubmitTotalsFollowTheFirstPurchaseFlagInSinglePrecision) {
   ActivityModel offer(Json{{"nowPrice", "10"}, {"firstPrice", "1"}, {"commodityId", "9"}, {"storeId", "3"}});
@@ -50,8 +48,7 @@ TEST_F(CheckoutScreensTest, SubmitTotalsFollowTheFirstPurchaseFlagInSinglePrecis
 
 TEST_F(CheckoutScreensTest, ATotalNoPriceCanMeanIsShownAsSuchAndNeverSubmitted) {
   ASSERT_NE(login(), nullptr);
-  auto navigator = std::make_shared<StackNavigator>();
-  Env::current().navigator = navigator;
+  const auto& navigator = navigator_;
   navigator->setRoot("TabBarViewController");
   // Beyond single precision (read as 0 before), below zero, and more than one checkout
   // may take.
@@ -77,8 +74,7 @@ TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
   AppDelegate delegate{AppConfig{}};
   Env::current().notifications = std::make_shared<SynchronousNotificationCenter>();
   {
-    auto navigator = std::make_shared<StackNavigator>();
-    Env::current().navigator = navigator;
+    const auto& navigator = navigator_;
     navigator->setRoot("TabBarViewController");
     navigator->push("QXActivitiesViewController");
     navigator->push(checkout_texts::kSubmitScreen);
@@ -88,12 +84,12 @@ TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
 
     PayNowRunner runner(payload);
     runner.appear();
-    ASSERT_TRUE(loop_->runUntil([&] { return runner.ready(); }, std::chrono::seconds(20)));
+    ASSERT_TRUE(runUntil([&] { return runner.ready(); }));
     ASSERT_TRUE(runner.tap({false, QXPayNowViewController::Channel::Alipay}));
     EXPECT_EQ(runner.screen().confirmTitle(), "确认支付¥12.50");
     runner.confirm();
     // The wallet answers its own callback with success; its return URL then says it again.
-    ASSERT_TRUE(loop_->runUntil([&] { return runner.finished(); }, std::chrono::seconds(20)));
+    ASSERT_TRUE(runUntil([&] { return runner.finished(); }));
     EXPECT_EQ(runner.outcome(), PayNowRunner::Outcome::Paid);
     EXPECT_TRUE(delegate.openURL("qqqmmmvvv://safepay/?resultStatus=9000", ""));
     EXPECT_TRUE(delegate.openURL("qqqmmmvvv://safepay/?resultStatus=9000", ""));
@@ -114,4 +110,4 @@ TEST_F(CheckoutScreensTest, ASuccessArrivingTwicePaysAndGoesBackOnce) {
 }
 
 }  // namespace
-}  // namespace qmv::contract
+}  // namespace qmv

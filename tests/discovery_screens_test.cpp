@@ -20,16 +20,16 @@ namespace qmv {
 namespace {
 
 using testsupport::DiscoverySandboxTest;
-using Outcome = MainViewController::LocateOutcome;
+using LocateOutcome = MainViewController::LocateOutcome;
 
 class DiscoveryScreensTest : public DiscoverySandboxTest {};
 
 // A home screen that has started locating, and how the locating ended.
 struct Locating {
   MainViewController home;
-  std::optional<Outcome> outcome;
+  std::optional<LocateOutcome> outcome;
   Locating() {
-    home.onLocated = [this](Outcome o) { outcome = o; };
+    home.onLocated = [this](LocateOutcome o) { outcome = o; };
     home.startLocate();
   }
 };
@@ -255,7 +255,7 @@ TEST_F(DiscoveryScreensTest, LocatingOffersToSwitchToTheLocatedCity) {
   {
     Locating first;
     location_->deliver(kJinan);
-    EXPECT_EQ(first.outcome, Outcome::Selected);
+    EXPECT_EQ(first.outcome, LocateOutcome::Selected);
     EXPECT_EQ(home_.settings().stringForKey(kSelectCityKey), "济南市");
     EXPECT_EQ(home_.settings().stringForKey(kSelectCityDisKey), "济南市");
     EXPECT_EQ(first.home.addressButtonTitle(), "济南市");
@@ -275,7 +275,7 @@ TEST_F(DiscoveryScreensTest, LocatingOffersToSwitchToTheLocatedCity) {
     EXPECT_EQ(alerts_->shown()[0].buttons, (std::vector<std::string>{"取消", "切换"}));
     alerts_->script({0, {}});
     alerts_->flush();
-    EXPECT_EQ(declined.outcome, Outcome::Declined);
+    EXPECT_EQ(declined.outcome, LocateOutcome::Declined);
     EXPECT_EQ(home_.settings().stringForKey(kSelectCityKey), "济南市");
     EXPECT_DOUBLE_EQ(GlobalData::sharedInstance().userLocation()->latitude, kJinan.latitude);
   }
@@ -290,7 +290,7 @@ TEST_F(DiscoveryScreensTest, LocatingOffersToSwitchToTheLocatedCity) {
     location_->deliver(kLinyi);
     alerts_->script({1, {}});
     alerts_->flush();
-    EXPECT_EQ(switched.outcome, Outcome::Switched);
+    EXPECT_EQ(switched.outcome, LocateOutcome::Switched);
     EXPECT_EQ(home_.settings().stringForKey(kSelectCityKey), "临沂市");
     EXPECT_EQ(home_.settings().stringForKey(kSelectCityDisKey), "临沂市");
     EXPECT_EQ(switched.home.lastSelectCity(), "临沂市");
@@ -301,17 +301,17 @@ TEST_F(DiscoveryScreensTest, LocatingOffersToSwitchToTheLocatedCity) {
   {
     Locating away;
     location_->deliver({-33.86, 151.21});
-    EXPECT_EQ(away.outcome, Outcome::NoCity);
+    EXPECT_EQ(away.outcome, LocateOutcome::NoCity);
   }
   // Failures: updating fails before a fix, or location services are off.
   const std::size_t before = alerts_->shown().size();
   {
     Locating failing;
     location_->fail();
-    EXPECT_EQ(failing.outcome, Outcome::Failed);
+    EXPECT_EQ(failing.outcome, LocateOutcome::Failed);
     location_->setEnabled(false);
     failing.home.startLocate();
-    EXPECT_EQ(failing.outcome, Outcome::ServicesDisabled);
+    EXPECT_EQ(failing.outcome, LocateOutcome::ServicesDisabled);
   }
   ASSERT_EQ(alerts_->shown().size(), before + 2);
   for (std::size_t i = before; i < alerts_->shown().size(); ++i) {
@@ -336,7 +336,8 @@ TEST_F(DiscoveryScreensTest, TheLocatedCityIsTheLocalityElseTheAreaElseTheFallba
     Locating located;
     location_->deliver(kJinan);
     EXPECT_TRUE(located.outcome);
-    return located.outcome == Outcome::Selected ? home_.settings().stringForKey(kSelectCityKey).value_or("?") : "none";
+    return located.outcome == LocateOutcome::Selected ? home_.settings().stringForKey(kSelectCityKey).value_or("?")
+                                                      : "none";
   };
   EXPECT_EQ(locate(Placemark{"济南市", "山东省"}), "济南市");
   EXPECT_EQ(locate(Placemark{"", "北京市"}), "北京市") << "a municipality has no locality";

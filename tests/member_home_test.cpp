@@ -36,17 +36,14 @@ std::string contentOf(const fs::path& path) {
 
 class MemberHomeTest : public ::testing::Test {
  protected:
-  struct Run {
-    int status;
-    std::string out;
-    std::string err;
-  };
-  // Against the fault server's `fault`, or the embedded sandbox when `fault` is empty.
-  Run run(const fs::path& home, const std::string& fault, std::vector<std::string> args) {
+  // Against the fault server's `fault`, or the embedded sandbox when `fault` is empty; `err`
+  // is all the run wrote to stderr, the core's warnings included.
+  testsupport::CliRun run(const fs::path& home, const std::string& fault, std::vector<std::string> args) {
     if (!fault.empty()) args.insert(args.begin(), {"--server", server_.url(fault)});
     testing::internal::CaptureStderr();
-    const auto result = testsupport::runQmv(home, std::move(args));
-    return {result.status, result.out, testing::internal::GetCapturedStderr()};
+    auto result = testsupport::runQmv(home, std::move(args));
+    result.err = testing::internal::GetCapturedStderr();
+    return result;
   }
   Json setting(const fs::path& home, const std::string& key) {
     auto opened = SqliteSettingsStore::openInHome(home);

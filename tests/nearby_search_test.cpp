@@ -7,7 +7,6 @@
 #include "features/discovery/discovery_texts.h"
 #include "features/discovery/nearby_view.h"
 #include "features/discovery/nearby_view_controller.h"
-#include "shell/app_delegate.h"
 #include "tests/discovery_sandbox_fixture.h"
 
 namespace qmv {
@@ -114,13 +113,13 @@ TEST_F(NearbySearchTest, DistrictCategoryAndSortFiltersNarrowTheList) {
 }
 
 TEST_F(NearbySearchTest, KeywordSearchSavesHistoryAndAStaleAnswerIsIgnored) {
+  // A keyword from the home loads the tab that has not been shown yet.
   NearbyViewController controller;
   EXPECT_FALSE(controller.isViewLoaded());
-  controller.viewDidLoad();
+  controller.selectedKeyFromMain("火锅");
+  ASSERT_TRUE(controller.isViewLoaded());
   NearbyView& view = controller.nearbyView();
-  EXPECT_EQ(controller.searchView().emptyText(), "暂无历史记录");
-
-  ASSERT_TRUE(load(view, [&] { controller.selectedKeyFromMain("火锅"); }));
+  ASSERT_TRUE(load(view, [] {}));
   EXPECT_TRUE(view.isKeySearchModel);
   EXPECT_EQ(view.searchFieldText, "火锅");
   ASSERT_FALSE(view.storeList.empty());
@@ -148,30 +147,6 @@ TEST_F(NearbySearchTest, KeywordSearchSavesHistoryAndAStaleAnswerIsIgnored) {
   EXPECT_FALSE(view.isKeySearchModel);
   EXPECT_EQ(view.categoryButton.title, "休闲娱乐");
   EXPECT_EQ(view.categoryScreen.getSelectedTypeId(), "30");
-}
-
-TEST_F(NearbySearchTest, AHomeKeywordReachesTheNearbyTabOfTheMainTabsOnceItLoads) {
-  home_.settings().setBool(true, kIsLaunchedKey);
-  AppConfig config;
-  config.serverBaseUrl = server_->baseUrl();
-  AppDelegate app(config);
-  app.didFinishLaunchingWithOptions();
-  auto* nearby = dynamic_cast<NearbyViewController*>(app.nearbyCtrl());
-  ASSERT_NE(nearby, nullptr) << "the main tabs build the nearby screen";
-  app.changeToNearWithKey("火锅");
-  EXPECT_EQ(app.tabBarViewCtrl()->selectedIndex(), 1);
-  EXPECT_FALSE(nearby->isViewLoaded()) << "handed over once the tab has had 0.1 s to load";
-  loop_->advance(AppDelegate::kNearbyHandoffDelay);
-  ASSERT_TRUE(nearby->isViewLoaded());
-  NearbyView& view = nearby->nearbyView();
-  EXPECT_EQ(view.searchFieldText, "火锅");
-  ASSERT_TRUE(load(view, [] {}));
-  ASSERT_FALSE(view.storeList.empty());
-  EXPECT_EQ(home_.settings().stringArrayForKey(kSearchKeyWordsKey), std::vector<std::string>{"火锅"});
-
-  // Loaded now: a category goes over at once.
-  ASSERT_TRUE(load(view, [&] { app.changeToNearWithType("40"); }));
-  EXPECT_EQ(view.categoryButton.title, "丽人");
 }
 
 TEST_F(NearbySearchTest, CityChangeRebuildsDistrictsAndRowsOpenTheirScreens) {

@@ -9,7 +9,7 @@
 #include "features/wheel/wheel_view_controller.h"
 #include "platform/testing/temp_home.h"
 #include "tests/cli_runner.h"
-#include "tests/sandbox_fixture.h"
+#include "tests/discovery_sandbox_fixture.h"
 
 namespace qmv {
 namespace {
@@ -90,7 +90,7 @@ TEST_F(ReferralWheelPagesCommandsTest, ContactsWheelAndPagesAsTheDemoMemberSeesT
   EXPECT_TRUE(anonymous.has("opened LoginViewController\n账号: 13800000000\n")) << anonymous.out;
 }
 
-class WheelPrizeTest : public contract::SandboxContractTest {};
+class WheelPrizeTest : public testsupport::DiscoverySandboxTest {};
 
 TEST_F(WheelPrizeTest, EverySpinsPrizeReachesTheBalanceAndTheLastSpinIsRefusedAtHome) {
   ASSERT_TRUE(login());

@@ -58,13 +58,9 @@ TEST_F(WalletCommandsTest, ACardIsBoundShownWithdrawnToAndUnbound) {
 
   // The demo balance is 500.00 yuan. The amount's checks are the screen's own test's; the
   // run shows the field as the screen left it (clamped) and fails.
-  for (const auto& [amount, message] : std::vector<std::pair<std::string, std::string>>{
-           {"9.99", "提现最小金额为10元"}, {"500.01", "余额不足"}}) {
-    auto refused = withdraw(amount);
-    EXPECT_EQ(refused.status, 1) << amount;
-    EXPECT_TRUE(refused.has(message + "\n")) << amount << ": " << refused.out;
-  }
-  EXPECT_TRUE(withdraw("12345678").has("  金额 (元) : 9999999\n"));
+  auto refused = withdraw("12345678");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_TRUE(refused.has("  金额 (元) : 9999999\n余额不足\n")) << refused.out;
   // 10.01 x 100 in binary floating point truncates to 1000; the withdrawal takes 1001 fen.
   auto first = withdraw("10.01");
   ASSERT_EQ(first.status, 0) << first.out;

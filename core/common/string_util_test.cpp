@@ -4,17 +4,12 @@
 
 #include <set>
 
-#include "qmv/version.h"
-
 namespace qmv {
 namespace {
 
 TEST(StringUtilTest, Md5IsLowerCaseHexOfTheUtf8Bytes) {
   EXPECT_EQ(StringUtil::getmd5WithString(""), "d41d8cd98f00b204e9800998ecf8427e");
   EXPECT_EQ(StringUtil::getmd5WithString("中文"), "a7bac2239fcdcb3a067903d8077c4a07");
-  const std::string digest = StringUtil::getmd5WithString("123456");
-  EXPECT_EQ(digest.size(), 32u);
-  EXPECT_EQ(digest.find_first_not_of("0123456789abcdef"), std::string::npos);
 }
 
 TEST(StringUtilTest, FormatPhoneKeepsFourAtEachEnd) {
@@ -131,11 +126,6 @@ TEST(StringUtilTest, NonceIsThirtyTwoUpperCaseLetters) {
   }
   EXPECT_EQ(seen.size(), 200u);
   EXPECT_EQ(letters.size(), 26u);  // 6400 draws reach every letter
-}
-
-TEST(StringUtilTest, VersionComesFromTheBuild) {
-  EXPECT_EQ(StringUtil::getAppVersion(), QMV_VERSION_STRING);
-  EXPECT_FALSE(StringUtil::getAppVersion().empty());
 }
 
 }  // namespace

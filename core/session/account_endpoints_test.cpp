@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "core/request/net_api_test_support.h"
-#include "core/session/change_password_net_api.h"
 #include "core/session/change_self_net_api.h"
 #include "core/session/find_pwd_net_api.h"
 #include "core/session/logout_net_api.h"
@@ -44,11 +43,6 @@ TEST_F(AccountEndpointsTest, ArgumentsAsTheServerReceivesThem) {
   ASSERT_EQ(run(std::make_shared<FindPwdNetApi>("13800000000", "newmd5")), "success");
   EXPECT_EQ(last().endpoint, "postFindPassword");
   EXPECT_EQ(last().arguments, (Arguments{{"phone", "13800000000"}, {"newPassword", "newmd5"}}));
-
-  ASSERT_EQ(run(std::make_shared<ChangePasswordNetApi>("n", "o")), "success");
-  EXPECT_EQ(last().method, "POST");
-  EXPECT_EQ(last().endpoint, "postChangePassword");
-  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S-member"}, {"newPassword", "n"}, {"oldPassword", "o"}}));
 
   ASSERT_EQ(run(std::make_shared<ChangeSelfNetApi>("postNickName", "nickName", "新名字")), "success");
   EXPECT_EQ(last().endpoint, "postNickName");

@@ -39,12 +39,6 @@ class MapViewControllerTest : public ::testing::Test {
   std::optional<ScopedEnv> scoped_;
 };
 
-TEST_F(MapViewControllerTest, RouteUrlKeepsItsDoubledAmpersandAndEightDecimals) {
-  EXPECT_EQ(MapViewController::baiduRouteUrl({35.1, 118.2}, {-1.5, 0.123456789}),
-            "baidumap://map/direction?origin=35.10000000,118.20000000&destination=-1.50000000,0.12345679"
-            "&&mode=driving");
-}
-
 TEST_F(MapViewControllerTest, SheetOffersBaiduOnlyWhenInstalledAndRoutesFromTheMember) {
   MapViewController screen(store("118.345,35.067"));
   screen.viewDidLoad();

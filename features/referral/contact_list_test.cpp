@@ -70,6 +70,9 @@ TEST_F(ContactListTest, PagesAppendRetryAFailedPageAndEndOnAnEmptyOne) {
   EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"phone", "13800000001"}, {"page", "1"}}));
   EXPECT_EQ(second.cellAt(0).invitedText, "");
   EXPECT_EQ(second.cellAt(0).arrowImage, "");
+  second.loadMore();
+  ASSERT_EQ(await(second), true);
+  EXPECT_EQ(last().arguments, (Arguments{{"sessionId", "S1"}, {"phone", "13800000001"}, {"page", "2"}}));
 }
 
 }  // namespace

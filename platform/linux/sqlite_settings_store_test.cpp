@@ -13,29 +13,18 @@
 #include <sstream>
 #include <thread>
 
+#include "platform/testing/temp_home.h"
+
 namespace qmv {
 namespace {
 
 namespace fs = std::filesystem;
 
-class TempHome {
- public:
-  TempHome() {
-    char pattern[] = "/tmp/qmv_settings_XXXXXX";
-    path_ = mkdtemp(pattern);
-  }
-  ~TempHome() { fs::remove_all(path_); }
-  const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
-
 TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
   TempHome home;
   const std::vector<std::uint8_t> jpeg = {0xff, 0xd8, 0x00, 0x10, 0x00, 0xff, 0xd9};
   {
-    auto opened = SqliteSettingsStore::openInHome(home.path());
+    auto opened = SqliteSettingsStore::openInHome(home.home());
     ASSERT_TRUE(opened.ok()) << opened.status().message();
     auto& store = *opened->store;
     store.setString("13800000000", "user_phone");
@@ -51,7 +40,7 @@ TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
     store.setObject(Json(), "off");  // null removes
     EXPECT_TRUE(store.synchronize());
   }
-  auto reopened = SqliteSettingsStore::openInHome(home.path());
+  auto reopened = SqliteSettingsStore::openInHome(home.home());
   ASSERT_TRUE(reopened.ok()) << reopened.status().message();
   auto& store = *reopened->store;
   EXPECT_EQ(store.stringForKey("user_phone"), "13800000000");
@@ -70,7 +59,7 @@ TEST(SqliteSettingsStoreTest, EveryKindSurvivesReopen) {
 
 TEST(SqliteSettingsStoreTest, DamagedFileIsKeptAsideNotWiped) {
   TempHome home;
-  const fs::path file = home.path() / "settings.db";
+  const fs::path file = home.home() / "settings.db";
   const std::string garbage = "this is not a database, but somebody's data" + std::string(4096, 'x');
   std::ofstream(file, std::ios::binary) << garbage;
 
@@ -139,7 +128,7 @@ std::uint32_t killWriterAfter(const fs::path& file, std::size_t reports, Write w
 // finished before must be readable afterwards, with its exact value.
 TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
   TempHome home;
-  const fs::path file = home.path() / "settings.db";
+  const fs::path file = home.home() / "settings.db";
   const std::uint32_t last = killWriterAfter(file, 700, [](SqliteSettingsStore& store, std::uint32_t i) {
     const std::string key = "k" + std::to_string(i % 500);
     // Cycle the kinds, and rewrite keys so later writes replace earlier rows.
@@ -184,7 +173,7 @@ TEST(SqliteSettingsStoreTest, SurvivesKillMidWrite) {
 // from the last finished group, or all from the one in progress.
 TEST(SqliteSettingsStoreTest, GroupSurvivesKillWhole) {
   TempHome home;
-  const fs::path file = home.path() / "settings.db";
+  const fs::path file = home.home() / "settings.db";
   const auto group = [](std::uint32_t i) {
     Json values = {{"user_phone", "1380000" + std::to_string(i)}, {"password", "pw" + std::to_string(i)}};
     for (int k = 0; k < 14; ++k) values["filler" + std::to_string(k)] = i;
@@ -206,7 +195,7 @@ TEST(SqliteSettingsStoreTest, GroupSurvivesKillWhole) {
 // Read-modify-write from several processes at once: no update is lost or refused.
 TEST(SqliteSettingsStoreTest, ConcurrentUpdatesFromProcessesAllLand) {
   TempHome home;
-  const fs::path file = home.path() / "settings.db";
+  const fs::path file = home.home() / "settings.db";
   ASSERT_TRUE(SqliteSettingsStore::open(file).ok());
   constexpr int kProcesses = 6;
   constexpr int kUpdates = 25;
