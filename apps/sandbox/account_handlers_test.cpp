@@ -34,7 +34,6 @@ TEST_F(SandboxTest, LoginAnswersTheMemberRecordOrRefusesWrongPasswords) {
 
 TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) {
   const std::string phone = "13912345678";
-  EXPECT_EQ(api_->get("getMobileCode", {{"mobile", "12912345678"}})["message"], "请输入正确的手机号");
   const Json codeReply = api_->get("getMobileCode", {{"mobile", phone}});
   ASSERT_EQ(code(codeReply), "0");
   const std::string codeSession = codeReply["data"]["sessionId"];
@@ -313,23 +312,6 @@ TEST_F(SandboxTest, MessagesPageNewestFirstAndAreReadAllAtOnce) {
   EXPECT_EQ(api_->get("getMyReadMessage", {{"sessionId", session}})["data"]["count"], "0");
   const Json again = page("1");  // kept: a range over page("1")["dataList"] would outlive its page
   for (const Json& message : again["dataList"]) EXPECT_EQ(message["isRead"], "1");
-}
-
-TEST_F(SandboxTest, FeedbackIsBoundedInCharacters) {
-  const std::string session = api_->login();
-  const auto send = [&](std::string content, std::string contact, std::string type = "0") {
-    return api_->post("postFeedback",
-                      {{"sessionId", session}, {"concent", content}, {"contact", contact}, {"type", type}});
-  };
-  EXPECT_EQ(send("", "")["message"], "请输入反馈内容");
-  EXPECT_EQ(send(" \n ", "")["message"], "请输入反馈内容");
-  std::string most;
-  for (int i = 0; i < 500; ++i) most += "好";
-  EXPECT_EQ(code(send(most, std::string(50, '1'))), "0") << "500 Chinese characters are 1500 bytes";
-  EXPECT_EQ(send(most + "x", "")["message"], "反馈内容过长");
-  EXPECT_EQ(send("好用", std::string(51, '1'))["message"], "联系方式过长");
-  EXPECT_EQ(send("好用", "qq", "1")["message"], "参数错误");
-  EXPECT_EQ(send("好用", "a\x1b" "b")["message"], "联系方式格式不正确");
 }
 
 }  // namespace

@@ -30,14 +30,6 @@ TEST_F(SandboxTest, BalancePaymentCompletesAtOnceAndNeverGoesNegative) {
   const Json refused = api_->post("postPayForStore", storePayment(session, kDemoBalanceFen, "3", true));
   EXPECT_EQ(refused["message"], "余额不足");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
-  for (const char* bad : {"0", "-5", "12.5", ""}) {
-    EXPECT_EQ(code(api_->post("postPayForStore",
-                              {{"sessionId", session}, {"totalFee", bad}, {"accountType", "3"}, {"storeId", "3"}})),
-              "1")
-        << bad;
-  }
-  EXPECT_EQ(api_->post("postPayForStore", storePayment(session, 100, "7", false))["message"], "支付方式不正确");
-  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
 }
 
 TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThen) {
@@ -155,17 +147,15 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
   EXPECT_EQ(all.size(), 10u);
   EXPECT_EQ(tab(0, 2).size(), 5u);
   std::set<std::string> statuses;
-  for (const Json* page : {&all}) {
-    for (const Json& order : *page) {
-      for (const char* key :
-           {"storeId", "storeName", "time", "isComment", "orderId", "price", "name", "orderName", "commodityId",
-            "imageURL", "star", "promotionCode", "phone", "number", "totalPrices", "content", "status", "orderType"}) {
-        EXPECT_TRUE(order.contains(key)) << key;
-      }
+  for (const Json& order : all) {
+    statuses.insert(order["status"].get<std::string>());
+    for (const char* key :
+         {"storeId", "storeName", "time", "isComment", "orderId", "price", "name", "orderName", "commodityId",
+          "imageURL", "star", "promotionCode", "phone", "number", "totalPrices", "content", "status", "orderType"}) {
+      EXPECT_TRUE(order.contains(key)) << key;
     }
   }
   for (const Json& order : tab(0, 2)) statuses.insert(order["status"].get<std::string>());
-  for (const Json& order : all) statuses.insert(order["status"].get<std::string>());
   EXPECT_EQ(statuses, (std::set<std::string>{"1", "2", "3", "4"}));
   for (const Json& order : tab(1)) EXPECT_EQ(order["status"], "1");
   for (const Json& order : tab(2)) EXPECT_EQ(order["status"], "2");
@@ -202,8 +192,19 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
             "订单不存在");
 }
 
-TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
-  const std::string session = api_->login();
+// Payments racing for one balance, through one server and through a second one on the
+// same home (the CLI's and a standalone sandbox share the database file): their immediate
+// transactions let exactly as many through as the balance covers, refuse the rest for the
+// balance alone, and the fund records still add up to what is left.
+TEST(SandboxConcurrentOrders, RacingPaymentsOnOneOrTwoServersKeepTheBalanceConsistent) {
+  const auto home = freshHome();
+  SandboxServer first(SandboxOptions{home, 0, "127.0.0.1", true});
+  SandboxServer second(SandboxOptions{home, 0, "127.0.0.1", true});
+  ASSERT_TRUE(first.start().ok());
+  ASSERT_TRUE(second.start().ok());
+  ApiClient api(first.port());
+  const std::string session = api.login();
+  ASSERT_FALSE(session.empty());
   constexpr int kThreads = 6;
   constexpr int kAttempts = 8;
   constexpr long long kFee = 1100;  // 48 attempts of 11 yuan exceed the 500 yuan balance
@@ -212,8 +213,8 @@ TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
   std::atomic<int> other{0};
   std::vector<std::thread> threads;
   for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([&] {
-      ApiClient client(server_->port());
+    threads.emplace_back([&, t] {
+      ApiClient client(t % 3 == 0 ? second.port() : first.port());
       for (int i = 0; i < kAttempts; ++i) {
         const Json reply = client.post("postPayForStore", storePayment(session, kFee, "3", true));
         if (reply.value("success", "") == "0") {
@@ -230,18 +231,19 @@ TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
   EXPECT_EQ(other.load(), 0);
   EXPECT_EQ(paid.load(), kDemoBalanceFen / kFee);
   EXPECT_EQ(paid + refusedForBalance, kThreads * kAttempts);
-  const long long balance = api_->balance(session);
+  const long long balance = ApiClient(second.port()).balance(session);
   EXPECT_EQ(balance, kDemoBalanceFen - paid * kFee);
-  EXPECT_GE(balance, 0);
-  // The fund records add up to the balance.
   long long sum = 0;
   for (int page = 1;; ++page) {
     const Json records =
-        api_->get("getTopUpListForUser", {{"sessionId", session}, {"page", std::to_string(page)}})["data"]["dataList"];
+        api.get("getTopUpListForUser", {{"sessionId", session}, {"page", std::to_string(page)}})["data"]["dataList"];
     if (records.empty()) break;
     for (const Json& record : records) sum += std::stoll(record["amount"].get<std::string>());
   }
   EXPECT_EQ(sum, balance);
+  first.stop();
+  second.stop();
+  std::filesystem::remove_all(home);
 }
 
 TEST_F(SandboxTest, VouchersAreListedWithTheirStoreDaysAndEveryState) {
