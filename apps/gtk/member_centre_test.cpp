@@ -219,11 +219,9 @@ TEST_F(MemberCentreTest, MessagesMarkTheUnreadAndTheBadgeDropsOnceTheyAreSeen) {
 }
 
 TEST_F(MemberCentreTest, FeedbackPasswordAndLevelPagesDrawTheirScreens) {
-  // Feedback: nothing typed is refused; a text is sent, thanked for and the page pops.
+  // Feedback: a text is sent, thanked for and the page pops (what is refused is the
+  // member pages' test).
   ASSERT_TRUE(openFromMemberTab("意见反馈", "FeedbackViewController"));
-  ASSERT_TRUE(tap("submit"));
-  EXPECT_TRUE(toasted("请输入反馈内容"));
-  EXPECT_EQ(driver_->topName(), "FeedbackViewController");
   auto* text = dynamic_cast<Gtk::TextView*>(finders::findNamed(top(), "feedback"));
   ASSERT_NE(text, nullptr);
   text->get_buffer()->set_text("第一行\n第二行");
@@ -292,10 +290,8 @@ TEST_F(MemberCentreTest, ProfileEditsAFieldAndThePortraitReachesTheMemberTab) {
   EXPECT_TRUE(toasted("修改成功"));
   EXPECT_TRUE(waitFor("小明"));
 
-  // The portrait: a missing file is not a picture; a 256 px JPEG is taken and shows on the
-  // tab at the tab's size.
-  page->uploadPortrait(home_ / "missing.jpg");
-  EXPECT_TRUE(toasted("请选择图片"));
+  // The portrait: a 256 px JPEG is taken and shows on the tab at the tab's size (a file
+  // that is no picture is the portrait screen's test).
   DecodedImage grey;
   grey.width = grey.height = 256;
   grey.stride = 256 * 4;

@@ -86,7 +86,9 @@ TEST_F(SandboxTest, AreaListIsTheShippedTableAndThenOnlyItsChanges) {
 }
 
 TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
-  // A main category covers its sub-categories; a city covers its districts.
+  // A main category covers its sub-categories; a city covers its districts (one district,
+  // a category within it and the lowest spend first are nearby_search_test's, against
+  // this server).
   const Json food = api_->get("getTypeSearchList", {{"type", "10"}, {"area", "371300"}, {"page", "1"}})["data"];
   const int foodCount = food["count"];
   EXPECT_GT(foodCount, 10);
@@ -104,9 +106,6 @@ TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
   const Json hotpot = api_->get("getTypeSearchList", {{"type", "11"}, {"area", "371300"}})["data"];
   EXPECT_LT(hotpot["count"].get<int>(), foodCount);
   for (const Json& store : hotpot["dataList"]) EXPECT_EQ(store["type"], "11");
-  const Json hedong = api_->get("getTypeSearchList", {{"type", "0"}, {"area", "371312"}})["data"];
-  EXPECT_GT(hedong["count"].get<int>(), 0);
-  for (const Json& store : hedong["dataList"]) EXPECT_EQ(store["area"], "371312");
   const Json jinan = api_->get("getTypeSearchList", {{"area", "370100"}})["data"];
   EXPECT_GT(jinan["count"].get<int>(), 3);
   EXPECT_EQ(api_->get("getTypeSearchList", {{"area", "999999"}})["data"]["count"], 0);
@@ -121,10 +120,6 @@ TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
     const double d = distanceMetres(36.667, 117.031, lat, lng);
     EXPECT_GE(d, previous);
     previous = d;
-  }
-  const Json cheap = api_->get("getTypeSearchList", {{"area", "371300"}, {"sort", "2"}})["data"]["dataList"];
-  for (size_t i = 1; i < cheap.size(); ++i) {
-    EXPECT_LE(std::stod(cheap[i - 1]["price"].get<std::string>()), std::stod(cheap[i]["price"].get<std::string>()));
   }
 }
 
