@@ -462,11 +462,9 @@ std::string rgb(const GdkRGBA& c) {
 TEST_F(AccessibilityTest, ColouredTextAndTheWheelPointerReadInLightAndDarkStyles) {
   auto& home = static_cast<HomePage&>(tabs_->tab(0));
   const auto categoryNames = [&] {
-    std::vector<GtkWidget*> names;
-    forEachBelow(GTK_WIDGET(home.gobj()), [&](GtkWidget* c) {
-      if (GTK_IS_LABEL(c) && std::string_view(gtk_widget_get_name(c)) == "category-name") names.push_back(c);
+    return below(GTK_WIDGET(home.gobj()), [](GtkWidget* c) {
+      return GTK_IS_LABEL(c) && std::string_view(gtk_widget_get_name(c)) == "category-name";
     });
-    return names;
   };
   ASSERT_TRUE(driver_->waitUntil([&] { return categoryNames().size() == 5; })) << categoryNames().size();
   auto* categories = dynamic_cast<Gtk::Box*>(finders::findNamed(home, "categories"));

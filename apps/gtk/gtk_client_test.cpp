@@ -414,7 +414,7 @@ TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutItThenSeesAn
   // could not reuse its address). Ctrl+R is that reload.
   Gtk::Widget* before = firstRow();
   g_object_ref(before->gobj());
-  ASSERT_TRUE(pressCtrlR());
+  ASSERT_TRUE(pressKey(GDK_KEY_r, GDK_CONTROL_MASK));
   EXPECT_TRUE(list->screen().isLoading()) << "Ctrl+R reloads";
   ASSERT_TRUE(driver_->waitUntil([&] { return !list->screen().isLoading(); }));
   driver_->settle();

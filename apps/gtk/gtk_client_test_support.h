@@ -222,14 +222,17 @@ class GtkClientTest : public ::testing::Test {
     g_object_unref(key);
     return taken;
   }
-  bool pressCtrlR() { return pressKey(GDK_KEY_r, GDK_CONTROL_MASK); }
 
+  // Taps the row titled `title` on the page on top and waits for the screen `name`.
+  bool openRow(const std::string& title, const std::string& name) {
+    return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
+           driver_->waitUntil([&] { return driver_->topName() == name; });
+  }
   // Opens the member tab's row titled `title` and waits for the screen `name`.
   bool openFromMemberTab(const std::string& title, const std::string& name) {
     driver_->app().navigator().popToRoot();
     tabs_->select(4);
-    return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
-           driver_->waitUntil([&] { return driver_->topName() == name; });
+    return openRow(title, name);
   }
 
   std::filesystem::path home_;

@@ -40,11 +40,6 @@ class MemberCentreTest : public testsupport::GtkClientTest {
     signIn("13800000000", "qmv123");
   }
 
-  // Taps the row titled `title` on the page on top and waits for the screen `name`.
-  bool openRow(const std::string& title, const std::string& name) {
-    return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
-           driver_->waitUntil([&] { return driver_->topName() == name; });
-  }
   // The page on top as a `Page` once its list has answered with `rows` rows.
   template <class Page>
   Page* listed(std::size_t rows) {
