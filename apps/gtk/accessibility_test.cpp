@@ -7,9 +7,8 @@
 // gives a screen reader: the label property, else the names of the widgets a control is
 // labelled by. GTK 4.8 computes no name from a button's content, so a button holding a
 // box of labels is as silent as an icon-only one.
-#include <gtest/gtest.h>
-
 #include <adwaita.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -30,6 +29,7 @@
 #include "apps/gtk/picture_strip.h"
 #include "apps/gtk/wheel_page.h"
 #include "apps/gtk/zoomable_picture.h"
+#include "core/common/color_contrast.h"
 #include "core/session/account_texts.h"
 #include "core/session/base_view_controller.h"
 #include "features/discovery/discovery_texts.h"
@@ -153,23 +153,14 @@ bool shown(GtkWidget* widget) {
   return true;
 }
 
+// The control's type, name and tip, and the nearest named widget it is in.
 std::string describe(GtkWidget* widget) {
   std::ostringstream out;
-  out << G_OBJECT_TYPE_NAME(widget);
-  if (const char* name = gtk_widget_get_name(widget); name != nullptr && name != std::string(G_OBJECT_TYPE_NAME(widget))) {
-    out << " #" << name;
-  }
-  if (GTK_IS_BUTTON(widget)) {
-    if (const char* icon = gtk_button_get_icon_name(GTK_BUTTON(widget))) out << " icon " << icon;
-  }
+  out << G_OBJECT_TYPE_NAME(widget) << " #" << gtk_widget_get_name(widget);
   if (const char* tip = gtk_widget_get_tooltip_text(widget)) out << " tip \"" << tip << '"';
-  int level = 0;
-  for (GtkWidget* w = gtk_widget_get_parent(widget); w != nullptr && level < 3; w = gtk_widget_get_parent(w), ++level) {
-    out << (level == 0 ? " under " : " < ") << G_OBJECT_TYPE_NAME(w);
-  }
   for (GtkWidget* w = gtk_widget_get_parent(widget); w != nullptr; w = gtk_widget_get_parent(w)) {
-    if (const char* name = gtk_widget_get_name(w); name != nullptr && name != std::string(G_OBJECT_TYPE_NAME(w))) {
-      out << " in #" << name;
+    if (std::string_view(gtk_widget_get_name(w)) != G_OBJECT_TYPE_NAME(w)) {
+      out << " in #" << gtk_widget_get_name(w);
       break;
     }
   }
@@ -204,15 +195,11 @@ bool reachedByTab(GtkWidget* control, const std::set<GtkWidget*>& stops) {
   return false;
 }
 
-double luminance(const GdkRGBA& c) {
-  const auto linear = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
-  return 0.2126 * linear(c.red) + 0.7152 * linear(c.green) + 0.0722 * linear(c.blue);
-}
-
 double contrast(const GdkRGBA& a, const GdkRGBA& b) {
-  const double la = luminance(a);
-  const double lb = luminance(b);
-  return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+  const auto colour = [](const GdkRGBA& c) {
+    return Color{int(std::lround(c.red * 255)), int(std::lround(c.green * 255)), int(std::lround(c.blue * 255))};
+  };
+  return contrastRatio(colour(a), colour(b));
 }
 
 // The colour at (x, y) of `widget` drawn by itself over `background`.
@@ -468,17 +455,16 @@ std::string rgb(const GdkRGBA& c) {
   return out.str();
 }
 
-// Text on a coloured background, and a category's name in its colour on the window: each
-// reads at the ratio its size needs (the launch view's name and a banner's title are
-// large text) in both styles.
-TEST_F(AccessibilityTest, ColouredTextReadsInLightAndDarkStyles) {
+// Text on a coloured background, a category's name in its colour on the window and the
+// wheel's pointer: each reads at the ratio its size needs (the launch view's name and a
+// banner's title are large text) in both styles. The ratios the colours are chosen for
+// are the core's; here, that the pages apply them in either style.
+TEST_F(AccessibilityTest, ColouredTextAndTheWheelPointerReadInLightAndDarkStyles) {
   auto& home = static_cast<HomePage&>(tabs_->tab(0));
   const auto categoryNames = [&] {
-    std::vector<GtkWidget*> names;
-    forEachBelow(GTK_WIDGET(home.gobj()), [&](GtkWidget* c) {
-      if (GTK_IS_LABEL(c) && std::string_view(gtk_widget_get_name(c)) == "category-name") names.push_back(c);
+    return below(GTK_WIDGET(home.gobj()), [](GtkWidget* c) {
+      return GTK_IS_LABEL(c) && std::string_view(gtk_widget_get_name(c)) == "category-name";
     });
-    return names;
   };
   ASSERT_TRUE(driver_->waitUntil([&] { return categoryNames().size() == 5; })) << categoryNames().size();
   auto* categories = dynamic_cast<Gtk::Box*>(finders::findNamed(home, "categories"));
@@ -509,7 +495,7 @@ TEST_F(AccessibilityTest, ColouredTextReadsInLightAndDarkStyles) {
       for (const auto& [x, y] :
            {std::pair{w / 2, 1}, std::pair{w / 2, h - 2}, std::pair{14, 14}, std::pair{w - 15, h - 15}}) {
         const GdkRGBA under = drawnAt(widget, x, y, window);
-        EXPECT_GE(contrast(text, under), 3.0)
+        EXPECT_GE(contrast(text, under), kLargeTextContrast)
             << named << ' ' << sample->get_css_classes()[0] << ": " << rgb(text) << " on " << rgb(under);
       }
     }
@@ -524,16 +510,13 @@ TEST_F(AccessibilityTest, ColouredTextReadsInLightAndDarkStyles) {
                                            foreground->color.blue / 65535.0f, 1};
       pango_attr_iterator_destroy(at);
       ASSERT_NE(foreground, nullptr);
-      EXPECT_GE(contrast(colour, window), 4.5)
+      EXPECT_GE(contrast(colour, window), kNormalTextContrast)
           << named << ' ' << gtk_label_get_text(GTK_LABEL(c)) << ": " << rgb(colour) << " on " << rgb(window);
     }
   });
   for (Gtk::Label* sample : samples) categories->remove(*sample);
-}
 
-// The wheel's pointer stands above the face, on the window's own background: it has to
-// stand out from it in the light style and the dark one alike.
-TEST_F(AccessibilityTest, TheWheelPointerStandsOutInLightAndDarkStyles) {
+  // The wheel's pointer stands above the face, on the window's own background.
   signIn("13800000000", "qmv123");
   ASSERT_TRUE(pushed(wheel_texts::kWheelScreen));
   auto* page = dynamic_cast<WheelPage*>(&top());
@@ -551,9 +534,8 @@ TEST_F(AccessibilityTest, TheWheelPointerStandsOutInLightAndDarkStyles) {
     ASSERT_GT(radius, 0);
     // Just above the face's rim, inside the pointer.
     const GdkRGBA pointer = drawnAt(face, width / 2, height / 2 - radius - 4, background);
-    EXPECT_GE(contrast(pointer, background), 3.0)
-        << named << ": pointer " << pointer.red << ',' << pointer.green << ',' << pointer.blue << " on "
-        << background.red << ',' << background.green << ',' << background.blue;
+    EXPECT_GE(contrast(pointer, background), kLargeTextContrast)
+        << named << ": pointer " << rgb(pointer) << " on " << rgb(background);
   });
 }
 

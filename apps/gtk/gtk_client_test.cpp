@@ -1,10 +1,9 @@
 // The graphical client driven in-process as a member would, against the embedded sandbox,
 // under a display (ctest runs this binary under Xvfb). Each test is one start of the
 // application in a fresh home and walks a flow, asserting on what the widgets show.
+#include <adwaita.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
-
-#include <adwaita.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -25,9 +24,8 @@
 #include "apps/gtk/tab_bar_page.h"
 #include "apps/gtk/toast_status_overlay.h"
 #include "apps/gtk/web_page_view.h"
-#include "apps/gtk/widget_finders.h"
 #include "apps/gtk/wheel_page.h"
-#include "core/session/global_data.h"
+#include "apps/gtk/widget_finders.h"
 #include "platform/linux/qr_png.h"
 #include "shell/app_delegate.h"
 #include "shell/h5_texts.h"
@@ -106,7 +104,7 @@ TEST(RowList, SplicesOnlyWhatChanged) {
   EXPECT_EQ(rows.size(), 0u);
 }
 
-TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity) {
+TEST_F(GtkClientTest, BrowsesTheHomeSearchesAndOpensAStoreAndAnOffer) {
   // The home tab of the selected city with its sections, the tab bar in the start-up's order.
   EXPECT_EQ(driver_->topName(), kTabBarScreen);
   // The two store sections arrive on separate answers, in either order.
@@ -134,14 +132,7 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
   for (const char* title : {"首页", "附近", "财富", "社区", "我的"}) EXPECT_TRUE(finders::shows(top(), title)) << title;
   // Every tab's icon is one the running icon theme can draw.
-  std::function<GtkWidget*(GtkWidget*)> findStack = [&](GtkWidget* w) -> GtkWidget* {
-    if (ADW_IS_VIEW_STACK(w)) return w;
-    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) {
-      if (GtkWidget* found = findStack(c)) return found;
-    }
-    return nullptr;
-  };
-  GtkWidget* stack = findStack(GTK_WIDGET(tabs_->gobj()));
+  GtkWidget* stack = firstBelow(GTK_WIDGET(tabs_->gobj()), [](GtkWidget* w) { return ADW_IS_VIEW_STACK(w); });
   ASSERT_NE(stack, nullptr);
   GtkSelectionModel* pages = adw_view_stack_get_pages(ADW_VIEW_STACK(stack));
   GtkIconTheme* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
@@ -198,14 +189,7 @@ TEST_F(GtkClientTest, BrowsesTheHomeSearchesOpensAStoreAndAnOfferAndSwitchesCity
   ASSERT_TRUE(tap("back"));
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; })) << driver_->topName();
 
-  // The city picker: a typed key finds the city, choosing it closes the picker and the
-  // nearby districts follow the new city.
-  ASSERT_NO_FATAL_FAILURE(chooseCity("济南", "济南市"));
-  EXPECT_EQ(GlobalData::sharedInstance().getCurrentCityName(), "济南市");
-  const auto& districts = static_cast<NearbyPage&>(tabs_->tab(1)).screen().nearbyView().areaList;
-  EXPECT_TRUE(driver_->waitUntil(
-      [&] { return std::find(districts.begin(), districts.end(), "历下区") != districts.end(); }));
-
+  // (A chosen city reaching the tabs is the flow fixes' test; its districts the core's.)
   // A payment application returning to the running instance.
   EXPECT_TRUE(driver_->app().openURL("qqqmmmvvv://uppayresult?code=success"));
   EXPECT_TRUE(toasted("支付成功"));
@@ -228,15 +212,7 @@ TEST_F(GtkClientTest, AWideWindowShowsTheStoreBesideItsListAndFoldsAtPhoneWidth)
   };
   ASSERT_TRUE(driver_->resize(1280, 800));
   ASSERT_TRUE(waitFor("名店推荐"));
-  // The popular stores load after the recommended ones.
-  GtkWidget* row = nullptr;
-  ASSERT_TRUE(driver_->waitUntil([&] {
-    Gtk::Widget* popular = finders::findNamed(tabs_->tab(0), "popular");
-    if (popular != nullptr) row = GTK_WIDGET(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0));
-    return row != nullptr;
-  }));
-  adw_action_row_activate(ADW_ACTION_ROW(row));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
+  ASSERT_NO_FATAL_FAILURE(openFirstPopularStore());  // they load after the recommended ones
   Gtk::Widget* store = &top();
   ASSERT_TRUE(driver_->waitUntil([&] { return view.listPage() == tabs_ && besideEachOther(*tabs_, *store); }));
   EXPECT_EQ(bounds(*tabs_).size.width, MainView::kListWidth);
@@ -292,13 +268,7 @@ TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
   EXPECT_FALSE(scanned);
 
   // Signed out, the member tab offers the login screen in its own layer.
-  tabs_->select(4);
-  ASSERT_TRUE(tap("登录"));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "LoginViewController"; }));
-  type("phone", "13800000000");
-  type("password", "qmv123");
-  ASSERT_TRUE(tap("登录"));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == kTabBarScreen; }));
+  signIn("13800000000", "qmv123");
   ASSERT_TRUE(waitFor("演示会员"));
   EXPECT_TRUE(finders::shows(top(), "￥500.00"));
 
@@ -338,20 +308,14 @@ TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
   ASSERT_TRUE(driver_->waitUntil([&] {
     return driver_->topName() == "MyBankCardViewController" && drawn("card");
   }));
-  // Once bound, and on the withdrawal, the number is masked on screen.
+  // Once bound, the number is masked on screen.
   EXPECT_TRUE(finders::shows(top(), "6222 *********** 3446"));
   EXPECT_FALSE(finders::shows(top(), "6222020200112233446"));
 
-  // Withdrawal (its checks are the screen's own test's).
+  // Withdrawal (its checks, and the card it names masked, are the screen's own test's).
   driver_->app().navigator().popToRoot();
   ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), "提现"); }));
   ASSERT_TRUE(waitFor("500.00元"));
-  const auto showsPart = [&](const std::string& part) {
-    const auto all = finders::texts(top());
-    return std::any_of(all.begin(), all.end(), [&](const std::string& t) { return t.find(part) != std::string::npos; });
-  };
-  EXPECT_TRUE(driver_->waitUntil([&] { return showsPart("6222 *********** 3446"); }));
-  EXPECT_FALSE(showsPart("6222020200112233446"));
   EXPECT_FALSE(field("amount")->get_placeholder_text().empty());
   type("amount", "100");
   ASSERT_TRUE(tap("提现"));
@@ -369,7 +333,9 @@ TEST_F(GtkClientTest, SignsInBindsACardWithdrawsAndUnbinds) {
   EXPECT_TRUE(driver_->waitUntil([&] { return finders::findButton(top(), "+ 添加银行卡") != nullptr; }));
 }
 
-TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutIt) {
+// Three purchases of the demo voucher, then the newest order on the list, its code and
+// its refund.
+TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutItThenSeesAndRefundsTheOrder) {
   signIn("13800000000", "qmv123");
   // The demo voucher, 88.00, against the member's 500.00.
   const auto buy = [&](long quantity) {
@@ -429,6 +395,84 @@ TEST_F(GtkClientTest, BuysAnOfferWithTheBalanceThenPartlyThenWithoutIt) {
   driver_->app().navigator().popToRoot();
   tabs_->select(4);
   EXPECT_TRUE(waitFor("￥0.00"));
+
+  // Newest first: the voucher just bought, to be used, with the refund button.
+  ASSERT_TRUE(openFromMemberTab("我的订单", "QXMyOrderViewController"));
+  auto* list = dynamic_cast<OrderListPage*>(&top());
+  ASSERT_NE(list, nullptr);
+  ASSERT_TRUE(driver_->waitUntil([&] { return list->rows().size() > 0 && !list->screen().isLoading(); }));
+  const std::string orderId = list->screen().orderList.at(0).orderId;
+  const auto firstRow = [&] { return finders::findNamed(top(), "order-" + orderId); };
+  ASSERT_TRUE(driver_->waitUntil([&] { return firstRow() != nullptr; }));
+  EXPECT_TRUE(finders::shows(*firstRow(), "100元代金券"));
+  EXPECT_TRUE(finders::shows(*firstRow(), "订单号:" + orderId));
+  EXPECT_TRUE(finders::shows(*firstRow(), "待使用"));
+  Gtk::Button* refund = finders::findButton(*firstRow(), "退款");
+  ASSERT_NE(refund, nullptr);
+  EXPECT_TRUE(refund->has_css_class("destructive-action"));
+  // A reload with unchanged data keeps the row's widget (held here, so that a rebuilt row
+  // could not reuse its address). Ctrl+R is that reload.
+  Gtk::Widget* before = firstRow();
+  g_object_ref(before->gobj());
+  ASSERT_TRUE(pressKey(GDK_KEY_r, GDK_CONTROL_MASK));
+  EXPECT_TRUE(list->screen().isLoading()) << "Ctrl+R reloads";
+  ASSERT_TRUE(driver_->waitUntil([&] { return !list->screen().isLoading(); }));
+  driver_->settle();
+  EXPECT_EQ(firstRow(), before) << "the row was rebuilt";
+  g_object_unref(before->gobj());
+  // The load-more button appends the next page.
+  const std::size_t firstPage = list->screen().numberOfRows();
+  ASSERT_TRUE(tap("load-more", true));
+  EXPECT_TRUE(driver_->waitUntil([&] { return list->rows().size() > firstPage; }));
+  // A pull past the top loads page 1 alone again.
+  g_signal_emit_by_name(finders::findNamed(top(), "page-scroller")->gobj(), "edge-overshot", GTK_POS_TOP);
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    return !list->screen().isLoading() && list->screen().pageNum == 1 && list->rows().size() == firstPage;
+  }));
+  // Another tab draws the rows its screen holds.
+  ASSERT_TRUE(tap("order-tab1"));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    return !list->screen().isLoading() && list->screen().index == 1 && list->rows().size() > 0 &&
+           list->rows().size() == list->screen().numberOfRows() && firstRow() != nullptr;
+  }));
+
+  // The detail shows the redemption code, and its QR code reads back as that code.
+  ASSERT_TRUE(top().activate_action("page.open-row", Glib::Variant<guint32>::create(0)));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyActivityOrderDetailViewController"; }));
+  // Drawn once it has a size, which a slow (sanitized) run gives it late.
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    Gtk::Widget* qr = finders::findNamed(top(), "qr");
+    return qr != nullptr && qr->get_width() > 0 && qr->get_height() > 0;
+  }));
+  driver_->settle();
+  const std::string png = (home_ / "code.png").string();
+  ASSERT_TRUE(driver_->renderToPng(*finders::findNamed(top(), "qr"), png));
+  const auto decoded = decodeQrFromPng(png);
+  ASSERT_TRUE(decoded.has_value());
+  std::string shownCode = shownAs("code");
+  ASSERT_TRUE(shownCode.starts_with("验证码:")) << shownCode;
+  shownCode.erase(0, std::string("验证码:").size());
+  std::erase(shownCode, ' ');
+  EXPECT_FALSE(shownCode.empty());
+  EXPECT_EQ(*decoded, shownCode);
+  ASSERT_TRUE(tap("back"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyOrderViewController"; }));
+
+  // The refund asks first through the alert port; "确定" refunds and the row says so.
+  ASSERT_TRUE(driver_->waitUntil([&] { return finders::findButton(top(), "退款") != nullptr; }));
+  ASSERT_TRUE(tap("退款"));
+  ASSERT_TRUE(driver_->waitUntil([&] { return !driver_->app().alerts().open().empty(); }));
+  EXPECT_EQ(driver_->app().alerts().open().front().message, "请确定是否退款，退款后优惠码失效！");
+  EXPECT_TRUE(driver_->app().alerts().answer("确定"));
+  ASSERT_TRUE(tap("order-tab0"));
+  EXPECT_TRUE(driver_->waitUntil([&] {
+    const auto& rows = list->screen().orderList;
+    return !rows.empty() && rows[0].orderId == orderId && firstRow() != nullptr && finders::shows(*firstRow(), "已退款");
+  }));
+  // Its status reads so too, not 已完成 (a used voucher).
+  const auto shown = finders::texts(*firstRow());
+  EXPECT_EQ(std::count(shown.begin(), shown.end(), "已退款"), 2);
+  EXPECT_EQ(std::count(shown.begin(), shown.end(), "已完成"), 0);
 }
 
 // Whether the label named `name` under `root` is drawn struck through.
@@ -487,7 +531,7 @@ TEST_F(GtkClientTest, AFirstPurchaseShowsLabelledPricesAndOneTotalThroughToItsRe
   EXPECT_TRUE(finders::shows(top(), "首单优惠 -¥44.00")) << "what makes 2 x 88.00 come to 132.00";
   EXPECT_EQ(shownAs("code"), code);
 
-  // The list shows the same total, and its refund and rating buttons look apart.
+  // The list shows the same total.
   ASSERT_TRUE(openFromMemberTab("我的订单", "QXMyOrderViewController"));
   auto* list = dynamic_cast<OrderListPage*>(&top());
   ASSERT_NE(list, nullptr);
@@ -497,102 +541,6 @@ TEST_F(GtkClientTest, AFirstPurchaseShowsLabelledPricesAndOneTotalThroughToItsRe
   ASSERT_TRUE(driver_->waitUntil([&] { return (row = finders::findNamed(top(), "order-" + orderId)) != nullptr; }));
   EXPECT_TRUE(finders::shows(*row, "总价:¥132.00"));
   EXPECT_TRUE(finders::shows(*row, "数量:2"));
-  Gtk::Button* refund = finders::findButton(*row, "退款");
-  ASSERT_NE(refund, nullptr);
-  EXPECT_TRUE(refund->has_css_class("destructive-action"));
-  ASSERT_TRUE(tap("order-tab2"));
-  Gtk::Button* rate = nullptr;
-  ASSERT_TRUE(driver_->waitUntil([&] {
-    return list->screen().index == 2 && !list->screen().isLoading() && (rate = finders::findButton(top(), "评价"));
-  }));
-  EXPECT_TRUE(rate->has_css_class("suggested-action"));
-  EXPECT_FALSE(rate->has_css_class("destructive-action"));
-}
-
-TEST_F(GtkClientTest, SeesTheOrderAfterAPurchaseWithItsCodeAndRefundsIt) {
-  signIn("13800000000", "qmv123");
-  driver_->app().navigator().push("QXActivitiesViewController", {{"commodityId", "2"}});
-  ASSERT_TRUE(tap("buy"));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXSubmitOderViewController"; }));
-  ASSERT_TRUE(tap("submit"));
-  ASSERT_TRUE(payNowReady());
-  ASSERT_TRUE(tap("confirm"));
-  ASSERT_TRUE(toasted("支付成功"));
-
-  // Newest first: the voucher just bought, to be used, with the refund button.
-  ASSERT_TRUE(openFromMemberTab("我的订单", "QXMyOrderViewController"));
-  auto* list = dynamic_cast<OrderListPage*>(&top());
-  ASSERT_NE(list, nullptr);
-  ASSERT_TRUE(driver_->waitUntil([&] { return list->rows().size() > 0 && !list->screen().isLoading(); }));
-  const std::string orderId = list->screen().orderList.at(0).orderId;
-  const auto firstRow = [&] { return finders::findNamed(top(), "order-" + orderId); };
-  ASSERT_TRUE(driver_->waitUntil([&] { return firstRow() != nullptr; }));
-  EXPECT_TRUE(finders::shows(*firstRow(), "100元代金券"));
-  EXPECT_TRUE(finders::shows(*firstRow(), "订单号:" + orderId));
-  EXPECT_TRUE(finders::shows(*firstRow(), "待使用"));
-  // A reload with unchanged data keeps the row's widget (held here, so that a rebuilt row
-  // could not reuse its address). Ctrl+R is that reload.
-  Gtk::Widget* before = firstRow();
-  g_object_ref(before->gobj());
-  ASSERT_TRUE(pressCtrlR());
-  EXPECT_TRUE(list->screen().isLoading()) << "Ctrl+R reloads";
-  ASSERT_TRUE(driver_->waitUntil([&] { return !list->screen().isLoading(); }));
-  driver_->settle();
-  EXPECT_EQ(firstRow(), before) << "the row was rebuilt";
-  g_object_unref(before->gobj());
-  // The load-more button appends the next page.
-  const std::size_t firstPage = list->screen().numberOfRows();
-  ASSERT_TRUE(tap("load-more"));
-  EXPECT_TRUE(driver_->waitUntil([&] { return list->rows().size() > firstPage; }));
-  // A pull past the top loads page 1 alone again.
-  g_signal_emit_by_name(finders::findNamed(top(), "page-scroller")->gobj(), "edge-overshot", GTK_POS_TOP);
-  EXPECT_TRUE(driver_->waitUntil([&] {
-    return !list->screen().isLoading() && list->screen().pageNum == 1 && list->rows().size() == firstPage;
-  }));
-  // Another tab draws the rows its screen holds.
-  ASSERT_TRUE(tap("order-tab1"));
-  ASSERT_TRUE(driver_->waitUntil([&] {
-    return !list->screen().isLoading() && list->screen().index == 1 && list->rows().size() > 0 &&
-           list->rows().size() == list->screen().numberOfRows() && firstRow() != nullptr;
-  }));
-
-  // The detail shows the redemption code, and its QR code reads back as that code.
-  ASSERT_TRUE(top().activate_action("page.open-row", Glib::Variant<guint32>::create(0)));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyActivityOrderDetailViewController"; }));
-  // Drawn once it has a size, which a slow (sanitized) run gives it late.
-  ASSERT_TRUE(driver_->waitUntil([&] {
-    Gtk::Widget* qr = finders::findNamed(top(), "qr");
-    return qr != nullptr && qr->get_width() > 0 && qr->get_height() > 0;
-  }));
-  driver_->settle();
-  const std::string png = (home_ / "code.png").string();
-  ASSERT_TRUE(driver_->renderToPng(*finders::findNamed(top(), "qr"), png));
-  const auto decoded = decodeQrFromPng(png);
-  ASSERT_TRUE(decoded.has_value());
-  std::string shownCode = shownAs("code");
-  ASSERT_TRUE(shownCode.starts_with("验证码:")) << shownCode;
-  shownCode.erase(0, std::string("验证码:").size());
-  std::erase(shownCode, ' ');
-  EXPECT_FALSE(shownCode.empty());
-  EXPECT_EQ(*decoded, shownCode);
-  ASSERT_TRUE(tap("back"));
-  ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXMyOrderViewController"; }));
-
-  // The refund asks first through the alert port; "确定" refunds and the row says so.
-  ASSERT_TRUE(driver_->waitUntil([&] { return finders::findButton(top(), "退款") != nullptr; }));
-  ASSERT_TRUE(tap("退款"));
-  ASSERT_TRUE(driver_->waitUntil([&] { return !driver_->app().alerts().open().empty(); }));
-  EXPECT_EQ(driver_->app().alerts().open().front().message, "请确定是否退款，退款后优惠码失效！");
-  EXPECT_TRUE(driver_->app().alerts().answer("确定"));
-  ASSERT_TRUE(tap("order-tab0"));
-  EXPECT_TRUE(driver_->waitUntil([&] {
-    const auto& rows = list->screen().orderList;
-    return !rows.empty() && rows[0].orderId == orderId && firstRow() != nullptr && finders::shows(*firstRow(), "已退款");
-  }));
-  // Its status reads so too, not 已完成 (a used voucher).
-  const auto shown = finders::texts(*firstRow());
-  EXPECT_EQ(std::count(shown.begin(), shown.end(), "已退款"), 2);
-  EXPECT_EQ(std::count(shown.begin(), shown.end(), "已完成"), 0);
 }
 
 TEST_F(GtkClientTest, RatesAStoreOrderWhichThenLeavesTheToRateTab) {
@@ -601,13 +549,26 @@ TEST_F(GtkClientTest, RatesAStoreOrderWhichThenLeavesTheToRateTab) {
   auto* list = dynamic_cast<OrderListPage*>(&top());
   ASSERT_NE(list, nullptr);
   ASSERT_TRUE(tap("order-tab2"));
+  Gtk::Button* rate = nullptr;
   ASSERT_TRUE(driver_->waitUntil([&] {
-    return !list->screen().isLoading() && list->screen().index == 2 && finders::findButton(top(), "评价") != nullptr;
+    return !list->screen().isLoading() && list->screen().index == 2 && (rate = finders::findButton(top(), "评价"));
   }));
+  // Its button looks apart from a refund's.
+  EXPECT_TRUE(rate->has_css_class("suggested-action"));
+  EXPECT_FALSE(rate->has_css_class("destructive-action"));
   const OrderInfoModel order = list->screen().orderList.at(0);
   ASSERT_TRUE(tap("评价"));
   ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "GradeStoreViewController"; }));
   EXPECT_EQ(shownAs("store-name"), order.storeName);
+  // Untouched, the form lights no star and sends nothing.
+  for (int n = 1; n <= 5; ++n) {
+    auto* star = dynamic_cast<Gtk::Button*>(finders::findNamed(top(), "star" + std::to_string(n)));
+    ASSERT_NE(star, nullptr);
+    EXPECT_EQ(star->get_icon_name(), "non-starred-symbolic") << n;
+  }
+  ASSERT_TRUE(tap("submit"));
+  EXPECT_TRUE(toasted("请选择评分"));
+  ASSERT_EQ(driver_->topName(), "GradeStoreViewController");
   ASSERT_TRUE(tap("star3"));
   auto* comment = dynamic_cast<Gtk::TextView*>(finders::findNamed(top(), "comment"));
   ASSERT_NE(comment, nullptr);
@@ -667,13 +628,22 @@ TEST_F(GtkClientTest, WalksTheContactsAndSpinsTheWheel) {
 
 TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
   signIn("13800000000", "qmv123");
-  // A direct payment from the balance: the record read at sign-in still says 500.00.
-  driver_->app().navigator().push("QXPayNowViewController", {{"storeId", "1"}, {"totalFee", "88.00"}});
-  ASSERT_TRUE(payNowReady());
-  EXPECT_EQ(shownAs("total"), "¥88.00");
-  ASSERT_TRUE(tap("confirm"));
-  ASSERT_TRUE(toasted("支付成功"));
-
+  // Taps the page's application link to pay, as the member would.
+  const auto tapPayLink = [](WebView* view) {
+#if QMV_HAVE_WEBKIT
+    auto* drawn = dynamic_cast<DrawnWebView*>(view);
+    ASSERT_NE(drawn, nullptr) << "WebKitGTK draws the page";
+    webkit_web_view_evaluate_javascript(WEBKIT_WEB_VIEW(drawn->widget()),
+                                        "document.querySelector('a[href^=\"qmv://pay\"]').click()", -1, nullptr,
+                                        nullptr, nullptr, nullptr, nullptr);
+#else
+    const auto& links = view->page().links;
+    const auto pay =
+        std::find_if(links.begin(), links.end(), [](const WebLink& l) { return l.url.starts_with("qmv://pay"); });
+    ASSERT_NE(pay, links.end());
+    view->tapLink(static_cast<std::size_t>(pay - links.begin()));
+#endif
+  };
   ASSERT_TRUE(openFromMemberTab("一元夺宝", "QXH5ViewController"));
   auto* page = dynamic_cast<H5Page*>(&top());
   ASSERT_NE(page, nullptr);
@@ -690,23 +660,12 @@ TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
 
   // A tap on the page's pay link: the core opens the pay-now screen for that draw and the
   // page stays where it was (which links are the application's is the core's own test).
-#if QMV_HAVE_WEBKIT
-  auto* drawn = dynamic_cast<DrawnWebView*>(web);
-  ASSERT_NE(drawn, nullptr) << "WebKitGTK draws the page";
-  webkit_web_view_evaluate_javascript(WEBKIT_WEB_VIEW(drawn->widget()),
-                                      "document.querySelector('a[href^=\"qmv://pay\"]').click()", -1, nullptr, nullptr,
-                                      nullptr, nullptr, nullptr);
-#else
-  const auto& links = web->page().links;
-  const auto pay = std::find_if(links.begin(), links.end(), [](const WebLink& l) { return l.url.starts_with("qmv://pay"); });
-  ASSERT_NE(pay, links.end());
-  EXPECT_FALSE(web->tapLink(static_cast<std::size_t>(pay - links.begin())));
-#endif
+  tapPayLink(web);
   ASSERT_TRUE(payNowReady());
   EXPECT_TRUE(waitFor("一元夺宝-第12期"));
   EXPECT_EQ(web->page().url, shownUrl);
-  // Before anything is spent: the balance as it is now, and the one share's price.
-  EXPECT_TRUE(finders::shows(top(), "我的余额 ¥412.00"));
+  // The balance, and the one share's price.
+  EXPECT_TRUE(finders::shows(top(), "我的余额 ¥500.00"));
   EXPECT_EQ(shownAs("total"), "¥1.00");
 
   // A home banner opens its page on the plain page screen under the banner's title.
@@ -728,17 +687,7 @@ TEST_F(GtkClientTest, OpensAPageWithTheSessionAndFollowsItsPayLink) {
 
   // Its application link is not the plain page's to open: the load fails in the client's
   // words, and the member may open the draw's pay-now screen from there.
-#if QMV_HAVE_WEBKIT
-  webkit_web_view_evaluate_javascript(WEBKIT_WEB_VIEW(dynamic_cast<DrawnWebView*>(plainWeb)->widget()),
-                                      "document.querySelector('a[href^=\"qmv://pay\"]').click()", -1, nullptr, nullptr,
-                                      nullptr, nullptr, nullptr);
-#else
-  const auto& plainLinks = plainWeb->page().links;
-  const auto appLink =
-      std::find_if(plainLinks.begin(), plainLinks.end(), [](const WebLink& l) { return l.url.starts_with("qmv://pay"); });
-  ASSERT_NE(appLink, plainLinks.end());
-  plainWeb->tapLink(static_cast<std::size_t>(appLink - plainLinks.begin()));
-#endif
+  tapPayLink(plainWeb);
   ASSERT_TRUE(waitFor(h5_texts::kAppLinkOnPlainPage));
   EXPECT_EQ(driver_->topName(), "WebViewController");
   ASSERT_TRUE(tap("open-app-link"));

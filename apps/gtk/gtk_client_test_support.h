@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "apps/gtk/gtk_driver.h"
 #include "apps/gtk/guide_page.h"
@@ -68,6 +69,25 @@ class GtkClientTest : public ::testing::Test {
     field->set_text(key);
     ASSERT_TRUE(driver_->waitUntil([&] { return finders::activateRow(top(), city); }));
     ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == backTo; })) << driver_->topName();
+  }
+  // Types `keyword` on the nearby tab's search face and sends it (an empty one too).
+  void searchNearby(const std::string& keyword) {
+    tabs_->select(1);
+    ASSERT_TRUE(tap("search"));
+    auto* field = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "keyword"));
+    ASSERT_NE(field, nullptr);
+    field->set_text(keyword);
+    g_signal_emit_by_name(field->gobj(), "activate");
+  }
+  // Opens the first popular store of the home tab.
+  void openFirstPopularStore() {
+    Gtk::Widget* popular = nullptr;
+    ASSERT_TRUE(driver_->waitUntil([&] {
+      popular = finders::findNamed(tabs_->tab(0), "popular");
+      return popular != nullptr && gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0) != nullptr;
+    }));
+    adw_action_row_activate(ADW_ACTION_ROW(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0)));
+    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
   }
   // Waits until `root` (the page on top when null) shows `text`.
   bool waitFor(const std::string& text, Gtk::Widget* root = nullptr) {
@@ -136,19 +156,38 @@ class GtkClientTest : public ::testing::Test {
     if (auto* button = dynamic_cast<Gtk::Button*>(widget)) return button->get_label();
     return {};
   }
+  // Every widget below `root` (itself not included) that `match` takes, in drawing order.
+  static std::vector<GtkWidget*> below(GtkWidget* root, const std::function<bool(GtkWidget*)>& match) {
+    std::vector<GtkWidget*> found;
+    for (GtkWidget* c = gtk_widget_get_first_child(root); c != nullptr; c = gtk_widget_get_next_sibling(c)) {
+      if (match(c)) found.push_back(c);
+      for (GtkWidget* inner : below(c, match)) found.push_back(inner);
+    }
+    return found;
+  }
+  static GtkWidget* firstBelow(GtkWidget* root, const std::function<bool(GtkWidget*)>& match) {
+    const std::vector<GtkWidget*> found = below(root, match);
+    return found.empty() ? nullptr : found.front();
+  }
+  // The title the header bar of `page` (the page on top when null) shows.
+  std::string titleOf(Gtk::Widget* page = nullptr) {
+    GtkWidget* title =
+        firstBelow((page != nullptr ? *page : top()).gobj(), [](GtkWidget* w) { return ADW_IS_WINDOW_TITLE(w); });
+    return title != nullptr ? adw_window_title_get_title(ADW_WINDOW_TITLE(title)) : "";
+  }
+  // Whether the row titled `title` on the page on top holds a widget `match` takes.
+  bool rowHolds(const std::string& title, const std::function<bool(GtkWidget*)>& match) {
+    for (GtkWidget* row : below(top().gobj(), [&](GtkWidget* w) {
+           return ADW_IS_PREFERENCES_ROW(w) && title == adw_preferences_row_get_title(ADW_PREFERENCES_ROW(w));
+         })) {
+      if (firstBelow(row, match) != nullptr) return true;
+    }
+    return false;
+  }
   // Whether the choice row titled `title` on the page on top is ticked.
   bool ticked(const std::string& title) {
-    bool inRow = false;
-    bool result = false;
-    const std::function<void(GtkWidget*)> walk = [&](GtkWidget* w) {
-      const bool row = ADW_IS_PREFERENCES_ROW(w) && title == adw_preferences_row_get_title(ADW_PREFERENCES_ROW(w));
-      if (row) inRow = true;
-      if (inRow && GTK_IS_CHECK_BUTTON(w)) result = gtk_check_button_get_active(GTK_CHECK_BUTTON(w));
-      for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) walk(c);
-      if (row) inRow = false;
-    };
-    walk(top().gobj());
-    return result;
+    return rowHolds(
+        title, [](GtkWidget* w) { return GTK_IS_CHECK_BUTTON(w) && gtk_check_button_get_active(GTK_CHECK_BUTTON(w)); });
   }
 
   // Waits until the pay-now screen on top has read the balance and the amount: its
@@ -183,14 +222,17 @@ class GtkClientTest : public ::testing::Test {
     g_object_unref(key);
     return taken;
   }
-  bool pressCtrlR() { return pressKey(GDK_KEY_r, GDK_CONTROL_MASK); }
 
+  // Taps the row titled `title` on the page on top and waits for the screen `name`.
+  bool openRow(const std::string& title, const std::string& name) {
+    return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
+           driver_->waitUntil([&] { return driver_->topName() == name; });
+  }
   // Opens the member tab's row titled `title` and waits for the screen `name`.
   bool openFromMemberTab(const std::string& title, const std::string& name) {
     driver_->app().navigator().popToRoot();
     tabs_->select(4);
-    return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
-           driver_->waitUntil([&] { return driver_->topName() == name; });
+    return openRow(title, name);
   }
 
   std::filesystem::path home_;

@@ -34,14 +34,6 @@ class ListStatesTest : public testsupport::GtkClientTest {
       return view != nullptr && view->get_name().raw() == name && view->state().text == text && finders::shows(*view, text);
     });
   }
-  // The first label under `root` whose text is `text`.
-  static GtkWidget* labelShowing(GtkWidget* root, const std::string& text) {
-    if (GTK_IS_LABEL(root) && text == gtk_label_get_text(GTK_LABEL(root))) return root;
-    for (GtkWidget* c = gtk_widget_get_first_child(root); c != nullptr; c = gtk_widget_get_next_sibling(c)) {
-      if (GtkWidget* found = labelShowing(c, text)) return found;
-    }
-    return nullptr;
-  }
 };
 
 TEST_F(ListStatesTest, AFailedListSaysWhyAndRetriesAndEmptyListsSaySoInTheirOwnWords) {
@@ -79,11 +71,7 @@ TEST_F(ListStatesTest, AFailedListSaysWhyAndRetriesAndEmptyListsSaySoInTheirOwnW
   EXPECT_TRUE(driver_->waitUntil([&] { return shownState(nearby) == nullptr; }));
 
   // A keyword no store matches: the list says so, not a bare picture.
-  ASSERT_TRUE(tap("search"));
-  auto* keyword = dynamic_cast<Gtk::SearchEntry*>(finders::findNamed(top(), "keyword"));
-  ASSERT_NE(keyword, nullptr);
-  keyword->set_text("潜水");
-  g_signal_emit_by_name(keyword->gobj(), "activate");
+  ASSERT_NO_FATAL_FAILURE(searchNearby("潜水"));
   EXPECT_TRUE(showsState(nearby, "empty", "没有找到相关商家"));
 
   // A city search that matches nothing says so; a match shows the city again.
@@ -124,7 +112,8 @@ TEST_F(ListStatesTest, ALongNoteIsShownWholeOnAPhoneWideWindow) {
   GtkWidget* window = GTK_WIDGET(top().get_root()->gobj());
   GtkWidget* label = nullptr;
   ASSERT_TRUE(driver_->waitUntil([&] {
-    label = labelShowing(window, note);
+    label =
+        firstBelow(window, [&](GtkWidget* w) { return GTK_IS_LABEL(w) && note == gtk_label_get_text(GTK_LABEL(w)); });
     return label != nullptr && gtk_widget_get_mapped(label) && gtk_widget_get_width(label) > 0;
   }));
   driver_->settle();

@@ -40,11 +40,6 @@ class MemberCentreTest : public testsupport::GtkClientTest {
     signIn("13800000000", "qmv123");
   }
 
-  // Taps the row titled `title` on the page on top and waits for the screen `name`.
-  bool openRow(const std::string& title, const std::string& name) {
-    return driver_->waitUntil([&] { return finders::activateRow(top(), title); }) &&
-           driver_->waitUntil([&] { return driver_->topName() == name; });
-  }
   // The page on top as a `Page` once its list has answered with `rows` rows.
   template <class Page>
   Page* listed(std::size_t rows) {
@@ -78,19 +73,14 @@ TEST_F(MemberCentreTest, WalletShowsFundRecordsByKindPagedAndTheVouchers) {
   EXPECT_TRUE(labelShows("balance", "￥500.00"));
   for (const char* entry : {"提现", "我的银行卡", "资金明细", "我的代金券"}) EXPECT_TRUE(finders::shows(top(), entry));
 
-  // Twelve ledger lines: a page of ten, newest first (an order paid from the balance),
-  // then the last two, the oldest a top-up; a third pull finds the end.
+  // Twelve ledger lines: a page of ten, then the last two; a third pull finds the end
+  // (what the lines say, kind by kind, is the wallet command's test).
   ASSERT_TRUE(openRow("资金明细", "FundRecordViewController"));
   auto* records = listed<FundRecordsPage>(10);
   ASSERT_NE(records, nullptr);
   EXPECT_TRUE(pressed("kind0"));
-  const auto texts = finders::texts(*finders::findNamed(top(), "fund-records"));
-  EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const std::string& t) { return t.starts_with("订单支付:"); }));
-  EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const std::string& t) { return t.ends_with("  消费"); }));
   ASSERT_TRUE(tap("load-more", true));
   ASSERT_NE(listed<FundRecordsPage>(12), nullptr);
-  EXPECT_EQ(records->rows().at(11).title, "充值");
-  EXPECT_EQ(records->rows().at(11).amountText(), "+500.00");
   ASSERT_TRUE(tap("load-more", true));
   ASSERT_TRUE(driver_->waitUntil([&] { return !finders::findNamed(top(), "load-more")->get_visible(); }));
   EXPECT_EQ(records->rows().size(), 12u) << "the empty page ends the list and keeps the rows";
@@ -120,10 +110,8 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
   ASSERT_TRUE(openRow("查看更多评论", "UserCommitViewController"));
   auto* comments = listed<CommentsPage>(10);
   ASSERT_NE(comments, nullptr);
-  const std::string count = comments->screen().count();
-  ASSERT_FALSE(count.empty());
-  EXPECT_GE(std::stol(count), 10);
-  EXPECT_TRUE(labelShows("count", count + "条评论"));
+  EXPECT_EQ(titleOf(), "用户评论");
+  EXPECT_TRUE(labelShows("count", comments->screen().count() + "条评论"));
   const GradeModel first = comments->rows().at(0);
   EXPECT_TRUE(waitFor(first.content + "\n" + first.time));
 
@@ -141,9 +129,6 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
   EXPECT_FALSE(pressed("star0"));
   const std::string stars = UserCommitViewController::starsText(first.star);
   EXPECT_TRUE(waitFor((first.nickName.empty() ? first.userName : first.nickName) + "  " + stars));
-  if (comments->rows().size() < 10) {
-    EXPECT_TRUE(labelShows("count", std::to_string(comments->rows().size()) + "条评论"));
-  }
 
   // The first store rates four stars and has no one-star comment: the empty text.
   ASSERT_TRUE(tap("star1", true));
@@ -165,6 +150,15 @@ TEST_F(MemberCentreTest, StoreCommentsFilterByStarAndMyRatingsOpenTheirStores) {
   EXPECT_TRUE(finders::shows(top(), "味道不错，服务热情！\n" + rated.time));
   ASSERT_TRUE(openRow(rated.storeName + "  ★★★★★", "QXRStoreDetailViewController"));
   EXPECT_TRUE(waitFor(rated.storeName));
+
+  // No screen is titled by its class name, drawn or not.
+  for (const char* name : {"QXPublishViewController", "WealthViewController", "PortraitViewController"}) {
+    driver_->app().navigator().push(name);
+    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == name; }));
+    const std::string title = titleOf();
+    EXPECT_FALSE(title.empty()) << name;
+    EXPECT_EQ(title.find("Controller"), std::string::npos) << name;
+  }
 }
 
 TEST_F(MemberCentreTest, BookmarksShowBothTabsAndTheirRowsOpenTheStoreOrOffer) {
@@ -220,11 +214,9 @@ TEST_F(MemberCentreTest, MessagesMarkTheUnreadAndTheBadgeDropsOnceTheyAreSeen) {
 }
 
 TEST_F(MemberCentreTest, FeedbackPasswordAndLevelPagesDrawTheirScreens) {
-  // Feedback: nothing typed is refused; a text is sent, thanked for and the page pops.
+  // Feedback: a text is sent, thanked for and the page pops (what is refused is the
+  // member pages' test).
   ASSERT_TRUE(openFromMemberTab("意见反馈", "FeedbackViewController"));
-  ASSERT_TRUE(tap("submit"));
-  EXPECT_TRUE(toasted("请输入反馈内容"));
-  EXPECT_EQ(driver_->topName(), "FeedbackViewController");
   auto* text = dynamic_cast<Gtk::TextView*>(finders::findNamed(top(), "feedback"));
   ASSERT_NE(text, nullptr);
   text->get_buffer()->set_text("第一行\n第二行");
@@ -271,7 +263,8 @@ TEST_F(MemberCentreTest, ProfileEditsAFieldAndThePortraitReachesTheMemberTab) {
   ASSERT_NE(none, nullptr);
   EXPECT_FALSE(none->get_visible());
 
-  // A field is edited in a dialog; an empty nick name is refused, a new one replaces the row's.
+  // A field is edited in a dialog; a new nick name replaces the row's (the values refused
+  // are the profile screens' test).
   ASSERT_TRUE(openFromMemberTab("个人资料", "ProfileViewController"));
   auto* page = dynamic_cast<ProfilePage*>(&top());
   ASSERT_NE(page, nullptr);
@@ -288,16 +281,12 @@ TEST_F(MemberCentreTest, ProfileEditsAFieldAndThePortraitReachesTheMemberTab) {
     adw_message_dialog_response(ADW_MESSAGE_DIALOG(page->editor()), "save");
     EXPECT_EQ(page->editor(), nullptr);
   };
-  editTo("");
-  EXPECT_TRUE(toasted("昵称须为1-20个字"));
   editTo("小明");
   EXPECT_TRUE(toasted("修改成功"));
   EXPECT_TRUE(waitFor("小明"));
 
-  // The portrait: a missing file is not a picture; a 256 px JPEG is taken and shows on the
-  // tab at the tab's size.
-  page->uploadPortrait(home_ / "missing.jpg");
-  EXPECT_TRUE(toasted("请选择图片"));
+  // The portrait: a 256 px JPEG is taken and shows on the tab at the tab's size (a file
+  // that is no picture is the portrait screen's test).
   DecodedImage grey;
   grey.width = grey.height = 256;
   grey.stride = 256 * 4;
@@ -317,12 +306,9 @@ TEST_F(MemberCentreTest, ProfileEditsAFieldAndThePortraitReachesTheMemberTab) {
 }
 
 TEST_F(MemberCentreTest, PhoneChangesWithItsCodeAndTheInvitationShowsItsCodeAndQr) {
-  // The same phone is refused before a code is asked; a new one gets a code, its button
-  // counts down, and the change reaches the member tab masked.
+  // A new phone gets a code, its button counts down, and the change reaches the member tab
+  // masked (which numbers are refused is the profile screens' test).
   ASSERT_TRUE(openFromMemberTab("更换手机号", "ChangePhoneViewController"));
-  type("new-phone", "13800000000");
-  ASSERT_TRUE(tap("get-code", true));
-  EXPECT_TRUE(toasted("新手机号与原手机号相同"));
   type("new-phone", "13900000009");
   ASSERT_TRUE(tap("get-code", true));
   auto* code = dynamic_cast<Gtk::Button*>(finders::findNamed(top(), "get-code"));

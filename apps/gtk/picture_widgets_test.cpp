@@ -29,13 +29,9 @@ class PictureWidgetsTest : public testsupport::GtkClientTest {
   // Every picture view below `root` named `name`.
   static std::vector<PictureView*> views(Gtk::Widget& root, const std::string& name) {
     std::vector<PictureView*> found;
-    const std::function<void(GtkWidget*)> walk = [&](GtkWidget* w) {
-      if (auto* view = dynamic_cast<PictureView*>(Glib::wrap(w)); view != nullptr && view->get_name().raw() == name) {
-        found.push_back(view);
-      }
-      for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) walk(c);
-    };
-    walk(root.gobj());
+    for (GtkWidget* w : below(root.gobj(), [&](GtkWidget* w) { return name == gtk_widget_get_name(w); })) {
+      if (auto* view = dynamic_cast<PictureView*>(Glib::wrap(w))) found.push_back(view);
+    }
     return found;
   }
   // The size of the texture `view` draws; empty while it shows the placeholder.
@@ -48,16 +44,6 @@ class PictureWidgetsTest : public testsupport::GtkClientTest {
     return !shown.empty() && std::all_of(shown.begin(), shown.end(), [](PictureView* v) { return !drawnSize(*v).empty(); });
   }
   HomePage& home() { return static_cast<HomePage&>(tabs_->tab(0)); }
-  // Opens the first popular store from the home tab.
-  void openFirstStore() {
-    Gtk::Widget* popular = nullptr;
-    ASSERT_TRUE(driver_->waitUntil([&] {
-      popular = finders::findNamed(home(), "popular");
-      return popular != nullptr && gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0) != nullptr;
-    }));
-    adw_action_row_activate(ADW_ACTION_ROW(gtk_list_box_get_row_at_index(GTK_LIST_BOX(popular->gobj()), 0)));
-    ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == "QXRStoreDetailViewController"; }));
-  }
   // Taps picture `index` of the strip on top, then closes the browser as Escape does.
   void browseAndEscape(std::size_t index, std::size_t count) {
     auto* strip = dynamic_cast<PictureStrip*>(finders::findNamed(top(), "picture-strip"));
@@ -81,32 +67,12 @@ class PictureWidgetsTest : public testsupport::GtkClientTest {
     picture.toggleZoom();
     EXPECT_EQ(picture.zoom(), 1.0);
     EXPECT_TRUE(adw_carousel_get_interactive(ADW_CAROUSEL(carousel->gobj())));
-    // Escape, as the window's shortcuts would run it.
-    bool escaped = false;
-    GListModel* controllers = gtk_widget_observe_controllers(GTK_WIDGET(browser->gobj()));
-    for (guint i = 0; i < g_list_model_get_n_items(controllers) && !escaped; ++i) {
-      auto* controller = static_cast<GObject*>(g_list_model_get_item(controllers, i));
-      if (GTK_IS_SHORTCUT_CONTROLLER(controller)) {
-        for (guint j = 0; j < g_list_model_get_n_items(G_LIST_MODEL(controller)) && !escaped; ++j) {
-          auto* shortcut = static_cast<GtkShortcut*>(g_list_model_get_item(G_LIST_MODEL(controller), j));
-          char* trigger = gtk_shortcut_trigger_to_string(gtk_shortcut_get_trigger(shortcut));
-          if (std::string(trigger) == "Escape") {
-            escaped = gtk_shortcut_action_activate(gtk_shortcut_get_action(shortcut), GTK_SHORTCUT_ACTION_EXCLUSIVE,
-                                                   GTK_WIDGET(browser->gobj()), nullptr);
-          }
-          g_free(trigger);
-          g_object_unref(shortcut);
-        }
-      }
-      g_object_unref(controller);
-    }
-    g_object_unref(controllers);
-    ASSERT_TRUE(escaped);
+    ASSERT_TRUE(pressKey(GDK_KEY_Escape));
     ASSERT_TRUE(driver_->waitUntil([&] { return driver_->topName() == under; }));
   }
 };
 
-TEST_F(PictureWidgetsTest, RowsDrawTheirThumbnailsAndADroppedRequestNeverPaints) {
+TEST_F(PictureWidgetsTest, RowsDrawThumbnailsPicturesOpenTheBrowserAndADroppedRequestNeverPaints) {
   // The launch view asked for the server's welcome picture (forgotten first, so fetched
   // anew) and draws it; it may arrive after the 3 s on a slow machine.
   auto* launch = dynamic_cast<PictureView*>(finders::findNamed(driver_->app().view(), "launch-picture"));
@@ -117,11 +83,32 @@ TEST_F(PictureWidgetsTest, RowsDrawTheirThumbnailsAndADroppedRequestNeverPaints)
   // The home's store rows, then a store's offer rows: each a decoded picture, not the icon.
   ASSERT_TRUE(waitFor("热门活动"));
   ASSERT_TRUE(driver_->waitUntil([&] { return allDrawn(views(home(), "thumbnail")); }));
-  openFirstStore();
+  openFirstPopularStore();
   ASSERT_TRUE(driver_->waitUntil([&] {
     Gtk::Widget* offers = finders::findNamed(top(), "offers");
     return offers != nullptr && allDrawn(views(*offers, "thumbnail"));
   }));
+
+  // The store's pictures open in the browser, and Escape closes it.
+  PictureStrip* strip = nullptr;
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    strip = dynamic_cast<PictureStrip*>(finders::findNamed(top(), "picture-strip"));
+    return strip != nullptr && strip->urls().size() >= 2;
+  }));
+  browseAndEscape(1, strip->urls().size());
+
+  // The offer's strip ends with its description picture.
+  Gtk::Widget* offers = finders::findNamed(top(), "offers");
+  ASSERT_NE(offers, nullptr);
+  adw_action_row_activate(ADW_ACTION_ROW(gtk_list_box_get_row_at_index(GTK_LIST_BOX(offers->gobj()), 0)));
+  ASSERT_TRUE(driver_->waitUntil([&] {
+    strip = driver_->topName() == "QXActivitiesViewController"
+                ? dynamic_cast<PictureStrip*>(finders::findNamed(top(), "picture-strip"))
+                : nullptr;
+    return strip != nullptr && !strip->urls().empty();
+  }));
+  EXPECT_NE(strip->urls().back().find("/art/desc_"), std::string::npos);
+  browseAndEscape(strip->urls().size() - 1, strip->urls().size());
 
   // A view asked for a store's picture, then at once for a banner already in memory: the
   // banner (whose proportions differ) is drawn, and the store's answer, fetched to the end
@@ -178,29 +165,6 @@ TEST_F(PictureWidgetsTest, BannersTurnOnTheirTimerAndRestOffScreen) {
   EXPECT_FALSE(banners.advance());
 }
 
-TEST_F(PictureWidgetsTest, StoreAndOfferPicturesOpenTheBrowserAndEscapeClosesIt) {
-  openFirstStore();
-  PictureStrip* strip = nullptr;
-  ASSERT_TRUE(driver_->waitUntil([&] {
-    strip = dynamic_cast<PictureStrip*>(finders::findNamed(top(), "picture-strip"));
-    return strip != nullptr && strip->urls().size() >= 2;
-  }));
-  browseAndEscape(1, strip->urls().size());
-
-  // The offer's strip ends with its description picture.
-  Gtk::Widget* offers = finders::findNamed(top(), "offers");
-  ASSERT_NE(offers, nullptr);
-  adw_action_row_activate(ADW_ACTION_ROW(gtk_list_box_get_row_at_index(GTK_LIST_BOX(offers->gobj()), 0)));
-  ASSERT_TRUE(driver_->waitUntil([&] {
-    strip = driver_->topName() == "QXActivitiesViewController"
-                ? dynamic_cast<PictureStrip*>(finders::findNamed(top(), "picture-strip"))
-                : nullptr;
-    return strip != nullptr && !strip->urls().empty();
-  }));
-  EXPECT_NE(strip->urls().back().find("/art/desc_"), std::string::npos);
-  browseAndEscape(strip->urls().size() - 1, strip->urls().size());
-}
-
 TEST_F(PictureWidgetsTest, CategoriesPortraitsAndChannelMarksAreDrawn) {
   // Each main category's page: its own mark from the theme, and the server's picture for
   // every sub-category. Only the first two pages ask at start; the last page's pictures
@@ -236,13 +200,11 @@ TEST_F(PictureWidgetsTest, CategoriesPortraitsAndChannelMarksAreDrawn) {
   driver_->app().navigator().push("QXPayNowViewController", {{"storeId", "1"}, {"totalFee", "888.00"}});
   ASSERT_TRUE(payNowReady());
   std::vector<std::string> marks;
-  const std::function<void(GtkWidget*)> walk = [&](GtkWidget* w) {
-    if (GTK_IS_IMAGE(w) && std::string(gtk_widget_get_name(w)) == "channel-logo") {
-      marks.push_back(gtk_image_get_icon_name(GTK_IMAGE(w)));
-    }
-    for (GtkWidget* c = gtk_widget_get_first_child(w); c != nullptr; c = gtk_widget_get_next_sibling(c)) walk(c);
-  };
-  walk(top().gobj());
+  for (GtkWidget* w : below(top().gobj(), [](GtkWidget* w) {
+         return GTK_IS_IMAGE(w) && std::string(gtk_widget_get_name(w)) == "channel-logo";
+       })) {
+    marks.push_back(gtk_image_get_icon_name(GTK_IMAGE(w)));
+  }
   ASSERT_EQ(marks, (std::vector<std::string>{"qmv-pay-balance-symbolic", "qmv-pay-alipay-symbolic",
                                              "qmv-pay-wechat-symbolic", "qmv-pay-unionpay-symbolic"}));
   EXPECT_TRUE(drawn("channels")) << "888.00 is more than the balance";

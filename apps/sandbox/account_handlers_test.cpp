@@ -16,10 +16,7 @@ TEST_F(SandboxTest, LoginAnswersTheMemberRecordOrRefusesWrongPasswords) {
         "address", "address_name", "address_phone", "postcode", "nowExp", "name", "num", "time", "userName"}) {
     EXPECT_TRUE(member.contains(key) && member[key].is_string()) << key;
   }
-  EXPECT_EQ(member["phone"], kDemoPhone);
-  EXPECT_EQ(member["num"], kDemoMemberNumber);
-  EXPECT_EQ(member["balance"], std::to_string(kDemoBalanceFen));
-  EXPECT_EQ(member["sessionId"].get<std::string>().size(), 32u);
+  // Their values as the client reads them are the account contract test's.
 
   for (const Args& bad : std::vector<Args>{{{"userName", kDemoPhone}, {"userPassword", StringUtil::getmd5WithString("wrong")}},
                                            {{"userName", "13999999999"}, {"userPassword", StringUtil::getmd5WithString(kDemoPassword)}},
@@ -34,7 +31,6 @@ TEST_F(SandboxTest, LoginAnswersTheMemberRecordOrRefusesWrongPasswords) {
 
 TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) {
   const std::string phone = "13912345678";
-  EXPECT_EQ(api_->get("getMobileCode", {{"mobile", "12912345678"}})["message"], "请输入正确的手机号");
   const Json codeReply = api_->get("getMobileCode", {{"mobile", phone}});
   ASSERT_EQ(code(codeReply), "0");
   const std::string codeSession = codeReply["data"]["sessionId"];
@@ -56,14 +52,8 @@ TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) 
   form["sessionId"] = second;
   EXPECT_EQ(api_->post("postUserRegisterWeb", form)["message"], "该手机号已注册");
 
-  const std::string session = api_->login(phone, "abc123");
-  ASSERT_FALSE(session.empty());
-  const Json info = api_->get("getUserInfo", {{"sessionId", session}})["data"];
-  EXPECT_EQ(info["inviterId"], kDemoMemberNumber);
-  EXPECT_EQ(info["balance"], "0");
-  // The inviter sees the new member among his direct contacts; the phone works as a code too.
-  const Json contacts = api_->get("getMyContacts", {{"sessionId", api_->login()}})["data"];
-  EXPECT_EQ(contacts["oneContact"], "4");
+  // The new member under his inviter is the account contract test's; a member's phone
+  // works as an invitation code too.
   const std::string third = "13912345679";
   const std::string thirdSession = api_->get("getMobileCode", {{"mobile", third}})["data"]["sessionId"];
   ASSERT_EQ(code(api_->post("postUserRegisterWeb", {{"password", StringUtil::getmd5WithString("abc123")},
@@ -313,23 +303,6 @@ TEST_F(SandboxTest, MessagesPageNewestFirstAndAreReadAllAtOnce) {
   EXPECT_EQ(api_->get("getMyReadMessage", {{"sessionId", session}})["data"]["count"], "0");
   const Json again = page("1");  // kept: a range over page("1")["dataList"] would outlive its page
   for (const Json& message : again["dataList"]) EXPECT_EQ(message["isRead"], "1");
-}
-
-TEST_F(SandboxTest, FeedbackIsBoundedInCharacters) {
-  const std::string session = api_->login();
-  const auto send = [&](std::string content, std::string contact, std::string type = "0") {
-    return api_->post("postFeedback",
-                      {{"sessionId", session}, {"concent", content}, {"contact", contact}, {"type", type}});
-  };
-  EXPECT_EQ(send("", "")["message"], "请输入反馈内容");
-  EXPECT_EQ(send(" \n ", "")["message"], "请输入反馈内容");
-  std::string most;
-  for (int i = 0; i < 500; ++i) most += "好";
-  EXPECT_EQ(code(send(most, std::string(50, '1'))), "0") << "500 Chinese characters are 1500 bytes";
-  EXPECT_EQ(send(most + "x", "")["message"], "反馈内容过长");
-  EXPECT_EQ(send("好用", std::string(51, '1'))["message"], "联系方式过长");
-  EXPECT_EQ(send("好用", "qq", "1")["message"], "参数错误");
-  EXPECT_EQ(send("好用", "a\x1b" "b")["message"], "联系方式格式不正确");
 }
 
 }  // namespace

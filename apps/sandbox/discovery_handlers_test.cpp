@@ -86,7 +86,9 @@ TEST_F(SandboxTest, AreaListIsTheShippedTableAndThenOnlyItsChanges) {
 }
 
 TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
-  // A main category covers its sub-categories; a city covers its districts.
+  // A main category covers its sub-categories; a city covers its districts (one district,
+  // a category within it and the lowest spend first are nearby_search_test's, against
+  // this server).
   const Json food = api_->get("getTypeSearchList", {{"type", "10"}, {"area", "371300"}, {"page", "1"}})["data"];
   const int foodCount = food["count"];
   EXPECT_GT(foodCount, 10);
@@ -104,9 +106,6 @@ TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
   const Json hotpot = api_->get("getTypeSearchList", {{"type", "11"}, {"area", "371300"}})["data"];
   EXPECT_LT(hotpot["count"].get<int>(), foodCount);
   for (const Json& store : hotpot["dataList"]) EXPECT_EQ(store["type"], "11");
-  const Json hedong = api_->get("getTypeSearchList", {{"type", "0"}, {"area", "371312"}})["data"];
-  EXPECT_GT(hedong["count"].get<int>(), 0);
-  for (const Json& store : hedong["dataList"]) EXPECT_EQ(store["area"], "371312");
   const Json jinan = api_->get("getTypeSearchList", {{"area", "370100"}})["data"];
   EXPECT_GT(jinan["count"].get<int>(), 3);
   EXPECT_EQ(api_->get("getTypeSearchList", {{"area", "999999"}})["data"]["count"], 0);
@@ -122,20 +121,11 @@ TEST_F(SandboxTest, TypeSearchFiltersByCategoryAndAreaSortsAndPages) {
     EXPECT_GE(d, previous);
     previous = d;
   }
-  const Json cheap = api_->get("getTypeSearchList", {{"area", "371300"}, {"sort", "2"}})["data"]["dataList"];
-  for (size_t i = 1; i < cheap.size(); ++i) {
-    EXPECT_LE(std::stod(cheap[i - 1]["price"].get<std::string>()), std::stod(cheap[i]["price"].get<std::string>()));
-  }
 }
 
 TEST_F(SandboxTest, KeywordSearchMapAndHomeLists) {
-  const Json hits = api_->get("getSearchList", {{"keyword", "火锅"}, {"area", "371300"}, {"page", "1"}})["data"];
-  ASSERT_GT(hits["count"].get<int>(), 0);
-  for (const Json& store : hits["dataList"]) {
-    const std::string all =
-        store["storeName"].get<std::string>() + store["title"].get<std::string>() + store["content"].get<std::string>();
-    EXPECT_NE(all.find("火锅"), std::string::npos);
-  }
+  // Hits in the demo city, each naming the word, are nearby_search_test's through the
+  // nearby view; the home lists of the demo city are discovery_screens_test's.
   const Json jinanHits = api_->get("getSearchList", {{"keyword", "火锅"}, {"area", "370100"}})["data"];
   EXPECT_EQ(jinanHits["count"], 1);
   EXPECT_EQ(api_->get("getSearchList", {{"keyword", "不存在的店"}, {"area", "371300"}})["data"]["count"], 0);
@@ -147,8 +137,6 @@ TEST_F(SandboxTest, KeywordSearchMapAndHomeLists) {
   const Json banners = api_->get("getCarouselList")["data"]["dataList"];
   ASSERT_FALSE(banners.empty());
   EXPECT_EQ(banners[0]["url"].get<std::string>().rfind(server_->rootUrl(), 0), 0u);
-  const Json recommended = api_->get("getRecommendStore", {{"area", "371300"}})["data"]["dataList"];
-  EXPECT_FALSE(recommended.empty());
   const Json popular = api_->get("getPopularList", {{"area", "371300"}, {"page", "1"}})["data"];
   EXPECT_GT(popular["count"].get<int>(), 0);
   for (size_t i = 1; i < popular["dataList"].size(); ++i) {
@@ -176,10 +164,8 @@ TEST_F(SandboxTest, StoreAndOfferDetailsFollowTheMember) {
   for (const char* key : {"ruleList", "taocanList", "remarkList"}) EXPECT_TRUE(offer[key].is_array()) << key;
   EXPECT_EQ(offer["isFirst"], "1");
   EXPECT_LT(std::stod(offer["firstPrice"].get<std::string>()), std::stod(offer["nowPrice"].get<std::string>()));
-  // The demo member already bought offer 1, so it is no longer a first purchase for him.
-  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "1"}, {"sessionId", session}})["data"]["isFirst"],
-            "0");
-  EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "1"}})["data"]["isFirst"], "1");
+  // Offer 1, which the demo member bought before, following his session is
+  // discovery_screens_test's (OpenStoreAndOfferLoadAgain...), against this server.
   EXPECT_EQ(code(api_->get("getCommodityDetailInfo", {{"commodityId", "0"}})), "1");
 }
 

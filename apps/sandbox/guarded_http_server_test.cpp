@@ -200,5 +200,24 @@ TEST(SandboxConnections, ManySlowConnectionsFromOnePeerNeitherDelayOthersNorStay
   std::filesystem::remove_all(home);
 }
 
+// A portrait upload declaring a gigabyte: one answer, then the end of the connection, the
+// bytes after the head not taken for a second request.
+TEST_F(SandboxTest, AHugeDeclaredBodyIsRefusedUnreadAndItsConnectionClosed) {
+  const int fd = connectTo(server_->port());
+  ASSERT_GE(fd, 0);
+  const std::string head = "PUT /oss/" + std::string(kDemoPhone) +
+                           ".png HTTP/1.1\r\nHost: x\r\nCookie: sessionId=" + api_->login() +
+                           "\r\nContent-Length: 1000000000\r\n\r\nGET / HTTP/1.1\r\n\r\n";
+  ASSERT_EQ(::send(fd, head.data(), head.size(), MSG_NOSIGNAL), static_cast<ssize_t>(head.size()));
+  timeval timeout{5, 0};
+  ::setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+  std::string answer;
+  char buffer[4096];
+  for (ssize_t n; (n = ::recv(fd, buffer, sizeof buffer, 0)) > 0;) answer.append(buffer, static_cast<size_t>(n));
+  ::close(fd);
+  EXPECT_EQ(answer.rfind("HTTP/1.1 413", 0), 0u) << answer;
+  EXPECT_EQ(answer.find("HTTP/1.1", 1), std::string::npos) << answer;
+}
+
 }  // namespace
 }  // namespace qmv::sandbox::testing

@@ -1,9 +1,5 @@
 #include "apps/sandbox/object_handlers.h"
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include "apps/sandbox/sandbox_test_support.h"
 
 namespace qmv::sandbox::testing {
@@ -50,29 +46,6 @@ TEST_F(ObjectHandlersTest, MembersWriteOnlyTheirOwnPortraitsAndReadsStayOpen) {
   ASSERT_EQ(code(api_->get("getUserLogout", {{"sessionId", session}})), "0");
   EXPECT_EQ(http.Put(mine, signedIn, "v3", kOctets)->status, 401);
   EXPECT_EQ(http.Get(mine)->body, "v2");
-}
-
-TEST_F(ObjectHandlersTest, AHugeDeclaredBodyIsRefusedUnreadAndItsConnectionClosed) {
-  const std::string session = api_->login();
-  const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<uint16_t>(server_->port()));
-  ::inet_pton(AF_INET, "127.0.0.1", &address.sin_addr);
-  ASSERT_EQ(::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-  const std::string head = "PUT /oss/" + std::string(kDemoPhone) + ".png HTTP/1.1\r\nHost: x\r\nCookie: sessionId=" +
-                           session + "\r\nContent-Length: 1000000000\r\n\r\nGET / HTTP/1.1\r\n\r\n";
-  ASSERT_EQ(::send(fd, head.data(), head.size(), MSG_NOSIGNAL), static_cast<ssize_t>(head.size()));
-  timeval timeout{5, 0};
-  ::setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
-  std::string answer;
-  char buffer[4096];
-  for (ssize_t n; (n = ::recv(fd, buffer, sizeof buffer, 0)) > 0;) answer.append(buffer, static_cast<size_t>(n));
-  ::close(fd);
-  // One answer, then the end of the connection: the bytes after the head were not taken
-  // for a second request.
-  EXPECT_EQ(answer.rfind("HTTP/1.1 413", 0), 0u) << answer;
-  EXPECT_EQ(answer.find("HTTP/1.1", 1), std::string::npos) << answer;
 }
 
 }  // namespace

@@ -30,14 +30,6 @@ TEST_F(SandboxTest, BalancePaymentCompletesAtOnceAndNeverGoesNegative) {
   const Json refused = api_->post("postPayForStore", storePayment(session, kDemoBalanceFen, "3", true));
   EXPECT_EQ(refused["message"], "余额不足");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
-  for (const char* bad : {"0", "-5", "12.5", ""}) {
-    EXPECT_EQ(code(api_->post("postPayForStore",
-                              {{"sessionId", session}, {"totalFee", bad}, {"accountType", "3"}, {"storeId", "3"}})),
-              "1")
-        << bad;
-  }
-  EXPECT_EQ(api_->post("postPayForStore", storePayment(session, 100, "7", false))["message"], "支付方式不正确");
-  EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2500);
 }
 
 TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThen) {
@@ -49,11 +41,6 @@ TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThe
   const std::string orderId = waiting["data"]["orderId"];
   EXPECT_EQ(waiting["data"]["payState"], "waiting");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen) << "nothing is taken before the channel reports";
-  EXPECT_EQ(code(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", orderId}})), "0");
-  const Json listed = api_->get("getMyPosts", {{"sessionId", session}, {"type", "0"}})["data"]["dataList"];
-  for (const Json& order : listed) {
-    EXPECT_NE(order["orderId"], orderId) << "unpaid orders are not listed";
-  }
   EXPECT_EQ(code(complete(prepay, "maybe")), "1");
   EXPECT_EQ(code(complete("unknown", "success")), "1");
   ASSERT_EQ(code(complete(prepay, "success")), "0");
@@ -88,13 +75,8 @@ TEST_F(SandboxTest, ActivityAndDrawOrdersCheckTheirTotals) {
   form["totalFee"] = std::to_string(3 * now);
   EXPECT_EQ(api_->post("postPayForActivity", form)["message"], "支付金额不正确");
   form["totalFee"] = std::to_string(2 * now + first);
-  const Json paid = api_->post("postPayForActivity", form);
-  ASSERT_EQ(code(paid), "0");
-  const Json order =
-      api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", paid["data"]["orderId"]}})["data"];
-  EXPECT_EQ(order["status"], "1");
-  EXPECT_EQ(order["number"], "3");
-  EXPECT_EQ(order["promotionCode"].get<std::string>().size(), 12u);
+  // The order's count, code and state are the orders contract test's.
+  ASSERT_EQ(code(api_->post("postPayForActivity", form)), "0");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2 * now - first);
   EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "39"}, {"sessionId", session}})["data"]["isFirst"],
             "0");
@@ -155,17 +137,15 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
   EXPECT_EQ(all.size(), 10u);
   EXPECT_EQ(tab(0, 2).size(), 5u);
   std::set<std::string> statuses;
-  for (const Json* page : {&all}) {
-    for (const Json& order : *page) {
-      for (const char* key :
-           {"storeId", "storeName", "time", "isComment", "orderId", "price", "name", "orderName", "commodityId",
-            "imageURL", "star", "promotionCode", "phone", "number", "totalPrices", "content", "status", "orderType"}) {
-        EXPECT_TRUE(order.contains(key)) << key;
-      }
+  for (const Json& order : all) {
+    statuses.insert(order["status"].get<std::string>());
+    for (const char* key :
+         {"storeId", "storeName", "time", "isComment", "orderId", "price", "name", "orderName", "commodityId",
+          "imageURL", "star", "promotionCode", "phone", "number", "totalPrices", "content", "status", "orderType"}) {
+      EXPECT_TRUE(order.contains(key)) << key;
     }
   }
   for (const Json& order : tab(0, 2)) statuses.insert(order["status"].get<std::string>());
-  for (const Json& order : all) statuses.insert(order["status"].get<std::string>());
   EXPECT_EQ(statuses, (std::set<std::string>{"1", "2", "3", "4"}));
   for (const Json& order : tab(1)) EXPECT_EQ(order["status"], "1");
   for (const Json& order : tab(2)) EXPECT_EQ(order["status"], "2");
@@ -173,10 +153,9 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
 
   const Json toUse = tab(1)[0];
   const long long before = api_->balance(session);
+  // A refund's effect on the balance and the tabs is the orders contract test's; a second
+  // one is refused and pays nothing more.
   ASSERT_EQ(code(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})), "0");
-  EXPECT_EQ(api_->balance(session), before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
-  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["data"]["status"],
-            "3");
   EXPECT_EQ(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["message"],
             "该订单不能退款");
   EXPECT_EQ(api_->balance(session), before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
@@ -202,8 +181,19 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
             "订单不存在");
 }
 
-TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
-  const std::string session = api_->login();
+// Payments racing for one balance, through one server and through a second one on the
+// same home (the CLI's and a standalone sandbox share the database file): their immediate
+// transactions let exactly as many through as the balance covers, refuse the rest for the
+// balance alone, and the fund records still add up to what is left.
+TEST(SandboxConcurrentOrders, RacingPaymentsOnOneOrTwoServersKeepTheBalanceConsistent) {
+  const auto home = freshHome();
+  SandboxServer first(SandboxOptions{home, 0, "127.0.0.1", true});
+  SandboxServer second(SandboxOptions{home, 0, "127.0.0.1", true});
+  ASSERT_TRUE(first.start().ok());
+  ASSERT_TRUE(second.start().ok());
+  ApiClient api(first.port());
+  const std::string session = api.login();
+  ASSERT_FALSE(session.empty());
   constexpr int kThreads = 6;
   constexpr int kAttempts = 8;
   constexpr long long kFee = 1100;  // 48 attempts of 11 yuan exceed the 500 yuan balance
@@ -212,8 +202,8 @@ TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
   std::atomic<int> other{0};
   std::vector<std::thread> threads;
   for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([&] {
-      ApiClient client(server_->port());
+    threads.emplace_back([&, t] {
+      ApiClient client(t % 3 == 0 ? second.port() : first.port());
       for (int i = 0; i < kAttempts; ++i) {
         const Json reply = client.post("postPayForStore", storePayment(session, kFee, "3", true));
         if (reply.value("success", "") == "0") {
@@ -230,18 +220,19 @@ TEST_F(SandboxTest, ConcurrentOrdersKeepBalancesConsistent) {
   EXPECT_EQ(other.load(), 0);
   EXPECT_EQ(paid.load(), kDemoBalanceFen / kFee);
   EXPECT_EQ(paid + refusedForBalance, kThreads * kAttempts);
-  const long long balance = api_->balance(session);
+  const long long balance = ApiClient(second.port()).balance(session);
   EXPECT_EQ(balance, kDemoBalanceFen - paid * kFee);
-  EXPECT_GE(balance, 0);
-  // The fund records add up to the balance.
   long long sum = 0;
   for (int page = 1;; ++page) {
     const Json records =
-        api_->get("getTopUpListForUser", {{"sessionId", session}, {"page", std::to_string(page)}})["data"]["dataList"];
+        api.get("getTopUpListForUser", {{"sessionId", session}, {"page", std::to_string(page)}})["data"]["dataList"];
     if (records.empty()) break;
     for (const Json& record : records) sum += std::stoll(record["amount"].get<std::string>());
   }
   EXPECT_EQ(sum, balance);
+  first.stop();
+  second.stop();
+  std::filesystem::remove_all(home);
 }
 
 TEST_F(SandboxTest, VouchersAreListedWithTheirStoreDaysAndEveryState) {

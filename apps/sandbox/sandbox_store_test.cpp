@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "apps/sandbox/sandbox_test_support.h"
 
 namespace qmv::sandbox::testing {
@@ -147,38 +145,6 @@ TEST(SandboxStoreInServe, AFailingStatementRollsTheRequestBack) {
   EXPECT_EQ(api.balance(session), kDemoBalanceFen);
   EXPECT_EQ(orders(), before);
   server.stop();
-  std::filesystem::remove_all(home);
-}
-
-// Two sandboxes on one home (the CLI and a standalone one) share the database file: their
-// immediate transactions keep a shared balance right.
-TEST(SandboxSharedHome, TwoServersOnOneHomeKeepTheBalanceConsistent) {
-  const auto home = freshHome();
-  SandboxServer first(SandboxOptions{home, 0, "127.0.0.1", true});
-  SandboxServer second(SandboxOptions{home, 0, "127.0.0.1", true});
-  ASSERT_TRUE(first.start().ok());
-  ASSERT_TRUE(second.start().ok());
-  const std::string session = ApiClient(first.port()).login();
-  ASSERT_FALSE(session.empty());
-  constexpr long long kFee = 2300;
-  std::atomic<int> paid{0};
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([&, t] {
-      ApiClient client(t % 2 ? first.port() : second.port());
-      for (int i = 0; i < 8; ++i) {
-        const Json reply = client.post(
-            "postPayForStore",
-            {{"sessionId", session}, {"totalFee", std::to_string(kFee)}, {"accountType", "3"}, {"storeId", "1"}});
-        if (reply.value("success", "") == "0") ++paid;
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
-  EXPECT_EQ(paid.load(), kDemoBalanceFen / kFee);
-  EXPECT_EQ(ApiClient(second.port()).balance(session), kDemoBalanceFen - paid * kFee);
-  first.stop();
-  second.stop();
   std::filesystem::remove_all(home);
 }
 

@@ -71,16 +71,12 @@ TEST_F(SandboxTest, WithdrawalRespectsTheMinimumTheBalanceAndTheCard) {
   ASSERT_EQ(code(api_->post("withDraw", {{"sessionId", session}, {"amount", std::to_string(kDemoBalanceFen - 1000)}})),
             "0");
   EXPECT_EQ(api_->balance(session), 0);
-
-  const Json out = api_->get("getTopUpListForUser", {{"sessionId", session}, {"type", "3"}})["data"];
-  ASSERT_EQ(out["count"], 3) << "the demo's own withdrawal and these two";
-  EXPECT_EQ(out["dataList"][0]["type"], "withdraw");
-  EXPECT_EQ(out["dataList"][0]["amount"], std::to_string(-(kDemoBalanceFen - 1000)));
-  const Json in = api_->get("getTopUpListForUser", {{"sessionId", session}, {"type", "1"}})["data"];
-  for (const Json& record : in["dataList"]) EXPECT_GT(std::stoll(record["amount"].get<std::string>()), 0);
+  // The withdrawal's record is the wallet contract test's.
+  EXPECT_EQ(api_->get("getTopUpListForUser", {{"sessionId", session}, {"type", "3"}})["data"]["count"], 3)
+      << "the demo's own withdrawal and these two";
 }
 
-TEST_F(SandboxTest, FundRecordsOfEachKindAddUpToEveryMembersBalance) {
+TEST_F(SandboxTest, FundRecordsAddUpToEveryMembersBalance) {
   for (const char* phone : {kDemoPhone, "13800000001", "13800000002"}) {
     const std::string session = api_->login(phone);
     ASSERT_FALSE(session.empty()) << phone;
@@ -98,16 +94,8 @@ TEST_F(SandboxTest, FundRecordsOfEachKindAddUpToEveryMembersBalance) {
     for (const Json& record : records("0")) sum += std::stoll(record["amount"].get<std::string>());
     EXPECT_EQ(sum, api_->balance(session)) << phone;
     if (std::string(phone) != kDemoPhone) continue;
-    EXPECT_GT(records("0").size(), 10u) << "the demo member's records fill more than one page";
-    std::size_t ofEachKind = 0;
-    const char* kinds[] = {"", "topup", "pay", "withdraw", "refund", "prize"};
-    for (int type = 1; type <= 5; ++type) {
-      const Json some = records(std::to_string(type));
-      EXPECT_FALSE(some.empty()) << kinds[type];
-      for (const Json& record : some) EXPECT_EQ(record["type"], kinds[type]);
-      ofEachKind += some.size();
-    }
-    EXPECT_EQ(ofEachKind, records("0").size());
+    // The demo member's records split by kind without overlap is the wallet command's test
+    // (MemberCentreCommandsTest), against this server.
     EXPECT_EQ(api_->get("getTopUpListForUser", {{"sessionId", session}, {"type", "6"}})["success"], "1");
     // The seeded prizes belong to an ended wheel: the current one still has every spin.
     EXPECT_EQ(api_->get("getWheels", {{"sessionId", session}})["data"]["leftCount"], "3");
