@@ -16,7 +16,10 @@ TEST_F(SandboxTest, LoginAnswersTheMemberRecordOrRefusesWrongPasswords) {
         "address", "address_name", "address_phone", "postcode", "nowExp", "name", "num", "time", "userName"}) {
     EXPECT_TRUE(member.contains(key) && member[key].is_string()) << key;
   }
-  // Their values as the client reads them are the account contract test's.
+  EXPECT_EQ(member["phone"], kDemoPhone);
+  EXPECT_EQ(member["num"], kDemoMemberNumber);
+  EXPECT_EQ(member["balance"], std::to_string(kDemoBalanceFen));
+  EXPECT_EQ(member["sessionId"].get<std::string>().size(), 32u);
 
   for (const Args& bad : std::vector<Args>{{{"userName", kDemoPhone}, {"userPassword", StringUtil::getmd5WithString("wrong")}},
                                            {{"userName", "13999999999"}, {"userPassword", StringUtil::getmd5WithString(kDemoPassword)}},
@@ -52,8 +55,14 @@ TEST_F(SandboxTest, RegistrationNeedsTheCodeOfItsCodeSessionAndLinksTheInviter) 
   form["sessionId"] = second;
   EXPECT_EQ(api_->post("postUserRegisterWeb", form)["message"], "该手机号已注册");
 
-  // The new member under his inviter is the account contract test's; a member's phone
-  // works as an invitation code too.
+  const std::string session = api_->login(phone, "abc123");
+  ASSERT_FALSE(session.empty());
+  const Json info = api_->get("getUserInfo", {{"sessionId", session}})["data"];
+  EXPECT_EQ(info["inviterId"], kDemoMemberNumber);
+  EXPECT_EQ(info["balance"], "0");
+  // The inviter sees the new member among his direct contacts; the phone works as a code too.
+  const Json contacts = api_->get("getMyContacts", {{"sessionId", api_->login()}})["data"];
+  EXPECT_EQ(contacts["oneContact"], "4");
   const std::string third = "13912345679";
   const std::string thirdSession = api_->get("getMobileCode", {{"mobile", third}})["data"]["sessionId"];
   ASSERT_EQ(code(api_->post("postUserRegisterWeb", {{"password", StringUtil::getmd5WithString("abc123")},

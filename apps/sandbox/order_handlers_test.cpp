@@ -41,6 +41,11 @@ TEST_F(SandboxTest, ChannelPaymentWaitsForItsCompletionAndTakesTheBalancePartThe
   const std::string orderId = waiting["data"]["orderId"];
   EXPECT_EQ(waiting["data"]["payState"], "waiting");
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen) << "nothing is taken before the channel reports";
+  EXPECT_EQ(code(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", orderId}})), "0");
+  const Json listed = api_->get("getMyPosts", {{"sessionId", session}, {"type", "0"}})["data"]["dataList"];
+  for (const Json& order : listed) {
+    EXPECT_NE(order["orderId"], orderId) << "unpaid orders are not listed";
+  }
   EXPECT_EQ(code(complete(prepay, "maybe")), "1");
   EXPECT_EQ(code(complete("unknown", "success")), "1");
   ASSERT_EQ(code(complete(prepay, "success")), "0");
@@ -75,8 +80,13 @@ TEST_F(SandboxTest, ActivityAndDrawOrdersCheckTheirTotals) {
   form["totalFee"] = std::to_string(3 * now);
   EXPECT_EQ(api_->post("postPayForActivity", form)["message"], "支付金额不正确");
   form["totalFee"] = std::to_string(2 * now + first);
-  // The order's count, code and state are the orders contract test's.
-  ASSERT_EQ(code(api_->post("postPayForActivity", form)), "0");
+  const Json paid = api_->post("postPayForActivity", form);
+  ASSERT_EQ(code(paid), "0");
+  const Json order =
+      api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", paid["data"]["orderId"]}})["data"];
+  EXPECT_EQ(order["status"], "1");
+  EXPECT_EQ(order["number"], "3");
+  EXPECT_EQ(order["promotionCode"].get<std::string>().size(), 12u);
   EXPECT_EQ(api_->balance(session), kDemoBalanceFen - 2 * now - first);
   EXPECT_EQ(api_->get("getCommodityDetailInfo", {{"commodityId", "39"}, {"sessionId", session}})["data"]["isFirst"],
             "0");
@@ -153,9 +163,10 @@ TEST_F(SandboxTest, OrderTabsRefundAndRating) {
 
   const Json toUse = tab(1)[0];
   const long long before = api_->balance(session);
-  // A refund's effect on the balance and the tabs is the orders contract test's; a second
-  // one is refused and pays nothing more.
   ASSERT_EQ(code(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})), "0");
+  EXPECT_EQ(api_->balance(session), before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));
+  EXPECT_EQ(api_->get("getOrderDetail", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["data"]["status"],
+            "3");
   EXPECT_EQ(api_->post("postRefund", {{"sessionId", session}, {"orderId", toUse["orderId"]}})["message"],
             "该订单不能退款");
   EXPECT_EQ(api_->balance(session), before + std::llround(std::stod(toUse["totalPrices"].get<std::string>()) * 100));

@@ -71,9 +71,13 @@ TEST_F(SandboxTest, WithdrawalRespectsTheMinimumTheBalanceAndTheCard) {
   ASSERT_EQ(code(api_->post("withDraw", {{"sessionId", session}, {"amount", std::to_string(kDemoBalanceFen - 1000)}})),
             "0");
   EXPECT_EQ(api_->balance(session), 0);
-  // The withdrawal's record is the wallet contract test's.
-  EXPECT_EQ(api_->get("getTopUpListForUser", {{"sessionId", session}, {"type", "3"}})["data"]["count"], 3)
-      << "the demo's own withdrawal and these two";
+
+  const Json out = api_->get("getTopUpListForUser", {{"sessionId", session}, {"type", "3"}})["data"];
+  ASSERT_EQ(out["count"], 3) << "the demo's own withdrawal and these two";
+  EXPECT_EQ(out["dataList"][0]["type"], "withdraw");
+  EXPECT_EQ(out["dataList"][0]["amount"], std::to_string(-(kDemoBalanceFen - 1000)));
+  const Json in = api_->get("getTopUpListForUser", {{"sessionId", session}, {"type", "1"}})["data"];
+  for (const Json& record : in["dataList"]) EXPECT_GT(std::stoll(record["amount"].get<std::string>()), 0);
 }
 
 TEST_F(SandboxTest, FundRecordsAddUpToEveryMembersBalance) {
