@@ -8,7 +8,10 @@
 namespace qmv {
 
 struct AsioMainLoop::Impl {
-  asio::io_context io;
+  // One thread at a time runs the loop and touches its descriptors and timers; only
+  // posting comes from other threads. Asio then needs no lock per descriptor event, and
+  // queues the loop thread's own posts without taking the scheduler's.
+  asio::io_context io{ASIO_CONCURRENCY_HINT_UNSAFE_IO};
   // Keeps run() and runUntil() waiting when no work is queued.
   asio::executor_work_guard<asio::io_context::executor_type> guard{io.get_executor()};
 };
