@@ -8,7 +8,10 @@
 namespace qmv {
 
 struct AsioMainLoop::Impl {
-  asio::io_context io;
+  // One thread at a time runs the loop and touches its descriptors and timers; only
+  // posting comes from other threads. Asio then needs no lock per descriptor event, and
+  // queues the loop thread's own posts without taking the scheduler's.
+  asio::io_context io{ASIO_CONCURRENCY_HINT_UNSAFE_IO};
   // Keeps run() and runUntil() waiting when no work is queued.
   asio::executor_work_guard<asio::io_context::executor_type> guard{io.get_executor()};
 };
@@ -133,6 +136,10 @@ class AsioWatch : public IoWatcher::Watch {
     std::function<void(int)> ready;
     int wanted = 0;
     bool waiting[2] = {false, false};  // a wait for reading / for writing is in flight
+    // Counts the registrations: a wait of an earlier one, cancelled by re-registering,
+    // must not mark the current one's as over.
+    unsigned registration = 0;
+    bool writeRegistered = false;  // the reactor has been asked to report writability
     bool removed = false;
   };
 
@@ -147,19 +154,45 @@ class AsioWatch : public IoWatcher::Watch {
 
   void want(int events) override {
     state_->wanted = events;
+    if ((events & IoWatcher::kWritable) == 0 && state_->writeRegistered && !state_->waiting[1]) {
+      dropWritability(state_);
+    }
     arm(state_);
   }
 
  private:
+  // Once asked for writability, the reactor keeps it for the descriptor's life, and a
+  // socket is then reported each time the peer acknowledges data, although nobody waits
+  // to write: a wake-up of the loop per small request on a kept-alive connection. The
+  // descriptor is registered afresh without it once the owner stops wanting it (after a
+  // connection is made, for a socket).
+  static void dropWritability(const std::shared_ptr<State>& state) {
+    const int fd = state->descriptor.release();
+    ++state->registration;
+    state->waiting[0] = state->waiting[1] = false;
+    state->writeRegistered = false;
+    asio::error_code ec;
+    state->descriptor.assign(fd, ec);
+    if (!ec) return;
+    // The owner hears of it from the loop, as of any failed wait, not from within its
+    // own call.
+    state->wanted = 0;
+    asio::post(state->descriptor.get_executor(), [state] {
+      if (!state->removed) state->ready(IoWatcher::kError);
+    });
+  }
+
   static void arm(const std::shared_ptr<State>& state) {
     for (const int event : {IoWatcher::kReadable, IoWatcher::kWritable}) {
       const int slot = event == IoWatcher::kReadable ? 0 : 1;
       if ((state->wanted & event) == 0 || state->waiting[slot]) continue;
       state->waiting[slot] = true;
+      if (event == IoWatcher::kWritable) state->writeRegistered = true;
       state->descriptor.async_wait(
           event == IoWatcher::kReadable ? asio::posix::stream_descriptor::wait_read
                                         : asio::posix::stream_descriptor::wait_write,
-          [state, event, slot](const asio::error_code& ec) {
+          [state, event, slot, registration = state->registration](const asio::error_code& ec) {
+            if (registration != state->registration) return;
             state->waiting[slot] = false;
             if (state->removed || ec == asio::error::operation_aborted || (state->wanted & event) == 0) return;
             state->ready(ec ? event | IoWatcher::kError : event);
