@@ -27,8 +27,8 @@ void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpReque
   completion_ = std::move(completion);
   executing_ = true;
   // The transfer keeps its operation alive until it reports.
-  // Taken as an rvalue: the transport's call already holds the response by value, and a
-  // parameter of its own would be one more move of every field.
+  // Taken as an rvalue, as the transport hands it over: a parameter of its own would be
+  // one more move of every field.
   transferId_ = transport_->send(std::move(request), [self = shared_from_this()](HttpResponse&& response) {
     if (self->cancelled_) return;
     self->response_ = std::move(response);
