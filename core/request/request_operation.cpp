@@ -14,6 +14,16 @@ std::uint64_t nextHash() {
 
 RequestOperation::RequestOperation() : hash_(nextHash()) {}
 
+void RequestOperation::renew() {
+  hash_ = nextHash();
+  response_ = HttpResponse();
+  responseObject_.reset();
+  transport_.reset();
+  completion_ = nullptr;
+  transferId_ = 0;
+  cancelled_ = false;
+}
+
 const Json& RequestOperation::responseObject() const {
   if (!responseObject_) {
     Json parsed = response_.body.empty() ? Json() : parseJson(response_.body);
