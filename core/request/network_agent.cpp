@@ -61,6 +61,7 @@ std::string formEncoded(const Json& arguments) {
 
 // In place: most requests have no arguments, and their URL is then left as it is.
 void appendQuery(std::string& url, const Json& arguments) {
+  if (!arguments.is_object()) return;
   const std::string query = formEncoded(arguments);
   if (query.empty()) return;
   url += url.find('?') != std::string::npos ? '&' : '?';
