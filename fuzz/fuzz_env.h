@@ -26,7 +26,7 @@ class AnsweringTransport : public HttpTransport {
  public:
   explicit AnsweringTransport(std::shared_ptr<MainLoop> loop) : loop_(std::move(loop)) {}
 
-  TransferId send(HttpRequest /*request*/, Completion completion) override {
+  TransferId send(HttpRequest&& /*request*/, Completion completion) override {
     HttpResponse response;
     response.status = status;
     response.body = body;

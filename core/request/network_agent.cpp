@@ -61,6 +61,7 @@ std::string formEncoded(const Json& arguments) {
 
 // In place: most requests have no arguments, and their URL is then left as it is.
 void appendQuery(std::string& url, const Json& arguments) {
+  if (!arguments.is_object()) return;
   const std::string query = formEncoded(arguments);
   if (query.empty()) return;
   url += url.find('?') != std::string::npos ? '&' : '?';
@@ -187,8 +188,16 @@ void NetworkAgent::addRequest(const std::shared_ptr<BaseRequest>& request) {
     }
   }
 
-  auto operation = std::make_shared<RequestOperation>();
-  request->requestOperation = operation;
+  // An ended operation that nothing else holds carries the next transfer, which spares
+  // making one and freeing the last.
+  std::shared_ptr<RequestOperation> operation;
+  if (RequestOperation::renewable(request->requestOperation)) {
+    operation = request->requestOperation;
+    operation->renew();
+  } else {
+    operation = std::make_shared<RequestOperation>();
+    request->requestOperation = operation;
+  }
   operation->start(std::move(transport), std::move(http),
                    [this](const std::shared_ptr<RequestOperation>& op) { handleRequestResult(op); });
   if (logLineEnabled()) logLine("Add request: " + request->className());

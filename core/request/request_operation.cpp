@@ -14,6 +14,16 @@ std::uint64_t nextHash() {
 
 RequestOperation::RequestOperation() : hash_(nextHash()) {}
 
+void RequestOperation::renew() {
+  hash_ = nextHash();
+  response_ = HttpResponse();
+  responseObject_.reset();
+  transport_.reset();
+  completion_ = nullptr;
+  transferId_ = 0;
+  cancelled_ = false;
+}
+
 const Json& RequestOperation::responseObject() const {
   if (!responseObject_) {
     Json parsed = response_.body.empty() ? Json() : parseJson(response_.body);
@@ -27,8 +37,8 @@ void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpReque
   completion_ = std::move(completion);
   executing_ = true;
   // The transfer keeps its operation alive until it reports.
-  // Taken as an rvalue: the transport's call already holds the response by value, and a
-  // parameter of its own would be one more move of every field.
+  // Taken as an rvalue, as the transport hands it over: a parameter of its own would be
+  // one more move of every field.
   transferId_ = transport_->send(std::move(request), [self = shared_from_this()](HttpResponse&& response) {
     if (self->cancelled_) return;
     self->response_ = std::move(response);

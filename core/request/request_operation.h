@@ -17,6 +17,14 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
 
   RequestOperation();
 
+  // Whether the operation has ended and nothing but `owner` holds it, so that renew() may
+  // ready it for the next transfer in place of a new one.
+  static bool renewable(const std::shared_ptr<RequestOperation>& owner) {
+    return owner && owner.use_count() == 1 && !owner->executing_;
+  }
+  // As if new: a hash of its own, no response, not cancelled. REQUIRES: renewable.
+  void renew();
+
   // Unique for the life of the process.
   std::uint64_t hash() const { return hash_; }
   // Empty (status 0) until the transfer ends.
@@ -34,7 +42,7 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
   void cancel();
 
  private:
-  const std::uint64_t hash_;
+  std::uint64_t hash_;
   HttpResponse response_;
   mutable std::optional<Json> responseObject_;
   std::shared_ptr<HttpTransport> transport_;

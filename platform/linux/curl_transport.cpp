@@ -19,7 +19,7 @@ CurlTransport::CurlTransport(std::shared_ptr<MainLoop> loop, std::shared_ptr<Coo
 
 CurlTransport::~CurlTransport() = default;
 
-TransferId CurlTransport::send(HttpRequest request, Completion completion) {
+TransferId CurlTransport::send(HttpRequest&& request, Completion completion) {
   const TransferId id = nextId_++;
   driver_->send(std::make_unique<curl_detail::Transfer>(
       id, std::move(request), std::move(completion), loop_ ? loop_ : Env::current().mainLoop,

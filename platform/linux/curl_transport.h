@@ -40,7 +40,7 @@ class CurlTransport : public HttpTransport {
   CurlTransport(const CurlTransport&) = delete;
   CurlTransport& operator=(const CurlTransport&) = delete;
 
-  TransferId send(HttpRequest request, Completion completion) override;
+  TransferId send(HttpRequest&& request, Completion completion) override;
   void cancel(TransferId id) override;
 
  private:

@@ -239,7 +239,7 @@ TEST_P(CurlTransportTest, CancelStopsARunningTransferAtOnce) {
   HttpRequest slow;
   slow.url = server_.url("/slow");
   std::optional<HttpResponse> got;
-  const auto id = transport_->send(slow, [&](HttpResponse r) { got = std::move(r); });
+  const auto id = transport_->send(std::move(slow), [&](HttpResponse r) { got = std::move(r); });
   // Let the transfer reach the server before cancelling it.
   loop_->runUntil([] { return false; }, milliseconds(100));
   const auto before = std::chrono::steady_clock::now();
@@ -336,7 +336,7 @@ TEST_P(CurlTransportTest, RunsAtMostFourAtOnceAndSurvivesClosedConnections) {
   for (int i = 0; i < 10; ++i) {
     HttpRequest r;
     r.url = server_.url("/count?n=" + std::to_string(i));
-    transport_->send(r, [&](HttpResponse response) { bodies.push_back(response.body); });
+    transport_->send(std::move(r), [&](HttpResponse response) { bodies.push_back(response.body); });
   }
   ASSERT_TRUE(loop_->runUntil([&] { return bodies.size() == 10; }, milliseconds(10000)));
   EXPECT_EQ(peak_.load(), CurlTransport::kMaxConcurrentTransfers);
@@ -418,7 +418,7 @@ TEST_P(CurlTransportTest, ReusedHandlesKeepTheirCookiesAndGrowNothing) {
     env.cookies = std::move(store);
     ScopedEnv scoped(completedForTesting(std::move(env)));
     std::optional<HttpResponse> got;
-    fromEnv.send(request, [&](HttpResponse r) { got = std::move(r); });
+    fromEnv.send(HttpRequest(request), [&](HttpResponse r) { got = std::move(r); });
     EXPECT_TRUE(loop_->runUntil([&] { return got.has_value(); }, milliseconds(10000)));
     return got.value_or(HttpResponse{}).body;
   };
@@ -437,7 +437,7 @@ TEST_P(CurlTransportTest, DestroyingTheTransportDropsRunningAndQueuedTransfers) 
   HttpRequest slow;
   slow.url = server_.url("/slow");
   for (int i = 0; i < CurlTransport::kMaxConcurrentTransfers + 1; ++i) {
-    transport_->send(slow, [&](HttpResponse) { ++called; });
+    transport_->send(HttpRequest(slow), [&](HttpResponse) { ++called; });
   }
   loop_->runUntil([] { return false; }, milliseconds(100));
   transport_.reset();
@@ -451,11 +451,11 @@ TEST_P(CurlTransportTest, ACompletionMayDestroyTheTransport) {
   HttpRequest slow;
   slow.url = server_.url("/slow");
   int slowCalled = 0;
-  transport_->send(slow, [&](HttpResponse) { ++slowCalled; });
+  transport_->send(std::move(slow), [&](HttpResponse) { ++slowCalled; });
   HttpRequest quick;
   quick.url = server_.url("/echo?n=7");
   std::optional<HttpResponse> got;
-  transport_->send(quick, [&](HttpResponse r) {
+  transport_->send(std::move(quick), [&](HttpResponse r) {
     got = std::move(r);
     transport_.reset();
   });

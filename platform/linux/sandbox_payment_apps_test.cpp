@@ -13,7 +13,7 @@ namespace {
 // The sandbox as the stand-ins reach it: every completion is recorded and accepted.
 class AcceptingSandbox : public HttpTransport {
  public:
-  TransferId send(HttpRequest request, Completion completion) override {
+  TransferId send(HttpRequest&& request, Completion completion) override {
     bodies.push_back(request.body);
     completion(HttpResponse{200, R"({"success":"0","message":"","data":{}})", {}, TransportError::none, ""});
     return bodies.size();

@@ -13,7 +13,7 @@ class UnreachableTransport : public HttpTransport {
  public:
   explicit UnreachableTransport(std::shared_ptr<MainLoop> loop) : loop_(std::move(loop)) {}
 
-  TransferId send(HttpRequest request, Completion completion) override {
+  TransferId send(HttpRequest&& request, Completion completion) override {
     loop_->post([url = std::move(request.url), completion = std::move(completion)] {
       HttpResponse response;
       response.error = TransportError::connection;
