@@ -12,6 +12,10 @@
 #include <thread>
 #include <vector>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include "apps/sandbox/art_routes.h"
 #include "apps/sandbox/artwork.h"
 #include "apps/sandbox/demo_data.h"
@@ -39,6 +43,8 @@ namespace qmv::sandbox {
 namespace {
 
 constexpr size_t kMaxPayload = 8 * 1024 * 1024;
+// Answers from this size on are followed by malloc_trim (see serve).
+constexpr size_t kTrimAfterBytes = 256 * 1024;
 
 // Takes the reply's data rather than copying it: a whole table's answer is large.
 std::string envelope(Reply&& reply) {
@@ -196,6 +202,12 @@ struct SandboxServer::Impl {
     }
     for (const std::string& value : setCookies) res.set_header("Set-Cookie", value);
     res.set_content(envelope(std::move(reply)), "application/json; charset=utf-8");
+#ifdef __GLIBC__
+    // A large answer (the whole area table) was a tree of many times its text, freed by now
+    // into this thread's arena. An embedded sandbox shares the client's process: returned
+    // to the system, that memory is not added to the client's own at its busiest moment.
+    if (res.body.size() >= kTrimAfterBytes) malloc_trim(0);
+#endif
   }
 
   // Opens the home and its store and sets up the routes, once.

@@ -1,6 +1,7 @@
 #include "core/request/request_operation.h"
 
 #include <atomic>
+#include <utility>
 
 namespace qmv {
 namespace {
@@ -30,6 +31,11 @@ const Json& RequestOperation::responseObject() const {
     responseObject_ = isParsed(parsed) ? std::move(parsed) : Json();
   }
   return *responseObject_;
+}
+
+std::string RequestOperation::takeBody() {
+  responseObject_.reset();
+  return std::exchange(response_.body, {});
 }
 
 void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpRequest&& request, Completion completion) {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "core/common/json.h"
 #include "platform/http_transport.h"
@@ -31,6 +32,10 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
   const HttpResponse& response() const { return response_; }
   // The response body decoded as JSON; null when it is not JSON. Decoded once.
   const Json& responseObject() const;
+  // Hands the body over, leaving the response without one (responseObject() reads null
+  // from then on): a large answer read on another thread is then held once, by its reader,
+  // and freed as soon as it has been read.
+  std::string takeBody();
 
   bool isExecuting() const { return executing_; }
   bool isCancelled() const { return cancelled_; }

@@ -17,6 +17,7 @@
 #include "core/storage/area_rows.h"
 #include "platform/env.h"
 #include "platform/file_locations.h"
+#include "platform/main_loop.h"
 #include "platform/settings_store.h"
 
 namespace qmv {
@@ -126,6 +127,65 @@ std::optional<AreaModel> firstArea(std::string_view sql, const std::string& valu
   return AreaModel(rows.front());
 }
 
+// The outcome of applying one area list, set once. Dropped unset (the main loop went away
+// with the task that was to store the marks), it completes with an error, so that no one
+// waits for it in vain and get() does not throw.
+class AreaOutcome {
+ public:
+  AreaOutcome() : done_(promise_.get_future().share()) {}
+  ~AreaOutcome() {
+    if (!set_) promise_.set_value(Status::unavailable("the area list was dropped before it was applied"));
+  }
+  AreaOutcome(const AreaOutcome&) = delete;
+  AreaOutcome& operator=(const AreaOutcome&) = delete;
+
+  void set(Status status) {
+    set_ = true;
+    promise_.set_value(std::move(status));
+  }
+  const std::shared_future<Status>& done() const { return done_; }
+
+ private:
+  std::promise<Status> promise_;
+  std::shared_future<Status> done_;
+  bool set_ = false;
+};
+
+// On the interface thread: stores the marks of `rows`, then rebuilds the cache from them
+// on a thread of its own. False (and `outcome` set) for an empty list, which changes nothing.
+bool startRebuild(AreaRows rows, const std::string& ver, std::shared_ptr<AreaOutcome> outcome) {
+  if (rows.areas.empty()) {
+    outcome->set(Status::invalidArgument("the area list is empty"));
+    return false;
+  }
+  // One write: a version stored without its marker would make the server's list look
+  // current while the cache it describes is never used. Stored before the rebuild: a run
+  // killed during it finds the marker naming a last area that the old cache (kept whole
+  // until the new one is complete) does not end with, so look-ups use the shipped database
+  // and the next start asks for the whole list again.
+  Json marks = Json::object();
+  if (!ver.empty()) marks[kAreaVersionKey] = ver;
+  marks[kLastAreaIdKey] = rows.lastId;
+  // A failed write is the store's to log and report (lastWriteStatus); the cache is rebuilt
+  // either way, and the next start asks for the list again.
+  const auto& settings = Env::current().settings;
+  if (settings->setObjects(marks).ok()) settings->synchronize();
+  // The thread owns what it needs; Env is not touched off the interface thread.
+  std::thread([cache = DBUtil::sharedCacheManager(), areas = std::move(rows.areas), outcome = std::move(outcome)]() mutable {
+    Status status = rebuildCache(*cache, areas);
+    areas = {};
+    cache.reset();
+#ifdef __GLIBC__
+    // The answer's text, its rows and SQLite's pages were the largest allocations of the
+    // start, spread over the arenas of this thread, the reader's and the interface thread's;
+    // what they freed goes back to the system instead of staying resident for the session.
+    malloc_trim(0);
+#endif
+    outcome->set(std::move(status));
+  }).detach();
+  return true;
+}
+
 }  // namespace
 
 std::shared_ptr<SQLiteDatabase> DBUtil::sharedBundleManager() { return manager(&Managers::bundle, false, kAreaDbName); }
@@ -225,33 +285,26 @@ std::shared_future<Status> DBUtil::applyAreaList(const Json& list, const std::st
 }
 
 std::shared_future<Status> DBUtil::applyAreaList(AreaRows rows, const std::string& ver) {
-  std::promise<Status> promise;
-  std::shared_future<Status> done = promise.get_future().share();
-  if (rows.areas.empty()) {
-    promise.set_value(Status::invalidArgument("the area list is empty"));
-    return done;
-  }
-  // One write: a version stored without its marker would make the server's list look
-  // current while the cache it describes is never used.
-  Json marks = Json::object();
-  if (!ver.empty()) marks[kAreaVersionKey] = ver;
-  marks[kLastAreaIdKey] = rows.lastId;
-  // A failed write is the store's to log and report (lastWriteStatus); the cache is rebuilt
-  // either way, and the next start asks for the list again.
-  const auto& settings = Env::current().settings;
-  if (settings->setObjects(marks).ok()) settings->synchronize();
-  // The thread owns what it needs; Env is not touched off the interface thread.
-  std::thread([cache = sharedCacheManager(), areas = std::move(rows.areas), promise = std::move(promise)]() mutable {
-    Status status = rebuildCache(*cache, areas);
-    areas = {};
-    cache.reset();
-#ifdef __GLIBC__
-    // The table's rows and SQLite's pages were the largest allocations of the start, spread
-    // over this thread's arena and the interface thread's; what they freed goes back to the
-    // system instead of staying resident for the rest of the session.
-    malloc_trim(0);
-#endif
-    promise.set_value(std::move(status));
+  auto outcome = std::make_shared<AreaOutcome>();
+  std::shared_future<Status> done = outcome->done();
+  startRebuild(std::move(rows), ver, std::move(outcome));
+  return done;
+}
+
+std::shared_future<Status> DBUtil::applyAreaList(std::function<AreaList()> read, std::function<void(bool)> started) {
+  auto outcome = std::make_shared<AreaOutcome>();
+  std::shared_future<Status> done = outcome->done();
+  std::thread([read = std::move(read), started = std::move(started), loop = Env::current().mainLoop,
+               outcome = std::move(outcome)]() mutable {
+    AreaList list = read();
+    // With it goes the answer's text: from here on the table is held once, as rows.
+    read = nullptr;
+    // The marks are the interface thread's to store, before the rebuild starts (see
+    // startRebuild).
+    loop->post([list = std::move(list), started = std::move(started), outcome = std::move(outcome)]() mutable {
+      const bool rebuilding = startRebuild(std::move(list.rows), list.ver, std::move(outcome));
+      if (started) started(rebuilding);
+    });
   }).detach();
   return done;
 }

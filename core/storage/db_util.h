@@ -12,9 +12,10 @@
 // answers as "nothing found": a broken area database and an unknown city lead to the
 // same screen, so no caller needs to tell them apart.
 //
-// REQUIRES: called on the interface thread; only the rebuild started by applyAreaList
-// runs elsewhere.
+// REQUIRES: called on the interface thread; only the rebuild started by applyAreaList, and
+// the reading of a list it is handed unread, run elsewhere.
 #include <cstdint>
+#include <functional>
 #include <future>
 #include <map>
 #include <memory>
@@ -47,6 +48,12 @@ struct AreaRecord {
 struct AreaRows {
   std::vector<AreaRecord> areas;
   std::string lastId;
+};
+
+// An answer of the area list taken apart: its rows and its "ver".
+struct AreaList {
+  AreaRows rows;
+  std::string ver;
 };
 
 class DBUtil {
@@ -91,6 +98,14 @@ class DBUtil {
   // The same for a list already taken apart, whose areas move to the rebuild: a list of
   // thousands of areas is held once, in its compact form, while the cache is written.
   static std::shared_future<Status> applyAreaList(AreaRows rows, const std::string& ver);
+  // The same for an answer that `read` takes apart on a background thread, so that the
+  // interface thread never reads the whole table: once read, the marks are stored on the
+  // interface thread and then `started` is told there whether a rebuild started (false for
+  // an empty list). The future completes once it is known, for an empty list, or with the
+  // rebuild's outcome; it completes with an error too when the main loop goes away first.
+  // `read` must not touch Env or interface-thread state.
+  static std::shared_future<Status> applyAreaList(std::function<AreaList()> read,
+                                                  std::function<void(bool started)> started);
 
   // Forgets the three managers so that the next use creates them from the Env installed
   // then. For tests, which install a fresh Env each.

@@ -5,8 +5,12 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <optional>
 #include <set>
+#include <thread>
 
+#include "core/storage/area_rows.h"
+#include "platform/manual_main_loop.h"
 #include "platform/testing/temp_home.h"
 
 namespace qmv {
@@ -191,6 +195,60 @@ TEST_F(DBUtilTest, RefreshWritesTheCacheAndSwitchesOnlyWhenComplete) {
   EXPECT_FALSE(DBUtil::applyAreaList(Json::object(), "3").get().ok());
   EXPECT_EQ(home_.settings().stringForKey("area_version"), "2");
   EXPECT_TRUE(DBUtil::cacheDBValid());
+}
+
+TEST_F(DBUtilTest, AListReadInTheBackgroundIsMarkedOnTheInterfaceThreadBeforeItsRebuild) {
+  ASSERT_TRUE(refresh(Json::array({area(900000, 0, "旧省", "jiusheng", 1)}), "1").ok());
+  auto& loop = static_cast<ManualMainLoop&>(*Env::current().mainLoop);
+  const Json list = Json::array({area(900000, 0, "测试省", "ceshisheng", 1), area(900100, 900000, "测试市", "ceshishi", 2)});
+
+  std::promise<void> release;
+  std::optional<bool> started;
+  std::string versionWhenStarted;
+  auto done = DBUtil::applyAreaList(
+      [list, gate = release.get_future().share()] {
+        gate.wait();
+        return AreaList{areaRowsOf(list), "2"};
+      },
+      [&](bool rebuilding) {
+        started = rebuilding;
+        versionWhenStarted = home_.settings().stringForKey("area_version").value_or("");
+      });
+  // While the answer is read the old cache stays in force, marks and all.
+  EXPECT_EQ(home_.settings().stringForKey("area_version"), "1");
+  EXPECT_TRUE(DBUtil::getCityWithName("旧省"));
+  release.set_value();
+  // The marks wait for the interface thread, whose store is not written from elsewhere.
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_EQ(home_.settings().stringForKey("area_version"), "1");
+  ASSERT_TRUE(loop.runUntil([&] { return started.has_value(); }, std::chrono::seconds(10)));
+  EXPECT_TRUE(*started);
+  EXPECT_EQ(versionWhenStarted, "2") << "stored before the rebuild is told of";
+  EXPECT_EQ(home_.settings().stringForKey("last_area_id"), "900100");
+  ASSERT_EQ(done.wait_for(std::chrono::seconds(30)), std::future_status::ready);
+  EXPECT_TRUE(done.get().ok());
+  EXPECT_TRUE(DBUtil::cacheDBValid());
+  EXPECT_TRUE(DBUtil::getCityWithName("测试市"));
+
+  // An answer without areas stores nothing and starts nothing.
+  started.reset();
+  auto empty = DBUtil::applyAreaList([] { return AreaList{{}, "3"}; }, [&](bool rebuilding) { started = rebuilding; });
+  ASSERT_TRUE(loop.runUntil([&] { return started.has_value(); }, std::chrono::seconds(10)));
+  EXPECT_FALSE(*started);
+  EXPECT_FALSE(empty.get().ok());
+  EXPECT_EQ(home_.settings().stringForKey("area_version"), "2");
+
+  // A main loop gone before the marks were stored: the outcome still arrives, as an error.
+  std::shared_future<Status> orphan;
+  {
+    Env env = Env::current();
+    env.mainLoop = std::make_shared<ManualMainLoop>();
+    ScopedEnv scoped(std::move(env));
+    orphan = DBUtil::applyAreaList([list] { return AreaList{areaRowsOf(list), "4"}; }, [](bool) { ADD_FAILURE(); });
+  }
+  ASSERT_EQ(orphan.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+  EXPECT_FALSE(orphan.get().ok());
+  EXPECT_EQ(home_.settings().stringForKey("area_version"), "2");
 }
 
 TEST_F(DBUtilTest, MismatchedLastAreaIdKeepsTheCacheUnused) {

@@ -94,6 +94,15 @@ TEST_F(DiscoveryEndpointsTest, SavedCatalogueWinsOverTheBuiltInOne) {
 }
 
 TEST_F(DiscoveryEndpointsTest, AreaAnswersAreReadInPlaceAsTheirTreeReadsAndBrokenOnesGiveNoAreas) {
+  // The reader of a refresh reads the text as a stream, off the interface thread; it must
+  // read every answer as the tree does.
+  const auto expectStreamedAlike = [](const AreaNetApi& api, const std::string& what) {
+    const AreaNetApi::Areas tree = api.readAreas();
+    const AreaNetApi::Areas streamed = AreaNetApi::readAreas(api.responseString());
+    EXPECT_EQ(streamed.rows.areas, tree.rows.areas) << what;
+    EXPECT_EQ(streamed.rows.lastId, tree.rows.lastId) << what;
+    EXPECT_EQ(streamed.ver, tree.ver) << what;
+  };
   // Numeric texts, a fraction, a text that is no number, a missing field, an element that is
   // no object. With "-0" in it the answer is one only the full reader decides on.
   const std::string list =
@@ -112,7 +121,23 @@ TEST_F(DiscoveryEndpointsTest, AreaAnswersAreReadInPlaceAsTheirTreeReadsAndBroke
                                                           {20, 0, "", "", 0, 0}}))
         << extra;
     EXPECT_EQ(areaRowsOf(api->getAreaList()).areas, areas.rows.areas) << extra;
+    expectStreamedAlike(*api, extra);
   }
+  // Keys that repeat count with their last value, wherever they are; an area nested in
+  // another's field is no area of the list; a byte that is not UTF-8 reads as U+FFFD.
+  for (const std::string body :
+       {R"({"success":"0","data":{"ver":"1","dataList":[{"id":1}]},"data":{"dataList":[{"id":2}],"ver":"9",)"
+        R"("dataList":[{"id":4,"name":"丙","name":"丁","pyName":{"dataList":[{"id":8}]}},[5],{"id":6,"id":7}]}})",
+        R"({"success":"0","data":{"ver":"1","dataList":[{"id":1}]},"data":{"ver":"2"}})",
+        "{\"success\":\"0\",\"data\":{\"dataList\":[{\"id\":3,\"name\":\"\xff\"}]}}"}) {
+    answer("getAreaList", body);
+    auto api = std::make_shared<AreaNetApi>();
+    ASSERT_EQ(run(api), "success");
+    expectStreamedAlike(*api, body);
+  }
+  EXPECT_EQ(AreaNetApi::readAreas(R"({"data":{"dataList":[{"id":4,"name":"丙","name":"丁"},[5],{"id":6,"id":7}]}})")
+                .rows.areas,
+            (std::vector<AreaRecord>{{4, 0, "丁", "", 0, 0}, {0, 0, "", "", 0, 0}, {7, 0, "", "", 0, 0}}));
 
   // Nothing to rebuild from: the stored table stays as it is.
   for (const std::string body : {R"({"success":"0","data":{"ver":"8","dataList":[{"id":1},)",
@@ -122,6 +147,7 @@ TEST_F(DiscoveryEndpointsTest, AreaAnswersAreReadInPlaceAsTheirTreeReadsAndBroke
     auto api = std::make_shared<AreaNetApi>();
     ASSERT_EQ(run(api), "success");
     EXPECT_TRUE(api->readAreas().rows.areas.empty()) << body;
+    EXPECT_TRUE(AreaNetApi::readAreas(body).rows.areas.empty()) << body;
   }
 }
 

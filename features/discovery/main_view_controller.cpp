@@ -6,6 +6,7 @@
 #include "core/common/notification_names.h"
 #include "core/common/settings_keys.h"
 #include "core/common/url_parts.h"
+#include "core/request/request_operation.h"
 #include "core/session/global_data.h"
 #include "core/storage/db_util.h"
 #include "features/discovery/area_net_api.h"
@@ -341,13 +342,24 @@ void MainViewController::getAreaListNet() {
   auto request = std::make_shared<AreaNetApi>();
   areaRequest_ = request;
   areaAnswered_ = false;
+  const std::uint64_t refresh = ++areaRefreshes_;
   request->startWithCompletionBlockWithSuccess(
-      [this](AreaNetApi& api) {
+      [this, refresh](AreaNetApi& api) {
         areaAnswered_ = true;
-        AreaNetApi::Areas areas = api.isCorrectResult() ? api.readAreas() : AreaNetApi::Areas{};
-        const bool start = !areas.rows.areas.empty();
-        if (start) areaRebuild_ = DBUtil::applyAreaList(std::move(areas.rows), areas.ver);
-        if (onAreaRefreshed) onAreaRefreshed(start);
+        if (!api.isCorrectResult() || !api.requestOperation) {
+          if (onAreaRefreshed) onAreaRefreshed(false);
+          return;
+        }
+        // A first start's answer is the whole table: reading it here would hold the
+        // interface for milliseconds. Its text moves to the reader, and is freed once read.
+        std::weak_ptr<bool> alive = alive_;
+        areaRebuild_ = DBUtil::applyAreaList(
+            [text = api.requestOperation->takeBody()] { return AreaNetApi::readAreas(text); },
+            [this, alive, refresh](bool started) {
+              if (!alive.lock() || refresh != areaRefreshes_) return;
+              if (!started) areaRebuild_ = {};
+              if (onAreaRefreshed) onAreaRefreshed(started);
+            });
       },
       [this](BaseRequest&) {
         areaAnswered_ = true;

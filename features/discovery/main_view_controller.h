@@ -78,10 +78,11 @@ class MainViewController : public BaseViewController {
   void startLocate();
 
   // Asks for areas newer than the cached ones and, on a correct non-empty list, stores
-  // its version and rebuilds the cache in the background (areaRebuild()).
+  // its version and rebuilds the cache in the background (areaRebuild()). The answer (the
+  // whole table at a first start) is read in the background too.
   void getAreaListNet();
-  // The running or finished cache rebuild of the last area refresh; invalid when none
-  // was started.
+  // The reading of the last area refresh's answer and the cache rebuild it started: running
+  // or finished; invalid when no answer is being read and no rebuild was started.
   const std::shared_future<Status>& areaRebuild() const { return areaRebuild_; }
   // True once the last area refresh has ended: its answer arrived or failed, and the
   // rebuild it started, if any, is done.
@@ -186,6 +187,8 @@ class MainViewController : public BaseViewController {
   AutoLogin autoLogin_;
   std::shared_future<Status> areaRebuild_;
   bool areaAnswered_ = false;
+  // Tells the answer being read of the last refresh from those of earlier ones.
+  std::uint64_t areaRefreshes_ = 0;
   bool areaRefreshDue_ = false;
   std::uint64_t areaTimer_ = 0;
   // Cleared on destruction so that late position or alert callbacks do nothing.
