@@ -30,6 +30,16 @@ struct HttpFormPart {
   std::string data;
 };
 
+enum class TransportError { none, timeout, connection, cancelled, tooLarge, other };
+
+struct HttpResponse {
+  long status = 0;  // 0 when no response arrived
+  std::string body;
+  ResponseHeaders headers;  // of the final response
+  TransportError error = TransportError::none;
+  std::string errorMessage;
+};
+
 struct HttpRequest {
   using ProgressCallback = std::function<void(std::int64_t received, std::int64_t expected)>;
 
@@ -59,16 +69,12 @@ struct HttpRequest {
   bool resume = false;
   // Bytes of the whole file so far and its expected size (0 when unknown); posted to the loop.
   ProgressCallback progress;
-};
 
-enum class TransportError { none, timeout, connection, cancelled, tooLarge, other };
-
-struct HttpResponse {
-  long status = 0;  // 0 when no response arrived
-  std::string body;
-  ResponseHeaders headers;  // of the final response
-  TransportError error = TransportError::none;
-  std::string errorMessage;
+  // Not sent: a response the caller is done with, whose buffers (body, header lines) the
+  // transport may fill with this request's answer rather than allocate new ones, which
+  // a request sent again and again would otherwise do every time. Its contents are
+  // dropped; a transport may also ignore it.
+  HttpResponse spare;
 };
 
 using TransferId = std::uint64_t;

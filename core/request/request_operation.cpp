@@ -16,6 +16,7 @@ RequestOperation::RequestOperation() : hash_(nextHash()) {}
 
 void RequestOperation::renew() {
   hash_ = nextHash();
+  spare_ = std::move(response_);
   response_ = HttpResponse();
   responseObject_.reset();
   transport_.reset();
@@ -36,6 +37,7 @@ void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpReque
   transport_ = std::move(transport);
   completion_ = std::move(completion);
   executing_ = true;
+  request.spare = std::move(spare_);
   // The transfer keeps its operation alive until it reports.
   // Taken as an rvalue, as the transport hands it over: a parameter of its own would be
   // one more move of every field.

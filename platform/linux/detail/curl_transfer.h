@@ -89,7 +89,8 @@ struct Transfer {
         request(std::move(request)),
         completion(std::move(completion)),
         loop(std::move(loop)),
-        cookies(std::move(cookies)) {}
+        cookies(std::move(cookies)),
+        response_(reused(std::move(this->request.spare))) {}
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
   ~Transfer();
@@ -113,6 +114,8 @@ struct Transfer {
   void timedOut(Outbox& outbox);
 
  private:
+  // `spare` emptied, its buffers kept for the answer to fill.
+  static HttpResponse reused(HttpResponse&& spare);
   void deliver(HttpResponse&& response, Outbox& outbox);
   // Back to curl's defaults, with no cookie file listed.
   void resetHandle();
