@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/common/inline_function.h"
 #include "platform/response_headers.h"
 
 namespace qmv {
@@ -82,7 +83,9 @@ using TransferId = std::uint64_t;
 class HttpTransport {
  public:
   // The response is handed over, not copied: taking it by value costs one move more.
-  using Completion = std::function<void(HttpResponse&&)>;
+  // Kept in place when it captures no more than a few pointers (a shared_ptr to its
+  // owner, say), so that sending a request allocates nothing for it.
+  using Completion = InlineFunction<void(HttpResponse&&)>;
 
   virtual ~HttpTransport() = default;
 
