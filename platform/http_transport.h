@@ -39,6 +39,15 @@ struct HttpResponse {
   ResponseHeaders headers;  // of the final response
   TransportError error = TransportError::none;
   std::string errorMessage;
+
+  // As if new, keeping the buffers for the next answer.
+  void clear() {
+    status = 0;
+    body.clear();
+    headers.clear();
+    error = TransportError::none;
+    errorMessage.clear();
+  }
 };
 
 struct HttpRequest {

@@ -17,7 +17,7 @@ RequestOperation::RequestOperation() : hash_(nextHash()) {}
 void RequestOperation::renew() {
   hash_ = nextHash();
   spare_ = std::move(response_);
-  response_ = HttpResponse();
+  response_.clear();
   responseObject_.reset();
   transport_.reset();
   completion_ = nullptr;

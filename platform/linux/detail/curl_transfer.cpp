@@ -140,16 +140,6 @@ void Transfer::useCookies() {
   }
 }
 
-HttpResponse Transfer::reused(HttpResponse&& spare) {
-  HttpResponse response(std::move(spare));
-  response.status = 0;
-  response.body.clear();
-  response.headers.clear();
-  response.error = TransportError::none;
-  response.errorMessage.clear();
-  return response;
-}
-
 void Transfer::deliver(HttpResponse&& r, Outbox& outbox) {
   if (!completion) return;
   if (loop) {
