@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/common/inline_function.h"
 #include "platform/response_headers.h"
 
 namespace qmv {
@@ -28,6 +29,25 @@ struct HttpFormPart {
   std::string fileName;  // empty for a plain form field
   std::string mimeType;  // empty for a plain form field
   std::string data;
+};
+
+enum class TransportError { none, timeout, connection, cancelled, tooLarge, other };
+
+struct HttpResponse {
+  long status = 0;  // 0 when no response arrived
+  std::string body;
+  ResponseHeaders headers;  // of the final response
+  TransportError error = TransportError::none;
+  std::string errorMessage;
+
+  // As if new, keeping the buffers for the next answer.
+  void clear() {
+    status = 0;
+    body.clear();
+    headers.clear();
+    error = TransportError::none;
+    errorMessage.clear();
+  }
 };
 
 struct HttpRequest {
@@ -59,16 +79,12 @@ struct HttpRequest {
   bool resume = false;
   // Bytes of the whole file so far and its expected size (0 when unknown); posted to the loop.
   ProgressCallback progress;
-};
 
-enum class TransportError { none, timeout, connection, cancelled, tooLarge, other };
-
-struct HttpResponse {
-  long status = 0;  // 0 when no response arrived
-  std::string body;
-  ResponseHeaders headers;  // of the final response
-  TransportError error = TransportError::none;
-  std::string errorMessage;
+  // Not sent: a response the caller is done with, whose buffers (body, header lines) the
+  // transport may fill with this request's answer rather than allocate new ones, which
+  // a request sent again and again would otherwise do every time. Its contents are
+  // dropped; a transport may also ignore it.
+  HttpResponse spare;
 };
 
 using TransferId = std::uint64_t;
@@ -76,7 +92,9 @@ using TransferId = std::uint64_t;
 class HttpTransport {
  public:
   // The response is handed over, not copied: taking it by value costs one move more.
-  using Completion = std::function<void(HttpResponse&&)>;
+  // Kept in place when it captures no more than a few pointers (a shared_ptr to its
+  // owner, say), so that sending a request allocates nothing for it.
+  using Completion = InlineFunction<void(HttpResponse&&)>;
 
   virtual ~HttpTransport() = default;
 

@@ -1,6 +1,10 @@
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -89,6 +93,80 @@ TYPED_TEST(RealMainLoopTest, PostsInOrderFiresTimersAndCancels) {
 
   loop.postAfter(milliseconds(1), [&] { loop.stop(); });
   loop.run();  // returns because of stop()
+}
+
+// Readiness reports follow what the owner wants: again and again while it leaves data
+// unread, never while it wants nothing, and for data that arrived meanwhile once it wants
+// again, whether or not it had stopped right after a report.
+TYPED_TEST(RealMainLoopTest, WatchesReportReadinessWhileItIsWanted) {
+  TypeParam loop;
+  int fds[2];
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, fds), 0);
+  enum class OnReport { drain, leave, drainAndStop } onReport = OnReport::drain;
+  std::vector<int> seen;
+  std::unique_ptr<IoWatcher::Watch> watch;
+  watch = loop.watch(fds[0], [&](int events) {
+    seen.push_back(events);
+    char buffer[16];
+    if (onReport != OnReport::leave) {
+      while (read(fds[0], buffer, sizeof buffer) > 0) {
+      }
+    }
+    if (onReport == OnReport::drainAndStop) watch->want(0);
+  });
+  ASSERT_NE(watch, nullptr);
+  const auto send = [&] { ASSERT_EQ(write(fds[1], "x", 1), 1); };
+  const auto settle = [&] { loop.runUntil([] { return false; }, milliseconds(30)); };
+  const std::vector<int> once{IoWatcher::kReadable};
+
+  watch->want(IoWatcher::kReadable);
+  settle();
+  EXPECT_TRUE(seen.empty());
+  send();
+  settle();
+  EXPECT_EQ(seen, once);
+
+  seen.clear();
+  onReport = OnReport::leave;
+  send();
+  EXPECT_TRUE(loop.runUntil([&] { return seen.size() >= 3; }, milliseconds(2000)));
+  watch->want(0);
+  settle();
+  seen.clear();
+  send();  // on top of the unread byte
+  settle();
+  EXPECT_TRUE(seen.empty());
+  onReport = OnReport::drain;
+  watch->want(IoWatcher::kReadable);
+  settle();
+  EXPECT_EQ(seen, once);
+
+  for (int round = 0; round < 2; ++round) {
+    seen.clear();
+    onReport = OnReport::drainAndStop;
+    watch->want(IoWatcher::kReadable);
+    settle();
+    EXPECT_TRUE(seen.empty()) << round;
+    send();
+    settle();
+    EXPECT_EQ(seen, once) << round;
+  }
+
+  // Writability is reported while wanted, and not once the owner only wants to read.
+  seen.clear();
+  onReport = OnReport::drain;
+  watch->want(IoWatcher::kWritable);
+  EXPECT_TRUE(loop.runUntil([&] { return !seen.empty(); }, milliseconds(2000)));
+  EXPECT_EQ(seen.front(), IoWatcher::kWritable);
+  watch->want(IoWatcher::kReadable);
+  settle();
+  seen.clear();
+  send();
+  settle();
+  EXPECT_EQ(seen, once);
+  watch.reset();
+  close(fds[0]);
+  close(fds[1]);
 }
 
 }  // namespace

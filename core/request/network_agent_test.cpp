@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "core/request/request_operation.h"
 #include "core/request/request_test_support.h"
 
 namespace qmv {
@@ -177,6 +178,39 @@ TEST_F(NetworkAgentTest, CancelAndTimeout) {
   EXPECT_EQ(run(hasty), "failure");
   EXPECT_LT(std::chrono::steady_clock::now() - before, 2s);
   EXPECT_EQ(hasty->responseStatusCode(), 0);
+}
+
+// Forwards to the installed transport, noting the body of the spare each request carries.
+class SpareRecorder : public HttpTransport {
+ public:
+  explicit SpareRecorder(std::shared_ptr<HttpTransport> inner) : inner_(std::move(inner)) {}
+  TransferId send(HttpRequest&& request, Completion completion) override {
+    spares.push_back(request.spare.body);
+    return inner_->send(std::move(request), std::move(completion));
+  }
+  void cancel(TransferId id) override { inner_->cancel(id); }
+  std::vector<std::string> spares;
+
+ private:
+  std::shared_ptr<HttpTransport> inner_;
+};
+
+// A request sent again lends the transport its last answer to fill, unless something else
+// still holds that answer.
+TEST_F(NetworkAgentTest, ARequestSentAgainLendsItsLastAnswer) {
+  auto recorder = std::make_shared<SpareRecorder>(Env::current().http);
+  Env env = Env::current();
+  env.http = recorder;
+  ScopedEnv scoped(std::move(env));
+  auto request = makeRequest("counter");
+  ASSERT_EQ(run(request), "success");
+  ASSERT_EQ(run(request), "success");
+  EXPECT_EQ(request->responseString(), R"({"n":2})");
+  const auto held = request->requestOperation;
+  ASSERT_EQ(run(request), "success");
+  EXPECT_EQ(request->responseString(), R"({"n":3})");
+  EXPECT_EQ(held->response().body, R"({"n":2})");
+  EXPECT_EQ(recorder->spares, (std::vector<std::string>{"", R"({"n":1})", ""}));
 }
 
 TEST_F(NetworkAgentTest, SendsArgumentsAsQueryFormJsonAndMultipart) {

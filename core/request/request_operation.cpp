@@ -17,7 +17,8 @@ RequestOperation::RequestOperation() : hash_(nextHash()) {}
 
 void RequestOperation::renew() {
   hash_ = nextHash();
-  response_ = HttpResponse();
+  spare_ = std::move(response_);
+  response_.clear();
   responseObject_.reset();
   transport_.reset();
   completion_ = nullptr;
@@ -42,6 +43,7 @@ void RequestOperation::start(std::shared_ptr<HttpTransport> transport, HttpReque
   transport_ = std::move(transport);
   completion_ = std::move(completion);
   executing_ = true;
+  request.spare = std::move(spare_);
   // The transfer keeps its operation alive until it reports.
   // Taken as an rvalue, as the transport hands it over: a parameter of its own would be
   // one more move of every field.

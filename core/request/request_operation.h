@@ -49,11 +49,13 @@ class RequestOperation : public std::enable_shared_from_this<RequestOperation> {
  private:
   std::uint64_t hash_;
   HttpResponse response_;
+  // The last transfer's response once renewed: its buffers go with the next request for
+  // the transport to fill again.
+  HttpResponse spare_;
   mutable std::optional<Json> responseObject_;
   std::shared_ptr<HttpTransport> transport_;
   // Kept here rather than in the transport's callback, which then holds only the
-  // operation whatever the completion captures (still one small allocation: the standard
-  // library keeps only trivially copyable callables inline).
+  // operation whatever the completion captures, and so needs no allocation.
   Completion completion_;
   TransferId transferId_ = 0;
   bool executing_ = false;

@@ -126,30 +126,57 @@ std::int64_t AsioMainLoop::nowMillis() const {
 
 namespace {
 
+// Watches go to Asio's reactor directly rather than through a stream_descriptor: a
+// descriptor's async_wait makes the reactor look at the descriptor afresh with a system
+// call every time (epoll_ctl), which a socket waiting for each small answer paid once per
+// request. A wait of its own may skip that look where nothing can have been missed.
 class AsioWatch : public IoWatcher::Watch {
  public:
   // A destroyed watch may still have waits in flight; they find it removed and do
   // nothing, even when the descriptor's number is reused.
   struct State {
-    State(asio::io_context& io, std::function<void(int)> ready) : descriptor(io), ready(std::move(ready)) {}
-    asio::posix::stream_descriptor descriptor;
+    State(asio::io_context& io, int fd, std::function<void(int)> ready)
+        : io(io), reactor(asio::use_service<asio::detail::reactor>(io)), fd(fd), ready(std::move(ready)) {
+      // Makes the loop run the reactor, as Asio's own descriptor objects do.
+      reactor.init_task();
+    }
+    ~State() {
+      if (data != nullptr) reactor.cleanup_descriptor_data(data);
+    }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+
+    bool registerWithReactor() { return reactor.register_descriptor(fd, data) == 0; }
+    // Drops the registration; waits in flight complete as aborted.
+    void deregister() {
+      reactor.deregister_descriptor(fd, data, /*closing=*/false);
+      reactor.cleanup_descriptor_data(data);
+      data = nullptr;
+    }
+
+    asio::io_context& io;
+    asio::detail::reactor& reactor;
+    asio::detail::reactor::per_descriptor_data data = nullptr;
+    const int fd;
     std::function<void(int)> ready;
     int wanted = 0;
     bool waiting[2] = {false, false};  // a wait for reading / for writing is in flight
-    // Counts the registrations: a wait of an earlier one, cancelled by re-registering,
+    // Counts the registrations: a wait of an earlier one, aborted by re-registering,
     // must not mark the current one's as over.
     unsigned registration = 0;
     bool writeRegistered = false;  // the reactor has been asked to report writability
+    // The owner was told the descriptor was readable and then stopped wanting to read:
+    // what was there it has dealt with, and anything that arrives later wakes the next
+    // read wait, which can skip the reactor's fresh look.
+    bool readSettled = false;
     bool removed = false;
   };
 
   explicit AsioWatch(std::shared_ptr<State> state) : state_(std::move(state)) {}
   ~AsioWatch() override {
     state_->removed = true;
-    asio::error_code ignored;
-    state_->descriptor.cancel(ignored);
-    // The owner closes the descriptor; asio only lets go of it.
-    state_->descriptor.release();
+    // The owner closes the descriptor; the reactor only lets go of it.
+    state_->deregister();
   }
 
   void want(int events) override {
@@ -161,45 +188,88 @@ class AsioWatch : public IoWatcher::Watch {
   }
 
  private:
+  // One wait for readiness. The reactor completes it when the descriptor is reported, or
+  // at once when started while a report it has not handed to a wait is pending.
+  class WaitOp : public asio::detail::reactor_op {
+   public:
+    WaitOp(std::shared_ptr<State> state, int event)
+        : reactor_op(asio::error_code(), &WaitOp::perform, &WaitOp::complete),
+          state_(std::move(state)),
+          event_(event),
+          registration_(state_->registration) {}
+
+   private:
+    // Readiness is all a wait asks for. "Exhausted" tells the reactor that a later wait
+    // needs a new report, not the one this wait took.
+    static status perform(reactor_op*) { return done_and_exhausted; }
+
+    static void complete(void* owner, asio::detail::operation* base, const asio::error_code&, std::size_t) {
+      std::unique_ptr<WaitOp> op(static_cast<WaitOp*>(base));
+      if (owner == nullptr) return;  // the loop is being destroyed: nothing is called
+      const std::shared_ptr<State> state = std::move(op->state_);
+      const asio::error_code ec = op->ec_;
+      const int event = op->event_;
+      const unsigned registration = op->registration_;
+      op.reset();
+      finished(state, event, registration, ec);
+    }
+
+    std::shared_ptr<State> state_;
+    int event_;
+    unsigned registration_;
+  };
+
+  static void finished(const std::shared_ptr<State>& state, int event, unsigned registration,
+                       const asio::error_code& ec) {
+    if (registration != state->registration) return;
+    const int slot = event == IoWatcher::kReadable ? 0 : 1;
+    state->waiting[slot] = false;
+    if (state->removed || ec == asio::error::operation_aborted || (state->wanted & event) == 0) {
+      // A report nobody was told of: the next read wait must look afresh.
+      if (slot == 0) state->readSettled = false;
+      return;
+    }
+    state->ready(ec ? event | IoWatcher::kError : event);
+    if (state->removed) return;
+    if (slot == 0 && (state->wanted & IoWatcher::kReadable) == 0) state->readSettled = true;
+    // After an error the descriptor would be reported again at once: wait for the owner
+    // to say what it wants next rather than spin.
+    if (!ec) arm(state);
+  }
+
   // Once asked for writability, the reactor keeps it for the descriptor's life, and a
   // socket is then reported each time the peer acknowledges data, although nobody waits
   // to write: a wake-up of the loop per small request on a kept-alive connection. The
   // descriptor is registered afresh without it once the owner stops wanting it (after a
   // connection is made, for a socket).
   static void dropWritability(const std::shared_ptr<State>& state) {
-    const int fd = state->descriptor.release();
+    state->deregister();
     ++state->registration;
     state->waiting[0] = state->waiting[1] = false;
     state->writeRegistered = false;
-    asio::error_code ec;
-    state->descriptor.assign(fd, ec);
-    if (!ec) return;
+    state->readSettled = false;
+    if (state->registerWithReactor()) return;
     // The owner hears of it from the loop, as of any failed wait, not from within its
     // own call.
     state->wanted = 0;
-    asio::post(state->descriptor.get_executor(), [state] {
+    asio::post(state->io, [state] {
       if (!state->removed) state->ready(IoWatcher::kError);
     });
   }
 
   static void arm(const std::shared_ptr<State>& state) {
+    if (state->data == nullptr) return;
     for (const int event : {IoWatcher::kReadable, IoWatcher::kWritable}) {
       const int slot = event == IoWatcher::kReadable ? 0 : 1;
       if ((state->wanted & event) == 0 || state->waiting[slot]) continue;
       state->waiting[slot] = true;
       if (event == IoWatcher::kWritable) state->writeRegistered = true;
-      state->descriptor.async_wait(
-          event == IoWatcher::kReadable ? asio::posix::stream_descriptor::wait_read
-                                        : asio::posix::stream_descriptor::wait_write,
-          [state, event, slot, registration = state->registration](const asio::error_code& ec) {
-            if (registration != state->registration) return;
-            state->waiting[slot] = false;
-            if (state->removed || ec == asio::error::operation_aborted || (state->wanted & event) == 0) return;
-            state->ready(ec ? event | IoWatcher::kError : event);
-            // After an error the descriptor would be reported again at once: wait for
-            // the owner to say what it wants next rather than spin.
-            if (!state->removed && !ec) arm(state);
-          });
+      // Without the fresh look, a report the reactor has seen since the last wait
+      // completes this one at once; one the owner was not told of cannot be skipped.
+      const bool skipLook = slot == 0 && std::exchange(state->readSettled, false);
+      state->reactor.start_op(slot == 0 ? asio::detail::reactor::read_op : asio::detail::reactor::write_op, state->fd,
+                              state->data, new WaitOp(state, event), /*is_continuation=*/false,
+                              /*allow_speculative=*/skipLook);
     }
   }
 
@@ -233,10 +303,8 @@ class AsioTimer : public IoWatcher::Timer {
 }  // namespace
 
 std::unique_ptr<IoWatcher::Watch> AsioMainLoop::watch(int fd, std::function<void(int events)> ready) {
-  auto state = std::make_shared<AsioWatch::State>(impl_->io, std::move(ready));
-  asio::error_code ec;
-  state->descriptor.assign(fd, ec);
-  if (ec) return nullptr;
+  auto state = std::make_shared<AsioWatch::State>(impl_->io, fd, std::move(ready));
+  if (!state->registerWithReactor()) return nullptr;
   return std::make_unique<AsioWatch>(std::move(state));
 }
 

@@ -377,6 +377,21 @@ TEST_P(CurlTransportTest, AReusedHandleKeepsNothingOfTheRequestBefore) {
   EXPECT_EQ(headAnswer.status, 200);
   EXPECT_EQ(headAnswer.body, "");
   EXPECT_EQ(sendAndWait(get).body, "GET||");
+  // A spare response lends its buffers, never what it held.
+  HttpRequest withSpare = get;
+  withSpare.spare.status = 500;
+  withSpare.spare.body = "stale body";
+  withSpare.spare.error = TransportError::other;
+  withSpare.spare.errorMessage = "stale";
+  for (const HttpRequest* request : {&withSpare, &head}) {
+    HttpRequest lending = *request;
+    lending.spare = withSpare.spare;
+    const HttpResponse fresh = sendAndWait(std::move(lending));
+    EXPECT_EQ(fresh.status, 200);
+    EXPECT_EQ(fresh.body, request == &head ? "" : "GET||");
+    EXPECT_EQ(fresh.error, TransportError::none);
+    EXPECT_EQ(fresh.errorMessage, "");
+  }
   // Plain GETs in turn: one's header fields are not sent with the next.
   HttpRequest withField;
   withField.url = server_.url("/whoami");

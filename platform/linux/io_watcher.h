@@ -42,6 +42,10 @@ class IoWatcher {
   // Watches `fd`; `ready` gets the events that hold each time it is ready for a wanted
   // one (level-triggered: a descriptor still ready is reported again). Null when the
   // loop cannot watch this descriptor. Starts with no event wanted.
+  // One exception, which spares a loop a system call per wait: an owner that stops
+  // wanting to read from within the report that the descriptor is readable has taken
+  // what it wanted, and a loop may then report it readable again only for data that
+  // arrives later.
   virtual std::unique_ptr<Watch> watch(int fd, std::function<void(int events)> ready) = 0;
   // A timer that calls `fired` when it expires.
   virtual std::unique_ptr<Timer> timer(std::function<void()> fired) = 0;

@@ -89,7 +89,10 @@ struct Transfer {
         request(std::move(request)),
         completion(std::move(completion)),
         loop(std::move(loop)),
-        cookies(std::move(cookies)) {}
+        cookies(std::move(cookies)),
+        response_(std::move(this->request.spare)) {
+    response_.clear();
+  }
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
   ~Transfer();
@@ -139,7 +142,7 @@ struct Transfer {
   bool keptOptions_ = false;
   curl_slist* headerList_ = nullptr;  // the transfer's own list; null: none, or the shared one
   curl_mime* form_ = nullptr;         // a multipart body, freed once the handle lets go of it
-  HttpResponse response_;
+  HttpResponse response_;  // fills the buffers of the request's spare
   std::FILE* file_ = nullptr;
   bool fileDecided_ = false;
   std::int64_t existingBytes_ = 0;  // size of the partial file when the transfer began
