@@ -64,7 +64,9 @@ void RequestOperation::cancel() {
   cancelled_ = true;
   executing_ = false;
   completion_ = nullptr;
-  if (transport_) transport_->cancel(transferId_);
+  // Let go of too: the cancelled transfer's report may sit unrun in a loop that the
+  // transport holds, and would hold the transport through this operation.
+  if (const auto transport = std::exchange(transport_, nullptr)) transport->cancel(transferId_);
 }
 
 }  // namespace qmv

@@ -65,6 +65,9 @@ void Outbox::flush() {
     std::size_t end = i + 1;
     while (end < letters.size() && letters[end].loop == letters[i].loop) ++end;
     const std::shared_ptr<MainLoop> loop = letters[i].loop;
+    // A task left unrun in its loop's queue (a loop stopped for good) must not keep that
+    // loop alive: the letters go without it.
+    for (std::size_t k = i; k < end; ++k) letters[k].loop.reset();
     if (end - i == 1) {
       loop->post([letter = std::move(letters[i])]() mutable { letter.completion(std::move(letter.response)); });
     } else {
