@@ -48,6 +48,14 @@ constexpr size_t kTrimAfterBytes = 256 * 1024;
 
 // Takes the reply's data rather than copying it: a whole table's answer is large.
 std::string envelope(Reply&& reply) {
+  if (reply.succeeded() && !reply.dataText.empty()) {
+    // The text the tree below gives, with "data" as the handler wrote it.
+    std::string head = "{\"success\":" + dumpJson(reply.code) + ",\"message\":" + dumpJson(reply.message) + ",\"data\":";
+    std::string text;
+    text.reserve(head.size() + reply.dataText.size() + 1);
+    text.append(head).append(reply.dataText).push_back('}');
+    return text;
+  }
   Json body = Json::object();
   body["success"] = reply.code;
   body["message"] = reply.message;
@@ -186,7 +194,7 @@ struct SandboxServer::Impl {
         call.sessionId = call.arg("sessionId");
         if (endpoint.session != SessionRule::kNone) call.member = memberOfSession(call.sessionId);
         if (endpoint.session == SessionRule::kRequired && !call.member.is_object()) {
-          reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json()};
+          reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json(), {}};
           return false;
         }
         reply = endpoint.handler(call);
@@ -201,7 +209,9 @@ struct SandboxServer::Impl {
       fail(error.what());
     }
     for (const std::string& value : setCookies) res.set_header("Set-Cookie", value);
-    res.set_content(envelope(std::move(reply)), "application/json; charset=utf-8");
+    // Moved in: set_content would copy the text, and a whole table's answer is large.
+    res.set_content("", 0, "application/json; charset=utf-8");
+    res.body = envelope(std::move(reply));
 #ifdef __GLIBC__
     // A large answer (the whole area table) was a tree of many times its text, freed by now
     // into this thread's arena. An embedded sandbox shares the client's process: returned
