@@ -233,6 +233,13 @@ struct SandboxServer::Impl {
         SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db");
     if (!opened.ok()) return opened.status();
     db = std::move(opened).value();
+    if (options.pageCacheKiB > 0) {
+      if (Status sized = db->executeScript("PRAGMA cache_size=" + std::to_string(-options.pageCacheKiB) + ";");
+          !sized.ok()) {
+        db.reset();
+        return sized;
+      }
+    }
     const std::filesystem::path resources = options.resources.empty() ? defaultResourceDirectory() : options.resources;
     Status prepared = prepareDatabase(*db, resources / "area.db");
     tiles = std::make_shared<TileMap>(resources / "map.db");
