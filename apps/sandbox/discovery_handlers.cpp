@@ -69,6 +69,8 @@ constexpr std::pair<const char*, const char*> kAreaColumns[] = {
     {"\"pyName\":", "py_name"}, {"\"type\":", "type"},          {"\"special\":", "special"}};
 // About the text of one area: the answer's text is reserved once, not grown by copies.
 constexpr std::size_t kAreaBytesPerRow = 100;
+// Room for the envelope that the server puts around the text.
+constexpr std::size_t kEnvelopeBytes = 64;
 // Rows read at a time: the whole table as rows would be several times its text.
 constexpr int64_t kAreaBatch = 256;
 
@@ -84,7 +86,7 @@ Reply areaList(Call& call) {
   const Json counted = call.db.queryOne("SELECT COUNT(*) AS n, MAX(id) AS highest FROM areas WHERE ver > ?", {held});
   const Json highest = counted["highest"];
   std::string text = "{\"dataList\":[";
-  text.reserve(kAreaBytesPerRow * counted["n"].get<std::size_t>() + 32);
+  text.reserve(kAreaBytesPerRow * counted["n"].get<std::size_t>() + kEnvelopeBytes);
   const auto write = [&text](Json& row) {
     if (text.back() != '[') text += ',';
     const char* separator = "{";
