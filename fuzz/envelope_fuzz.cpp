@@ -1,5 +1,6 @@
 // The answer of the application server as the client reads it: the envelope
-// ({"success", "message", "data"}) and then the records the endpoint reads out of "data".
+// ({"success", "message", "data"}), read in one pass and from the parsed document, and then
+// the records the endpoint reads out of "data".
 // Input: the endpoint's name, a newline, the body. The body is answered (status 200) to
 // that endpoint's request through the real request layer; a name no reader knows is
 // answered to a bare endpoint, which still decodes the envelope.
@@ -11,6 +12,7 @@
 #include <string>
 
 #include "core/common/area_model.h"
+#include "core/request/envelope_reader.h"
 #include "core/request/net_api.h"
 #include "core/session/login_net_api.h"
 #include "core/session/mobile_code_net_api.h"
@@ -189,6 +191,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace qmv::fuzz;
   FuzzEnv& env = FuzzEnv::get();
   const auto [name, body] = splitFirstLine(asText(data, size));
+  // The verdict reads the envelope in one pass where it can: that must be what the
+  // parsed document says.
+  if (const auto scanned = qmv::scanEnvelope(body); scanned && *scanned != qmv::envelopeIn(qmv::parseJson(body))) {
+    __builtin_trap();
+  }
   env.http->body.assign(body);
   const auto found = exchanges().find(name);
   if (found != exchanges().end()) {

@@ -42,6 +42,9 @@ const std::vector<std::string> kHomeFiles = {"settings.db",         "settings.db
 const std::vector<std::string> kHomeDirectories = {"Library", "Library/Caches", "sandbox"};
 // A configuration is a few dozen lines; anything far larger is not one.
 constexpr std::size_t kMaxConfigBytes = 64 * 1024;
+// The embedded sandbox's page cache (see SandboxOptions::pageCacheKiB): the demo data's
+// pages that a request reads again come from the system's file cache.
+constexpr int kEmbeddedSandboxCacheKiB = 128;
 
 }  // namespace
 
@@ -93,7 +96,9 @@ Status AppLaunch::prepare() {
                                    ") is not an http or https URL with a host");
   }
   if (config_.serverBaseUrl.empty()) {
-    sandbox_ = std::make_unique<sandbox::SandboxServer>(sandbox::SandboxOptions{home_ / "sandbox"});
+    sandbox::SandboxOptions sandboxOptions{home_ / "sandbox"};
+    sandboxOptions.pageCacheKiB = kEmbeddedSandboxCacheKiB;
+    sandbox_ = std::make_unique<sandbox::SandboxServer>(std::move(sandboxOptions));
     if (const Status started = sandbox_->start(); !started.ok()) {
       return Status::unavailable("cannot start the embedded sandbox: " + started.message());
     }

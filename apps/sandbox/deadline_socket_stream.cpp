@@ -83,25 +83,35 @@ ssize_t DeadlineSocketStream::read(char* ptr, size_t size) {
 }
 
 ssize_t DeadlineSocketStream::write(const char* ptr, size_t size) {
-  pending_.append(ptr, size);
-  if (pending_.size() >= kSendChunk && !flush()) return -1;
+  if (pending_.size() + size < kSendChunk) {
+    pending_.append(ptr, size);
+    return static_cast<ssize_t>(size);
+  }
+  // A full chunk leaves at once, and the rest of a large write (a whole table's answer)
+  // from where it is: gathered here too, it would be held twice.
+  const size_t head = kSendChunk - std::min(pending_.size(), kSendChunk);
+  pending_.append(ptr, std::min(head, size));
+  if (!flush()) return -1;
+  if (size > head && !sendAll(ptr + head, size - head)) return -1;
   return static_cast<ssize_t>(size);
 }
 
 bool DeadlineSocketStream::flush() {
+  const bool sent = sendAll(pending_.data(), pending_.size());
+  pending_.clear();
+  return sent;
+}
+
+bool DeadlineSocketStream::sendAll(const char* data, size_t size) {
   size_t sent = 0;
-  while (sent < pending_.size()) {
-    const ssize_t n = ::send(sock_, pending_.data() + sent, pending_.size() - sent, MSG_DONTWAIT | MSG_NOSIGNAL);
+  while (sent < size) {
+    const ssize_t n = ::send(sock_, data + sent, size - sent, MSG_DONTWAIT | MSG_NOSIGNAL);
     if (n > 0) {
       sent += static_cast<size_t>(n);
       continue;
     }
-    if ((n < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) || !waitFor(POLLOUT)) {
-      pending_.clear();
-      return false;
-    }
+    if ((n < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) || !waitFor(POLLOUT)) return false;
   }
-  pending_.clear();
   return true;
 }
 

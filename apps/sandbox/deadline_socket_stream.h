@@ -45,6 +45,8 @@ class DeadlineSocketStream : public httplib::Stream {
  private:
   // Waits until `events` (POLLIN or POLLOUT) are ready; false on the deadline or a stop.
   bool waitFor(short events) const;
+  // Sends `size` bytes from `data`; false on an error, the deadline or a stop.
+  bool sendAll(const char* data, size_t size);
 
   int sock_;
   std::function<bool()> stopping_;

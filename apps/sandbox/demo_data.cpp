@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "apps/sandbox/demo_pictures.h"
@@ -198,23 +199,37 @@ Status seedAreas(SandboxStore& db, const std::filesystem::path& areaDatabase) {
     return Status::ioError("the shipped area database " + areaDatabase.string() + " cannot be read: " +
                            opened.message());
   }
-  const Json rows =
-      shipped.getRowsForQuery("SELECT area_id, parent_id, area_name, py_name, area_type, special FROM areas ORDER BY rowid")
-          .valueOr(Json::array());
-  shipped.closeDatabase();
-  if (!rows.is_array() || rows.empty()) return Status::notFound("no areas in " + areaDatabase.string());
-  db.execute("DELETE FROM areas");
-  int64_t seq = 0;
-  for (const Json& row : rows) {
-    // NULL columns are left out of a row; the table refuses such an area.
-    const auto column = [&row](const char* name) {
-      const auto it = row.find(name);
-      return it == row.end() ? Json() : *it;
-    };
-    db.execute("INSERT INTO areas(id, parent_id, name, py_name, type, special, seq, ver) VALUES(?,?,?,?,?,?,?,?)",
-               {column("area_id"), column("parent_id"), column("area_name"), column("py_name"), column("area_type"),
-                column("special").is_null() ? Json(0) : column("special"), ++seq, kAreaVersion});
+  // Read a batch at a time (by rowid, the table's order): the whole table as row objects
+  // would be several times its size, left behind in the arena of a fresh home's start.
+  constexpr std::int64_t kBatch = 256;
+  std::int64_t seq = 0;
+  for (std::int64_t after = std::numeric_limits<std::int64_t>::min();;) {
+    const Json rows = shipped
+                          .getRowsForQuery(
+                              "SELECT rowid AS shipped_rowid, area_id, parent_id, area_name, py_name, area_type, special "
+                              "FROM areas WHERE rowid > ? ORDER BY rowid LIMIT ?",
+                              {after, kBatch})
+                          .valueOr(Json());
+    // A batch that fails to read leaves the table incomplete: refused like an empty one.
+    if (!rows.is_array() || (rows.empty() && seq == 0)) {
+      shipped.closeDatabase();
+      return Status::notFound("no areas in " + areaDatabase.string());
+    }
+    if (seq == 0) db.execute("DELETE FROM areas");
+    for (const Json& row : rows) {
+      // NULL columns are left out of a row; the table refuses such an area.
+      const auto column = [&row](const char* name) {
+        const auto it = row.find(name);
+        return it == row.end() ? Json() : *it;
+      };
+      db.execute("INSERT INTO areas(id, parent_id, name, py_name, type, special, seq, ver) VALUES(?,?,?,?,?,?,?,?)",
+                 {column("area_id"), column("parent_id"), column("area_name"), column("py_name"), column("area_type"),
+                  column("special").is_null() ? Json(0) : column("special"), ++seq, kAreaVersion});
+    }
+    if (static_cast<std::int64_t>(rows.size()) < kBatch) break;
+    after = rows.back()["shipped_rowid"].get<std::int64_t>();
   }
+  shipped.closeDatabase();
   db.execute("INSERT OR REPLACE INTO meta(key, value) VALUES('area_ver', ?)", {std::to_string(kAreaVersion)});
   return {};
 }

@@ -43,6 +43,30 @@ TEST_F(SandboxTest, CatalogueAndTemplatesAgree) {
 
 TEST_F(SandboxTest, AreaListIsTheShippedTableAndThenOnlyItsChanges) {
   const auto areas = [this](const std::string& ver) { return api_->get("getAreaList", {{"ver", ver}})["data"]; };
+  // The answer is written straight from the rows: it must be the very text that the tree of
+  // the rows changed after `held` dumps to.
+  const auto expectTreeText = [this](const std::string& ver, long long held) {
+    auto opened = SandboxStore::open(home_ / "sandbox.db");
+    ASSERT_TRUE(opened.ok()) << opened.status().toString();
+    Json list = Json::array();
+    std::string current;
+    ASSERT_TRUE((*opened)->transact(false, [&] {
+      current = (*opened)->queryOne("SELECT value FROM meta WHERE key = 'area_ver'")["value"];
+      for (Json& row : (*opened)->query("SELECT * FROM areas WHERE ver > ? ORDER BY seq", {held})) {
+        list.push_back({{"id", row["id"]}, {"parentId", row["parent_id"]}, {"name", row["name"]},
+                        {"pyName", row["py_name"]}, {"type", row["type"]}, {"special", row["special"]}});
+      }
+      return true;
+    }).ok());
+    auto& items = list.get_ref<Json::array_t&>();
+    const auto highest = std::max_element(items.begin(), items.end(), [](const Json& a, const Json& b) { return a["id"] < b["id"]; });
+    if (highest != items.end()) std::rotate(highest, highest + 1, items.end());
+    const Json tree = {{"success", "0"}, {"message", ""}, {"data", {{"dataList", list}, {"ver", current}}}};
+    const auto res = api_->raw().Get("/qmv/app/v3/getAreaList?ver=" + ver);
+    ASSERT_TRUE(res);
+    EXPECT_EQ(res->body, dumpJson(tree)) << "ver " << ver;
+  };
+  expectTreeText("0", 0);
   const Json full = areas("0");
   const std::string ver = full["ver"];
   ASSERT_EQ(full["dataList"].size(), 3346u);
@@ -78,6 +102,7 @@ TEST_F(SandboxTest, AreaListIsTheShippedTableAndThenOnlyItsChanges) {
     }).ok());
   }
   const Json changes = areas(ver);
+  expectTreeText(ver, std::stoll(ver));
   EXPECT_NE(changes["ver"], ver);
   ASSERT_EQ(changes["dataList"].size(), 2u);
   EXPECT_EQ(changes["dataList"][0]["name"], "北京市新");

@@ -15,9 +15,13 @@ struct Reply {
   std::string code = kSuccessCode;
   std::string message;
   Json data = Json::object();
+  // "data" already written as JSON text, sent in place of `data` when not empty: a large
+  // answer written straight from its rows is never held as a tree.
+  std::string dataText;
 
-  static Reply ok(Json data = Json::object()) { return Reply{kSuccessCode, "", std::move(data)}; }
-  static Reply refuse(std::string message) { return Reply{kRefusedCode, std::move(message), Json()}; }
+  static Reply ok(Json data = Json::object()) { return Reply{kSuccessCode, "", std::move(data), {}}; }
+  static Reply okWritten(std::string dataText) { return Reply{kSuccessCode, "", Json(), std::move(dataText)}; }
+  static Reply refuse(std::string message) { return Reply{kRefusedCode, std::move(message), Json(), {}}; }
   bool succeeded() const { return code == kSuccessCode; }
 };
 

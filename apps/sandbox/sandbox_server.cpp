@@ -48,6 +48,14 @@ constexpr size_t kTrimAfterBytes = 256 * 1024;
 
 // Takes the reply's data rather than copying it: a whole table's answer is large.
 std::string envelope(Reply&& reply) {
+  if (reply.succeeded() && !reply.dataText.empty()) {
+    // The text the tree below gives, put around "data" as the handler wrote it: in place
+    // when the handler left room, so that the answer is not held twice.
+    std::string& text = reply.dataText;
+    text.insert(0, "{\"success\":" + dumpJson(reply.code) + ",\"message\":" + dumpJson(reply.message) + ",\"data\":");
+    text.push_back('}');
+    return std::move(text);
+  }
   Json body = Json::object();
   body["success"] = reply.code;
   body["message"] = reply.message;
@@ -186,7 +194,7 @@ struct SandboxServer::Impl {
         call.sessionId = call.arg("sessionId");
         if (endpoint.session != SessionRule::kNone) call.member = memberOfSession(call.sessionId);
         if (endpoint.session == SessionRule::kRequired && !call.member.is_object()) {
-          reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json()};
+          reply = Reply{kSessionExpiredCode, kMsgSessionExpired, Json(), {}};
           return false;
         }
         reply = endpoint.handler(call);
@@ -201,9 +209,11 @@ struct SandboxServer::Impl {
       fail(error.what());
     }
     for (const std::string& value : setCookies) res.set_header("Set-Cookie", value);
-    res.set_content(envelope(std::move(reply)), "application/json; charset=utf-8");
+    // Moved in: set_content would copy the text, and a whole table's answer is large.
+    res.set_content("", 0, "application/json; charset=utf-8");
+    res.body = envelope(std::move(reply));
 #ifdef __GLIBC__
-    // A large answer (the whole area table) was a tree of many times its text, freed by now
+    // A large answer (the whole area table) and the rows it was read from are freed by now
     // into this thread's arena. An embedded sandbox shares the client's process: returned
     // to the system, that memory is not added to the client's own at its busiest moment.
     if (res.body.size() >= kTrimAfterBytes) malloc_trim(0);
@@ -223,6 +233,13 @@ struct SandboxServer::Impl {
         SandboxStore::open(options.memoryStore ? std::filesystem::path(":memory:") : options.home / "sandbox.db");
     if (!opened.ok()) return opened.status();
     db = std::move(opened).value();
+    if (options.pageCacheKiB > 0) {
+      if (Status sized = db->executeScript("PRAGMA cache_size=" + std::to_string(-options.pageCacheKiB) + ";");
+          !sized.ok()) {
+        db.reset();
+        return sized;
+      }
+    }
     const std::filesystem::path resources = options.resources.empty() ? defaultResourceDirectory() : options.resources;
     Status prepared = prepareDatabase(*db, resources / "area.db");
     tiles = std::make_shared<TileMap>(resources / "map.db");

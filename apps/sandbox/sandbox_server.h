@@ -66,6 +66,11 @@ struct SandboxOptions {
   // Directory of the client's shipped databases, whose area table the sandbox serves;
   // empty: where the client itself finds them (HomeFileLocations).
   std::filesystem::path resources{};
+  // The store's page cache in KiB; 0 keeps SQLite's default (2 MB). A sandbox embedded in a
+  // client shares its process: there a small one keeps the pages that a fresh home's
+  // seeding wrote (about 500 kB) and that the area table's answer read from staying
+  // resident next to the client's own memory.
+  int pageCacheKiB = 0;
 };
 
 class SandboxServer {

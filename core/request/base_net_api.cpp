@@ -6,6 +6,7 @@
 #include "core/common/fast_json.h"
 #include "core/common/log.h"
 #include "core/common/string_util.h"
+#include "core/request/envelope_reader.h"
 #include "core/request/request_operation.h"
 #include "core/session/global_data.h"
 #include "platform/env.h"
@@ -15,7 +16,6 @@ namespace qmv {
 namespace {
 
 constexpr const char* kSuccessKey = "success";
-constexpr const char* kMessageKey = "message";
 constexpr const char* kDataKey = "data";
 constexpr const char* kCorrect = "0";
 constexpr const char* kSessionExpired = "2";
@@ -28,31 +28,17 @@ const Json& parsedResponse(const BaseRequest& request) {
   return request.requestOperation ? request.requestOperation->responseObject() : kNothing;
 }
 
-// What the verdict needs of an answer. Read in place from the text when that reads as the
-// parsed response would, so that a large answer is not built into a tree for two texts.
-struct Envelope {
-  bool isObject = false;
-  std::string success;
-  std::string message;
-};
-
-template <typename Dict>
-Envelope envelopeIn(const Dict& root) {
-  Envelope envelope;
-  envelope.isObject = fastjson::isObject(root);
-  if (envelope.isObject) {
-    envelope.success = fastjson::strForKey(root, kSuccessKey);
-    envelope.message = fastjson::strForKey(root, kMessageKey);
-  }
-  return envelope;
-}
-
+// What the verdict needs of an answer, read without the parsed response where the text
+// allows: a large answer whose "data" is read elsewhere is then never built into a tree,
+// nor into simdjson's tape (many times its text), for two short texts.
 Envelope envelopeOf(const BaseRequest& request) {
-  Envelope envelope;
-  if (request.requestOperation && !request.responseString().empty() &&
-      fastjson::readDocument(request.responseString(),
-                             [&envelope](fastjson::Element root) { envelope = envelopeIn(root); })) {
-    return envelope;
+  if (request.requestOperation && !request.responseString().empty()) {
+    const std::string& text = request.responseString();
+    if (auto scanned = scanEnvelope(text)) return std::move(*scanned);
+    Envelope envelope;
+    if (fastjson::readDocument(text, [&envelope](fastjson::Element root) { envelope = envelopeIn(root); })) {
+      return envelope;
+    }
   }
   return envelopeIn(parsedResponse(request));
 }
