@@ -1,16 +1,24 @@
 // Cost of the request agent per small GET against a loopback server, next to raw libcurl
 // (one multi handle driving four reused easy handles) doing the same four GETs at a time.
-// Prints the ratio agent/raw at the end.
+// Prints the ratio agent/raw at the end, over repetitions run in several processes.
 #include <benchmark/benchmark.h>
 #include <curl/curl.h>
+#include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <map>
 #include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/request/base_request.h"
 #include "core/request/network_config.h"
@@ -178,49 +186,148 @@ void countSide(int rounds) {
   benchmark::DoNotOptimize(side.bytes());
 }
 
-// Repetitions are interleaved at random (see main) and compared by their medians, so
-// that load from other processes falls on both sides alike. Sixty of them: the medians of
-// thirty moved the ratio by up to 0.1 between the two halves of one run, as much as the
-// agent's whole margin, so a figure from thirty said more about the draw than the code.
-BENCHMARK(BM_AgentGet)->UseRealTime()->MinTime(0.2)->Repetitions(60)->ReportAggregatesOnly(true);
-BENCHMARK(BM_RawCurlGet)->UseRealTime()->MinTime(0.2)->Repetitions(60)->ReportAggregatesOnly(true);
+// Within a process, repetitions are interleaved at random (see runWorker) and compared
+// by their medians, so that load from other processes falls on both sides alike. They
+// are spread over several processes, each with an address-space layout of its own: one
+// process's ratio moved between 1.03 and 1.21 from run to run while the two halves of
+// its repetitions agreed within 0.03, and runs without address randomisation stayed low,
+// so one process's figure said as much about where its heap and libraries landed as
+// about the code.
+BENCHMARK(BM_AgentGet)->UseRealTime()->MinTime(0.2);
+BENCHMARK(BM_RawCurlGet)->UseRealTime()->MinTime(0.2);
 
-// Remembers each benchmark's median real time per iteration to print the ratio.
-class RatioReporter : public benchmark::ConsoleReporter {
+constexpr int kProcesses = 3;
+constexpr int kRepetitionsPerProcess = 20;
+constexpr const char* kAgent = "BM_AgentGet";
+constexpr const char* kRaw = "BM_RawCurlGet";
+
+// A worker prints a line per repetition for its parent: "rep NAME REAL_NS CPU_US".
+class RepetitionReporter : public benchmark::BenchmarkReporter {
  public:
-  // A reporter given to the library does not follow --benchmark_color; colour only where
-  // someone reads it, so that scripts parsing the ratio line get plain text.
-  RatioReporter() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_Tabular) {}
+  bool ReportContext(const Context&) override { return true; }
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const auto& run : runs) {
-      if (run.aggregate_name != "median") continue;
-      times_[run.run_name.function_name] = run.GetAdjustedRealTime();
-      if (const auto cpu = run.counters.find("cpu_us_per_get"); cpu != run.counters.end()) {
-        cpu_[run.run_name.function_name] = cpu->second.value;
+      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+      const auto cpu = run.counters.find("cpu_us_per_get");
+      std::printf("rep %s %.1f %.3f\n", run.run_name.function_name.c_str(), run.GetAdjustedRealTime(),
+                  cpu != run.counters.end() ? cpu->second.value : 0.0);
+    }
+    std::fflush(stdout);
+  }
+};
+
+int runWorker(std::vector<char*> args) {
+  static char interleave[] = "--benchmark_enable_random_interleaving=true";
+  args.insert(args.begin() + 1, interleave);
+  int argc = static_cast<int>(args.size());
+  benchmark::Initialize(&argc, args.data());
+  RepetitionReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+  return 0;
+}
+
+// Runs this program again with `args` and returns what it printed, or nothing if it
+// could not be started or failed.
+std::optional<std::string> runChild(const std::vector<std::string>& args) {
+  int fds[2];
+  if (pipe(fds) != 0) return std::nullopt;
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, fds[1], STDOUT_FILENO);
+  posix_spawn_file_actions_addclose(&actions, fds[0]);
+  std::vector<char*> argv;
+  for (const auto& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+  argv.push_back(nullptr);
+  pid_t pid = 0;
+  const int spawned = posix_spawn(&pid, "/proc/self/exe", &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  close(fds[1]);
+  std::string out;
+  char buffer[4096];
+  while (spawned == 0) {
+    const ssize_t n = read(fds[0], buffer, sizeof buffer);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) break;
+    out.append(buffer, static_cast<std::size_t>(n));
+  }
+  close(fds[0]);
+  if (spawned != 0) return std::nullopt;
+  int status = 0;
+  while (waitpid(pid, &status, 0) < 0) {
+    if (errno != EINTR) return std::nullopt;
+  }
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return std::nullopt;
+  return out;
+}
+
+double median(std::vector<double> v) {
+  if (v.empty()) return 0;
+  std::sort(v.begin(), v.end());
+  const std::size_t n = v.size();
+  return n % 2 != 0 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
+}
+
+struct Times {
+  std::vector<double> realNs;
+  std::vector<double> cpuUs;
+};
+using TimesByName = std::map<std::string, Times, std::less<>>;
+
+// Runs the workers one after another. Prints each process's medians and ratio, then the
+// ratio of the medians of all repetitions together, the figure bench/report reads.
+int runProcesses(int argc, char** argv) {
+  std::vector<std::string> args = {argv[0], "--worker",
+                                   "--benchmark_repetitions=" + std::to_string(kRepetitionsPerProcess)};
+  for (int i = 1; i < argc; ++i) args.emplace_back(argv[i]);
+  TimesByName pooled;
+  for (int p = 1; p <= kProcesses; ++p) {
+    const auto out = runChild(args);
+    if (!out) {
+      std::fprintf(stderr, "network_agent_bench: worker %d failed\n", p);
+      return 1;
+    }
+    TimesByName mine;
+    std::istringstream lines(*out);
+    for (std::string line; std::getline(lines, line);) {
+      std::istringstream fields(line);
+      std::string tag;
+      std::string name;
+      double realNs = 0;
+      double cpuUs = 0;
+      if (!(fields >> tag >> name >> realNs >> cpuUs) || tag != "rep") continue;
+      for (Times* times : {&mine[name], &pooled[name]}) {
+        times->realNs.push_back(realNs);
+        times->cpuUs.push_back(cpuUs);
       }
     }
-    ConsoleReporter::ReportRuns(runs);
-  }
-  void printRatio() const {
-    const auto agent = times_.find("BM_AgentGet");
-    const auto raw = times_.find("BM_RawCurlGet");
-    if (agent == times_.end() || raw == times_.end() || raw->second <= 0) return;
-    std::printf("agent / raw libcurl per GET (4 at a time, medians): %.3fx wall time", agent->second / raw->second);
-    if (cpu_.contains("BM_AgentGet") && cpu_.contains("BM_RawCurlGet") && cpu_.at("BM_RawCurlGet") > 0) {
-      std::printf(", %.3fx process CPU", cpu_.at("BM_AgentGet") / cpu_.at("BM_RawCurlGet"));
+    const auto agent = mine.find(kAgent);
+    const auto raw = mine.find(kRaw);
+    if (agent == mine.end() || raw == mine.end()) {
+      std::fprintf(stderr, "network_agent_bench: worker %d printed no repetitions\n", p);
+      return 1;
     }
-    std::printf("\n");
+    const double a = median(agent->second.realNs);
+    const double r = median(raw->second.realNs);
+    std::printf("process %d: agent %.0f ns, raw libcurl %.0f ns per round of 4 (medians of %zu), ratio %.3f\n", p, a, r,
+                agent->second.realNs.size(), r > 0 ? a / r : 0.0);
   }
-
- private:
-  std::map<std::string, double> times_;
-  std::map<std::string, double> cpu_;
-};
+  const Times& agent = pooled[kAgent];
+  const Times& raw = pooled[kRaw];
+  const double r = median(raw.realNs);
+  const double rc = median(raw.cpuUs);
+  if (r <= 0 || rc <= 0) return 1;
+  std::printf(
+      "agent / raw libcurl per GET (4 at a time, medians of %zu repetitions in %d processes): %.3fx wall time, "
+      "%.3fx process CPU\n",
+      agent.realNs.size(), kProcesses, median(agent.realNs) / r, median(agent.cpuUs) / rc);
+  return 0;
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  // --count=agent|raw ROUNDS: no benchmark, only the rounds to be counted.
+  // --count agent|raw ROUNDS: no benchmark, only the rounds to be counted.
   if (argc == 4 && std::string_view(argv[1]) == "--count") {
     const int rounds = std::atoi(argv[3]);
     if (std::string_view(argv[2]) == "agent") {
@@ -230,15 +337,11 @@ int main(int argc, char** argv) {
     }
     return 0;
   }
-  std::vector<char*> args(argv, argv + argc);
-  static char interleave[] = "--benchmark_enable_random_interleaving=true";
-  args.insert(args.begin() + 1, interleave);
-  argc = static_cast<int>(args.size());
-  argv = args.data();
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.printRatio();
-  benchmark::Shutdown();
-  return 0;
+  // --worker [--benchmark_...]: one process's repetitions, printed for the parent.
+  if (argc >= 2 && std::string_view(argv[1]) == "--worker") {
+    std::vector<char*> args(argv, argv + argc);
+    args.erase(args.begin() + 1);
+    return runWorker(std::move(args));
+  }
+  return runProcesses(argc, argv);
 }
