@@ -1,12 +1,9 @@
 #include "platform/linux/curl_transport.h"
 
-#include <fcntl.h>
 #include <glib.h>
-#include <gtest/gtest.h>
 #include <malloc.h>
-#include <sys/resource.h>
-#include <sys/select.h>
-#include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
@@ -355,30 +352,6 @@ TEST_P(CurlTransportTest, RunsAtMostFourAtOnceAndSurvivesClosedConnections) {
     ASSERT_EQ(response.error, TransportError::none) << i << ": " << response.errorMessage;
     EXPECT_EQ(response.body, std::to_string(i));
   }
-}
-
-// A loop learns curl's sockets from an fd_set, which cannot name a descriptor from
-// FD_SETSIZE up: with every lower one taken, a transfer must fail at once, not wait for
-// a report that never comes.
-TEST_P(CurlTransportTest, NoFreeDescriptorBelowTheSelectLimitFailsTheTransferAtOnce) {
-  if (GetParam() == Driver::workerThread) GTEST_SKIP() << "its poll has no such limit";
-  rlimit limit{};
-  getrlimit(RLIMIT_NOFILE, &limit);
-  if (limit.rlim_cur < FD_SETSIZE + 16) GTEST_SKIP() << "descriptor limit too low";
-  std::vector<int> fillers;
-  for (int fd; (fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0 && fd < FD_SETSIZE;) fillers.push_back(fd);
-  HttpRequest r;
-  r.url = server_.url("/echo?n=1");
-  r.timeout = milliseconds(5000);
-  const auto started = std::chrono::steady_clock::now();
-  const HttpResponse response = sendAndWait(r);
-  const auto took = std::chrono::steady_clock::now() - started;
-  for (const int fd : fillers) ::close(fd);
-  EXPECT_EQ(response.error, TransportError::connection);
-  EXPECT_FALSE(response.errorMessage.empty());
-  EXPECT_LT(took, milliseconds(2000));
-  // With descriptors free again, the next transfer goes through.
-  EXPECT_EQ(sendAndWait(r).body, "1");
 }
 
 // One request at a time: each takes the handle the one before gave back, which must

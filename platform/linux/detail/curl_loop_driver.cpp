@@ -1,17 +1,22 @@
 // The loop driver: curl's sockets and timer are watched by the main loop itself (Asio's
 // reactor in the CLI, GLib's main context in the graphical client), so transfers, their
 // completions and the interface share one thread.
+//
+// curl stops watching a kept-alive connection after every transfer and watches it again
+// for the next. Sockets that curl opens through this driver keep their watch while idle
+// (wanting nothing) and lose it only when curl closes them, which saves the loop from
+// registering and deregistering them for every request; other descriptors (the
+// resolver's) lose it at once.
 #include <curl/curl.h>
-#include <sys/select.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <type_traits>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -34,6 +39,10 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
       : loop_(loop), watcher_(watcher), timer_(watcher.timer([this] { timerFired(); })) {
     initCurlOnce();
     multi_ = curl_multi_init();
+    curl_multi_setopt(multi_, CURLMOPT_SOCKETFUNCTION, &LoopState::onSocket);
+    curl_multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, &LoopState::onTimer);
+    curl_multi_setopt(multi_, CURLMOPT_TIMERDATA, this);
     queue_ = std::make_unique<TransferQueue>(
         multi_, maxConcurrent,
         [this](CURL* easy) {
@@ -46,20 +55,24 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   }
 
   ~LoopState() {
-    // Removing handles and closing the connection cache still closes sockets through
-    // onCloseSocket, which must find the watches in place.
+    // Removing handles and closing the connection cache still reports sockets to
+    // onSocket, which must find the watches in place.
     queue_.reset();
     curl_multi_cleanup(multi_);
-    sockets_.clear();
+    watches_.clear();
     timer_.reset();
   }
 
-  // Starts the transfers sent since the last batch, all in one pass of curl.
+  // Starts the transfers sent since the last batch. curl asks to be called at once after
+  // each handle it is given; that call is made here, after the whole batch is on the
+  // multi handle, rather than from a task of its own a turn later.
   void pushBatch(std::vector<std::unique_ptr<Transfer>>& transfers) {
     for (auto& transfer : transfers) queue_->push(std::move(transfer));
     queue_->tick();
-    queue_->startQueued();
-    perform();
+    inBatch_ = true;
+    settle();
+    inBatch_ = false;
+    if (std::exchange(timeoutDue_, false)) act(CURL_SOCKET_TIMEOUT, 0);
   }
 
   void cancel(TransferId id) {
@@ -69,145 +82,110 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   }
 
  private:
-  // Lets curl move every transfer that can move, as one pass.
-  void perform() {
+  // Lets curl act on a socket, or on its timeouts.
+  void act(curl_socket_t fd, int mask) {
     LoopStallProbe::Stretch stretch("curl");
     queue_->tick();
     int running = 0;
-    curl_multi_perform(multi_, &running);
+    curl_multi_socket_action(multi_, fd, mask, &running);
     settle();
   }
 
-  // Ends what curl reports done, starts what now fits, runs the completions, and then
-  // watches what curl waits for. Their owners may end the transport from there: every
-  // way in holds this state meanwhile.
+  // Ends what curl reports done, starts what now fits, and runs the completions. Their
+  // owners may end the transport from there: every way in holds this state meanwhile.
   void settle() {
     queue_->collectFinished();
-    if (queue_->hasStartable()) {
-      queue_->startQueued();
-      performSoon();  // the new transfers' first steps
-    }
+    queue_->startQueued();
     if (const auto due = queue_->takeStartedDeadline()) armBy(*due);
     queue_->flush();
-    watchWhatCurlWaitsFor();
   }
 
-  // curl is driven by curl_multi_perform, as an application with its own poll() would:
-  // the socket interface (curl_multi_socket_action) keeps a table of sockets that curl
-  // updates for every transfer, a socket leaving it when its connection goes idle and
-  // coming back with the next request, which cost small requests more than the rest of
-  // this driver. After each pass the descriptors curl waits for are read with
-  // curl_multi_fdset and watched; a report on any of them starts the next pass. Sockets
-  // curl opened keep their watch while idle (wanting nothing) and lose it only when curl
-  // closes them, which saves the loop from registering them for every request; other
-  // descriptors (the resolver's) lose it at once.
-  void watchWhatCurlWaitsFor() {
-    fd_set readable;
-    fd_set writable;
-    fd_set failed;
-    FD_ZERO(&readable);
-    FD_ZERO(&writable);
-    FD_ZERO(&failed);
-    int maxFd = -1;
-    curl_multi_fdset(multi_, &readable, &writable, &failed, &maxFd);
-    const auto wantedOf = [&](int fd) {
-      if (fd > maxFd) return 0;
-      return (FD_ISSET(fd, &readable) ? IoWatcher::kReadable : 0) |
-             (FD_ISSET(fd, &writable) ? IoWatcher::kWritable : 0);
-    };
-    for (auto it = sockets_.begin(); it != sockets_.end();) {
-      const int events = wantedOf(it->fd);
-      if (events == 0 && !it->opened) {
-        it = sockets_.erase(it);
-        continue;
+  void ready(curl_socket_t fd, int events) {
+    const auto keep = shared_from_this();
+    int mask = 0;
+    if (events & IoWatcher::kReadable) mask |= CURL_CSELECT_IN;
+    if (events & IoWatcher::kWritable) mask |= CURL_CSELECT_OUT;
+    if (events & IoWatcher::kError) mask |= CURL_CSELECT_ERR;
+    act(fd, mask);
+  }
+
+  static int onSocket(CURL*, curl_socket_t fd, int what, void* self, void*) {
+    auto* state = static_cast<LoopState*>(self);
+    auto& watches = state->watches_;
+    if (what == CURL_POLL_REMOVE) {
+      if (auto it = watches.find(fd); it != watches.end()) {
+        if (state->opened_.contains(fd)) {
+          it->second->want(0);  // idle until curl wants it again or closes it
+        } else {
+          watches.erase(it);
+        }
       }
-      want(*it, events);
-      ++it;
+      return 0;
     }
-    for (int fd = 0; fd <= maxFd; ++fd) {
-      const int events = wantedOf(fd);
-      if (events == 0 || find(fd) != sockets_.end()) continue;
-      auto watch = watcher_.watch(fd, [this, fd](int reported) { onReady(fd, reported); });
-      // A descriptor the loop cannot watch is left to curl's own timeouts.
-      if (!watch) continue;
-      want(sockets_.emplace_back(Socket{fd, /*opened=*/opened_.contains(fd), -1, std::move(watch)}), events);
-    }
-    long timeoutMs = -1;
-    curl_multi_timeout(multi_, &timeoutMs);
-    if (timeoutMs == 0) {
-      performSoon();
-    } else if (timeoutMs > 0) {
-      deadline_ = queue_->now() + std::chrono::milliseconds(timeoutMs);
-      armBy(*deadline_);
-    } else {
-      deadline_.reset();
-    }
-  }
-
-  struct Socket {
-    curl_socket_t fd;
-    bool opened;  // curl opened it through onOpenSocket: watched until it is closed
-    int wanted;   // as last told to the watch; -1 once it must be told again
-    std::unique_ptr<IoWatcher::Watch> watch;
-  };
-
-  std::vector<Socket>::iterator find(curl_socket_t fd) {
-    return std::find_if(sockets_.begin(), sockets_.end(), [fd](const Socket& s) { return s.fd == fd; });
-  }
-
-  static void want(Socket& socket, int events) {
-    if (std::exchange(socket.wanted, events) != events) socket.watch->want(events);
-  }
-
-  void onReady(curl_socket_t fd, int reported) {
-    // An error report pauses the watch until it is told again what to wait for.
-    if ((reported & IoWatcher::kError) != 0) {
-      if (const auto it = find(fd); it != sockets_.end()) it->wanted = -1;
-    }
-    performSoon();
-  }
-
-  // One pass for whatever the loop reported in this turn: the reports of several
-  // sockets, and a due timeout, share it.
-  void performSoon() {
-    if (std::exchange(performPosted_, true)) return;
-    loop_.post([weak = weak_from_this()] {
-      if (auto self = weak.lock()) {
-        self->performPosted_ = false;
-        self->perform();
+    auto& watch = watches[fd];
+    if (!watch) {
+      watch = state->watcher_.watch(fd, [state, fd](int events) { state->ready(fd, events); });
+      if (!watch) {
+        watches.erase(fd);
+        return -1;  // curl fails the transfers of this multi handle
       }
-    });
+    }
+    int events = 0;
+    if (what & CURL_POLL_IN) events |= IoWatcher::kReadable;
+    if (what & CURL_POLL_OUT) events |= IoWatcher::kWritable;
+    watch->want(events);
+    return 0;
   }
 
-  // curl_multi_fdset names descriptors below FD_SETSIZE only. A socket above would go
-  // unwatched until its timeout, so it fails to open instead, at once and with curl's
-  // message (socket() returning one there means none is free below).
   static curl_socket_t onOpenSocket(void* self, curlsocktype, curl_sockaddr* address) {
     const curl_socket_t fd = ::socket(address->family, address->socktype, address->protocol);
-    if (fd == CURL_SOCKET_BAD) return fd;
-    if (fd >= FD_SETSIZE) {
-      ::close(fd);
-      return CURL_SOCKET_BAD;
-    }
-    auto* state = static_cast<LoopState*>(self);
-    state->opened_.insert(fd);
-    // A watch left on this number belongs to a descriptor curl closed itself (the
-    // resolver's), and the kernel dropped it from the loop then: the socket gets its own.
-    if (const auto it = state->find(fd); it != state->sockets_.end()) state->sockets_.erase(it);
+    if (fd != CURL_SOCKET_BAD) static_cast<LoopState*>(self)->opened_.insert(fd);
     return fd;
   }
 
   static int onCloseSocket(void* self, curl_socket_t fd) {
     auto* state = static_cast<LoopState*>(self);
     state->opened_.erase(fd);
-    if (const auto it = state->find(fd); it != state->sockets_.end()) state->sockets_.erase(it);
+    state->watches_.erase(fd);
     return ::close(fd);
   }
 
-  // Each move of a loop's timer may be a system call, and curl moves its deadline after
-  // almost every pass. The timer is therefore only moved earlier; when it fires early,
-  // it is set again for the deadline that holds by then. The transfers' idle limits
-  // share it the same way.
+  // curl moves its deadline after almost every action, and each move of a loop's timer
+  // may be a system call. The timer is therefore only moved earlier; when it fires
+  // early, it is set again for the deadline that holds by then. The transfers' idle
+  // limits share it the same way. A due deadline is acted on from a task, since curl
+  // must not be called back into from here.
+  static int onTimer(CURLM*, long timeoutMs, void* self) {
+    auto* state = static_cast<LoopState*>(self);
+    if (timeoutMs < 0) {
+      state->deadline_.reset();
+    } else if (timeoutMs == 0) {
+      state->deadline_.reset();
+      if (state->inBatch_) {
+        state->timeoutDue_ = true;
+      } else {
+        state->postTimeout();
+      }
+    } else {
+      // The queue is gone while the destructor lets curl go.
+      const Clock::time_point now = state->queue_ ? state->queue_->now() : Clock::now();
+      state->deadline_ = now + std::chrono::milliseconds(timeoutMs);
+      state->armBy(*state->deadline_);
+    }
+    return 0;
+  }
+
+  void postTimeout() {
+    if (std::exchange(timeoutPosted_, true)) return;
+    loop_.post([weak = weak_from_this()] {
+      if (auto self = weak.lock()) {
+        self->timeoutPosted_ = false;
+        self->act(CURL_SOCKET_TIMEOUT, 0);
+      }
+    });
+  }
+
+  // Makes the timer fire by `at`.
   void armBy(Clock::time_point at) {
     if (timerAt_ && *timerAt_ <= at) return;
     timerAt_ = at;
@@ -220,7 +198,7 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
     queue_->tick();
     if (deadline_ && *deadline_ <= queue_->now()) {
       deadline_.reset();
-      perform();
+      act(CURL_SOCKET_TIMEOUT, 0);
     }
     const auto idle = queue_->endIdle();
     settle();
@@ -235,8 +213,10 @@ class LoopState : public std::enable_shared_from_this<LoopState> {
   std::unique_ptr<IoWatcher::Timer> timer_;
   std::optional<Clock::time_point> timerAt_;  // when the armed timer fires
   std::optional<Clock::time_point> deadline_;
-  bool performPosted_ = false;
-  std::vector<Socket> sockets_;               // the descriptors watched, a handful
+  bool timeoutPosted_ = false;
+  bool inBatch_ = false;     // pushBatch() is handing curl new transfers
+  bool timeoutDue_ = false;  // curl asked for a call at once during pushBatch()
+  std::unordered_map<curl_socket_t, std::unique_ptr<IoWatcher::Watch>> watches_;
   std::unordered_set<curl_socket_t> opened_;  // sockets curl opened through onOpenSocket
 };
 
