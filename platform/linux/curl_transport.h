@@ -3,7 +3,8 @@
 // at once (the rest wait in order), timeouts, real cancellation of running transfers,
 // downloads resumed into partial files, and cookies kept and sent by the shared cookie
 // store's engine (a CurlCookieStore; a store of another kind, a test's plain list, leaves
-// transfers without cookies).
+// transfers without cookies). Proxies are curl's, from the environment, if it named one
+// when the transport was made.
 //
 // Given a loop that is also an IoWatcher (the Asio and GLib loops), the loop watches
 // curl's sockets and transfers run on the loop's thread; given any other loop (or none),

@@ -1,12 +1,12 @@
 #include "platform/linux/curl_transport.h"
 
 #include <glib.h>
-#include <malloc.h>
-
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -401,6 +401,42 @@ TEST_P(CurlTransportTest, AReusedHandleKeepsNothingOfTheRequestBefore) {
   withoutField.headers.clear();
   EXPECT_EQ(sendAndWait(withoutField).body, "");
   EXPECT_EQ(sendAndWait(withField).body, "manual=1");
+  // Each address reaches the handle, one that curl's parser refuses included.
+  HttpRequest echo;
+  for (const char* n : {"1", "2"}) {
+    echo.url = server_.url("/echo?n=") + n;
+    EXPECT_EQ(sendAndWait(echo).body, n);
+  }
+  HttpRequest malformed;
+  malformed.url = "http://[::1/echo";
+  const HttpResponse refused = sendAndWait(malformed);
+  EXPECT_EQ(refused.status, 0);
+  EXPECT_NE(refused.error, TransportError::none);
+  EXPECT_FALSE(refused.errorMessage.empty());
+  echo.url = server_.url("/echo?n=3");
+  EXPECT_EQ(sendAndWait(echo).body, "3");
+}
+
+// The proxy variables are looked for when a transport is made: one made without any
+// tells curl to use none (sparing it the look-ups at every transfer), and one made with
+// them leaves curl to follow them.
+TEST_P(CurlTransportTest, ProxiesComeFromTheEnvironmentAsTheTransportFoundIt) {
+  for (const char* name : {"http_proxy", "all_proxy", "ALL_PROXY"}) {
+    if (std::getenv(name) != nullptr) GTEST_SKIP() << name << " is set here";
+  }
+  server_.server().Get(R"(http://proxied\.invalid/echo)", [](const httplib::Request& req, httplib::Response& res) {
+    res.set_content("via proxy " + req.get_param_value("n"), "text/plain");
+  });
+  ASSERT_EQ(setenv("http_proxy", server_.url("/").c_str(), 1), 0);
+  struct Unset {
+    ~Unset() { unsetenv("http_proxy"); }
+  } unset;
+  HttpRequest far;
+  far.url = "http://proxied.invalid/echo?n=7";
+  EXPECT_EQ(sendAndWait(far).error, TransportError::connection);
+  transport_ = std::make_unique<CurlTransport>(loop_, cookies_);
+  const HttpResponse proxied = sendAndWait(far);
+  EXPECT_EQ(proxied.body, "via proxy 7") << proxied.errorMessage;
 }
 
 // Handles pass from transfer to transfer, plain GETs' without a reset and others' with

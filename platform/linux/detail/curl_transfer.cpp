@@ -1,8 +1,12 @@
 #include "platform/linux/detail/curl_transfer.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <mutex>
+#include <string_view>
 
 #include "platform/linux/curl_cookie_store.h"
 
@@ -38,6 +42,22 @@ TransportError errorOf(CURLcode code) {
     default:
       return TransportError::other;
   }
+}
+
+// Whether a variable curl may take a proxy from is set: any "*_proxy", in either case
+// (curl itself ignores some of them, such as HTTP_PROXY, and still decides for those).
+bool environmentNamesProxy() {
+  constexpr std::string_view kSuffix = "_proxy";
+  for (char** entry = environ; *entry != nullptr; ++entry) {
+    const std::string_view variable(*entry);
+    const std::string_view name = variable.substr(0, variable.find('='));
+    if (name.size() >= kSuffix.size() &&
+        std::equal(kSuffix.begin(), kSuffix.end(), name.end() - static_cast<std::ptrdiff_t>(kSuffix.size()),
+                   [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); })) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace
@@ -82,6 +102,21 @@ void Outbox::flush() {
   letters.clear();
 }
 
+EasyHandle::~EasyHandle() {
+  if (easy != nullptr) curl_easy_cleanup(easy);
+  if (parsedUrl != nullptr) curl_url_cleanup(parsedUrl);
+}
+
+void EasyHandle::setUrl(const std::string& text) {
+  if (parsedUrl == nullptr) parsedUrl = curl_url();
+  if (parsedUrl != nullptr && curl_url_set(parsedUrl, CURLUPART_URL, text.c_str(), 0) == CURLUE_OK) {
+    curl_easy_setopt(easy, CURLOPT_CURLU, parsedUrl);
+  } else {
+    curl_easy_setopt(easy, CURLOPT_CURLU, nullptr);
+    curl_easy_setopt(easy, CURLOPT_URL, text.c_str());
+  }
+}
+
 Transfer::~Transfer() {
   if (file_ != nullptr) std::fclose(file_);
   if (handle_) {
@@ -101,7 +136,7 @@ Transfer::~Transfer() {
       spares_->push_back(std::move(handle_));
     } else {
       // The handle goes before the cookie engine it holds, released with this transfer.
-      curl_easy_cleanup(handle_->easy);
+      handle_.reset();
     }
   }
   if (headerList_ != nullptr) curl_slist_free_all(headerList_);
@@ -262,7 +297,7 @@ bool Transfer::setUp(EasyHandles* spares, const Clock::time_point* now) {
   const bool kept = keptOptions_;
   // A kept handle still holds its URL, as a raw handle sent again does.
   if (!kept || handle.url != r.url) {
-    curl_easy_setopt(easy, CURLOPT_URL, r.url.c_str());
+    handle.setUrl(r.url);
     if (plain_) handle.url.assign(r.url);
   }
   if (!kept) {
@@ -408,7 +443,8 @@ void Transfer::cancelled(Outbox& outbox) {
 TransferQueue::TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare, bool completeInPlace)
     : multi_(multi),
       maxConcurrent_(static_cast<std::size_t>(std::max(1, maxConcurrent))),
-      prepare_(std::move(prepare)) {
+      prepare_(std::move(prepare)),
+      proxiesOff_(!environmentNamesProxy()) {
   outbox_.inPlace = completeInPlace;
 }
 
@@ -418,8 +454,6 @@ TransferQueue::~TransferQueue() {
   }
   active_.clear();  // before the spares, which the transfers hand their handles back to
   queued_.clear();
-  // Each handle before the cookie engine it holds.
-  for (const auto& spare : spares_) curl_easy_cleanup(spare->easy);
 }
 
 void TransferQueue::cancel(TransferId id) {
@@ -445,7 +479,13 @@ void TransferQueue::startQueued() {
     if (const auto due = t->idleDeadline(); due && (!startedDeadline_ || *due < *startedDeadline_)) {
       startedDeadline_ = due;
     }
-    if (prepare_ && !t->keptOptions()) prepare_(t->easy());
+    if (!t->keptOptions()) {
+      if (proxiesOff_) {
+        curl_easy_setopt(t->easy(), CURLOPT_PROXY, "");
+        curl_easy_setopt(t->easy(), CURLOPT_NOPROXY, "");
+      }
+      if (prepare_) prepare_(t->easy());
+    }
     if (curl_multi_add_handle(multi_, t->easy()) != CURLM_OK) {
       t->finish(CURLE_FAILED_INIT, outbox_);
       continue;

@@ -54,6 +54,18 @@ struct Transfer;
 // handle once rather than each transfer. One that served a plain GET (see
 // Transfer::plain_) goes back without a reset and still holds that GET's options.
 struct EasyHandle {
+  EasyHandle() = default;
+  // Cleans up the curl handle before the cookie engine it holds and the URL it reads.
+  ~EasyHandle();
+  EasyHandle(const EasyHandle&) = delete;
+  EasyHandle& operator=(const EasyHandle&) = delete;
+
+  // Points the handle at `url`. curl would parse a URL given as text again at every
+  // transfer and write it back out, which costs a small GET more than all its other
+  // options; one given parsed is only copied. What the parser refuses goes as text, for
+  // curl to refuse with its own message.
+  void setUrl(const std::string& url);
+
   CURL* easy = nullptr;
   Transfer* transfer = nullptr;  // the one the callbacks report to; null between transfers
   char errorBuffer[CURL_ERROR_SIZE] = {};
@@ -66,6 +78,7 @@ struct EasyHandle {
   // every entry at the start of each transfer: it is set once, and a handle without an
   // engine has none (it would make a jar of its own).
   bool cookieFileListed = false;
+  CURLU* parsedUrl = nullptr;  // the last URL set, parsed; kept for the next one
   // The options of the plain GET held that vary from one such GET to the next.
   std::string url;
   long connectTimeoutMs = 0;
@@ -168,6 +181,7 @@ class TransferQueue {
   // `prepare`, when given, sets a driver's own options on each handle before it starts
   // (not again on one that kept them, see Transfer::keptOptions). `completeInPlace`: the
   // driver runs on the transfers' main loop, and flush() runs their completions itself.
+  // The environment's proxy variables are read here, once (see proxiesOff_).
   TransferQueue(CURLM* multi, int maxConcurrent, std::function<void(CURL*)> prepare = nullptr,
                 bool completeInPlace = false);
   // Drops every transfer without completing it.
@@ -202,6 +216,9 @@ class TransferQueue {
   CURLM* multi_;
   const std::size_t maxConcurrent_;
   std::function<void(CURL*)> prepare_;
+  // No proxy variable was set when the queue was made: its handles are told so, and curl
+  // stops looking them up in the environment at every transfer.
+  bool proxiesOff_ = false;
   std::deque<std::unique_ptr<Transfer>> queued_;
   std::vector<std::unique_ptr<Transfer>> active_;
   EasyHandles spares_;
