@@ -62,7 +62,10 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
         return sink.write("x", 1);
       });
     });
-    s.Get("/moved", [](const httplib::Request&, httplib::Response& res) { res.set_redirect("/missing"); });
+    s.Get("/moved", [this](const httplib::Request&, httplib::Response& res) {
+      ++movedAsked_;
+      res.set_redirect("/missing");
+    });
     // What a hostile server sets beside its session: cookies for other hosts and for a
     // whole public suffix ("localhost" is one: unlisted names fall under the "*" rule).
     s.Get("/login", [](const httplib::Request&, httplib::Response& res) {
@@ -148,6 +151,7 @@ class CurlTransportTest : public ::testing::TestWithParam<Driver> {
   testsupport::LoopbackServer server_;
   std::atomic<int> active_{0};
   std::atomic<int> peak_{0};
+  std::atomic<int> movedAsked_{0};
   GMainContext* context_ = nullptr;
   std::shared_ptr<MainLoop> loop_;
   std::shared_ptr<CurlCookieStore> cookies_ = std::make_shared<CurlCookieStore>();
@@ -176,6 +180,9 @@ TEST_P(CurlTransportTest, StatusesErrorsAndTimeouts) {
   r = sendAndWait(moved);
   EXPECT_EQ(r.status, 404);
   EXPECT_TRUE(std::none_of(r.headers.begin(), r.headers.end(), [](const auto& h) { return h.first == "Location"; }));
+  // Sent again, it starts from its own address, not from where the last one ended.
+  EXPECT_EQ(sendAndWait(moved).status, 404);
+  EXPECT_EQ(movedAsked_, 2);
 
   HttpRequest slow;
   slow.url = server_.url("/slow");
